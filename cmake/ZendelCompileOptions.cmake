@@ -1,0 +1,31 @@
+# What every target of this project is compiled with. None of it reaches a host.
+
+add_library(zendel_compile_options INTERFACE)
+
+# Every conversion between bytes and text is to be visible in the code.
+target_compile_definitions(zendel_compile_options INTERFACE
+    QT_NO_CAST_FROM_ASCII
+    QT_NO_CAST_TO_ASCII
+    QT_NO_CAST_FROM_BYTEARRAY
+    QT_NO_URL_CAST_FROM_STRING
+    QT_NO_KEYWORDS
+    QT_STRICT_ITERATORS
+    QT_DISABLE_DEPRECATED_BEFORE=0x050f00
+)
+
+if(MSVC)
+    target_compile_options(zendel_compile_options INTERFACE
+        /W4 /permissive- /utf-8 $<$<BOOL:${ZENDEL_WERROR}>:/WX>)
+else()
+    target_compile_options(zendel_compile_options INTERFACE
+        -Wall -Wextra -Wpedantic -Wshadow $<$<BOOL:${ZENDEL_WERROR}>:-Werror>)
+endif()
+
+if(ZENDEL_SANITIZE)
+    # Through the options of all targets, generated sources included.
+    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined
+                        -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=address,undefined)
+else()
+    add_link_options(LINKER:-z,defs)
+endif()

@@ -1,0 +1,3 @@
+#include "plugin/HostMachine.h"
+
+IHostMachine *g_pHostMachine = nullptr;

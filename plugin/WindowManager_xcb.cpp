@@ -1,0 +1,138 @@
+#include "plugin/WindowManager.h"
+
+#include <QHash>
+#include <QX11Info>
+
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+
+// A handle is an X11 window number here. On a Qt platform other than xcb the handles are no X11
+// windows and there is no connection: every operation does nothing. Every request is checked, so
+// that an error comes back here, where it is dropped, and not to Qt, which would log it.
+
+namespace {
+
+struct Free
+{
+    void operator()(void *reply) const { std::free(reply); }
+};
+template<typename T>
+using Reply = std::unique_ptr<T, Free>;
+
+/// The input-only windows that keep the mouse from disabled ones, by the window they lie on.
+QHash<xcb_window_t, xcb_window_t> covers;
+
+xcb_connection_t *xcbConnection()
+{
+    return QX11Info::isPlatformX11() ? QX11Info::connection() : nullptr;
+}
+
+xcb_window_t toXcb(HWND window)
+{
+    return static_cast<xcb_window_t>(reinterpret_cast<std::uintptr_t>(window));
+}
+
+bool succeeded(xcb_connection_t *connection, xcb_void_cookie_t cookie)
+{
+    return !Reply<xcb_generic_error_t>(xcb_request_check(connection, cookie));
+}
+
+/// The window that stands for @p window on the root: the frame that the window manager has put
+/// around it, or the window itself; none if it is no window.
+xcb_window_t frameOf(xcb_connection_t *connection, xcb_window_t window)
+{
+    for (;;) {
+        const Reply<xcb_query_tree_reply_t> tree(
+            xcb_query_tree_reply(connection, xcb_query_tree(connection, window), nullptr));
+        if (!tree)
+            return XCB_WINDOW_NONE;
+        if (tree->parent == tree->root || tree->parent == XCB_WINDOW_NONE)
+            return window;
+        window = tree->parent;
+    }
+}
+
+void coverWindow(xcb_connection_t *connection, xcb_window_t window)
+{
+    if (covers.contains(window))
+        return;
+
+    // As large as can be, so that the window may grow below it. Without the second value the
+    // events would pass through to the window.
+    const quint16 size = 0x7fff;
+    const quint32 values[] = {XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE
+                              | XCB_EVENT_MASK_POINTER_MOTION | XCB_EVENT_MASK_KEY_PRESS
+                              | XCB_EVENT_MASK_KEY_RELEASE};
+    const xcb_window_t cover = xcb_generate_id(connection);
+    if (succeeded(connection,
+                  xcb_create_window_checked(connection, XCB_COPY_FROM_PARENT, cover, window, 0, 0,
+                                            size, size, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+                                            XCB_COPY_FROM_PARENT, XCB_CW_DONT_PROPAGATE, values))
+        && succeeded(connection, xcb_map_window_checked(connection, cover))) {
+        covers.insert(window, cover);
+    }
+}
+
+} // namespace
+
+namespace WindowManager {
+
+/// X11 can't disable a window. A cover takes the mouse from it; the keyboard goes to the dialog,
+/// which has the focus.
+void enableWindow(HWND window, bool enable)
+{
+    xcb_connection_t *const connection = xcbConnection();
+    if (!connection)
+        return;
+
+    if (!enable)
+        coverWindow(connection, toXcb(window));
+    else if (const xcb_window_t cover = covers.take(toXcb(window)))
+        succeeded(connection, xcb_destroy_window_checked(connection, cover));
+}
+
+Rect windowRect(HWND window)
+{
+    xcb_connection_t *const connection = xcbConnection();
+    if (!connection)
+        return {};
+
+    const xcb_window_t frame = frameOf(connection, toXcb(window));
+    const Reply<xcb_get_geometry_reply_t> geometry(
+        xcb_get_geometry_reply(connection, xcb_get_geometry(connection, frame), nullptr));
+    if (!geometry)
+        return {};
+    const int border = 2 * geometry->border_width;
+    return {geometry->x, geometry->y, geometry->x + geometry->width + border,
+            geometry->y + geometry->height + border};
+}
+
+void setForegroundWindow(HWND window)
+{
+    xcb_connection_t *const connection = xcbConnection();
+    if (!connection)
+        return;
+
+    bringWindowToTop(window);
+    succeeded(connection,
+              xcb_set_input_focus_checked(connection, XCB_INPUT_FOCUS_PARENT, toXcb(window),
+                                          XCB_CURRENT_TIME));
+}
+
+void bringWindowToTop(HWND window)
+{
+    xcb_connection_t *const connection = xcbConnection();
+    if (!connection)
+        return;
+
+    // Asked of the window and not of its frame: a window manager gets the request and obeys it.
+    const quint32 values[] = {XCB_STACK_MODE_ABOVE};
+    succeeded(connection,
+              xcb_configure_window_checked(connection, toXcb(window), XCB_CONFIG_WINDOW_STACK_MODE,
+                                           values));
+}
+
+} // namespace WindowManager

@@ -1,0 +1,52 @@
+#include "ui/DlgSettings.h"
+#include "ui_DlgSettings.h"
+
+#include "lang/CTranslatorMgr.h"
+#include "ui/PageSetLang.h"
+
+#include <QFile>
+#include <QTranslator>
+
+DlgSettings::DlgSettings(QWidget *parent)
+    : QDialog(parent)
+    , ui(std::make_unique<Ui::DlgSettings>())
+{
+    ui->setupUi(this);
+    setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
+    buildTabs();
+}
+
+DlgSettings::~DlgSettings() = default;
+
+void DlgSettings::accept()
+{
+    takeResult();
+    QDialog::accept();
+}
+
+void DlgSettings::reject()
+{
+    takeResult();
+    QDialog::reject();
+}
+
+void DlgSettings::buildTabs()
+{
+    QFile style(QLatin1String(":/res/qss/style.css"));
+    if (style.open(QIODevice::ReadOnly))
+        setStyleSheet(QString::fromUtf8(style.readAll()));
+
+    m_pageSetLang = new PageSetLang(ui->tabWidget);
+    ui->tabWidget->addTab(
+        m_pageSetLang,
+        CTranslatorMgr::instance()->translator()->translate("DlgSettings", "Language"));
+    setWindowTitle(CTranslatorMgr::instance()->translator()->translate("DlgSettings", "Settings"));
+
+    ui->tabWidget->setCurrentIndex(0);
+    ui->tabWidget->setDocumentMode(true); // As the form has it already; repeated deliberately.
+}
+
+void DlgSettings::takeResult()
+{
+    m_changed = m_pageSetLang && m_pageSetLang->changeOk();
+}

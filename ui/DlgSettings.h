@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QDialog>
+
+#include <memory>
+
+class PageSetLang;
+
+namespace Ui {
+class DlgSettings;
+}
+
+/// The settings dialog: fixed in size, its one tab the language page. It has no buttons of its
+/// own; the operator closes it with Escape or the title bar, and both reach reject().
+class DlgSettings : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit DlgSettings(QWidget *parent = nullptr);
+    ~DlgSettings() override;
+
+    /// Whether the last change of language on the page succeeded; false until the dialog closes.
+    bool changed() const { return m_changed; }
+
+    void accept() override;
+    void reject() override;
+
+private:
+    void buildTabs();
+    void takeResult();
+
+    const std::unique_ptr<Ui::DlgSettings> ui;
+    PageSetLang *m_pageSetLang = nullptr;
+    bool m_changed = false;
+};

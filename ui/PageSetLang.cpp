@@ -1,0 +1,71 @@
+#include "ui/PageSetLang.h"
+#include "ui_PageSetLang.h"
+
+#include "lang/CTranslatorMgr.h"
+#include "plugin/HostMachine.h"
+#include "plugin/IHostMachine.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QTranslator>
+
+PageSetLang::PageSetLang(QWidget *parent)
+    : QWidget(parent)
+    , ui(std::make_unique<Ui::PageSetLang>())
+{
+    ui->setupUi(this);
+    retranslateTexts();
+    fillLangList();
+}
+
+PageSetLang::~PageSetLang() = default;
+
+void PageSetLang::on_comboBo_lang_activated(int /*index*/) { }
+
+void PageSetLang::on_pushButton_change_clicked()
+{
+    // The machine takes 8 bits; catalogue numbers above that wrap, deliberately.
+    const auto langId =
+        static_cast<quint16>(ui->comboBox_language->currentData(Qt::UserRole).toInt());
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    m_changeOk = g_pHostMachine->SetLanguage(static_cast<quint8>(langId));
+    QApplication::restoreOverrideCursor();
+
+    // Translated only now: the host may have had another translation loaded meanwhile.
+    if (m_changeOk) {
+        g_pHostMachine->NotifySettingChanged();
+        const QString text = CTranslatorMgr::instance()->translator()->translate(
+            "PageSetLang", "Change successful!");
+        const QString title =
+            CTranslatorMgr::instance()->translator()->translate("PageSetLang", "Success");
+        QMessageBox::information(this, title, text, QMessageBox::Ok);
+    } else {
+        const QString text =
+            CTranslatorMgr::instance()->translator()->translate("PageSetLang", "Change failed!");
+        const QString title =
+            CTranslatorMgr::instance()->translator()->translate("PageSetLang", "Error");
+        QMessageBox::critical(this, title, text, QMessageBox::Ok);
+    }
+}
+
+void PageSetLang::retranslateTexts()
+{
+    // Over the form's texts, which come from whatever translators the host has installed.
+    ui->pushButton_change->setText(
+        CTranslatorMgr::instance()->translator()->translate("PageSetLang", "Change"));
+    ui->label_info1->setText(
+        CTranslatorMgr::instance()->translator()->translate("PageSetLang", "Language:"));
+}
+
+void PageSetLang::fillLangList()
+{
+    ui->comboBox_language->clear();
+    const QList<LangEntry> languages = CTranslatorMgr::instance()->visibleLanguages();
+    for (const LangEntry &lang : languages) {
+        if (lang.show)
+            ui->comboBox_language->addItem(lang.name, lang.id);
+    }
+
+    const int index = ui->comboBox_language->findData(CTranslatorMgr::instance()->defaultLangId());
+    ui->comboBox_language->setCurrentIndex(index >= 0 ? index : 0);
+}

@@ -1,0 +1,88 @@
+#include "support/Operator.h"
+
+#include <QAbstractButton>
+#include <QCoreApplication>
+#include <QEvent>
+#include <QMessageBox>
+#include <QTimer>
+
+namespace {
+
+const char *iconName(QMessageBox::Icon icon)
+{
+    switch (icon) {
+    case QMessageBox::Information:
+        return "information";
+    case QMessageBox::Warning:
+        return "warning";
+    case QMessageBox::Critical:
+        return "critical";
+    default:
+        return "other";
+    }
+}
+
+QString describe(const char *icon, const QString &title, const QString &text, int buttons,
+                 const char *parent)
+{
+    return QStringLiteral("%1 title{%2} text{%3} buttons %4 parent %5")
+        .arg(QLatin1String(icon), title, text, QString::number(buttons, 16),
+             QLatin1String(parent));
+}
+
+} // namespace
+
+Operator::Operator(QObject *parent)
+    : QObject(parent)
+{
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+QString Operator::box(const char *icon, const QString &title, const QString &text,
+                      const char *parent)
+{
+    return describe(icon, title, text, QMessageBox::Ok, parent);
+}
+
+QStringList Operator::takeBoxes()
+{
+    return std::exchange(m_boxes, {});
+}
+
+QStringList Operator::takeDialogs()
+{
+    return std::exchange(m_dialogs, {});
+}
+
+bool Operator::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::Show)
+        return false;
+
+    // The window is on its way to the screen; it is worked once its event loop runs.
+    if (auto *const box = qobject_cast<QMessageBox *>(watched)) {
+        const QWidget *const parent = box->parentWidget();
+        m_boxes += describe(iconName(box->icon()), box->windowTitle(), box->text(),
+                            box->standardButtons(),
+                            parent ? parent->metaObject()->className() : "none");
+        QTimer::singleShot(0, box, [this, box] { answer(*box); });
+    } else if (auto *const dialog = qobject_cast<QDialog *>(watched)) {
+        m_dialogs += dialog->objectName();
+        QTimer::singleShot(0, dialog, [this, dialog] { work(*dialog); });
+    }
+    return false;
+}
+
+void Operator::answer(QMessageBox &box)
+{
+    if (onBox)
+        onBox(box);
+    box.button(QMessageBox::Ok)->click();
+}
+
+void Operator::work(QDialog &dialog)
+{
+    if (onDialog)
+        onDialog(dialog);
+    dialog.reject();
+}

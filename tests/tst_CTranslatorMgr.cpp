@@ -1,0 +1,820 @@
+#include "lang/CTranslatorMgr.h"
+
+#include "support/Deployment.h"
+#include "support/Operator.h"
+#include "support/Warnings.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QMetaClassInfo>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTextCodec>
+#include <QTranslator>
+
+namespace {
+
+/// 简体中文 and 中文 in GB2312.
+const QByteArray simplifiedChinese = QByteArrayLiteral("\xBC\xF2\xCC\xE5\xD6\xD0\xCE\xC4");
+const QByteArray chinese = QByteArrayLiteral("\xD6\xD0\xCE\xC4");
+
+/// A catalogue of one shown language, up to the name and behind it.
+const QByteArray beforeName = QByteArrayLiteral("[LANG_MGR]\r\nLANG1_NAME=");
+const QByteArray afterName = QByteArrayLiteral("\r\nLANG1_FOLDER=a\r\nLANG1_SHOW=1\r\n");
+
+QByteArray utf16(const QString &text, bool littleEndian)
+{
+    QByteArray bytes;
+    for (const QChar c : text) {
+        const char low = char(c.unicode() & 0xff);
+        const char high = char(c.unicode() >> 8);
+        bytes += littleEndian ? low : high;
+        bytes += littleEndian ? high : low;
+    }
+    return bytes;
+}
+
+QByteArray utf16le(const QString &text)
+{
+    return utf16(text, true);
+}
+
+QString applicationPath(const QString &below)
+{
+    return Deployment::path(below);
+}
+
+} // namespace
+
+class tst_CTranslatorMgr : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    // The catalogue's format
+    void catalogue_data();
+    void catalogue();
+    void encodingByFirstBytes_data();
+    void encodingByFirstBytes();
+    void defaultNumber_data();
+    void defaultNumber();
+    void showValue_data();
+    void showValue();
+    void translationPath_data();
+    void translationPath();
+    void veryLongLineIsReadWhole();
+    void manyLanguagesAreAllRead();
+
+    // Reading it
+    void missingCatalogueWarnsAndLeavesNothing();
+    void directoryNamedLangIniCannotBeOpened();
+    void secondReadingReplacesTheFirst();
+    void catalogueRemovedBetweenTwoReadingsLeavesNothing();
+    void fileIsClosedAfterReading();
+
+    // Queries
+    void everythingIsEmptyBeforeTheFirstLoad();
+    void langFilePathNeedsAShownEntry();
+    void visibleLanguagesNeedShowNameAndFolder();
+    void visibleLanguagesAscend();
+    void langEntryDefaults();
+
+    // Loading the translation
+    void loadsTheDefaultLanguage();
+    void unusableDefaultFallsBackToChsSilently_data();
+    void unusableDefaultFallsBackToChsSilently();
+    void bothFilesMissingShowsCriticalThenWarning_data();
+    void bothFilesMissingShowsCriticalThenWarning();
+    void criticalBoxShowsTheSubstitutedFolder();
+    void brokenTranslationShowsTheWarningAlone_data();
+    void brokenTranslationShowsTheWarningAlone();
+    void brokenFallbackIsNamedInTheWarning();
+    void missingCatalogueWithFallbackShowsOneBox();
+    void missingCatalogueAndFallbackShowsThreeBoxesInOrder();
+    void failedReloadEmptiesTheTranslator();
+    void reloadFollowsTheCatalogue();
+    void missingTextComesBackEmpty();
+    void translatorIsNeverInstalledIntoTheApplication();
+    void worksInAnyApplicationFolder_data();
+    void worksInAnyApplicationFolder();
+
+    // The object
+    void instanceIsOneObjectWithoutParent();
+    void metaObjectDeclaresNothing();
+    void constructorTakesAParent();
+
+private:
+    static QString dump(const CTranslatorMgr &mgr);
+
+    Operator m_operator;
+    Warnings m_warnings;
+};
+
+void tst_CTranslatorMgr::init()
+{
+    Deployment::clear();
+}
+
+void tst_CTranslatorMgr::cleanup()
+{
+    QCOMPARE(m_operator.takeBoxes(), QStringList());
+    QCOMPARE(Warnings::take(), QStringList());
+    Deployment::clear();
+}
+
+/// The default and all records, hidden ones too: "2 | 1+One:one 2-:two" for number, shown or
+/// hidden, name and folder.
+QString tst_CTranslatorMgr::dump(const CTranslatorMgr &mgr)
+{
+    if (!mgr.m_loaded)
+        return QStringLiteral("not loaded");
+
+    QStringList words {QString::number(mgr.m_defaultLangId), QStringLiteral("|")};
+    for (auto it = mgr.m_langMap.constBegin(); it != mgr.m_langMap.constEnd(); ++it) {
+        if (it.key() != it->id)
+            words += QStringLiteral("WRONG-ID");
+        words += QString::number(it->id) + QLatin1Char(it->show ? '+' : '-') + it->name
+            + QLatin1Char(':') + it->folder;
+    }
+    return words.join(QLatin1Char(' '));
+}
+
+void tst_CTranslatorMgr::catalogue_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("expected");
+
+    const auto file = [](const char *name, const QByteArray &bytes, const char *expected) {
+        QTest::newRow(name) << bytes << QString::fromUtf8(expected);
+    };
+    const auto lines = [&file](const char *name, const QByteArray &bytes, const char *expected) {
+        file(name, "[LANG_MGR]\n" + bytes, expected);
+    };
+
+    file("empty file", "", "0 |");
+    file("one byte", "[", "0 |");
+    file("two bytes", "[]", "0 |");
+
+    // Encodings
+    file("GB2312 without a mark", beforeName + simplifiedChinese + afterName, "0 | 1+简体中文:a");
+    file("UTF-8 with its mark", "\xEF\xBB\xBF" + beforeName + "简体中文" + afterName,
+         "0 | 1+简体中文:a");
+    file("UTF-16LE with its mark",
+         utf16le(QStringLiteral("\uFEFF[LANG_MGR]\r\nLANG1_NAME=简体中文\r\nLANG1_FOLDER=a\r\n")),
+         "0 | 1-简体中文:a");
+    file("UTF-16LE with two marks",
+         utf16le(QStringLiteral("\uFEFF\uFEFF[LANG_MGR]\r\nLANG1_NAME=日本語")), "0 | 1-日本語:");
+    file("UTF-16LE, first line empty",
+         utf16le(QStringLiteral("\uFEFF\n[LANG_MGR]\nLANG1_NAME=日本語")), "0 | 1-日本語:");
+    file("UTF-16LE, nothing behind the mark", "\xFF\xFE", "0 |");
+    file("UTF-16LE, half a character at the end",
+         utf16le(QStringLiteral("\uFEFF[LANG_MGR]\nDEFAULT=7\n")) + "x", "7 |");
+    file("UTF-16BE with its mark",
+         utf16(QStringLiteral("\uFEFF[LANG_MGR]\r\nLANG1_NAME=简体中文\r\n"), false),
+         "0 | 1-简体中文:");
+    file("UTF-8 mark alone", "\xEF\xBB\xBF", "0 |");
+    file("cut UTF-8 mark spoils the first header", "\xEF\xBB[LANG_MGR]\nDEFAULT=7", "0 |");
+
+    // Line ends and white space
+    lines("LF", "DEFAULT=1\nLANG1_NAME=a\n", "1 | 1-a:");
+    lines("CR LF", "DEFAULT=1\r\nLANG1_NAME=a\r\n", "1 | 1-a:");
+    lines("no end at the last line", "DEFAULT=1\nLANG1_NAME=a", "1 | 1-a:");
+    file("CR alone ends no line", "[LANG_MGR]\rDEFAULT=1\rLANG1_NAME=a\r", "0 |");
+    lines("CR alone inside a value stays", "DEFAULT=1\nLANG1_NAME=a\rDEFAULT=2\n",
+          "1 | 1-a\rDEFAULT=2:");
+    lines("blanks around key and value", " \t LANG1_NAME \t =  a b \t\n", "0 | 1-a b:");
+    file("Unicode white space around lines and values",
+         "\xEF\xBB\xBF\u3000[LANG_MGR]\u00A0\n\u2003LANG1_NAME\u3000=\u3000a\u00A0\n", "0 | 1-a:");
+    lines("empty and blank lines", "\n   \n\t\nDEFAULT=1\n\n", "1 |");
+
+    // Comments
+    lines("lines behind ; and #", ";DEFAULT=1\n#DEFAULT=2\n  ; DEFAULT=3\n  # [X]\n", "0 |");
+    lines("no comment behind a value", "LANG1_NAME=English ; main\nLANG2_NAME=a # b\n",
+          "0 | 1-English ; main: 2-a # b:");
+    lines("comment before header kinds", ";[OTHER]\nDEFAULT=1\n#[OTHER]\nLANG1_NAME=a",
+          "1 | 1-a:");
+
+    // Sections
+    file("key lines before the first header", "DEFAULT=1\nLANG1_NAME=a\n", "0 |");
+    file("key lines under another header", "[LANG]\nDEFAULT=1\n[LANG_MGR2]\nDEFAULT=1\n", "0 |");
+    file("header in lower case", "[lang_mgr]\nDEFAULT=1\n", "0 |");
+    file("header with blanks inside", "[ LANG_MGR ]\nDEFAULT=1\n[LANG_MGR ]\nDEFAULT=2", "0 |");
+    file("header with blanks around", "  [LANG_MGR]\t\nDEFAULT=1\n", "1 |");
+    file("header with brackets in its name", "[[LANG_MGR]]\nDEFAULT=1\n", "0 |");
+    lines("another header ends the section", "DEFAULT=1\n[OTHER]\nDEFAULT=2\nLANG1_NAME=a", "1 |");
+    lines("two sections merge",
+          "LANG1_NAME=a\n[OTHER]\nLANG1_NAME=b\n[LANG_MGR]\nLANG1_FOLDER=c\nLANG2_NAME=d\n",
+          "0 | 1-a:c 2-d:");
+    lines("header with nothing between its brackets ends the section", "[]\nDEFAULT=1\n", "0 |");
+    lines("lone [ is no header", "[\nDEFAULT=1\n", "1 |");
+    lines("[ without ] at the end is no header", "[OTHER\n[OTHER] x\n[=]x\nDEFAULT=1\n", "1 |");
+    lines("[ ... ] with = is a header", "[LANG1_NAME=a]\nDEFAULT=1\n", "0 |");
+
+    // Key lines
+    lines("first = splits", "LANG1_NAME=A=B\nLANG2_NAME==\n", "0 | 1-A=B: 2-=:");
+    lines("line that begins with =", "=\n=DEFAULT=1\n = 3\n", "0 |");
+    lines("line without =", "DEFAULT\nDEFAULT 1\nLANG1_NAME\n", "0 |");
+    lines("quotes and backslashes stay", "LANG1_NAME=\"a\\n\"\n", "0 | 1-\"a\\n\":");
+    lines("repeated key, last wins",
+          "DEFAULT=1\nDEFAULT=2\nLANG1_NAME=a\nLANG1_NAME=b\nLANG1_FOLDER=a\nLANG1_FOLDER=b\n"
+          "LANG1_SHOW=0\nLANG1_SHOW=1\n",
+          "2 | 1+b:b");
+    lines("repeated key may empty a field",
+          "LANG1_NAME=a\nLANG1_NAME=\nLANG1_SHOW=1\nLANG1_SHOW=\n", "0 | 1-:");
+    lines("keys are case-sensitive",
+          "default=1\nDefault=1\nlang1_NAME=a\nLANG1_name=a\nLang1_Name=a\n", "0 |");
+    lines("unknown keys",
+          "LANG1_ICON=a\nLANG_NAME=a\nLANG1NAME=a\nLANG-1_NAME=a\nLANG+1_NAME=a\nLANG1_NAMES=a\n"
+          "XLANG1_NAME=a\nLANG1_NAME_ID=a\nLANG 1_NAME=a\nDEFAULT2=1\n[LANG1_NAME=a\n",
+          "0 |");
+    file("only ASCII digits match in a key",
+         "\xEF\xBB\xBF[LANG_MGR]\nLANG\u0661_NAME=a\nLANG\uFF11_NAME=b\nLANG1\u0662_NAME=c\n",
+         "0 |");
+    lines("lone ID creates the record and is not read", "LANG2_ID=7\n", "0 | 2-:");
+    lines("ID changes nothing in a record", "LANG2_NAME=a\nLANG2_ID=7\n", "0 | 2-a:");
+    lines("lone SHOW creates the record", "LANG2_SHOW=1\n", "0 | 2+:");
+    lines("leading zeros name the same record", "LANG01_NAME=a\nLANG1_FOLDER=b\nLANG001_SHOW=1\n",
+          "0 | 1+a:b");
+    lines("largest number", "LANG2147483647_NAME=a\n", "0 | 2147483647-a:");
+    lines("overlong numbers share record 0",
+          "LANG2147483648_NAME=a\nLANG99999999999999999999_FOLDER=b\nLANG0_SHOW=1\n", "0 | 0+a:b");
+    lines("records in ascending number",
+          "LANG10_NAME=c\nLANG9_NAME=b\nLANG2_NAME=a\nLANG100_NAME=d\n",
+          "0 | 2-a: 9-b: 10-c: 100-d:");
+    lines("DEFAULT needs no record", "DEFAULT=9\nLANG1_NAME=a\n", "9 | 1-a:");
+}
+
+void tst_CTranslatorMgr::catalogue()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, expected);
+
+    Deployment::writeCatalogue(bytes);
+    CTranslatorMgr mgr;
+    mgr.loadLangConfig();
+    QCOMPARE(dump(mgr), expected);
+}
+
+void tst_CTranslatorMgr::encodingByFirstBytes_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QByteArray>("codec");
+
+    const auto row = [](const char *name, const QByteArray &bytes, const char *codec) {
+        QTest::newRow(name) << bytes << QTextCodec::codecForName(codec)->name();
+    };
+    row("FF FE", "\xFF\xFE", "UTF-16LE");
+    row("FF FE and text", "\xFF\xFE[\0", "UTF-16LE");
+    row("EF BB BF", "\xEF\xBB\xBF", "UTF-8");
+    row("EF BB BF and text", "\xEF\xBB\xBF[", "UTF-8");
+    row("EF BB", "\xEF\xBB", "GB2312");
+    row("EF BB and another byte", "\xEF\xBB\xBE", "GB2312");
+    row("FE FF", "\xFE\xFF", "GB2312");
+    row("FF", "\xFF", "GB2312");
+    row("EF", "\xEF", "GB2312");
+    row("no byte", "", "GB2312");
+    row("text", "[LANG_MGR]", "GB2312");
+}
+
+void tst_CTranslatorMgr::encodingByFirstBytes()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QByteArray, codec);
+
+    QBuffer device(&bytes);
+    QVERIFY(device.open(QIODevice::ReadOnly));
+    QCOMPARE(CTranslatorMgr::detectCodec(&device)->name(), codec);
+    QCOMPARE(device.pos(), 0);
+}
+
+void tst_CTranslatorMgr::defaultNumber_data()
+{
+    QTest::addColumn<QByteArray>("value");
+    QTest::addColumn<int>("number");
+
+    QTest::newRow("plain") << QByteArray("2") << 2;
+    QTest::newRow("plus sign") << QByteArray("+1") << 1;
+    QTest::newRow("minus sign") << QByteArray("-3") << -3;
+    QTest::newRow("leading zero") << QByteArray("010") << 10;
+    QTest::newRow("blanks around") << QByteArray(" \t7 ") << 7;
+    QTest::newRow("largest") << QByteArray("2147483647") << 2147483647;
+    QTest::newRow("too large") << QByteArray("2147483648") << 0;
+    QTest::newRow("overlong") << QByteArray("99999999999999999999") << 0;
+    QTest::newRow("fraction") << QByteArray("1.0") << 0;
+    QTest::newRow("hexadecimal") << QByteArray("0x1") << 0;
+    QTest::newRow("words") << QByteArray("one") << 0;
+    QTest::newRow("trailing text") << QByteArray("1 ; main") << 0;
+    QTest::newRow("nothing") << QByteArray("") << 0;
+}
+
+void tst_CTranslatorMgr::defaultNumber()
+{
+    QFETCH(QByteArray, value);
+    QFETCH(int, number);
+
+    Deployment::writeLines("DEFAULT=5\nDEFAULT=" + value + "\n");
+    CTranslatorMgr mgr;
+    mgr.loadLangConfig();
+    QCOMPARE(mgr.defaultLangId(), number);
+}
+
+void tst_CTranslatorMgr::showValue_data()
+{
+    QTest::addColumn<QByteArray>("value");
+    QTest::addColumn<bool>("shown");
+
+    QTest::newRow("1") << QByteArray("1") << true;
+    QTest::newRow("01") << QByteArray("01") << true;
+    QTest::newRow("+1") << QByteArray("+1") << true;
+    QTest::newRow("blanks around") << QByteArray("  1\t") << true;
+    QTest::newRow("0") << QByteArray("0") << false;
+    QTest::newRow("2") << QByteArray("2") << false;
+    QTest::newRow("-1") << QByteArray("-1") << false;
+    QTest::newRow("true") << QByteArray("true") << false;
+    QTest::newRow("yes") << QByteArray("yes") << false;
+    QTest::newRow("1.0") << QByteArray("1.0") << false;
+    QTest::newRow("0x1") << QByteArray("0x1") << false;
+    QTest::newRow("4294967297") << QByteArray("4294967297") << false;
+    QTest::newRow("nothing") << QByteArray("") << false;
+}
+
+void tst_CTranslatorMgr::showValue()
+{
+    QFETCH(QByteArray, value);
+    QFETCH(bool, shown);
+
+    // The opposite first, so that the value is seen to be taken.
+    Deployment::writeLines(QByteArray("LANG1_SHOW=") + (shown ? "0" : "1") + "\nLANG1_SHOW=" + value
+                           + "\nLANG1_NAME=a\nLANG1_FOLDER=b\n");
+    CTranslatorMgr mgr;
+    mgr.loadLangConfig();
+    QCOMPARE(mgr.visibleLanguages().size(), shown ? 1 : 0);
+}
+
+void tst_CTranslatorMgr::translationPath_data()
+{
+    QTest::addColumn<QByteArray>("lines");
+    QTest::addColumn<QString>("below");
+
+    QTest::newRow("folder") << QByteArray("LANG3_FOLDER=en\n") << QStringLiteral("en/Zendel.qm");
+    QTest::newRow("nested folder") << QByteArray("LANG3_FOLDER=a/b\n")
+                                   << QStringLiteral("a/b/Zendel.qm");
+    QTest::newRow("folder in Chinese")
+        << QByteArray("LANG3_FOLDER=中文\n") << QStringLiteral("中文/Zendel.qm");
+    QTest::newRow("empty folder gives two slashes")
+        << QByteArray("LANG3_FOLDER=\n") << QStringLiteral("/Zendel.qm");
+    QTest::newRow("last of two folders")
+        << QByteArray("LANG3_FOLDER=a\nLANG3_FOLDER=b\n") << QStringLiteral("b/Zendel.qm");
+    QTest::newRow("a %3 in the folder is substituted too")
+        << QByteArray("LANG3_FOLDER=x%3y\n") << QStringLiteral("xZendel.qmy/Zendel.qm");
+    QTest::newRow("a %1 in the folder takes the file name's turn")
+        << QByteArray("LANG3_FOLDER=x%1y\n") << QStringLiteral("xZendel.qmy/%3");
+    QTest::newRow("a percent sign without a digit stays")
+        << QByteArray("LANG3_FOLDER=50%\n") << QStringLiteral("50%/Zendel.qm");
+}
+
+void tst_CTranslatorMgr::translationPath()
+{
+    QFETCH(QByteArray, lines);
+    QFETCH(QString, below);
+
+    Deployment::writeLines(lines + "LANG3_SHOW=1\n");
+    CTranslatorMgr mgr;
+    mgr.loadLangConfig();
+    QCOMPARE(mgr.langFilePath(3), applicationPath(QStringLiteral("Lang/") + below));
+}
+
+void tst_CTranslatorMgr::veryLongLineIsReadWhole()
+{
+    const QByteArray name(1 << 20, 'x');
+    Deployment::writeLines("LANG1_NAME=" + name + "\nLANG1_FOLDER=a\nLANG1_SHOW=1\n");
+    CTranslatorMgr mgr;
+    mgr.loadLangConfig();
+    QCOMPARE(mgr.visibleLanguages().size(), 1);
+    QVERIFY(mgr.visibleLanguages().constFirst().name == QString::fromLatin1(name));
+}
+
+void tst_CTranslatorMgr::manyLanguagesAreAllRead()
+{
+    const int count = 5000;
+    QByteArray lines;
+    for (int i = count; i > 0; --i) {
+        const QByteArray key = "LANG" + QByteArray::number(i);
+        lines += key + "_SHOW=1\n" + key + "_NAME=n\n" + key + "_FOLDER=f\n";
+    }
+    Deployment::writeLines(lines);
+    CTranslatorMgr mgr;
+    mgr.loadLangConfig();
+    const QList<LangEntry> languages = mgr.visibleLanguages();
+    QCOMPARE(languages.size(), count);
+    QCOMPARE(languages.constFirst().id, 1);
+    QCOMPARE(languages.constLast().id, count);
+}
+
+void tst_CTranslatorMgr::missingCatalogueWarnsAndLeavesNothing()
+{
+    CTranslatorMgr mgr;
+    mgr.loadLangConfig();
+    QCOMPARE(m_operator.takeBoxes(),
+             QStringList(Operator::box("warning", QStringLiteral("Warning"),
+                                       QStringLiteral("Failed to open INI file:")
+                                           + applicationPath(QStringLiteral("Lang/Lang.ini")))));
+    QCOMPARE(dump(mgr), QStringLiteral("not loaded"));
+    QCOMPARE(mgr.defaultLangId(), 0);
+    QVERIFY(mgr.visibleLanguages().isEmpty());
+}
+
+void tst_CTranslatorMgr::directoryNamedLangIniCannotBeOpened()
+{
+    QVERIFY(QDir().mkpath(applicationPath(QStringLiteral("Lang/Lang.ini"))));
+    CTranslatorMgr mgr;
+    mgr.loadLangConfig();
+    QCOMPARE(m_operator.takeBoxes().size(), 1);
+    QCOMPARE(dump(mgr), QStringLiteral("not loaded"));
+}
+
+void tst_CTranslatorMgr::secondReadingReplacesTheFirst()
+{
+    Deployment::writeLines("DEFAULT=1\nLANG1_NAME=a\nLANG1_SHOW=1\n");
+    CTranslatorMgr mgr;
+    mgr.loadLangConfig();
+    QCOMPARE(dump(mgr), QStringLiteral("1 | 1+a:"));
+
+    Deployment::writeLines("LANG2_NAME=b\n");
+    mgr.loadLangConfig();
+    QCOMPARE(dump(mgr), QStringLiteral("0 | 2-b:"));
+}
+
+void tst_CTranslatorMgr::catalogueRemovedBetweenTwoReadingsLeavesNothing()
+{
+    Deployment::installTwoLanguages();
+    CTranslatorMgr mgr;
+    mgr.loadLangConfig();
+    QCOMPARE(mgr.visibleLanguages().size(), 2);
+
+    Deployment::clear();
+    mgr.loadLangConfig();
+    QCOMPARE(m_operator.takeBoxes().size(), 1);
+    QCOMPARE(dump(mgr), QStringLiteral("not loaded"));
+    QCOMPARE(mgr.m_langMap.size(), 0);
+    QCOMPARE(mgr.m_defaultLangId, 0);
+    QCOMPARE(mgr.langFilePath(1), QString());
+}
+
+void tst_CTranslatorMgr::fileIsClosedAfterReading()
+{
+    Deployment::installTwoLanguages();
+    CTranslatorMgr mgr;
+    mgr.loadLangConfig();
+    QVERIFY(QFile::rename(applicationPath(QStringLiteral("Lang/Lang.ini")),
+                          applicationPath(QStringLiteral("Lang/Lang.old"))));
+#ifdef Q_OS_LINUX
+    const QFileInfoList open = QDir(QStringLiteral("/proc/self/fd")).entryInfoList();
+    for (const QFileInfo &file : open)
+        QVERIFY(!file.symLinkTarget().contains(QLatin1String("Lang/Lang")));
+#endif
+}
+
+void tst_CTranslatorMgr::everythingIsEmptyBeforeTheFirstLoad()
+{
+    Deployment::installTwoLanguages();
+    const CTranslatorMgr mgr;
+    QCOMPARE(dump(mgr), QStringLiteral("not loaded"));
+    QCOMPARE(mgr.defaultLangId(), 0);
+    QCOMPARE(mgr.langFilePath(0), QString());
+    QCOMPARE(mgr.langFilePath(1), QString());
+    QVERIFY(mgr.visibleLanguages().isEmpty());
+    QVERIFY(mgr.translator());
+    QVERIFY(mgr.translator()->isEmpty());
+    QCOMPARE(mgr.translator()->translate("PageSetLang", "Change"), QString());
+}
+
+void tst_CTranslatorMgr::langFilePathNeedsAShownEntry()
+{
+    Deployment::writeLines("LANG1_FOLDER=a\nLANG1_SHOW=1\nLANG2_FOLDER=b\nLANG2_SHOW=0\n"
+                           "LANG3_NAME=c\nLANG3_SHOW=1\n");
+    CTranslatorMgr mgr;
+    mgr.loadLangConfig();
+    QCOMPARE(mgr.langFilePath(1), applicationPath(QStringLiteral("Lang/a/Zendel.qm")));
+    QCOMPARE(mgr.langFilePath(2), QString());
+    QCOMPARE(mgr.langFilePath(3), QString());
+    QCOMPARE(mgr.langFilePath(4), QString());
+    QCOMPARE(mgr.langFilePath(-1), QString());
+}
+
+void tst_CTranslatorMgr::visibleLanguagesNeedShowNameAndFolder()
+{
+    Deployment::writeLines("LANG1_NAME=a\nLANG1_FOLDER=b\nLANG1_SHOW=1\n"
+                           "LANG2_NAME=a\nLANG2_FOLDER=b\n"
+                           "LANG3_NAME=a\nLANG3_FOLDER=b\nLANG3_SHOW=0\n"
+                           "LANG4_FOLDER=b\nLANG4_SHOW=1\n"
+                           "LANG5_NAME=a\nLANG5_SHOW=1\n"
+                           "LANG6_NAME=\nLANG6_FOLDER=b\nLANG6_SHOW=1\n"
+                           "LANG7_NAME=a\nLANG7_FOLDER=\nLANG7_SHOW=1\n");
+    CTranslatorMgr mgr;
+    mgr.loadLangConfig();
+    const QList<LangEntry> languages = mgr.visibleLanguages();
+    QCOMPARE(languages.size(), 1);
+    QCOMPARE(languages.constFirst().id, 1);
+    QCOMPARE(languages.constFirst().show, true);
+    QCOMPARE(languages.constFirst().name, QStringLiteral("a"));
+    QCOMPARE(languages.constFirst().folder, QStringLiteral("b"));
+    QCOMPARE(languages.constFirst().qmPath, applicationPath(QStringLiteral("Lang/b/Zendel.qm")));
+    // An empty folder keeps the language from the list, but not its path from being known.
+    QCOMPARE(mgr.langFilePath(7), applicationPath(QStringLiteral("Lang//Zendel.qm")));
+}
+
+void tst_CTranslatorMgr::visibleLanguagesAscend()
+{
+    QByteArray lines;
+    for (const QByteArray number : {"10", "9", "300", "2"}) {
+        lines += "LANG" + number + "_NAME=n\nLANG" + number + "_FOLDER=f\nLANG" + number
+            + "_SHOW=1\n";
+    }
+    Deployment::writeLines(lines);
+    CTranslatorMgr mgr;
+    mgr.loadLangConfig();
+    QList<int> ids;
+    const QList<LangEntry> languages = mgr.visibleLanguages();
+    for (const LangEntry &entry : languages)
+        ids += entry.id;
+    QCOMPARE(ids, QList<int>({2, 9, 10, 300}));
+}
+
+void tst_CTranslatorMgr::langEntryDefaults()
+{
+    const LangEntry entry;
+    QCOMPARE(entry.id, -1);
+    QCOMPARE(entry.show, false);
+    QVERIFY(entry.name.isEmpty() && entry.folder.isEmpty() && entry.qmPath.isEmpty());
+}
+
+void tst_CTranslatorMgr::loadsTheDefaultLanguage()
+{
+    Deployment::installTwoLanguages();
+    CTranslatorMgr mgr;
+    mgr.loadTranslator();
+    QCOMPARE(mgr.translator()->translate("PageSetLang", "Change"), QStringLiteral("1 Change"));
+    QCOMPARE(mgr.defaultLangId(), 1);
+}
+
+void tst_CTranslatorMgr::unusableDefaultFallsBackToChsSilently_data()
+{
+    QTest::addColumn<QByteArray>("lines");
+
+    QTest::newRow("hidden") << QByteArray("DEFAULT=1\nLANG1_FOLDER=first\nLANG1_SHOW=0\n");
+    QTest::newRow("names nothing") << QByteArray("DEFAULT=9\nLANG1_FOLDER=first\nLANG1_SHOW=1\n");
+    QTest::newRow("not given") << QByteArray("LANG1_FOLDER=first\nLANG1_SHOW=1\n");
+    QTest::newRow("file missing") << QByteArray("DEFAULT=1\nLANG1_FOLDER=gone\nLANG1_SHOW=1\n");
+    QTest::newRow("without folder") << QByteArray("DEFAULT=1\nLANG1_NAME=a\nLANG1_SHOW=1\n");
+    QTest::newRow("empty catalogue") << QByteArray();
+}
+
+void tst_CTranslatorMgr::unusableDefaultFallsBackToChsSilently()
+{
+    QFETCH(QByteArray, lines);
+
+    Deployment::writeLines(lines);
+    Deployment::installTranslation(QStringLiteral("first"), QStringLiteral("first"));
+    Deployment::installTranslation(QStringLiteral("chs"), QStringLiteral("second"));
+    CTranslatorMgr mgr;
+    mgr.loadTranslator();
+    QCOMPARE(mgr.translator()->translate("PageSetLang", "Change"), QStringLiteral("2 Change"));
+}
+
+void tst_CTranslatorMgr::bothFilesMissingShowsCriticalThenWarning_data()
+{
+    QTest::addColumn<QByteArray>("lines");
+    QTest::addColumn<QString>("named");
+
+    QTest::newRow("file missing") << QByteArray("DEFAULT=1\nLANG1_FOLDER=en\nLANG1_SHOW=1\n")
+                                  << applicationPath(QStringLiteral("Lang/en/Zendel.qm"));
+    QTest::newRow("hidden") << QByteArray("DEFAULT=1\nLANG1_FOLDER=en\n") << QString();
+    QTest::newRow("names nothing") << QByteArray("DEFAULT=9\n") << QString();
+}
+
+void tst_CTranslatorMgr::bothFilesMissingShowsCriticalThenWarning()
+{
+    QFETCH(QByteArray, lines);
+    QFETCH(QString, named);
+
+    Deployment::writeLines(lines);
+    CTranslatorMgr mgr;
+    mgr.loadTranslator();
+    QCOMPARE(m_operator.takeBoxes(),
+             QStringList({Operator::box("critical", QStringLiteral("Error"),
+                                        QStringLiteral("Cannot find the \"%1\" file").arg(named)),
+                          Operator::box("warning", QStringLiteral("Warning"),
+                                        QStringLiteral("Load translator file")
+                                            + applicationPath(QStringLiteral("Lang/chs/Zendel.qm"))
+                                            + QStringLiteral("failed!"))}));
+    QVERIFY(mgr.translator()->isEmpty());
+}
+
+void tst_CTranslatorMgr::criticalBoxShowsTheSubstitutedFolder()
+{
+    Deployment::writeLines("DEFAULT=1\nLANG1_FOLDER=x%3\nLANG1_SHOW=1\n");
+    CTranslatorMgr mgr;
+    mgr.loadTranslator();
+    const QStringList boxes = m_operator.takeBoxes();
+    QCOMPARE(boxes.size(), 2);
+    QCOMPARE(boxes.constFirst(),
+             Operator::box("critical", QStringLiteral("Error"),
+                           QStringLiteral("Cannot find the \"")
+                               + applicationPath(QStringLiteral("Lang/xZendel.qm/Zendel.qm"))
+                               + QStringLiteral("\" file")));
+}
+
+void tst_CTranslatorMgr::brokenTranslationShowsTheWarningAlone_data()
+{
+    QTest::addColumn<bool>("directory");
+    QTest::addColumn<QByteArray>("bytes");
+
+    QTest::newRow("not a translation") << false << QByteArray("This is no translation at all.");
+    QTest::newRow("empty") << false << QByteArray();
+    QTest::newRow("directory") << true << QByteArray();
+}
+
+void tst_CTranslatorMgr::brokenTranslationShowsTheWarningAlone()
+{
+    QFETCH(bool, directory);
+    QFETCH(QByteArray, bytes);
+
+    // The fallback would do, but it is for a missing file only.
+    Deployment::installTranslation(QStringLiteral("chs"), QStringLiteral("second"));
+    Deployment::writeLines("DEFAULT=1\nLANG1_FOLDER=en\nLANG1_SHOW=1\n");
+    if (directory)
+        QVERIFY(QDir().mkpath(applicationPath(QStringLiteral("Lang/en/Zendel.qm"))));
+    else
+        Deployment::writeTranslation(QStringLiteral("en"), bytes);
+    CTranslatorMgr mgr;
+    mgr.loadTranslator();
+    QCOMPARE(m_operator.takeBoxes(),
+             QStringList(Operator::box("warning", QStringLiteral("Warning"),
+                                       QStringLiteral("Load translator file")
+                                           + applicationPath(QStringLiteral("Lang/en/Zendel.qm"))
+                                           + QStringLiteral("failed!"))));
+    QVERIFY(mgr.translator()->isEmpty());
+}
+
+void tst_CTranslatorMgr::brokenFallbackIsNamedInTheWarning()
+{
+    Deployment::writeLines("DEFAULT=1\nLANG1_FOLDER=en\nLANG1_SHOW=1\n");
+    Deployment::writeTranslation(QStringLiteral("chs"), "broken");
+    CTranslatorMgr mgr;
+    mgr.loadTranslator();
+    QCOMPARE(m_operator.takeBoxes(),
+             QStringList(Operator::box("warning", QStringLiteral("Warning"),
+                                       QStringLiteral("Load translator file")
+                                           + applicationPath(QStringLiteral("Lang/chs/Zendel.qm"))
+                                           + QStringLiteral("failed!"))));
+}
+
+void tst_CTranslatorMgr::missingCatalogueWithFallbackShowsOneBox()
+{
+    Deployment::installTranslation(QStringLiteral("chs"), QStringLiteral("second"));
+    CTranslatorMgr mgr;
+    mgr.loadTranslator();
+    QCOMPARE(m_operator.takeBoxes(),
+             QStringList(Operator::box("warning", QStringLiteral("Warning"),
+                                       QStringLiteral("Failed to open INI file:")
+                                           + applicationPath(QStringLiteral("Lang/Lang.ini")))));
+    QCOMPARE(mgr.translator()->translate("PageSetLang", "Change"), QStringLiteral("2 Change"));
+}
+
+void tst_CTranslatorMgr::missingCatalogueAndFallbackShowsThreeBoxesInOrder()
+{
+    CTranslatorMgr mgr;
+    mgr.loadTranslator();
+    QCOMPARE(m_operator.takeBoxes(),
+             QStringList({Operator::box("warning", QStringLiteral("Warning"),
+                                        QStringLiteral("Failed to open INI file:")
+                                            + applicationPath(QStringLiteral("Lang/Lang.ini"))),
+                          Operator::box("critical", QStringLiteral("Error"),
+                                        QStringLiteral("Cannot find the \"\" file")),
+                          Operator::box("warning", QStringLiteral("Warning"),
+                                        QStringLiteral("Load translator file")
+                                            + applicationPath(QStringLiteral("Lang/chs/Zendel.qm"))
+                                            + QStringLiteral("failed!"))}));
+}
+
+void tst_CTranslatorMgr::failedReloadEmptiesTheTranslator()
+{
+    Deployment::installTwoLanguages();
+    CTranslatorMgr mgr;
+    const QTranslator *const translator = mgr.translator();
+    mgr.loadTranslator();
+    QVERIFY(!translator->isEmpty());
+
+    Deployment::writeTranslation(QStringLiteral("first"), "broken");
+    mgr.loadTranslator();
+    QCOMPARE(m_operator.takeBoxes().size(), 1);
+    QCOMPARE(mgr.translator(), translator);
+    QVERIFY(translator->isEmpty());
+    QCOMPARE(translator->translate("PageSetLang", "Change"), QString());
+}
+
+void tst_CTranslatorMgr::reloadFollowsTheCatalogue()
+{
+    Deployment::installTwoLanguages();
+    CTranslatorMgr mgr;
+    mgr.loadTranslator();
+
+    Deployment::writeLines("DEFAULT=2\nLANG2_FOLDER=second\nLANG2_SHOW=1\n");
+    const QTranslator *const translator = mgr.translator();
+    QCOMPARE(translator->translate("PageSetLang", "Change"), QStringLiteral("1 Change"));
+    mgr.loadTranslator();
+    QCOMPARE(mgr.translator(), translator);
+    QCOMPARE(translator->translate("PageSetLang", "Change"), QStringLiteral("2 Change"));
+}
+
+void tst_CTranslatorMgr::missingTextComesBackEmpty()
+{
+    Deployment::writeLines("DEFAULT=1\nLANG1_FOLDER=p\nLANG1_SHOW=1\n");
+    Deployment::installTranslation(QStringLiteral("p"), QStringLiteral("partial"));
+    CTranslatorMgr mgr;
+    mgr.loadTranslator();
+    QCOMPARE(mgr.translator()->translate("PageSetLang", "Change"),
+             QStringLiteral("partial Change"));
+    QCOMPARE(mgr.translator()->translate("PageSetLang", "Language:"), QString());
+    QCOMPARE(mgr.translator()->translate("DlgSettings", "Change"), QString());
+}
+
+void tst_CTranslatorMgr::translatorIsNeverInstalledIntoTheApplication()
+{
+    Deployment::installTwoLanguages();
+    CTranslatorMgr mgr;
+    mgr.loadTranslator();
+    QCOMPARE(QCoreApplication::translate("PageSetLang", "Change"), QStringLiteral("Change"));
+}
+
+void tst_CTranslatorMgr::worksInAnyApplicationFolder_data()
+{
+    QTest::addColumn<QString>("folder");
+
+    QTest::newRow("blanks") << QStringLiteral("machine control 2");
+    QTest::newRow("Chinese characters") << QStringLiteral("机床控制");
+    QTest::newRow("percent sign") << QStringLiteral("100% done");
+    QTest::newRow("dots and underscores") << QStringLiteral("v1.2_final.d");
+}
+
+void tst_CTranslatorMgr::worksInAnyApplicationFolder()
+{
+    QFETCH(QString, folder);
+
+    const QTemporaryDir root(applicationPath(QStringLiteral("XXXXXX")));
+    const QString program = root.filePath(folder + QStringLiteral("/test.exe"));
+    QVERIFY(QDir().mkpath(root.filePath(folder)));
+    QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), program));
+
+    // This very test program, which works on the folder that it lies in.
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(program,
+                  {QStringLiteral("loadsTheDefaultLanguage"), QStringLiteral("translationPath"),
+                   QStringLiteral("missingCatalogueAndFallbackShowsThreeBoxesInOrder")});
+    QVERIFY2(process.waitForFinished(), qPrintable(process.errorString()));
+    QVERIFY2(process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0,
+             process.readAll().constData());
+}
+
+void tst_CTranslatorMgr::instanceIsOneObjectWithoutParent()
+{
+    CTranslatorMgr *const mgr = CTranslatorMgr::instance();
+    QVERIFY(mgr);
+    QCOMPARE(CTranslatorMgr::instance(), mgr);
+    QVERIFY(!mgr->parent());
+    QVERIFY(mgr->translator());
+    QVERIFY(!mgr->translator()->parent());
+    QCOMPARE(mgr->translator()->metaObject(), &QTranslator::staticMetaObject);
+}
+
+void tst_CTranslatorMgr::metaObjectDeclaresNothing()
+{
+    const QMetaObject &meta = CTranslatorMgr::staticMetaObject;
+    QCOMPARE(meta.className(), "CTranslatorMgr");
+    QCOMPARE(meta.superClass(), &QObject::staticMetaObject);
+    QCOMPARE(meta.methodCount(), meta.methodOffset());
+    QCOMPARE(meta.propertyCount(), meta.propertyOffset());
+    QCOMPARE(meta.enumeratorCount(), meta.enumeratorOffset());
+    QCOMPARE(meta.classInfoCount(), meta.classInfoOffset());
+
+    CTranslatorMgr mgr;
+    QCOMPARE(mgr.qt_metacast("CTranslatorMgr"), static_cast<void *>(&mgr));
+    QCOMPARE(mgr.qt_metacast("QObject"), static_cast<void *>(static_cast<QObject *>(&mgr)));
+    QVERIFY(!mgr.qt_metacast("QTranslator"));
+}
+
+void tst_CTranslatorMgr::constructorTakesAParent()
+{
+    QObject parent;
+    const CTranslatorMgr mgr(&parent);
+    QCOMPARE(mgr.parent(), &parent);
+}
+
+QTEST_MAIN(tst_CTranslatorMgr)
+#include "tst_CTranslatorMgr.moc"

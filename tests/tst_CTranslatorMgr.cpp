@@ -52,6 +52,7 @@ class tst_CTranslatorMgr : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { Warnings::collect(); }
     void init();
     void cleanup();
 
@@ -111,7 +112,6 @@ private:
     static QString dump(const CTranslatorMgr &mgr);
 
     Operator m_operator;
-    Warnings m_warnings;
 };
 
 void tst_CTranslatorMgr::init()
@@ -195,8 +195,7 @@ void tst_CTranslatorMgr::catalogue_data()
     lines("lines behind ; and #", ";DEFAULT=1\n#DEFAULT=2\n  ; DEFAULT=3\n  # [X]\n", "0 |");
     lines("no comment behind a value", "LANG1_NAME=English ; main\nLANG2_NAME=a # b\n",
           "0 | 1-English ; main: 2-a # b:");
-    lines("comment before header kinds", ";[OTHER]\nDEFAULT=1\n#[OTHER]\nLANG1_NAME=a",
-          "1 | 1-a:");
+    lines("comment before header kinds", ";[OTHER]\nDEFAULT=1\n#[OTHER]\nLANG1_NAME=a", "1 | 1-a:");
 
     // Sections
     file("key lines before the first header", "DEFAULT=1\nLANG1_NAME=a\n", "0 |");
@@ -361,8 +360,8 @@ void tst_CTranslatorMgr::translationPath_data()
     QTest::addColumn<QString>("below");
 
     QTest::newRow("folder") << QByteArray("LANG3_FOLDER=en\n") << QStringLiteral("en/Zendel.qm");
-    QTest::newRow("nested folder") << QByteArray("LANG3_FOLDER=a/b\n")
-                                   << QStringLiteral("a/b/Zendel.qm");
+    QTest::newRow("nested folder")
+        << QByteArray("LANG3_FOLDER=a/b\n") << QStringLiteral("a/b/Zendel.qm");
     QTest::newRow("folder in Chinese")
         << QByteArray("LANG3_FOLDER=中文\n") << QStringLiteral("中文/Zendel.qm");
     QTest::newRow("empty folder gives two slashes")
@@ -532,8 +531,8 @@ void tst_CTranslatorMgr::visibleLanguagesAscend()
 {
     QByteArray lines;
     for (const QByteArray number : {"10", "9", "300", "2"}) {
-        lines += "LANG" + number + "_NAME=n\nLANG" + number + "_FOLDER=f\nLANG" + number
-            + "_SHOW=1\n";
+        lines +=
+            "LANG" + number + "_NAME=n\nLANG" + number + "_FOLDER=f\nLANG" + number + "_SHOW=1\n";
     }
     Deployment::writeLines(lines);
     CTranslatorMgr mgr;

@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QMessageBox>
+#include <QTest>
 #include <QTimer>
 
 namespace {
@@ -26,8 +27,7 @@ QString describe(const char *icon, const QString &title, const QString &text, in
                  const char *parent)
 {
     return QStringLiteral("%1 title{%2} text{%3} buttons %4 parent %5")
-        .arg(QLatin1String(icon), title, text, QString::number(buttons, 16),
-             QLatin1String(parent));
+        .arg(QLatin1String(icon), title, text, QString::number(buttons, 16), QLatin1String(parent));
 }
 
 } // namespace
@@ -62,11 +62,13 @@ bool Operator::eventFilter(QObject *watched, QEvent *event)
     // The window is on its way to the screen; it is worked once its event loop runs.
     if (auto *const box = qobject_cast<QMessageBox *>(watched)) {
         const QWidget *const parent = box->parentWidget();
-        m_boxes += describe(iconName(box->icon()), box->windowTitle(), box->text(),
-                            box->standardButtons(),
-                            parent ? parent->metaObject()->className() : "none");
+        m_boxes +=
+            describe(iconName(box->icon()), box->windowTitle(), box->text(), box->standardButtons(),
+                     parent ? parent->metaObject()->className() : "none");
         QTimer::singleShot(0, box, [this, box] { answer(*box); });
     } else if (auto *const dialog = qobject_cast<QDialog *>(watched)) {
+        if (!dialog->isModal())
+            return false;
         m_dialogs += dialog->objectName();
         QTimer::singleShot(0, dialog, [this, dialog] { work(*dialog); });
     }
@@ -75,6 +77,9 @@ bool Operator::eventFilter(QObject *watched, QEvent *event)
 
 void Operator::answer(QMessageBox &box)
 {
+    // An operator presses what is to be seen; and a window closed before X11 has shown it gets a
+    // late, failing request for the focus.
+    QVERIFY(QTest::qWaitForWindowExposed(&box));
     if (onBox)
         onBox(box);
     box.button(QMessageBox::Ok)->click();
@@ -82,6 +87,7 @@ void Operator::answer(QMessageBox &box)
 
 void Operator::work(QDialog &dialog)
 {
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
     if (onDialog)
         onDialog(dialog);
     dialog.reject();

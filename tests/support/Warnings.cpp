@@ -1,41 +1,39 @@
 #include "support/Warnings.h"
 
-#include <QtGlobal>
-
 #include <utility>
 
 namespace {
 
-QtMessageHandler previous = nullptr;
+QtMessageHandler qtTestHandler = nullptr;
 QStringList warnings;
 
-void collect(QtMsgType type, const QMessageLogContext &context, const QString &message)
+void handle(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
     if (type == QtWarningMsg || type == QtCriticalMsg)
         warnings += message;
     else
-        previous(type, context, message);
+        qtTestHandler(type, context, message);
 }
 
 } // namespace
 
-Warnings::Warnings()
+namespace Warnings {
+
+void collect()
 {
-    previous = qInstallMessageHandler(collect);
+    warnings.clear();
+    qtTestHandler = qInstallMessageHandler(handle);
 }
 
-Warnings::~Warnings()
-{
-    qInstallMessageHandler(previous);
-}
-
-QStringList Warnings::take()
+QStringList take()
 {
     return std::exchange(warnings, {});
 }
 
-QString Warnings::unconnectedSlot()
+QString unconnectedSlot()
 {
     return QStringLiteral("QMetaObject::connectSlotsByName: No matching signal for "
                           "on_comboBo_lang_activated(int)");
 }
+
+} // namespace Warnings

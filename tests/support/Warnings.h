@@ -2,19 +2,17 @@
 
 #include <QStringList>
 
-/// Collects what is logged as a warning or worse while it lives, in place of printing it.
-class Warnings
-{
-public:
-    Warnings();
-    ~Warnings();
+/// What is logged as a warning or worse, collected instead of printed.
+namespace Warnings {
 
-    Warnings(const Warnings &) = delete;
-    Warnings &operator=(const Warnings &) = delete;
+/// Begins to collect. To be called from initTestCase(): Qt Test puts its own handler in place
+/// before that, and takes it away at the end.
+void collect();
 
-    /// The warnings since the last call, in order.
-    static QStringList take();
+/// The warnings since the last call, in order.
+QStringList take();
 
-    /// What Qt logs when a language page is made, because of its unconnected slot.
-    static QString unconnectedSlot();
-};
+/// What Qt logs when a language page is made, because of its unconnected slot.
+QString unconnectedSlot();
+
+} // namespace Warnings

@@ -1,0 +1,356 @@
+#include "ui/DlgSettings.h"
+
+#include "lang/CTranslatorMgr.h"
+#include "plugin/HostMachine.h"
+#include "ui/PageSetLang.h"
+
+#include "support/Deployment.h"
+#include "support/Operator.h"
+#include "support/RecordingMachine.h"
+#include "support/Warnings.h"
+
+#include <QFile>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QResource>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTest>
+#include <QVBoxLayout>
+
+namespace {
+
+QTabWidget &tabWidget(const QDialog &dialog)
+{
+    return *dialog.findChild<QTabWidget *>(QStringLiteral("tabWidget"));
+}
+
+QByteArray styleSheetFile()
+{
+    QFile file(QStringLiteral(":/res/qss/style.css"));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// What stays of a style sheet when comments and white space are taken out.
+QString activeRules(QString styleSheet)
+{
+    styleSheet.remove(QRegularExpression(QStringLiteral("/\\*.*?\\*/"),
+                                         QRegularExpression::DotMatchesEverythingOption));
+    return styleSheet.simplified();
+}
+
+} // namespace
+
+class tst_DlgSettings : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { Warnings::collect(); }
+    void init();
+    void cleanup();
+
+    void sizeIsFixed();
+    void titleBarHasNoContextHelpButton();
+    void formIsAsDesigned();
+    void pageIsTheOneTab();
+    void textsComeFromTheLoadedTranslation();
+    void textsAreEmptyWithoutTranslation();
+    void warnsOfTheUnconnectedSlotAlone();
+    void metaObjectDeclaresNothing();
+
+    void styleSheetHasTheActiveRules();
+    void styleSheetKeepsItsInactiveText();
+    void styleSheetLinesEndInCrLf();
+    void styleSheetIsStoredUncompressed();
+    void styleSheetIsSetByteForByte();
+    void styleSheetDressesTheTabs();
+    void missingStyleSheetLeavesTheDialogPlain();
+
+    void resultFollowsTheLastAttempt_data();
+    void resultFollowsTheLastAttempt();
+    void resultIsTakenWhenTheDialogCloses();
+    void resultIsOverwrittenAtEveryClose();
+    void resultCodeIsQDialogs();
+
+private:
+    void press(const QDialog &dialog, bool accepts);
+
+    Operator m_operator;
+    RecordingMachine m_machine;
+};
+
+void tst_DlgSettings::init()
+{
+    Deployment::clear();
+    Deployment::installTwoLanguages();
+    CTranslatorMgr::instance()->loadTranslator();
+    g_pHostMachine = &m_machine;
+}
+
+void tst_DlgSettings::cleanup()
+{
+    QCOMPARE(m_operator.takeBoxes(), QStringList());
+    for (const QString &warning : Warnings::take())
+        QCOMPARE(warning, Warnings::unconnectedSlot());
+}
+
+/// Presses the page's button; the machine accepts or refuses.
+void tst_DlgSettings::press(const QDialog &dialog, bool accepts)
+{
+    m_machine.accepts = accepts;
+    dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"))->click();
+    QCOMPARE(m_operator.takeBoxes().size(), 1);
+}
+
+void tst_DlgSettings::sizeIsFixed()
+{
+    DlgSettings dialog;
+    const QSize size(700, 470);
+    QCOMPARE(dialog.size(), size);
+    QCOMPARE(dialog.minimumSize(), size);
+    QCOMPARE(dialog.maximumSize(), size);
+    for (const QSize &other : {QSize(1000, 800), QSize(10, 10)}) {
+        dialog.resize(other);
+        QCOMPARE(dialog.size(), size);
+    }
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QCOMPARE(dialog.size(), size);
+}
+
+void tst_DlgSettings::titleBarHasNoContextHelpButton()
+{
+    const DlgSettings dialog;
+    QCOMPARE(dialog.windowFlags() & Qt::WindowContextHelpButtonHint, 0);
+    // Nothing else was changed about the window.
+    const QDialog bare;
+    QCOMPARE(dialog.windowFlags() | Qt::WindowContextHelpButtonHint,
+             bare.windowFlags() | Qt::WindowContextHelpButtonHint);
+}
+
+void tst_DlgSettings::formIsAsDesigned()
+{
+    const DlgSettings dialog;
+    QVERIFY(!dialog.parent());
+    QCOMPARE(dialog.objectName(), QStringLiteral("DlgSettings"));
+
+    const auto *const layout = qobject_cast<QVBoxLayout *>(dialog.layout());
+    QVERIFY(layout);
+    QCOMPARE(layout->objectName(), QStringLiteral("verticalLayout"));
+    QCOMPARE(layout->contentsMargins(), QMargins(0, 0, 0, 0));
+    QCOMPARE(layout->count(), 1);
+    QCOMPARE(layout->itemAt(0)->widget(), &tabWidget(dialog));
+    QCOMPARE(layout->itemAt(0)->alignment(), Qt::Alignment());
+    QCOMPARE(layout->stretch(0), 0);
+
+    QCOMPARE(tabWidget(dialog).parentWidget(), &dialog);
+    QVERIFY(tabWidget(dialog).documentMode());
+}
+
+void tst_DlgSettings::pageIsTheOneTab()
+{
+    const DlgSettings dialog;
+    QCOMPARE(tabWidget(dialog).count(), 1);
+    QCOMPARE(tabWidget(dialog).currentIndex(), 0);
+    const auto *const page = qobject_cast<PageSetLang *>(tabWidget(dialog).widget(0));
+    QVERIFY(page);
+    QVERIFY(tabWidget(dialog).isAncestorOf(page));
+    QCOMPARE(dialog.findChildren<PageSetLang *>().size(), 1);
+}
+
+void tst_DlgSettings::textsComeFromTheLoadedTranslation()
+{
+    const DlgSettings dialog;
+    QCOMPARE(tabWidget(dialog).tabText(0), QStringLiteral("1 Language"));
+    QCOMPARE(dialog.windowTitle(), QStringLiteral("1 Settings"));
+}
+
+void tst_DlgSettings::textsAreEmptyWithoutTranslation()
+{
+    Deployment::writeTranslation(QStringLiteral("first"), "broken");
+    CTranslatorMgr::instance()->loadTranslator();
+    QCOMPARE(m_operator.takeBoxes().size(), 1);
+
+    const DlgSettings dialog;
+    QCOMPARE(tabWidget(dialog).tabText(0), QString());
+    QCOMPARE(dialog.windowTitle(), QString());
+}
+
+void tst_DlgSettings::warnsOfTheUnconnectedSlotAlone()
+{
+    DlgSettings dialog;
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    dialog.reject();
+    QCOMPARE(Warnings::take(), QStringList(Warnings::unconnectedSlot()));
+}
+
+void tst_DlgSettings::metaObjectDeclaresNothing()
+{
+    const QMetaObject &meta = DlgSettings::staticMetaObject;
+    QCOMPARE(meta.className(), "DlgSettings");
+    QCOMPARE(meta.superClass(), &QDialog::staticMetaObject);
+    QCOMPARE(meta.methodCount(), meta.methodOffset());
+    QCOMPARE(meta.propertyCount(), meta.propertyOffset());
+
+    DlgSettings dialog;
+    QCOMPARE(dialog.qt_metacast("DlgSettings"), static_cast<void *>(&dialog));
+    QCOMPARE(dialog.qt_metacast("QDialog"), static_cast<void *>(static_cast<QDialog *>(&dialog)));
+    QVERIFY(!dialog.qt_metacast("PageSetLang"));
+}
+
+void tst_DlgSettings::styleSheetHasTheActiveRules()
+{
+    QCOMPARE(
+        activeRules(QString::fromUtf8(styleSheetFile())),
+        QStringLiteral("QTabWidget::tab-bar{ background: black; border: 1px solid red; } "
+                       "QTabBar::tab{ height: 25px; "
+                       "background: qlineargradient(x1:0, y1:0, x2:0, y2:1, stop:0 #CDD0D5, stop:1 "
+                       "#949CA6); "
+                       "border-top: 1px solid white; border-left: 1px solid #BCBEC0; "
+                       "border-right: 1px solid #BCBEC0; border-bottom: none; padding-left: 15px; "
+                       "padding-right: 15px; margin-top: 2px; } "
+                       "QTabBar::tab:selected{ background: white; } "
+                       "QTabBar::tab:hover{ background: qlineargradient(x1:0, y1:0, x2:0, y2:1, "
+                       "stop:0 #FFFFE3, stop:1 #FCE6BA); }"));
+}
+
+void tst_DlgSettings::styleSheetKeepsItsInactiveText()
+{
+    const QString text = QString::fromUtf8(styleSheetFile());
+    const int paneRule = text.indexOf(QLatin1String("QTabWidget::pane"));
+    QVERIFY(paneRule >= 0 && paneRule < text.indexOf(QLatin1String("QTabWidget::tab-bar")));
+
+    const int tabRule = text.indexOf(QLatin1String("QTabBar::tab{"));
+    const QString tab = text.mid(tabRule, text.indexOf(QLatin1Char('}'), tabRule) - tabRule);
+    const QString pane = text.left(text.indexOf(QLatin1String("QTabWidget::tab-bar")));
+    for (const char *const line : {"border-radius:0px;", "border-top:1px solid #BCBEC0;"})
+        QVERIFY2(pane.contains(QLatin1String(line)), line);
+    for (const char *const line :
+         {"font-size: 18px;", "font-weight: 400;", "color: black;", "/*width:50px;*/"})
+        QVERIFY2(tab.contains(QLatin1String(line)), line);
+}
+
+void tst_DlgSettings::styleSheetLinesEndInCrLf()
+{
+    const QByteArray bytes = styleSheetFile();
+    QVERIFY(bytes.endsWith("\r\n"));
+    QVERIFY(bytes.count('\n') > 20);
+    QCOMPARE(bytes.count("\r\n"), bytes.count('\n'));
+    QCOMPARE(bytes.count('\r'), bytes.count('\n'));
+}
+
+void tst_DlgSettings::styleSheetIsStoredUncompressed()
+{
+    const QResource resource(QStringLiteral(":/res/qss/style.css"));
+    QVERIFY(resource.isValid());
+    QCOMPARE(resource.compressionAlgorithm(), QResource::NoCompression);
+}
+
+void tst_DlgSettings::styleSheetIsSetByteForByte()
+{
+    const DlgSettings dialog;
+    QVERIFY(!dialog.styleSheet().isEmpty());
+    QCOMPARE(dialog.styleSheet().toUtf8(), styleSheetFile());
+}
+
+void tst_DlgSettings::styleSheetDressesTheTabs()
+{
+    DlgSettings dialog;
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    const QTabBar &tabBar = *tabWidget(dialog).tabBar();
+    // 25 px, a border of 1 px above and a margin of 2 px.
+    QCOMPARE(tabBar.tabRect(0).height(), 28);
+    const QImage picture = tabWidget(dialog).grab().toImage();
+    const QPoint tab = tabBar.mapTo(&tabWidget(dialog), tabBar.tabRect(0).topLeft());
+    QCOMPARE(picture.pixelColor(tab + QPoint(5, 10)), QColor(Qt::white));
+}
+
+void tst_DlgSettings::missingStyleSheetLeavesTheDialogPlain()
+{
+    Q_CLEANUP_RESOURCE(style);
+    QVERIFY(styleSheetFile().isEmpty());
+    {
+        DlgSettings dialog;
+        QCOMPARE(dialog.styleSheet(), QString());
+        QCOMPARE(tabWidget(dialog).count(), 1);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    }
+    Q_INIT_RESOURCE(style);
+    QVERIFY(!styleSheetFile().isEmpty());
+}
+
+void tst_DlgSettings::resultFollowsTheLastAttempt_data()
+{
+    QTest::addColumn<QList<bool>>("attempts");
+    QTest::addColumn<bool>("changed");
+
+    QTest::newRow("none") << QList<bool>() << false;
+    QTest::newRow("success") << QList<bool> {true} << true;
+    QTest::newRow("failure") << QList<bool> {false} << false;
+    QTest::newRow("success, failure") << QList<bool> {true, false} << false;
+    QTest::newRow("failure, success") << QList<bool> {false, true} << true;
+}
+
+void tst_DlgSettings::resultFollowsTheLastAttempt()
+{
+    QFETCH(QList<bool>, attempts);
+    QFETCH(bool, changed);
+
+    const std::pair<const char *, std::function<void(QDialog &)>> ways[] = {
+        {"accept", [](QDialog &dialog) { dialog.accept(); }},
+        {"reject", [](QDialog &dialog) { dialog.reject(); }},
+        {"close button", [](QDialog &dialog) { dialog.close(); }},
+        {"Escape", [](QDialog &dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); }},
+    };
+    for (const auto &[name, close] : ways) {
+        DlgSettings dialog;
+        dialog.show();
+        for (const bool accepts : attempts)
+            press(dialog, accepts);
+        close(dialog);
+        QVERIFY2(dialog.isHidden(), name);
+        QVERIFY2(dialog.changed() == changed, name);
+    }
+}
+
+void tst_DlgSettings::resultIsTakenWhenTheDialogCloses()
+{
+    DlgSettings dialog;
+    QVERIFY(!dialog.changed());
+    press(dialog, true);
+    QVERIFY(!dialog.changed());
+    dialog.reject();
+    QVERIFY(dialog.changed());
+}
+
+void tst_DlgSettings::resultIsOverwrittenAtEveryClose()
+{
+    DlgSettings dialog;
+    press(dialog, true);
+    dialog.accept();
+    QVERIFY(dialog.changed());
+    press(dialog, false);
+    dialog.accept();
+    QVERIFY(!dialog.changed());
+}
+
+void tst_DlgSettings::resultCodeIsQDialogs()
+{
+    DlgSettings dialog;
+    // The result is there when QDialog's own part of the closing begins.
+    bool changedWhenFinished = false;
+    connect(&dialog, &QDialog::finished, this, [&] { changedWhenFinished = dialog.changed(); });
+    press(dialog, true);
+    dialog.accept();
+    QCOMPARE(dialog.result(), int(QDialog::Accepted));
+    QVERIFY(changedWhenFinished);
+    dialog.reject();
+    QCOMPARE(dialog.result(), int(QDialog::Rejected));
+}
+
+QTEST_MAIN(tst_DlgSettings)
+#include "tst_DlgSettings.moc"

@@ -1,0 +1,62 @@
+// Linked with the compiled style sheet and these two functions in place of QtCore's, so that it
+// sees what the plug-in hands to Qt when it is loaded and unloaded.
+
+#include <QtTest>
+
+namespace {
+
+int registrations = 0;
+int formatVersion = 0;
+const unsigned char *registeredData = nullptr;
+const unsigned char *unregisteredData = nullptr;
+
+} // namespace
+
+bool qRegisterResourceData(int version, const unsigned char * /*tree*/,
+                           const unsigned char * /*name*/, const unsigned char *data)
+{
+    ++registrations;
+    formatVersion = version;
+    registeredData = data;
+    return true;
+}
+
+bool qUnregisterResourceData(int /*version*/, const unsigned char * /*tree*/,
+                             const unsigned char * /*name*/, const unsigned char *data)
+{
+    unregisteredData = data;
+    return true;
+}
+
+class tst_resource : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void registersItselfOnceInFormatVersion3()
+    {
+        QCOMPARE(registrations, 1);
+        QCOMPARE(formatVersion, 3);
+    }
+
+    void dataIsTheFileBehindItsLength()
+    {
+        QFile source(QStringLiteral(STYLE_SHEET));
+        QVERIFY(source.open(QIODevice::ReadOnly));
+        const QByteArray bytes = source.readAll();
+        const auto size = qFromBigEndian<quint32>(registeredData);
+        QCOMPARE(size, quint32(bytes.size()));
+        QCOMPARE(QByteArray(reinterpret_cast<const char *>(registeredData + 4), int(size)), bytes);
+    }
+
+    void unregistersTheSameData()
+    {
+        Q_CLEANUP_RESOURCE(style);
+        QCOMPARE(unregisteredData, registeredData);
+        Q_INIT_RESOURCE(style);
+        QCOMPARE(registrations, 2);
+    }
+};
+
+QTEST_APPLESS_MAIN(tst_resource)
+#include "tst_resource.moc"

@@ -90,5 +90,6 @@ void Operator::work(QDialog &dialog)
     QVERIFY(QTest::qWaitForWindowExposed(&dialog));
     if (onDialog)
         onDialog(dialog);
-    dialog.reject();
+    if (dialog.isVisible())
+        dialog.reject();
 }

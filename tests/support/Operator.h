@@ -9,8 +9,8 @@ class QDialog;
 class QMessageBox;
 
 /// Stands for the person at the machine: sees every message box and modal dialog that opens in
-/// the process, in order, acts on it and closes it. A box is answered with its Ok button, a dialog is
-/// rejected, unless the function set for it has closed it already.
+/// the process, in order, acts on it and closes it. A box is answered with its Ok button, a dialog
+/// is rejected, unless the function set for it has closed it already.
 class Operator : public QObject
 {
     Q_OBJECT

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "plugin/IZendelMgr.h" // HWND
+
+#include <QPoint>
+#include <QRect>
+
+#include <memory>
+
+/// A top-level window made with the platform's own calls and no Qt, as a host's main window is.
+/// It is on the screen from construction on.
+class NativeWindow
+{
+public:
+    explicit NativeWindow(const QRect &geometry);
+    ~NativeWindow();
+
+    HWND handle() const;
+
+    /// Destroys the window; the handle is no window any more.
+    void destroy();
+
+    /// Presses and releases the left mouse button at a place of the screen, as a hand would.
+    static void click(const QPoint &position);
+
+    /// How often the button was pressed in this window since the last call. Waits until the
+    /// window system has dealt with all that was done before.
+    int takeClicks();
+
+    /// Whether the window gets the keyboard.
+    bool hasFocus() const;
+
+private:
+    struct Private;
+    const std::unique_ptr<Private> d;
+};

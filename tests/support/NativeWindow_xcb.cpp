@@ -1,0 +1,92 @@
+#include "support/NativeWindow.h"
+
+#include <QTest>
+
+#include <xcb/xcb.h>
+#include <xcb/xtest.h>
+
+#include <cstdint>
+#include <cstdlib>
+
+namespace {
+
+xcb_screen_t *screenOf(xcb_connection_t *connection)
+{
+    return xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
+}
+
+/// Returns when the server has done all that was asked before.
+void synchronize(xcb_connection_t *connection)
+{
+    std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+}
+
+} // namespace
+
+struct NativeWindow::Private
+{
+    xcb_connection_t *const connection = xcb_connect(nullptr, nullptr);
+    xcb_window_t window = xcb_generate_id(connection);
+
+    ~Private() { xcb_disconnect(connection); }
+};
+
+NativeWindow::NativeWindow(const QRect &geometry)
+    : d(std::make_unique<Private>())
+{
+    const quint32 events[] = {XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_EXPOSURE};
+    xcb_create_window(d->connection, XCB_COPY_FROM_PARENT, d->window, screenOf(d->connection)->root,
+                      static_cast<qint16>(geometry.x()), static_cast<qint16>(geometry.y()),
+                      static_cast<quint16>(geometry.width()),
+                      static_cast<quint16>(geometry.height()), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+                      XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, events);
+    xcb_map_window(d->connection, d->window);
+    xcb_flush(d->connection);
+    std::free(xcb_wait_for_event(d->connection)); // It is on the screen.
+}
+
+NativeWindow::~NativeWindow() = default;
+
+HWND NativeWindow::handle() const
+{
+    return reinterpret_cast<HWND>(static_cast<std::uintptr_t>(d->window));
+}
+
+void NativeWindow::destroy()
+{
+    xcb_destroy_window(d->connection, d->window);
+    synchronize(d->connection);
+}
+
+void NativeWindow::click(const QPoint &position)
+{
+    xcb_connection_t *const connection = xcb_connect(nullptr, nullptr);
+    const xcb_window_t root = screenOf(connection)->root;
+    xcb_test_fake_input(connection, XCB_MOTION_NOTIFY, 0, XCB_CURRENT_TIME, root,
+                        static_cast<qint16>(position.x()), static_cast<qint16>(position.y()), 0);
+    xcb_test_fake_input(connection, XCB_BUTTON_PRESS, 1, XCB_CURRENT_TIME, root, 0, 0, 0);
+    xcb_test_fake_input(connection, XCB_BUTTON_RELEASE, 1, XCB_CURRENT_TIME, root, 0, 0, 0);
+    synchronize(connection);
+    xcb_disconnect(connection);
+}
+
+int NativeWindow::takeClicks()
+{
+    synchronize(d->connection);
+    int clicks = 0;
+    while (xcb_generic_event_t *const event = xcb_poll_for_event(d->connection)) {
+        if ((event->response_type & 0x7f) == XCB_BUTTON_PRESS)
+            ++clicks;
+        std::free(event);
+    }
+    return clicks;
+}
+
+bool NativeWindow::hasFocus() const
+{
+    xcb_get_input_focus_reply_t *const reply =
+        xcb_get_input_focus_reply(d->connection, xcb_get_input_focus(d->connection), nullptr);
+    const bool focus = reply && reply->focus == d->window;
+    std::free(reply);
+    return focus;
+}

@@ -1,0 +1,539 @@
+// The built plug-in as a host has it: loaded by file name, its two functions resolved, and only
+// what a host can see looked at. The host's main window is a native one.
+
+#include "plugin/IZendelMgr.h"
+
+#include "support/Deployment.h"
+#include "support/NativeWindow.h"
+#include "support/Operator.h"
+#include "support/RecordingMachine.h"
+#include "support/Warnings.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDialog>
+#include <QFile>
+#include <QLabel>
+#include <QLibrary>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTest>
+
+namespace {
+
+QComboBox &languages(const QDialog &dialog)
+{
+    return *dialog.findChild<QComboBox *>(QStringLiteral("comboBox_language"));
+}
+
+void pressChange(const QDialog &dialog)
+{
+    QTest::mouseClick(dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change")),
+                      Qt::LeftButton);
+}
+
+bool isMapped(const QString &libraryName)
+{
+    QFile maps(QStringLiteral("/proc/self/maps"));
+    return maps.open(QIODevice::ReadOnly) && maps.readAll().contains(libraryName.toUtf8());
+}
+
+} // namespace
+
+class tst_Zendel : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    // The boundary
+    void newInterfaceTouchesNothing();
+    void hostHoldsTheInterfaceBase();
+    void managersAreIndependentObjects();
+    void releaseDestroysTheManager();
+    void releaseOfNullDoesNothing();
+
+    // Init
+    void initWithNullReturnsFalse();
+    void initWithHostReturnsTrueWithEverythingMissing();
+    void secondInitLoadsAgain();
+    void managersShareHostAndTranslation();
+
+    // The dialog
+    void noDialogBeforeInit();
+    void noDialogAfterInitWithNull();
+    void dialogOpensForANewManagerWithoutInit();
+    void operatorSeesTheTranslatedDialog();
+    void operatorChangesTheLanguage();
+    void refusedChangeIsToldAndReturnsFalse();
+    void lastAttemptIsReturned();
+    void secondInitSendsTheCallsToTheNewHost();
+    void initFromInsideSetLanguage();
+    void everyDialogLogsOneWarning();
+
+    // The host's window
+    void dialogIsCentredOverTheOwner_data();
+    void dialogIsCentredOverTheOwner();
+    void ownerIsDisabledWhileTheDialogRuns();
+    void dialogIsInTheForegroundThenTheOwner();
+    void withoutOwnerTheDialogIsModalAllTheSame();
+    void ownerThatIsNoWindowAnyMore();
+
+    // Unloading
+    void unloadingLeavesNothingBehind();
+    void reloadedPluginHasNoHostAndNoTranslation();
+    void manyLoadsAndUnloads();
+
+private:
+    void load();
+    void unload();
+
+    QLibrary m_library {QStringLiteral(PLUGIN_FILE)};
+    NewInterfaceFunction m_newInterface = nullptr;
+    ReleaseInterfaceFunction m_releaseInterface = nullptr;
+    IZendelMgr *m_mgr = nullptr;
+    RecordingMachine m_machine;
+    Operator m_operator;
+};
+
+void tst_Zendel::initTestCase()
+{
+    Warnings::collect();
+}
+
+void tst_Zendel::init()
+{
+    Deployment::clear();
+    Deployment::installTwoLanguages();
+    m_machine.accepts = true;
+    m_machine.onSetLanguage = nullptr;
+    m_operator.onDialog = nullptr;
+    load();
+}
+
+void tst_Zendel::cleanup()
+{
+    unload();
+    QCOMPARE(m_operator.takeBoxes(), QStringList());
+    QCOMPARE(m_operator.takeDialogs(), QStringList());
+    QCOMPARE(m_machine.takeCalls(), QStringList());
+    for (const QString &warning : Warnings::take())
+        QCOMPARE(warning, Warnings::unconnectedSlot());
+    QVERIFY(!QApplication::activeModalWidget());
+}
+
+void tst_Zendel::load()
+{
+    QVERIFY2(m_library.load(), qPrintable(m_library.errorString()));
+    m_newInterface = reinterpret_cast<NewInterfaceFunction>(m_library.resolve("NewInterface"));
+    m_releaseInterface =
+        reinterpret_cast<ReleaseInterfaceFunction>(m_library.resolve("ReleaseInterface"));
+    QVERIFY(m_newInterface);
+    QVERIFY(m_releaseInterface);
+    m_mgr = m_newInterface();
+    QVERIFY(m_mgr);
+}
+
+void tst_Zendel::unload()
+{
+    if (m_mgr)
+        m_releaseInterface(m_mgr);
+    m_mgr = nullptr;
+    if (m_library.isLoaded())
+        QVERIFY2(m_library.unload(), qPrintable(m_library.errorString()));
+    QVERIFY(!isMapped(QStringLiteral(PLUGIN_FILE)));
+}
+
+void tst_Zendel::newInterfaceTouchesNothing()
+{
+    QVERIFY(m_mgr->Init(&m_machine));
+    Deployment::clear(); // Reading now would be seen in the message boxes.
+    IZendelMgr *const other = m_newInterface();
+    m_releaseInterface(other);
+    m_mgr->ShowSettingsDlg(nullptr); // The host is still there.
+    QCOMPARE(m_operator.takeDialogs().size(), 1);
+}
+
+void tst_Zendel::hostHoldsTheInterfaceBase()
+{
+    auto *const object = dynamic_cast<QObject *>(m_mgr);
+    QVERIFY(object);
+    QVERIFY(static_cast<void *>(object) != static_cast<void *>(m_mgr));
+    QCOMPARE(dynamic_cast<void *>(m_mgr), static_cast<void *>(object));
+    QCOMPARE(object->metaObject()->className(), "CZendelIns");
+    QCOMPARE(object->qt_metacast("IZendelMgr"), static_cast<void *>(m_mgr));
+    QCOMPARE(object->qt_metacast("CZendelIns"), static_cast<void *>(object));
+    QVERIFY(!object->parent());
+}
+
+void tst_Zendel::managersAreIndependentObjects()
+{
+    IZendelMgr *const other = m_newInterface();
+    QVERIFY(other != m_mgr);
+    m_releaseInterface(other);
+    QVERIFY(m_mgr->Init(&m_machine));
+}
+
+void tst_Zendel::releaseDestroysTheManager()
+{
+    const QPointer<QObject> object = dynamic_cast<QObject *>(m_mgr);
+    QVERIFY(object);
+    m_releaseInterface(m_mgr);
+    m_mgr = nullptr;
+    QVERIFY(!object);
+}
+
+void tst_Zendel::releaseOfNullDoesNothing()
+{
+    m_releaseInterface(nullptr);
+    QVERIFY(m_mgr->Init(&m_machine));
+}
+
+void tst_Zendel::initWithNullReturnsFalse()
+{
+    Deployment::clear();
+    QVERIFY(!m_mgr->Init(nullptr));
+}
+
+void tst_Zendel::initWithHostReturnsTrueWithEverythingMissing()
+{
+    Deployment::clear();
+    QVERIFY(m_mgr->Init(&m_machine));
+    QCOMPARE(m_operator.takeBoxes(),
+             QStringList({Operator::box("warning", QStringLiteral("Warning"),
+                                        QStringLiteral("Failed to open INI file:")
+                                            + Deployment::path(QStringLiteral("Lang/Lang.ini"))),
+                          Operator::box("critical", QStringLiteral("Error"),
+                                        QStringLiteral("Cannot find the \"\" file")),
+                          Operator::box("warning", QStringLiteral("Warning"),
+                                        QStringLiteral("Load translator file")
+                                            + Deployment::path(QStringLiteral("Lang/chs/Zendel.qm"))
+                                            + QStringLiteral("failed!"))}));
+}
+
+void tst_Zendel::secondInitLoadsAgain()
+{
+    QVERIFY(m_mgr->Init(&m_machine));
+    Deployment::writeLines("DEFAULT=2\nLANG2_NAME=Two\nLANG2_FOLDER=second\nLANG2_SHOW=1\n");
+    QVERIFY(m_mgr->Init(&m_machine));
+    m_operator.onDialog = [](QDialog &dialog) {
+        QCOMPARE(dialog.windowTitle(), QStringLiteral("2 Settings"));
+        QCOMPARE(languages(dialog).count(), 1);
+    };
+    m_mgr->ShowSettingsDlg(nullptr);
+    QCOMPARE(m_operator.takeDialogs().size(), 1);
+}
+
+void tst_Zendel::managersShareHostAndTranslation()
+{
+    RecordingMachine second(QStringLiteral("second "));
+    IZendelMgr *const other = m_newInterface();
+    QVERIFY(m_mgr->Init(&m_machine));
+    QVERIFY(other->Init(&second));
+    m_releaseInterface(other);
+
+    m_operator.onDialog = pressChange;
+    QVERIFY(m_mgr->ShowSettingsDlg(nullptr));
+    QCOMPARE(second.takeCalls(),
+             QStringList({QStringLiteral("second SetLanguage(1)"),
+                          QStringLiteral("second NotifySettingChanged")}));
+    m_operator.takeDialogs();
+    m_operator.takeBoxes();
+}
+
+void tst_Zendel::noDialogBeforeInit()
+{
+    NativeWindow owner(QRect(100, 50, 800, 600));
+    QVERIFY(!m_mgr->ShowSettingsDlg(owner.handle()));
+    QVERIFY(!m_mgr->ShowSettingsDlg(nullptr));
+    QVERIFY(!owner.hasFocus());
+    QCOMPARE(Warnings::take(), QStringList()); // Not even built.
+}
+
+void tst_Zendel::noDialogAfterInitWithNull()
+{
+    QVERIFY(m_mgr->Init(&m_machine));
+    QVERIFY(!m_mgr->Init(nullptr));
+    QVERIFY(!m_mgr->ShowSettingsDlg(nullptr));
+}
+
+void tst_Zendel::dialogOpensForANewManagerWithoutInit()
+{
+    QVERIFY(m_mgr->Init(&m_machine));
+    m_releaseInterface(m_mgr);
+    m_mgr = m_newInterface();
+    m_operator.onDialog = pressChange;
+    QVERIFY(m_mgr->ShowSettingsDlg(nullptr));
+    QCOMPARE(m_operator.takeDialogs(), QStringList(QStringLiteral("DlgSettings")));
+    QCOMPARE(m_machine.takeCalls().size(), 2);
+    m_operator.takeBoxes();
+}
+
+void tst_Zendel::operatorSeesTheTranslatedDialog()
+{
+    m_operator.onDialog = [](QDialog &dialog) {
+        QCOMPARE(dialog.size(), QSize(700, 470));
+        QCOMPARE(dialog.windowTitle(), QStringLiteral("1 Settings"));
+        const auto &tabs = *dialog.findChild<QTabWidget *>();
+        QCOMPARE(tabs.count(), 1);
+        QCOMPARE(tabs.tabText(0), QStringLiteral("1 Language"));
+        QCOMPARE(dialog.findChild<QPushButton *>()->text(), QStringLiteral("1 Change"));
+        QCOMPARE(dialog.findChild<QLabel *>(QStringLiteral("label_info1"))->text(),
+                 QStringLiteral("1 Language:"));
+        QCOMPARE(languages(dialog).count(), 2);
+        QCOMPARE(languages(dialog).currentText(), QStringLiteral("One"));
+        QVERIFY(!dialog.styleSheet().isEmpty());
+    };
+    QVERIFY(m_mgr->Init(&m_machine));
+    QVERIFY(!m_mgr->ShowSettingsDlg(nullptr)); // Nothing was changed.
+    QCOMPARE(m_operator.takeDialogs(), QStringList(QStringLiteral("DlgSettings")));
+}
+
+void tst_Zendel::operatorChangesTheLanguage()
+{
+    m_operator.onDialog = [](QDialog &dialog) {
+        languages(dialog).setCurrentIndex(1);
+        pressChange(dialog);
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    };
+    QVERIFY(m_mgr->Init(&m_machine));
+    QVERIFY(m_mgr->ShowSettingsDlg(nullptr));
+    QCOMPARE(
+        m_machine.takeCalls(),
+        QStringList({QStringLiteral("SetLanguage(2)"), QStringLiteral("NotifySettingChanged")}));
+    QCOMPARE(m_operator.takeBoxes(),
+             QStringList(Operator::box("information", QStringLiteral("1 Success"),
+                                       QStringLiteral("1 Change successful!"), "PageSetLang")));
+    m_operator.takeDialogs();
+}
+
+void tst_Zendel::refusedChangeIsToldAndReturnsFalse()
+{
+    m_machine.accepts = false;
+    m_operator.onDialog = pressChange;
+    QVERIFY(m_mgr->Init(&m_machine));
+    QVERIFY(!m_mgr->ShowSettingsDlg(nullptr));
+    QCOMPARE(m_machine.takeCalls(), QStringList(QStringLiteral("SetLanguage(1)")));
+    QCOMPARE(m_operator.takeBoxes(),
+             QStringList(Operator::box("critical", QStringLiteral("1 Error"),
+                                       QStringLiteral("1 Change failed!"), "PageSetLang")));
+    m_operator.takeDialogs();
+}
+
+void tst_Zendel::lastAttemptIsReturned()
+{
+    bool lastAccepted = false;
+    m_operator.onDialog = [&](QDialog &dialog) {
+        m_machine.accepts = !lastAccepted;
+        pressChange(dialog);
+        m_machine.accepts = lastAccepted;
+        pressChange(dialog);
+    };
+    QVERIFY(m_mgr->Init(&m_machine));
+    QVERIFY(!m_mgr->ShowSettingsDlg(nullptr));
+    lastAccepted = true;
+    QVERIFY(m_mgr->ShowSettingsDlg(nullptr));
+    QCOMPARE(m_operator.takeBoxes().size(), 4);
+    m_operator.takeDialogs();
+    m_machine.takeCalls();
+}
+
+void tst_Zendel::secondInitSendsTheCallsToTheNewHost()
+{
+    RecordingMachine other(QStringLiteral("other "));
+    QVERIFY(m_mgr->Init(&m_machine));
+    QVERIFY(m_mgr->Init(&other));
+    m_operator.onDialog = pressChange;
+    QVERIFY(m_mgr->ShowSettingsDlg(nullptr));
+    QCOMPARE(other.takeCalls(),
+             QStringList({QStringLiteral("other SetLanguage(1)"),
+                          QStringLiteral("other NotifySettingChanged")}));
+    m_operator.takeBoxes();
+    m_operator.takeDialogs();
+}
+
+void tst_Zendel::initFromInsideSetLanguage()
+{
+    RecordingMachine other(QStringLiteral("other "));
+    m_machine.onSetLanguage = [&] {
+        Deployment::writeLines("DEFAULT=2\nLANG2_NAME=Two\nLANG2_FOLDER=second\nLANG2_SHOW=1\n");
+        QVERIFY(m_mgr->Init(&other));
+    };
+    m_operator.onDialog = [](QDialog &dialog) {
+        pressChange(dialog);
+        QCOMPARE(dialog.windowTitle(), QStringLiteral("1 Settings"));
+        QCOMPARE(dialog.findChild<QPushButton *>()->text(), QStringLiteral("1 Change"));
+        QCOMPARE(languages(dialog).count(), 2);
+    };
+    QVERIFY(m_mgr->Init(&m_machine));
+    QVERIFY(m_mgr->ShowSettingsDlg(nullptr));
+    QCOMPARE(m_machine.takeCalls(), QStringList(QStringLiteral("SetLanguage(1)")));
+    QCOMPARE(other.takeCalls(), QStringList(QStringLiteral("other NotifySettingChanged")));
+    QCOMPARE(m_operator.takeBoxes(),
+             QStringList(Operator::box("information", QStringLiteral("2 Success"),
+                                       QStringLiteral("2 Change successful!"), "PageSetLang")));
+    m_operator.takeDialogs();
+}
+
+void tst_Zendel::everyDialogLogsOneWarning()
+{
+    QVERIFY(m_mgr->Init(&m_machine));
+    QCOMPARE(Warnings::take(), QStringList());
+    NativeWindow owner(QRect(100, 50, 800, 600));
+    for (int i = 0; i < 3; ++i) {
+        m_mgr->ShowSettingsDlg(owner.handle());
+        QCoreApplication::processEvents();
+        QCOMPARE(Warnings::take(), QStringList(Warnings::unconnectedSlot()));
+    }
+    m_operator.takeDialogs();
+}
+
+void tst_Zendel::dialogIsCentredOverTheOwner_data()
+{
+    QTest::addColumn<QRect>("owner");
+    QTest::addColumn<QPoint>("position");
+
+    QTest::newRow("usual sizes") << QRect(100, 50, 800, 600) << QPoint(150, 115);
+    QTest::newRow("one pixel over") << QRect(100, 50, 701, 471) << QPoint(100, 50);
+    QTest::newRow("three pixels over") << QRect(100, 50, 703, 473) << QPoint(101, 51);
+    QTest::newRow("three pixels short") << QRect(100, 50, 697, 467) << QPoint(99, 49);
+    QTest::newRow("smaller than the dialog") << QRect(400, 300, 201, 101) << QPoint(151, 116);
+    QTest::newRow("partly off the screen") << QRect(-100, -60, 800, 600) << QPoint(-50, 5);
+}
+
+void tst_Zendel::dialogIsCentredOverTheOwner()
+{
+    QFETCH(QRect, owner);
+    QFETCH(QPoint, position);
+
+    const NativeWindow window(owner);
+    QPoint seen;
+    m_operator.onDialog = [&seen](QDialog &dialog) { seen = dialog.pos(); };
+    QVERIFY(m_mgr->Init(&m_machine));
+    m_mgr->ShowSettingsDlg(window.handle());
+    QCOMPARE(m_operator.takeDialogs().size(), 1);
+    QCOMPARE(seen, position);
+}
+
+void tst_Zendel::ownerIsDisabledWhileTheDialogRuns()
+{
+    NativeWindow owner(QRect(100, 50, 800, 600));
+    const QPoint besideTheDialog(110, 60);
+    m_operator.onDialog = [&](QDialog &) {
+        NativeWindow::click(besideTheDialog);
+        QCOMPARE(owner.takeClicks(), 0);
+    };
+    QVERIFY(m_mgr->Init(&m_machine));
+    m_mgr->ShowSettingsDlg(owner.handle());
+    QCOMPARE(m_operator.takeDialogs().size(), 1);
+
+    NativeWindow::click(besideTheDialog);
+    QCOMPARE(owner.takeClicks(), 1);
+}
+
+void tst_Zendel::dialogIsInTheForegroundThenTheOwner()
+{
+    NativeWindow owner(QRect(100, 50, 800, 600));
+    NativeWindow other(QRect(100, 50, 800, 600)); // Lies over the owner.
+    m_operator.onDialog = [&](QDialog &dialog) {
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        QVERIFY(!owner.hasFocus());
+        NativeWindow::click(dialog.geometry().center());
+        QCOMPARE(owner.takeClicks() + other.takeClicks(), 0);
+    };
+    QVERIFY(m_mgr->Init(&m_machine));
+    m_mgr->ShowSettingsDlg(owner.handle());
+    QCOMPARE(m_operator.takeDialogs().size(), 1);
+
+    QVERIFY(owner.hasFocus());
+    NativeWindow::click({110, 60});
+    QCOMPARE(owner.takeClicks(), 1);
+}
+
+void tst_Zendel::withoutOwnerTheDialogIsModalAllTheSame()
+{
+    NativeWindow window(QRect(100, 50, 800, 600));
+    m_operator.onDialog = [&](QDialog &dialog) {
+        QVERIFY(dialog.isModal());
+        QCOMPARE(QApplication::activeModalWidget(), &dialog);
+        dialog.move(200, 200);
+        NativeWindow::click({110, 60});
+        QCOMPARE(window.takeClicks(), 1);
+    };
+    QVERIFY(m_mgr->Init(&m_machine));
+    m_mgr->ShowSettingsDlg(nullptr);
+    QCOMPARE(m_operator.takeDialogs().size(), 1);
+    QVERIFY(!window.hasFocus());
+}
+
+void tst_Zendel::ownerThatIsNoWindowAnyMore()
+{
+    NativeWindow owner(QRect(100, 50, 800, 600));
+    owner.destroy();
+    m_operator.onDialog = pressChange;
+    QVERIFY(m_mgr->Init(&m_machine));
+    QVERIFY(m_mgr->ShowSettingsDlg(owner.handle()));
+    QCOMPARE(m_operator.takeDialogs().size(), 1);
+    m_operator.takeBoxes();
+    m_machine.takeCalls();
+}
+
+void tst_Zendel::unloadingLeavesNothingBehind()
+{
+    const QString styleSheet = QStringLiteral(":/res/qss/style.css");
+    QVERIFY(QFile::exists(styleSheet));
+    NativeWindow owner(QRect(100, 50, 800, 600));
+    m_operator.onDialog = pressChange;
+    QVERIFY(m_mgr->Init(&m_machine));
+    QVERIFY(m_mgr->ShowSettingsDlg(owner.handle()));
+    m_operator.takeBoxes();
+    m_operator.takeDialogs();
+    m_machine.takeCalls();
+
+    unload();
+    QVERIFY(!QFile::exists(styleSheet));
+
+    // Qt goes on: whatever it had kept of the plug-in would be used here.
+    QCoreApplication::processEvents();
+    QDialog dialog;
+    dialog.setStyleSheet(QStringLiteral("QTabBar::tab:selected { background: white; }"));
+    auto *const tabs = new QTabWidget(&dialog);
+    tabs->addTab(new QComboBox, QStringLiteral("Tab"));
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QMessageBox::information(&dialog, QStringLiteral("Title"), QStringLiteral("Text"));
+    QCOMPARE(m_operator.takeBoxes().size(), 1);
+}
+
+void tst_Zendel::reloadedPluginHasNoHostAndNoTranslation()
+{
+    QVERIFY(m_mgr->Init(&m_machine));
+    unload();
+    load();
+    QVERIFY(!m_mgr->ShowSettingsDlg(nullptr));
+    QCOMPARE(m_operator.takeDialogs(), QStringList());
+
+    QVERIFY(QFile::exists(QStringLiteral(":/res/qss/style.css")));
+    QVERIFY(m_mgr->Init(&m_machine));
+    QVERIFY(!m_mgr->ShowSettingsDlg(nullptr));
+    QCOMPARE(m_operator.takeDialogs().size(), 1);
+}
+
+void tst_Zendel::manyLoadsAndUnloads()
+{
+    for (int i = 0; i < 20; ++i) {
+        QVERIFY(m_mgr->Init(&m_machine));
+        m_mgr->ShowSettingsDlg(nullptr);
+        unload();
+        load();
+    }
+    QCOMPARE(m_operator.takeDialogs().size(), 20);
+}
+
+QTEST_MAIN(tst_Zendel)
+#include "tst_Zendel.moc"

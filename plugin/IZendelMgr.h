@@ -1,6 +1,6 @@
 #pragma once
 
-struct HWND__;
+struct HWND__;         // NOLINT(bugprone-reserved-identifier): Win32's own name
 using HWND = HWND__ *; // The same type as in <windows.h> and in Qt, without needing either.
 
 class IHostMachine;

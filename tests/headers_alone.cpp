@@ -7,7 +7,7 @@
 #include <type_traits>
 
 // <windows.h> and Qt declare the handle like this; all three must get along.
-typedef struct HWND__ *HWND;
+typedef struct HWND__ *HWND; // NOLINT(modernize-use-using)
 
 static_assert(std::is_abstract_v<IZendelMgr> && std::is_abstract_v<IHostMachine>);
 static_assert(std::has_virtual_destructor_v<IZendelMgr>);
@@ -22,7 +22,7 @@ static_assert(
 
 namespace {
 
-class Machine : public IHostMachine
+class Machine final : public IHostMachine
 {
 public:
     void NotifySettingChanged() override { notified = true; }

@@ -301,10 +301,10 @@ void tst_CZendelIns::ownerIsEnabledWhileTheDialogStillExists()
     QPointer<QDialog> seen;
     m_operator.onDialog = [&seen](QDialog &dialog) { seen = &dialog; };
     QStringList withDialog;
-    RecordingWindowManager::onCall = [&](const QString &call) {
+    RecordingWindowManager::setOnCall([&](const QString &call) {
         if (seen && seen->isHidden())
             withDialog += call;
-    };
+    });
     CZendelIns ins;
     QVERIFY(ins.Init(&m_machine));
     ins.ShowSettingsDlg(ownerHandle());
@@ -403,12 +403,12 @@ void tst_CZendelIns::windowExistsButIsHiddenWhenBroughtToTheFront()
     BriefDialog dialog;
     QVERIFY(!dialog.internalWinId());
     QStringList seen;
-    RecordingWindowManager::onCall = [&](const QString &call) {
+    RecordingWindowManager::setOnCall([&](const QString &call) {
         seen += QStringLiteral("%1 %2 %3")
                     .arg(call.section(QLatin1Char('('), 0, 0),
                          dialog.internalWinId() ? QStringLiteral("window") : QStringLiteral("none"),
                          dialog.isVisible() ? QStringLiteral("visible") : QStringLiteral("hidden"));
-    };
+    });
     CZendelIns::ExecModal(dialog, ownerHandle());
     QCOMPARE(seen,
              QStringList({QStringLiteral("enableWindow none hidden"),

@@ -328,7 +328,7 @@ void tst_Zendel::refusedChangeIsToldAndReturnsFalse()
 void tst_Zendel::lastAttemptIsReturned()
 {
     bool lastAccepted = false;
-    m_operator.onDialog = [&](QDialog &dialog) {
+    m_operator.onDialog = [&](const QDialog &dialog) {
         m_machine.accepts = !lastAccepted;
         pressChange(dialog);
         m_machine.accepts = lastAccepted;

@@ -60,12 +60,12 @@ bool Operator::eventFilter(QObject *watched, QEvent *event)
         return false;
 
     // The window is on its way to the screen; it is worked once its event loop runs.
-    if (auto *const box = qobject_cast<QMessageBox *>(watched)) {
-        const QWidget *const parent = box->parentWidget();
-        m_boxes +=
-            describe(iconName(box->icon()), box->windowTitle(), box->text(), box->standardButtons(),
-                     parent ? parent->metaObject()->className() : "none");
-        QTimer::singleShot(0, box, [this, box] { answer(*box); });
+    if (auto *const messageBox = qobject_cast<QMessageBox *>(watched)) {
+        const QWidget *const parent = messageBox->parentWidget();
+        m_boxes += describe(iconName(messageBox->icon()), messageBox->windowTitle(),
+                            messageBox->text(), messageBox->standardButtons(),
+                            parent ? parent->metaObject()->className() : "none");
+        QTimer::singleShot(0, messageBox, [this, messageBox] { answer(*messageBox); });
     } else if (auto *const dialog = qobject_cast<QDialog *>(watched)) {
         if (!dialog->isModal())
             return false;
@@ -75,7 +75,7 @@ bool Operator::eventFilter(QObject *watched, QEvent *event)
     return false;
 }
 
-void Operator::answer(QMessageBox &box)
+void Operator::answer(QMessageBox &box) const
 {
     // An operator presses what is to be seen; and a window closed before X11 has shown it gets a
     // late, failing request for the focus.
@@ -85,7 +85,7 @@ void Operator::answer(QMessageBox &box)
     box.button(QMessageBox::Ok)->click();
 }
 
-void Operator::work(QDialog &dialog)
+void Operator::work(QDialog &dialog) const
 {
     QVERIFY(QTest::qWaitForWindowExposed(&dialog));
     if (onDialog)

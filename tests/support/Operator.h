@@ -34,8 +34,8 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void answer(QMessageBox &box);
-    void work(QDialog &dialog);
+    void answer(QMessageBox &box) const;
+    void work(QDialog &dialog) const;
 
     QStringList m_boxes;
     QStringList m_dialogs;

@@ -8,6 +8,7 @@ namespace {
 
 QStringList calls;
 QMap<HWND, QString> names;
+std::function<void(const QString &)> onCall;
 
 QString nameOf(HWND window)
 {
@@ -17,8 +18,8 @@ QString nameOf(HWND window)
 void record(const QString &call)
 {
     RecordingWindowManager::addCall(call);
-    if (RecordingWindowManager::onCall)
-        RecordingWindowManager::onCall(call);
+    if (onCall)
+        onCall(call);
 }
 
 } // namespace
@@ -26,7 +27,6 @@ void record(const QString &call)
 namespace RecordingWindowManager {
 
 WindowManager::Rect rect;
-std::function<void(const QString &)> onCall;
 
 void reset()
 {
@@ -49,6 +49,11 @@ void addCall(const QString &call)
 void setName(HWND window, const QString &name)
 {
     names.insert(window, name);
+}
+
+void setOnCall(std::function<void(const QString &)> function)
+{
+    onCall = std::move(function);
 }
 
 } // namespace RecordingWindowManager

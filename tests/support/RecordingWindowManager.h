@@ -23,7 +23,7 @@ void setName(HWND window, const QString &name);
 /// What windowRect() gives, for any window.
 extern WindowManager::Rect rect;
 
-/// Called after each call was written down, with its text.
-extern std::function<void(const QString &)> onCall;
+/// Sets what is called after each call was written down, with its text.
+void setOnCall(std::function<void(const QString &)> function);
 
 } // namespace RecordingWindowManager

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QMainWindow>
+
+class IZendelMgr;
+class Machine;
+class QGroupBox;
+class QLabel;
+class QPlainTextEdit;
+
+/// The host's main window: shows the machine's state and the calls between host and plug-in, and
+/// opens the plug-in's settings dialog.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    /// The machine and the manager must outlive the window.
+    MainWindow(Machine &machine, IZendelMgr &manager, QWidget *parent = nullptr);
+
+    /// Hands the machine to the plug-in, which loads the translation of the current language.
+    void initPlugin();
+
+private:
+    QGroupBox *createMachineGroup();
+    QGroupBox *createLogGroup();
+    void createMenu();
+    void connectMachine();
+    void showSettings();
+    void showLanguage();
+    void logResult(const QString &call, bool result);
+
+    Machine &m_machine;
+    IZendelMgr &m_manager;
+    QLabel *m_state = nullptr;
+    QLabel *m_language = nullptr;
+    QPlainTextEdit *m_log = nullptr;
+};

@@ -1,0 +1,65 @@
+#include "examples/host/Screen.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QScreen>
+
+#include <numeric>
+
+namespace {
+
+QRect frameOf(const QList<QWidget *> &windows)
+{
+    return std::accumulate(
+        windows.begin(), windows.end(), QRect(),
+        [](const QRect &rect, const QWidget *window) { return rect | window->frameGeometry(); });
+}
+
+QPixmap grabbed(const QList<QWidget *> &windows)
+{
+    QScreen *const screen = windows.first()->screen();
+    const QRect rect =
+        (frameOf(windows) & screen->geometry()).translated(-screen->geometry().topLeft());
+    return screen->grabWindow(0, rect.x(), rect.y(), rect.width(), rect.height());
+}
+
+QPixmap composed(const QList<QWidget *> &windows)
+{
+    const QRect rect = frameOf(windows);
+    QPixmap result(rect.size());
+    result.fill(Qt::darkGray);
+    QPainter painter(&result);
+    for (QWidget *window : windows) {
+        const QPixmap content = window->grab();
+        const QPoint position = window->geometry().topLeft() - rect.topLeft();
+        painter.drawPixmap(position, content);
+        painter.drawRect(QRect(position, content.size()).adjusted(0, 0, -1, -1));
+    }
+    return result;
+}
+
+} // namespace
+
+namespace Screen {
+
+QList<QWidget *> windows(QWidget &mainWindow)
+{
+    QList<QWidget *> result;
+    QWidget *dialog = QApplication::activeModalWidget();
+    while (dialog && dialog != &mainWindow) {
+        result.prepend(dialog);
+        dialog = dialog->parentWidget() ? dialog->parentWidget()->window() : nullptr;
+    }
+    result.prepend(&mainWindow);
+    return result;
+}
+
+QPixmap picture(const QList<QWidget *> &windows)
+{
+    for (QWidget *window : windows)
+        window->repaint(); // At once: whatever is still to be painted is in the picture then.
+    const QPixmap result = grabbed(windows);
+    return result.isNull() ? composed(windows) : result;
+}
+
+} // namespace Screen

@@ -102,7 +102,8 @@ void CTranslatorMgr::loadLangConfig()
     QTextStream in(&file);
     in.setCodec(codec);
     if (codec && codec->name() == "UTF-16LE") {
-        // The stream may or may not have swallowed the mark already; a second one is content.
+        // Whether the stream has swallowed the mark or not: a mark that comes out is dropped, and
+        // anything else is put back.
         QChar bom;
         in >> bom;
         if (bom != QChar(QChar::ByteOrderMark))

@@ -35,8 +35,8 @@ public:
     QTranslator *translator() const { return m_translator.get(); }
 
     /// Reads the catalogue again and loads the translation of its default language, or that of
-    /// the folder chs where the former is hidden or has no file. Failures are shown in message
-    /// boxes and leave the translator empty.
+    /// the folder chs where the default is not in the catalogue, is hidden or has no file.
+    /// Failures are shown in message boxes; one to load leaves the translator empty.
     void loadTranslator();
 
     /// The number that the catalogue names as default, which need not be one of its languages;

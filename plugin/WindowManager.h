@@ -16,7 +16,8 @@ struct Rect
     int bottom = 0;
 };
 
-/// Lets @p window take mouse and keyboard input, or not. Not counted: the last call holds.
+/// Lets @p window take mouse and keyboard input, or not, as far as the platform can do that. Not
+/// counted: the last call holds.
 void enableWindow(HWND window, bool enable);
 
 /// The outer frame of @p window, or an empty rectangle at the origin if it is no window.

@@ -60,12 +60,11 @@ void coverWindow(xcb_connection_t *connection, xcb_window_t window)
     if (covers.contains(window))
         return;
 
-    // As large as can be, so that the window may grow below it. Without the second value the
-    // events would pass through to the window.
+    // As large as can be, so that the window may grow below it. What is not kept from propagating
+    // would pass through to the window.
     const quint16 size = 0x7fff;
     const quint32 values[] = {XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE
-                              | XCB_EVENT_MASK_POINTER_MOTION | XCB_EVENT_MASK_KEY_PRESS
-                              | XCB_EVENT_MASK_KEY_RELEASE};
+                              | XCB_EVENT_MASK_POINTER_MOTION};
     const xcb_window_t cover = xcb_generate_id(connection);
     if (succeeded(connection,
                   xcb_create_window_checked(connection, XCB_COPY_FROM_PARENT, cover, window, 0, 0,

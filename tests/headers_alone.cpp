@@ -22,6 +22,35 @@ static_assert(
 
 namespace {
 
+// The destructor has two slots in the C++ ABI of all compilers but Microsoft's.
+#ifdef _MSC_VER
+constexpr int slotsOfDestructor = 1;
+#else
+constexpr int slotsOfDestructor = 2;
+#endif
+
+/// The function in a slot of an object's table of virtual functions, called as a host compiled
+/// with another version of these headers would call it.
+template<typename Result, typename... Arguments>
+Result callSlot(void *object, int slot, Arguments... arguments)
+{
+    using Function = Result (*)(void *, Arguments...);
+    return reinterpret_cast<Function>((*static_cast<void ***>(object))[slot])(object, arguments...);
+}
+
+class Mgr final : public IZendelMgr
+{
+public:
+    bool Init(IHostMachine *host) override { return !host; }
+    bool ShowSettingsDlg(HWND owner) override
+    {
+        shownOver = owner;
+        return true;
+    }
+
+    HWND shownOver = nullptr;
+};
+
 class Machine final : public IHostMachine
 {
 public:
@@ -31,12 +60,27 @@ public:
     bool notified = false;
 };
 
+bool managerSlotsAreInOrder()
+{
+    Mgr mgr;
+    void *const object = static_cast<IZendelMgr *>(&mgr);
+    const auto owner = reinterpret_cast<HWND>(&mgr);
+    return callSlot<bool, IHostMachine *>(object, slotsOfDestructor, nullptr)
+        && callSlot<bool, HWND>(object, slotsOfDestructor + 1, owner) && mgr.shownOver == owner;
+}
+
+bool machineSlotsAreInOrder()
+{
+    Machine machine;
+    void *const object = static_cast<IHostMachine *>(&machine);
+    callSlot<void>(object, 0);
+    return machine.notified && callSlot<bool, std::uint8_t>(object, 1, 2)
+        && !callSlot<bool, std::uint8_t>(object, 1, 3);
+}
+
 } // namespace
 
 int main()
 {
-    Machine machine;
-    IHostMachine &host = machine;
-    host.NotifySettingChanged();
-    return machine.notified && host.SetLanguage(2) && !host.SetLanguage(3) ? 0 : 1;
+    return managerSlotsAreInOrder() && machineSlotsAreInOrder() ? 0 : 1;
 }

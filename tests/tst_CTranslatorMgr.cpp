@@ -6,7 +6,8 @@
 
 #include <QBuffer>
 #include <QDir>
-#include <QMetaClassInfo>
+#include <QMessageBox>
+#include <QPointer>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -15,30 +16,33 @@
 
 namespace {
 
-/// 简体中文 and 中文 in GB2312.
+QByteArray codecAskedFor;
+bool codecsAreMissing = false;
+
+} // namespace
+
+// The linker sends the library's look-ups of codecs here.
+// NOLINTBEGIN(bugprone-reserved-identifier)
+extern "C" {
+QTextCodec *__real__ZN10QTextCodec12codecForNameERK10QByteArray(const QByteArray &name);
+QTextCodec *__wrap__ZN10QTextCodec12codecForNameERK10QByteArray(const QByteArray &name);
+}
+
+QTextCodec *__wrap__ZN10QTextCodec12codecForNameERK10QByteArray(const QByteArray &name)
+{
+    codecAskedFor = name;
+    return codecsAreMissing ? nullptr : __real__ZN10QTextCodec12codecForNameERK10QByteArray(name);
+}
+// NOLINTEND(bugprone-reserved-identifier)
+
+namespace {
+
+/// 简体中文 in GB2312.
 const QByteArray simplifiedChinese = QByteArrayLiteral("\xBC\xF2\xCC\xE5\xD6\xD0\xCE\xC4");
-const QByteArray chinese = QByteArrayLiteral("\xD6\xD0\xCE\xC4");
 
 /// A catalogue of one shown language, up to the name and behind it.
 const QByteArray beforeName = QByteArrayLiteral("[LANG_MGR]\r\nLANG1_NAME=");
 const QByteArray afterName = QByteArrayLiteral("\r\nLANG1_FOLDER=a\r\nLANG1_SHOW=1\r\n");
-
-QByteArray utf16(const QString &text, bool littleEndian)
-{
-    QByteArray bytes;
-    for (const QChar c : text) {
-        const char low = char(c.unicode() & 0xff);
-        const char high = char(c.unicode() >> 8);
-        bytes += littleEndian ? low : high;
-        bytes += littleEndian ? high : low;
-    }
-    return bytes;
-}
-
-QByteArray utf16le(const QString &text)
-{
-    return utf16(text, true);
-}
 
 QString applicationPath(const QString &below)
 {
@@ -67,6 +71,9 @@ private Q_SLOTS:
     void showValue();
     void translationPath_data();
     void translationPath();
+    void placeholderInTheApplicationFolderIsSubstitutedToo();
+    void utf8WithoutAMarkIsTakenForGb2312();
+    void missingCodecLeavesTheCatalogueReadable();
     void veryLongLineIsReadWhole();
     void manyLanguagesAreAllRead();
 
@@ -75,6 +82,8 @@ private Q_SLOTS:
     void directoryNamedLangIniCannotBeOpened();
     void secondReadingReplacesTheFirst();
     void catalogueRemovedBetweenTwoReadingsLeavesNothing();
+    void catalogueIsEmptyWhileTheWarningShows();
+    void readErrorIsTakenForTheEnd();
     void fileIsClosedAfterReading();
 
     // Queries
@@ -96,7 +105,10 @@ private Q_SLOTS:
     void brokenFallbackIsNamedInTheWarning();
     void missingCatalogueWithFallbackShowsOneBox();
     void missingCatalogueAndFallbackShowsThreeBoxesInOrder();
+    void directoryAsFallbackShowsTheWarningAlone();
     void failedReloadEmptiesTheTranslator();
+    void missingFilesEmptyTheTranslatorAfterTheCriticalBox();
+    void suffixAndDelimitersAreQtsDefaults();
     void reloadFollowsTheCatalogue();
     void missingTextComesBackEmpty();
     void translatorIsNeverInstalledIntoTheApplication();
@@ -107,6 +119,7 @@ private Q_SLOTS:
     void instanceIsOneObjectWithoutParent();
     void metaObjectDeclaresNothing();
     void constructorTakesAParent();
+    void translatorDiesWithTheManager();
 
 private:
     static QString dump(const CTranslatorMgr &mgr);
@@ -123,6 +136,7 @@ void tst_CTranslatorMgr::cleanup()
 {
     QCOMPARE(m_operator.takeBoxes(), QStringList());
     QCOMPARE(Warnings::take(), QStringList());
+    m_operator.onBox = nullptr;
     Deployment::clear();
 }
 
@@ -164,17 +178,20 @@ void tst_CTranslatorMgr::catalogue_data()
     file("UTF-8 with its mark", "\xEF\xBB\xBF" + beforeName + "简体中文" + afterName,
          "0 | 1+简体中文:a");
     file("UTF-16LE with its mark",
-         utf16le(QStringLiteral("\uFEFF[LANG_MGR]\r\nLANG1_NAME=简体中文\r\nLANG1_FOLDER=a\r\n")),
+         Deployment::utf16(
+             QStringLiteral("\uFEFF[LANG_MGR]\r\nLANG1_NAME=简体中文\r\nLANG1_FOLDER=a\r\n")),
          "0 | 1-简体中文:a");
     file("UTF-16LE with two marks",
-         utf16le(QStringLiteral("\uFEFF\uFEFF[LANG_MGR]\r\nLANG1_NAME=日本語")), "0 | 1-日本語:");
+         Deployment::utf16(QStringLiteral("\uFEFF\uFEFF[LANG_MGR]\r\nLANG1_NAME=日本語")),
+         "0 | 1-日本語:");
     file("UTF-16LE, first line empty",
-         utf16le(QStringLiteral("\uFEFF\n[LANG_MGR]\nLANG1_NAME=日本語")), "0 | 1-日本語:");
+         Deployment::utf16(QStringLiteral("\uFEFF\n[LANG_MGR]\nLANG1_NAME=日本語")),
+         "0 | 1-日本語:");
     file("UTF-16LE, nothing behind the mark", "\xFF\xFE", "0 |");
     file("UTF-16LE, half a character at the end",
-         utf16le(QStringLiteral("\uFEFF[LANG_MGR]\nDEFAULT=7\n")) + "x", "7 |");
+         Deployment::utf16(QStringLiteral("\uFEFF[LANG_MGR]\nDEFAULT=7\n")) + "x", "7 |");
     file("UTF-16BE with its mark",
-         utf16(QStringLiteral("\uFEFF[LANG_MGR]\r\nLANG1_NAME=简体中文\r\n"), false),
+         Deployment::utf16(QStringLiteral("\uFEFF[LANG_MGR]\r\nLANG1_NAME=简体中文\r\n"), false),
          "0 | 1-简体中文:");
     file("UTF-8 mark alone", "\xEF\xBB\xBF", "0 |");
     file("cut UTF-8 mark spoils the first header", "\xEF\xBB[LANG_MGR]\nDEFAULT=7", "0 |");
@@ -238,6 +255,8 @@ void tst_CTranslatorMgr::catalogue_data()
     lines("lone SHOW creates the record", "LANG2_SHOW=1\n", "0 | 2+:");
     lines("leading zeros name the same record", "LANG01_NAME=a\nLANG1_FOLDER=b\nLANG001_SHOW=1\n",
           "0 | 1+a:b");
+    lines("numbers in keys are decimal", "LANG010_NAME=a\nLANG10_FOLDER=b\nLANG08_NAME=c\n",
+          "0 | 8-c: 10-a:b");
     lines("largest number", "LANG2147483647_NAME=a\n", "0 | 2147483647-a:");
     lines("overlong numbers share record 0",
           "LANG2147483648_NAME=a\nLANG99999999999999999999_FOLDER=b\nLANG0_SHOW=1\n", "0 | 0+a:b");
@@ -264,10 +283,10 @@ void tst_CTranslatorMgr::encodingByFirstBytes_data()
     QTest::addColumn<QByteArray>("codec");
 
     const auto row = [](const char *name, const QByteArray &bytes, const char *codec) {
-        QTest::newRow(name) << bytes << QTextCodec::codecForName(codec)->name();
+        QTest::newRow(name) << bytes << QByteArray(codec);
     };
     row("FF FE", "\xFF\xFE", "UTF-16LE");
-    row("FF FE and text", "\xFF\xFE[\0", "UTF-16LE");
+    row("FF FE and text", "\xFF\xFE[", "UTF-16LE");
     row("EF BB BF", "\xEF\xBB\xBF", "UTF-8");
     row("EF BB BF and text", "\xEF\xBB\xBF[", "UTF-8");
     row("EF BB", "\xEF\xBB", "GB2312");
@@ -286,7 +305,9 @@ void tst_CTranslatorMgr::encodingByFirstBytes()
 
     QBuffer device(&bytes);
     QVERIFY(device.open(QIODevice::ReadOnly));
-    QCOMPARE(CTranslatorMgr::detectCodec(&device)->name(), codec);
+    // By the name asked for: what the codec calls itself differs from one Qt to the other.
+    QVERIFY(CTranslatorMgr::detectCodec(&device));
+    QCOMPARE(codecAskedFor, codec);
     QCOMPARE(device.pos(), 0);
 }
 
@@ -387,6 +408,40 @@ void tst_CTranslatorMgr::translationPath()
     QCOMPARE(mgr.langFilePath(3), applicationPath(QStringLiteral("Lang/") + below));
 }
 
+// Has something to see when the program runs in a folder with such a name, as it does below.
+void tst_CTranslatorMgr::placeholderInTheApplicationFolderIsSubstitutedToo()
+{
+    Deployment::writeLines("LANG3_FOLDER=x\nLANG3_SHOW=1\n");
+    CTranslatorMgr mgr;
+    mgr.loadLangConfig();
+    QCOMPARE(mgr.langFilePath(3),
+             QCoreApplication::applicationDirPath().replace(QLatin1String("%2"), QLatin1String("x"))
+                 + QStringLiteral("/Lang/x/Zendel.qm"));
+}
+
+void tst_CTranslatorMgr::utf8WithoutAMarkIsTakenForGb2312()
+{
+    Deployment::writeCatalogue(
+        "[LANG_MGR]\nDEFAULT=2\nLANG2_SHOW=1\nLANG2_FOLDER=a\nLANG2_NAME=简体中文\n");
+    CTranslatorMgr mgr;
+    mgr.loadLangConfig();
+    QCOMPARE(mgr.defaultLangId(), 2);
+    QCOMPARE(mgr.visibleLanguages().size(), 1);
+    QVERIFY(mgr.visibleLanguages().constFirst().name != QStringLiteral("简体中文"));
+}
+
+void tst_CTranslatorMgr::missingCodecLeavesTheCatalogueReadable()
+{
+    codecsAreMissing = true;
+    for (const QByteArray &mark : {QByteArray(), QByteArray("\xEF\xBB\xBF")}) {
+        Deployment::writeCatalogue(mark + "[LANG_MGR]\nDEFAULT=7\nLANG1_NAME=a\n");
+        CTranslatorMgr mgr;
+        mgr.loadLangConfig();
+        QCOMPARE(dump(mgr), QStringLiteral("7 | 1-a:"));
+    }
+    codecsAreMissing = false;
+}
+
 void tst_CTranslatorMgr::veryLongLineIsReadWhole()
 {
     const QByteArray name(1 << 20, 'x');
@@ -462,6 +517,39 @@ void tst_CTranslatorMgr::catalogueRemovedBetweenTwoReadingsLeavesNothing()
     QCOMPARE(mgr.m_langMap.size(), 0);
     QCOMPARE(mgr.m_defaultLangId, 0);
     QCOMPARE(mgr.langFilePath(1), QString());
+}
+
+void tst_CTranslatorMgr::catalogueIsEmptyWhileTheWarningShows()
+{
+    Deployment::installTwoLanguages();
+    CTranslatorMgr mgr;
+    mgr.loadLangConfig();
+    Deployment::clear();
+    int boxes = 0;
+    m_operator.onBox = [&](QMessageBox &) {
+        QCOMPARE(dump(mgr), QStringLiteral("not loaded"));
+        QCOMPARE(mgr.m_langMap.size(), 0);
+        QCOMPARE(mgr.m_defaultLangId, 0);
+        ++boxes;
+    };
+    mgr.loadLangConfig();
+    QCOMPARE(boxes, 1);
+    m_operator.takeBoxes();
+}
+
+void tst_CTranslatorMgr::readErrorIsTakenForTheEnd()
+{
+#ifdef Q_OS_LINUX
+    // Can be opened, but not read at its beginning.
+    QVERIFY(QDir().mkpath(applicationPath(QStringLiteral("Lang"))));
+    QVERIFY(QFile::link(QStringLiteral("/proc/self/mem"),
+                        applicationPath(QStringLiteral("Lang/Lang.ini"))));
+    CTranslatorMgr mgr;
+    mgr.loadLangConfig();
+    QCOMPARE(dump(mgr), QStringLiteral("0 |"));
+#else
+    QSKIP("This system has no file that opens and cannot be read.");
+#endif
 }
 
 void tst_CTranslatorMgr::fileIsClosedAfterReading()
@@ -717,6 +805,55 @@ void tst_CTranslatorMgr::failedReloadEmptiesTheTranslator()
     QCOMPARE(translator->translate("PageSetLang", "Change"), QString());
 }
 
+void tst_CTranslatorMgr::directoryAsFallbackShowsTheWarningAlone()
+{
+    Deployment::writeLines("DEFAULT=9\n");
+    QVERIFY(QDir().mkpath(applicationPath(QStringLiteral("Lang/chs/Zendel.qm"))));
+    CTranslatorMgr mgr;
+    mgr.loadTranslator();
+    QCOMPARE(m_operator.takeBoxes(),
+             QStringList(Operator::box("warning", QStringLiteral("Warning"),
+                                       QStringLiteral("Load translator file")
+                                           + applicationPath(QStringLiteral("Lang/chs/Zendel.qm"))
+                                           + QStringLiteral("failed!"))));
+}
+
+void tst_CTranslatorMgr::missingFilesEmptyTheTranslatorAfterTheCriticalBox()
+{
+    Deployment::installTwoLanguages();
+    CTranslatorMgr mgr;
+    mgr.loadTranslator();
+
+    Deployment::clear();
+    Deployment::writeLines("DEFAULT=1\n");
+    QStringList texts;
+    m_operator.onBox = [&](QMessageBox &) {
+        texts += mgr.translator()->translate("PageSetLang", "Change");
+    };
+    mgr.loadTranslator();
+    QCOMPARE(m_operator.takeBoxes().size(), 2);
+    QCOMPARE(texts, QStringList({QStringLiteral("1 Change"), QString()}));
+    QVERIFY(mgr.translator()->isEmpty());
+}
+
+void tst_CTranslatorMgr::suffixAndDelimitersAreQtsDefaults()
+{
+    // With these, Qt drops what follows the last dot when there is no such file.
+    Deployment::installTwoLanguages();
+    QVERIFY(QFile::rename(applicationPath(QStringLiteral("Lang/first/Zendel.qm")),
+                          applicationPath(QStringLiteral("Lang/first/Zendel"))));
+    QVERIFY(QDir().rename(applicationPath(QStringLiteral("Lang/first")),
+                          applicationPath(QStringLiteral("Lang/chs"))));
+    CTranslatorMgr mgr;
+    mgr.loadTranslator();
+    QCOMPARE(m_operator.takeBoxes(),
+             QStringList(
+                 Operator::box("critical", QStringLiteral("Error"),
+                               QStringLiteral("Cannot find the \"%1\" file")
+                                   .arg(applicationPath(QStringLiteral("Lang/first/Zendel.qm"))))));
+    QCOMPARE(mgr.translator()->translate("PageSetLang", "Change"), QStringLiteral("1 Change"));
+}
+
 void tst_CTranslatorMgr::reloadFollowsTheCatalogue()
 {
     Deployment::installTwoLanguages();
@@ -754,16 +891,23 @@ void tst_CTranslatorMgr::translatorIsNeverInstalledIntoTheApplication()
 void tst_CTranslatorMgr::worksInAnyApplicationFolder_data()
 {
     QTest::addColumn<QString>("folder");
+    QTest::addColumn<QStringList>("tests");
 
-    QTest::newRow("blanks") << QStringLiteral("machine control 2");
-    QTest::newRow("Chinese characters") << QStringLiteral("机床控制");
-    QTest::newRow("percent sign") << QStringLiteral("100% done");
-    QTest::newRow("dots and underscores") << QStringLiteral("v1.2_final.d");
+    const QStringList all {QStringLiteral("loadsTheDefaultLanguage"),
+                           QStringLiteral("translationPath"),
+                           QStringLiteral("missingCatalogueAndFallbackShowsThreeBoxesInOrder")};
+    QTest::newRow("blanks") << QStringLiteral("machine control 2") << all;
+    QTest::newRow("Chinese characters") << QStringLiteral("机床控制") << all;
+    QTest::newRow("percent sign") << QStringLiteral("100% done") << all;
+    QTest::newRow("dots and underscores") << QStringLiteral("v1.2_final.d") << all;
+    QTest::newRow("placeholder") << QStringLiteral(
+        "a%2b") << QStringList(QStringLiteral("placeholderInTheApplicationFolderIsSubstitutedToo"));
 }
 
 void tst_CTranslatorMgr::worksInAnyApplicationFolder()
 {
     QFETCH(QString, folder);
+    QFETCH(QStringList, tests);
 
     const QTemporaryDir root(applicationPath(QStringLiteral("XXXXXX")));
     const QString program = root.filePath(folder + QStringLiteral("/test.exe"));
@@ -773,9 +917,7 @@ void tst_CTranslatorMgr::worksInAnyApplicationFolder()
     // This very test program, which works on the folder that it lies in.
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(program,
-                  {QStringLiteral("loadsTheDefaultLanguage"), QStringLiteral("translationPath"),
-                   QStringLiteral("missingCatalogueAndFallbackShowsThreeBoxesInOrder")});
+    process.start(program, tests);
     QVERIFY2(process.waitForFinished(), qPrintable(process.errorString()));
     QVERIFY2(process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0,
              process.readAll().constData());
@@ -813,6 +955,17 @@ void tst_CTranslatorMgr::constructorTakesAParent()
     QObject parent;
     const CTranslatorMgr mgr(&parent);
     QCOMPARE(mgr.parent(), &parent);
+}
+
+void tst_CTranslatorMgr::translatorDiesWithTheManager()
+{
+    QPointer<QTranslator> translator;
+    {
+        const CTranslatorMgr mgr;
+        translator = mgr.translator();
+        QVERIFY(translator);
+    }
+    QVERIFY(!translator);
 }
 
 QTEST_MAIN(tst_CTranslatorMgr)

@@ -1,4 +1,5 @@
 #include "ui/DlgSettings.h"
+#include "ui_DlgSettings.h"
 
 #include "lang/CTranslatorMgr.h"
 #include "plugin/HostMachine.h"
@@ -17,6 +18,9 @@
 #include <QTabWidget>
 #include <QTest>
 #include <QVBoxLayout>
+
+#include <functional>
+#include <utility>
 
 namespace {
 
@@ -56,6 +60,7 @@ private Q_SLOTS:
     void pageIsTheOneTab();
     void textsComeFromTheLoadedTranslation();
     void textsAreEmptyWithoutTranslation();
+    void formHasNoTextsOfItsOwn();
     void warnsOfTheUnconnectedSlotAlone();
     void metaObjectDeclaresNothing();
 
@@ -65,6 +70,7 @@ private Q_SLOTS:
     void styleSheetIsStoredUncompressed();
     void styleSheetIsSetByteForByte();
     void styleSheetDressesTheTabs();
+    void styleSheetIsReadAsUtf8();
     void missingStyleSheetLeavesTheDialogPlain();
 
     void resultFollowsTheLastAttempt_data();
@@ -177,6 +183,18 @@ void tst_DlgSettings::textsAreEmptyWithoutTranslation()
     QCOMPARE(dialog.windowTitle(), QString());
 }
 
+void tst_DlgSettings::formHasNoTextsOfItsOwn()
+{
+    Ui::DlgSettings form;
+    QDialog dialog;
+    form.setupUi(&dialog);
+    QCOMPARE(dialog.windowTitle(), QString());
+    QCOMPARE(form.tabWidget->count(), 0);
+    QCOMPARE(form.tabWidget->currentIndex(), -1);
+    QVERIFY(form.tabWidget->documentMode());
+    QCOMPARE(dialog.objectName(), QStringLiteral("DlgSettings"));
+}
+
 void tst_DlgSettings::warnsOfTheUnconnectedSlotAlone()
 {
     DlgSettings dialog;
@@ -268,6 +286,19 @@ void tst_DlgSettings::styleSheetDressesTheTabs()
     QCOMPARE(picture.pixelColor(tab + QPoint(5, 10)), QColor(Qt::white));
 }
 
+void tst_DlgSettings::styleSheetIsReadAsUtf8()
+{
+    Q_CLEANUP_RESOURCE(style);
+    const QString other = Deployment::path(QStringLiteral("other_style.rcc"));
+    QVERIFY(QResource::registerResource(other));
+    {
+        const DlgSettings dialog;
+        QVERIFY(dialog.styleSheet().contains(QStringLiteral("样式")));
+    }
+    QVERIFY(QResource::unregisterResource(other));
+    Q_INIT_RESOURCE(style);
+}
+
 void tst_DlgSettings::missingStyleSheetLeavesTheDialogPlain()
 {
     Q_CLEANUP_RESOURCE(style);
@@ -340,16 +371,19 @@ void tst_DlgSettings::resultIsOverwrittenAtEveryClose()
 
 void tst_DlgSettings::resultCodeIsQDialogs()
 {
-    DlgSettings dialog;
-    // The result is there when QDialog's own part of the closing begins.
-    bool changedWhenFinished = false;
-    connect(&dialog, &QDialog::finished, this, [&] { changedWhenFinished = dialog.changed(); });
-    press(dialog, true);
-    dialog.accept();
-    QCOMPARE(dialog.result(), int(QDialog::Accepted));
-    QVERIFY(changedWhenFinished);
-    dialog.reject();
-    QCOMPARE(dialog.result(), int(QDialog::Rejected));
+    for (const bool accept : {true, false}) {
+        DlgSettings dialog;
+        // The result is there when QDialog's own part of the closing begins.
+        bool changedWhenFinished = false;
+        connect(&dialog, &QDialog::finished, this, [&] { changedWhenFinished = dialog.changed(); });
+        press(dialog, true);
+        if (accept)
+            dialog.accept();
+        else
+            dialog.reject();
+        QCOMPARE(dialog.result(), int(accept ? QDialog::Accepted : QDialog::Rejected));
+        QVERIFY(changedWhenFinished);
+    }
 }
 
 QTEST_MAIN(tst_DlgSettings)

@@ -19,16 +19,22 @@
 
 namespace {
 
-/// Translates everything to "host", as a translator of the host application would.
+/// Translates everything to "host", as a translator of the host application would, and knows what
+/// it was asked for.
 class HostTranslator : public QTranslator
 {
 public:
-    QString translate(const char * /*context*/, const char * /*sourceText*/,
-                      const char * /*disambiguation*/, int /*n*/) const override
+    QString translate(const char *context, const char *sourceText, const char *disambiguation,
+                      int n) const override
     {
+        asked += QStringLiteral("%1 %2 %3 %4")
+                     .arg(QLatin1String(context), QLatin1String(sourceText),
+                          QLatin1String(disambiguation), QString::number(n));
         return QStringLiteral("host");
     }
     bool isEmpty() const override { return false; }
+
+    mutable QStringList asked;
 };
 
 QComboBox &comboBox(const PageSetLang &page)
@@ -120,6 +126,7 @@ private Q_SLOTS:
     void messagesAreEmptyWithoutTranslation();
     void nothingIsRefreshedAfterAChange();
     void newTranslationSpeaksInTheBoxButNotOnThePage();
+    void messageIsTranslatedAfterTheNotification();
     void hostReplacedDuringSetLanguageIsNotified();
 
 private:
@@ -268,8 +275,13 @@ void tst_PageSetLang::translatorsOfTheHostAreIgnored()
 {
     HostTranslator hostTranslator;
     QVERIFY(QCoreApplication::installTranslator(&hostTranslator));
+    hostTranslator.asked.clear(); // Qt itself has asked for the direction of the layout.
     {
         const PageSetLang page;
+        // Asked by the form alone, whose texts don't stay.
+        QCOMPARE(hostTranslator.asked,
+                 QStringList({QStringLiteral("PageSetLang Change  -1"),
+                              QStringLiteral("PageSetLang Language:  -1")}));
         QCOMPARE(button(page).text(), QStringLiteral("1 Change"));
         QCOMPARE(label(page).text(), QStringLiteral("1 Language:"));
         button(page).click();
@@ -320,10 +332,10 @@ void tst_PageSetLang::unlistedDefaultSelectsTheFirst()
     Deployment::installTranslation(QStringLiteral("chs"), QStringLiteral("first"));
     Deployment::writeLines(lines
                            + "LANG3_NAME=Three\nLANG3_FOLDER=first\nLANG3_SHOW=1\n"
-                             "LANG4_NAME=Four\nLANG4_FOLDER=first\nLANG4_SHOW=1\n");
+                             "LANG10_NAME=Ten\nLANG10_FOLDER=first\nLANG10_SHOW=1\n");
     CTranslatorMgr::instance()->loadTranslator();
     const PageSetLang page;
-    QCOMPARE(items(page), QStringList({QStringLiteral("[Three:3]"), QStringLiteral("Four:4")}));
+    QCOMPARE(items(page), QStringList({QStringLiteral("[Three:3]"), QStringLiteral("Ten:10")}));
 }
 
 void tst_PageSetLang::emptyListSelectsNothing()
@@ -545,6 +557,18 @@ void tst_PageSetLang::newTranslationSpeaksInTheBoxButNotOnThePage()
     QCOMPARE(button(page).text(), QStringLiteral("1 Change"));
     QCOMPARE(label(page).text(), QStringLiteral("1 Language:"));
     QCOMPARE(items(page), QStringList({QStringLiteral("[One:1]"), QStringLiteral("Two:2")}));
+    m_machine.takeCalls();
+}
+
+void tst_PageSetLang::messageIsTranslatedAfterTheNotification()
+{
+    m_machine.onNotify = [] {
+        Deployment::writeLines("DEFAULT=2\nLANG2_NAME=Two\nLANG2_FOLDER=second\nLANG2_SHOW=1\n");
+        CTranslatorMgr::instance()->loadTranslator();
+    };
+    const PageSetLang page;
+    button(page).click();
+    QCOMPARE(m_operator.takeBoxes(), QStringList(successBox("2")));
     m_machine.takeCalls();
 }
 

@@ -46,6 +46,7 @@ private Q_SLOTS:
     void handleThatIsNoWindowIsIgnored();
 
     void disabledWindowGetsNoClick();
+    void disabledWindowDoesNotSeeTheMouse();
     void disablingTwiceIsUndoneByEnablingOnce();
     void enablingAnEnabledWindowChangesNothing();
     void disabledWindowMayGrow();
@@ -63,8 +64,7 @@ void tst_WindowManager_xcb::initTestCase()
 
 void tst_WindowManager_xcb::cleanup()
 {
-    // Late errors arrive with the events.
-    QCoreApplication::processEvents();
+    NativeWindow::synchronizeQt();
     QCOMPARE(Warnings::take(), QStringList());
 }
 
@@ -122,6 +122,20 @@ void tst_WindowManager_xcb::disabledWindowGetsNoClick()
     QCOMPARE(window.takeClicks(), 1);
 }
 
+void tst_WindowManager_xcb::disabledWindowDoesNotSeeTheMouse()
+{
+    NativeWindow window(QRect(100, 100, 200, 200));
+    NativeWindow::click({150, 150});
+    QCOMPARE(window.takeInput(), 2); // Movement and button
+
+    WindowManager::enableWindow(window.handle(), false);
+    NativeWindow::click({160, 160});
+    NativeWindow::click({170, 170});
+    const int input = window.takeInput();
+    WindowManager::enableWindow(window.handle(), true);
+    QCOMPARE(input, 0);
+}
+
 void tst_WindowManager_xcb::disablingTwiceIsUndoneByEnablingOnce()
 {
     NativeWindow window(QRect(100, 100, 200, 200));
@@ -166,16 +180,20 @@ void tst_WindowManager_xcb::rectIsInScreenCoordinates()
 
 void tst_WindowManager_xcb::rectIncludesTheFrame()
 {
-    // What a window manager does: a frame with a border of 2, the window inside it at (5, 25).
+    // What a window manager does: a frame with a border of 2, and inside it, at (5, 25), a window
+    // of its own around the host's.
     xcb_connection_t *const connection = QX11Info::connection();
     const NativeWindow window(QRect(0, 0, 300, 200));
     const xcb_window_t frame = xcb_generate_id(connection);
     xcb_create_window(connection, XCB_COPY_FROM_PARENT, frame,
                       static_cast<xcb_window_t>(QX11Info::appRootWindow()), 70, 40, 310, 230, 2,
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    const xcb_window_t inner = xcb_generate_id(connection);
+    xcb_create_window(connection, XCB_COPY_FROM_PARENT, inner, frame, 5, 25, 300, 200, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
     xcb_reparent_window(connection,
                         static_cast<xcb_window_t>(reinterpret_cast<quintptr>(window.handle())),
-                        frame, 5, 25);
+                        inner, 0, 0);
     QCOMPARE(WindowManager::windowRect(window.handle()), Rect({70, 40, 384, 274}));
     xcb_destroy_window(connection, frame);
 }

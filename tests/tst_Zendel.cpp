@@ -18,10 +18,36 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <QSet>
 #include <QTabWidget>
 #include <QTest>
 
+// Qt's own hooks for tools that watch objects.
+extern "C" Q_DECL_IMPORT quintptr qtHookData[];
+
 namespace {
+
+/// The QObjects that were made since watching began and still live.
+QSet<QObject *> liveObjects;
+
+void objectAdded(QObject *object)
+{
+    liveObjects.insert(object);
+}
+
+void objectRemoved(QObject *object)
+{
+    liveObjects.remove(object);
+}
+
+void watchObjects(bool watch)
+{
+    const int addQObject = 3;
+    const int removeQObject = 4;
+    liveObjects.clear();
+    qtHookData[addQObject] = watch ? reinterpret_cast<quintptr>(&objectAdded) : 0;
+    qtHookData[removeQObject] = watch ? reinterpret_cast<quintptr>(&objectRemoved) : 0;
+}
 
 QComboBox &languages(const QDialog &dialog)
 {
@@ -86,7 +112,9 @@ private Q_SLOTS:
 
     // Unloading
     void unloadingLeavesNothingBehind();
-    void reloadedPluginHasNoHostAndNoTranslation();
+    void everyObjectDiesAtItsTime();
+    void translatorIsNeverInstalledIntoTheApplication();
+    void reloadedPluginHasNoHost();
     void manyLoadsAndUnloads();
 
 private:
@@ -387,7 +415,7 @@ void tst_Zendel::everyDialogLogsOneWarning()
     NativeWindow owner(QRect(100, 50, 800, 600));
     for (int i = 0; i < 3; ++i) {
         m_mgr->ShowSettingsDlg(owner.handle());
-        QCoreApplication::processEvents();
+        NativeWindow::synchronizeQt();
         QCOMPARE(Warnings::take(), QStringList(Warnings::unconnectedSlot()));
     }
     m_operator.takeDialogs();
@@ -425,8 +453,10 @@ void tst_Zendel::ownerIsDisabledWhileTheDialogRuns()
     NativeWindow owner(QRect(100, 50, 800, 600));
     const QPoint besideTheDialog(110, 60);
     m_operator.onDialog = [&](QDialog &) {
+        owner.takeInput();
         NativeWindow::click(besideTheDialog);
-        QCOMPARE(owner.takeClicks(), 0);
+        NativeWindow::typeKey();
+        QCOMPARE(owner.takeInput(), 0);
     };
     QVERIFY(m_mgr->Init(&m_machine));
     m_mgr->ShowSettingsDlg(owner.handle());
@@ -510,7 +540,49 @@ void tst_Zendel::unloadingLeavesNothingBehind()
     QCOMPARE(m_operator.takeBoxes().size(), 1);
 }
 
-void tst_Zendel::reloadedPluginHasNoHostAndNoTranslation()
+void tst_Zendel::everyObjectDiesAtItsTime()
+{
+    unload();
+    watchObjects(true);
+    QList<int> counts;
+    load(); // With a manager.
+    counts += liveObjects.size();
+    m_mgr->Init(&m_machine); // The translator manager and its translator.
+    counts += liveObjects.size();
+    m_mgr->Init(&m_machine);
+    counts += liveObjects.size();
+    m_releaseInterface(m_mgr);
+    m_mgr = nullptr;
+    counts += liveObjects.size();
+    unload();
+    counts += liveObjects.size();
+    watchObjects(false);
+    QCOMPARE(counts, QList<int>({1, 3, 3, 2, 0}));
+}
+
+void tst_Zendel::translatorIsNeverInstalledIntoTheApplication()
+{
+    const auto applicationText = [] {
+        return QCoreApplication::translate("PageSetLang", "Change");
+    };
+    QStringList texts;
+    m_operator.onDialog = [&](QDialog &dialog) {
+        texts += applicationText();
+        pressChange(dialog);
+        texts += applicationText();
+    };
+    QVERIFY(m_mgr->Init(&m_machine));
+    texts += applicationText();
+    QVERIFY(m_mgr->ShowSettingsDlg(nullptr));
+    texts += applicationText();
+    const QString untranslated = QStringLiteral("Change");
+    QCOMPARE(texts, QStringList({untranslated, untranslated, untranslated, untranslated}));
+    m_operator.takeBoxes();
+    m_operator.takeDialogs();
+    m_machine.takeCalls();
+}
+
+void tst_Zendel::reloadedPluginHasNoHost()
 {
     QVERIFY(m_mgr->Init(&m_machine));
     unload();

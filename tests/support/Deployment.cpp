@@ -29,6 +29,18 @@ void clear()
         qFatal("Cannot remove %s", qPrintable(path(QStringLiteral("Lang"))));
 }
 
+QByteArray utf16(const QString &text, bool littleEndian)
+{
+    QByteArray bytes;
+    for (const QChar c : text) {
+        const char low = static_cast<char>(c.cell());
+        const char high = static_cast<char>(c.row());
+        bytes += littleEndian ? low : high;
+        bytes += littleEndian ? high : low;
+    }
+    return bytes;
+}
+
 void writeCatalogue(const QByteArray &bytes)
 {
     writeFile(path(QStringLiteral("Lang/Lang.ini")), bytes);

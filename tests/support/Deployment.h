@@ -13,6 +13,9 @@ QString path(const QString &below);
 /// Removes the folder Lang.
 void clear();
 
+/// The bytes of a text in UTF-16, with no mark but what the text begins with.
+QByteArray utf16(const QString &text, bool littleEndian = true);
+
 /// Writes Lang/Lang.ini, byte for byte.
 void writeCatalogue(const QByteArray &bytes);
 

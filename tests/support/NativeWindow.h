@@ -23,12 +23,22 @@ public:
     /// Presses and releases the left mouse button at a place of the screen, as a hand would.
     static void click(const QPoint &position);
 
+    /// Presses and releases a key, wherever the keyboard goes.
+    static void typeKey();
+
     /// How often the button was pressed in this window since the last call. Waits until the
     /// window system has dealt with all that was done before.
     int takeClicks();
 
+    /// The same for all input: movements, buttons and keys.
+    int takeInput();
+
     /// Whether the window gets the keyboard.
     bool hasFocus() const;
+
+    /// Returns when the window system has dealt with all that Qt asked of it, and Qt with all
+    /// answers, late errors among them.
+    static void synchronizeQt();
 
 private:
     struct Private;

@@ -1,6 +1,8 @@
 #include "support/NativeWindow.h"
 
-#include <QTest>
+#include <QCoreApplication>
+#include <QList>
+#include <QX11Info>
 
 #include <xcb/xcb.h>
 #include <xcb/xtest.h>
@@ -29,12 +31,25 @@ struct NativeWindow::Private
     xcb_window_t window = xcb_generate_id(connection);
 
     ~Private() { xcb_disconnect(connection); }
+
+    int takeEvents(const QList<int> &types) const
+    {
+        synchronize(connection);
+        int count = 0;
+        while (xcb_generic_event_t *const event = xcb_poll_for_event(connection)) {
+            if (types.contains(event->response_type & 0x7f))
+                ++count;
+            std::free(event);
+        }
+        return count;
+    }
 };
 
 NativeWindow::NativeWindow(const QRect &geometry)
     : d(std::make_unique<Private>())
 {
-    const quint32 events[] = {XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_EXPOSURE};
+    const quint32 events[] = {XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_POINTER_MOTION
+                              | XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_EXPOSURE};
     xcb_create_window(d->connection, XCB_COPY_FROM_PARENT, d->window, screenOf(d->connection)->root,
                       static_cast<qint16>(geometry.x()), static_cast<qint16>(geometry.y()),
                       static_cast<quint16>(geometry.width()),
@@ -70,16 +85,24 @@ void NativeWindow::click(const QPoint &position)
     xcb_disconnect(connection);
 }
 
+void NativeWindow::typeKey()
+{
+    const quint8 anyKey = 38;
+    xcb_connection_t *const connection = xcb_connect(nullptr, nullptr);
+    xcb_test_fake_input(connection, XCB_KEY_PRESS, anyKey, XCB_CURRENT_TIME, 0, 0, 0, 0);
+    xcb_test_fake_input(connection, XCB_KEY_RELEASE, anyKey, XCB_CURRENT_TIME, 0, 0, 0, 0);
+    synchronize(connection);
+    xcb_disconnect(connection);
+}
+
 int NativeWindow::takeClicks()
 {
-    synchronize(d->connection);
-    int clicks = 0;
-    while (xcb_generic_event_t *const event = xcb_poll_for_event(d->connection)) {
-        if ((event->response_type & 0x7f) == XCB_BUTTON_PRESS)
-            ++clicks;
-        std::free(event);
-    }
-    return clicks;
+    return d->takeEvents({XCB_BUTTON_PRESS});
+}
+
+int NativeWindow::takeInput()
+{
+    return d->takeEvents({XCB_MOTION_NOTIFY, XCB_BUTTON_PRESS, XCB_KEY_PRESS});
 }
 
 bool NativeWindow::hasFocus() const
@@ -89,4 +112,11 @@ bool NativeWindow::hasFocus() const
     const bool focus = reply && reply->focus == d->window;
     std::free(reply);
     return focus;
+}
+
+void NativeWindow::synchronizeQt()
+{
+    if (QX11Info::isPlatformX11())
+        synchronize(QX11Info::connection());
+    QCoreApplication::processEvents();
 }

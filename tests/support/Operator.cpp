@@ -7,6 +7,8 @@
 #include <QTest>
 #include <QTimer>
 
+#include <utility>
+
 namespace {
 
 const char *iconName(QMessageBox::Icon icon)
@@ -28,6 +30,14 @@ QString describe(const char *icon, const QString &title, const QString &text, in
 {
     return QStringLiteral("%1 title{%2} text{%3} buttons %4 parent %5")
         .arg(QLatin1String(icon), title, text, QString::number(buttons, 16), QLatin1String(parent));
+}
+
+/// An operator presses what is to be seen; and a window closed before X11 has shown it gets a late,
+/// failing request for the focus. A window that never shows fails the test, and is closed.
+void waitUntilExposed(QWidget &window)
+{
+    if (!QTest::qWaitForWindowExposed(&window))
+        QTest::qFail("A window was not shown", __FILE__, __LINE__);
 }
 
 } // namespace
@@ -77,9 +87,7 @@ bool Operator::eventFilter(QObject *watched, QEvent *event)
 
 void Operator::answer(QMessageBox &box) const
 {
-    // An operator presses what is to be seen; and a window closed before X11 has shown it gets a
-    // late, failing request for the focus.
-    QVERIFY(QTest::qWaitForWindowExposed(&box));
+    waitUntilExposed(box);
     if (onBox)
         onBox(box);
     box.button(QMessageBox::Ok)->click();
@@ -87,7 +95,7 @@ void Operator::answer(QMessageBox &box) const
 
 void Operator::work(QDialog &dialog) const
 {
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    waitUntilExposed(dialog);
     if (onDialog)
         onDialog(dialog);
     if (dialog.isVisible())

@@ -18,7 +18,7 @@ class Operator : public QObject
 public:
     explicit Operator(QObject *parent = nullptr);
 
-    /// What a box looks like in boxes(): icon, title, text, buttons and parent.
+    /// What a box looks like in takeBoxes(): icon, title, text, buttons and parent.
     static QString box(const char *icon, const QString &title, const QString &text,
                        const char *parent = "none");
 

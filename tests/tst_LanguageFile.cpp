@@ -1,0 +1,139 @@
+#include "examples/host/LanguageFile.h"
+
+#include "support/Deployment.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+class tst_LanguageFile : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void onlyTheDefaultNumberChanges_data();
+    void onlyTheDefaultNumberChanges();
+    void namesAreDecodedAsThePluginDoes_data();
+    void namesAreDecodedAsThePluginDoes();
+    void missingFileIsNamed();
+    void fileThatCannotBeReplacedStaysAsItIs();
+
+private:
+    void write(const QByteArray &bytes);
+
+    QTemporaryDir m_folder;
+    const QString m_fileName = m_folder.filePath(QStringLiteral("Lang.ini"));
+};
+
+void tst_LanguageFile::write(const QByteArray &bytes)
+{
+    QFile file(m_fileName);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(bytes), qint64(bytes.size()));
+}
+
+void tst_LanguageFile::onlyTheDefaultNumberChanges_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QByteArray>("after");
+
+    const auto row = [](const char *name, const QByteArray &before, const QByteArray &after) {
+        QTest::newRow(name) << before << after;
+    };
+    row("LF", "[LANG_MGR]\nDEFAULT=1\nLANG1_NAME=a\n", "[LANG_MGR]\nDEFAULT=42\nLANG1_NAME=a\n");
+    row("CR LF", "; x\r\n[LANG_MGR]\r\nDEFAULT=1\r\n", "; x\r\n[LANG_MGR]\r\nDEFAULT=42\r\n");
+    row("blanks stay", "[LANG_MGR]\n  DEFAULT =  1 \t\nX", "[LANG_MGR]\n  DEFAULT =  42 \t\nX");
+    row("no line end at the end", "[LANG_MGR]\nDEFAULT=1", "[LANG_MGR]\nDEFAULT=42");
+    row("no value", "[LANG_MGR]\nDEFAULT=\n", "[LANG_MGR]\nDEFAULT=42\n");
+    row("the last one counts", "[LANG_MGR]\nDEFAULT=1\nDEFAULT=2\n",
+        "[LANG_MGR]\nDEFAULT=1\nDEFAULT=42\n");
+    row("comments and other sections don't count",
+        "DEFAULT=0\n[LANG_MGR]\nDEFAULT=1\n;DEFAULT=2\n[OTHER]\nDEFAULT=3\n",
+        "DEFAULT=0\n[LANG_MGR]\nDEFAULT=42\n;DEFAULT=2\n[OTHER]\nDEFAULT=3\n");
+    row("no DEFAULT", "[LANG_MGR]\nLANG1_NAME=a\n", "[LANG_MGR]\nDEFAULT=42\nLANG1_NAME=a\n");
+    row("no DEFAULT and nothing behind the header", "[LANG_MGR]", "[LANG_MGR]\r\nDEFAULT=42\r\n");
+    row("no section", "[OTHER]\nDEFAULT=1\n", "[OTHER]\nDEFAULT=1\n[LANG_MGR]\nDEFAULT=42\n");
+    row("empty file", "", "[LANG_MGR]\r\nDEFAULT=42\r\n");
+    row("UTF-8 with its mark", "\xEF\xBB\xBF[LANG_MGR]\nLANG1_NAME=简\nDEFAULT=1\n",
+        "\xEF\xBB\xBF[LANG_MGR]\nLANG1_NAME=简\nDEFAULT=42\n");
+    row("GB2312, and bytes that are none", "[LANG_MGR]\nLANG1_NAME=\xBC\xF2\xFF\x80\nDEFAULT=1\n",
+        "[LANG_MGR]\nLANG1_NAME=\xBC\xF2\xFF\x80\nDEFAULT=42\n");
+    for (const bool littleEndian : {true, false}) {
+        const auto encoded = [littleEndian](const char *number) {
+            const QString loneSurrogate(QChar(0xD800));
+            return Deployment::utf16(
+                QStringLiteral("\uFEFF[LANG_MGR]\r\nLANG1_NAME=简体%1\r\nDEFAULT=%2\r\n")
+                    .arg(loneSurrogate, QLatin1String(number)),
+                littleEndian);
+        };
+        const QByteArray name = littleEndian ? "UTF-16LE" : "UTF-16BE";
+        row(name.constData(), encoded("1"), encoded("42"));
+        row((name + ", an odd byte at the end").constData(), encoded("1") + 'x',
+            encoded("42") + 'x');
+    }
+}
+
+void tst_LanguageFile::onlyTheDefaultNumberChanges()
+{
+    QFETCH(QByteArray, before);
+    QFETCH(QByteArray, after);
+
+    write(before);
+    LanguageFile languages(m_fileName);
+    QVERIFY2(languages.setDefaultLanguage(42), qPrintable(languages.errorString()));
+    QCOMPARE(languages.defaultLanguage(), 42);
+
+    QFile file(m_fileName);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), after);
+    QVERIFY(languages.read());
+    QCOMPARE(languages.defaultLanguage(), 42);
+}
+
+void tst_LanguageFile::namesAreDecodedAsThePluginDoes_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+
+    const QString text = QStringLiteral("[LANG_MGR]\r\nDEFAULT=3\r\nLANG3_NAME = 中文 \r\n");
+    QTest::newRow("GB2312") << QByteArray(
+        "[LANG_MGR]\r\nDEFAULT=3\r\nLANG3_NAME = \xD6\xD0\xCE\xC4 \r\n");
+    QTest::newRow("UTF-8") << "\xEF\xBB\xBF" + text.toUtf8();
+    QTest::newRow("UTF-16LE") << Deployment::utf16(QChar(QChar::ByteOrderMark) + text);
+    QTest::newRow("UTF-16BE") << Deployment::utf16(QChar(QChar::ByteOrderMark) + text, false);
+}
+
+void tst_LanguageFile::namesAreDecodedAsThePluginDoes()
+{
+    QFETCH(QByteArray, bytes);
+
+    write(bytes);
+    LanguageFile languages(m_fileName);
+    QVERIFY(languages.read());
+    QCOMPARE(languages.defaultLanguage(), 3);
+    QCOMPARE(languages.languageName(3), QStringLiteral("中文"));
+    QCOMPARE(languages.languageName(4), QString());
+}
+
+void tst_LanguageFile::missingFileIsNamed()
+{
+    const QString fileName = m_folder.filePath(QStringLiteral("no/Lang.ini"));
+    LanguageFile languages(fileName);
+    QVERIFY(!languages.setDefaultLanguage(1));
+    QVERIFY(languages.errorString().startsWith(
+        QStringLiteral("Cannot read %1: ").arg(QDir::toNativeSeparators(fileName))));
+}
+
+void tst_LanguageFile::fileThatCannotBeReplacedStaysAsItIs()
+{
+    // A folder in the place of the file can be neither read nor replaced.
+    const QString fileName = m_folder.filePath(QStringLiteral("folder"));
+    QVERIFY(QDir().mkpath(fileName));
+    LanguageFile languages(fileName);
+    QVERIFY(!languages.setDefaultLanguage(1));
+    QVERIFY(languages.errorString().contains(QDir::toNativeSeparators(fileName)));
+    QVERIFY(QFileInfo(fileName).isDir());
+}
+
+QTEST_GUILESS_MAIN(tst_LanguageFile)
+#include "tst_LanguageFile.moc"

@@ -1,0 +1,178 @@
+// The example host as a person starts it, from a folder of its own with the sample deployment.
+
+#include "examples/host/LanguageFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+class tst_host : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void helpNeedsNoDisplay();
+    void mistakenCallExitsWithOne_data();
+    void mistakenCallExitsWithOne();
+    void unusablePluginIsNamedWithTheReason_data();
+    void unusablePluginIsNamedWithTheReason();
+    void tourShowsEveryStageAndSwitchesTheLanguage();
+    void secondTourSwitchesToAnotherLanguage();
+    void tourWithoutAPlaceForPicturesFails();
+
+private:
+    void run(const QStringList &arguments, bool withDisplay = true);
+    QString path(const QString &below) const { return m_folder.filePath(below); }
+    int defaultLanguage() const;
+
+    const QTemporaryDir m_folder;
+    const QString m_plugin = QStringLiteral(PLUGIN_FILE);
+    int m_exitCode = -1;
+    QString m_output;
+    QString m_errors;
+};
+
+void tst_host::initTestCase()
+{
+    QVERIFY(QFile::copy(QStringLiteral(HOST_FILE), path(QStringLiteral("host.exe"))));
+    const QDir sample(QStringLiteral(SAMPLE_DEPLOYMENT));
+    for (const QString &folder : sample.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QVERIFY(QDir().mkpath(path(QStringLiteral("Lang/") + folder)));
+        QVERIFY(QFile::copy(sample.filePath(folder + QStringLiteral("/Zendel.qm")),
+                            path(QStringLiteral("Lang/%1/Zendel.qm").arg(folder))));
+    }
+}
+
+void tst_host::init()
+{
+    QFile::remove(path(QStringLiteral("Lang/Lang.ini")));
+    QVERIFY(QFile::copy(QStringLiteral(SAMPLE_CATALOGUE), path(QStringLiteral("Lang/Lang.ini"))));
+}
+
+void tst_host::run(const QStringList &arguments, bool withDisplay)
+{
+    QProcess process;
+    if (!withDisplay) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.remove(QStringLiteral("DISPLAY"));
+        process.setProcessEnvironment(environment);
+    }
+    process.start(path(QStringLiteral("host.exe")), arguments);
+    QVERIFY2(process.waitForFinished(90000), qPrintable(process.errorString()));
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    m_exitCode = process.exitCode();
+    m_output = QString::fromLocal8Bit(process.readAllStandardOutput());
+    m_errors = QString::fromLocal8Bit(process.readAllStandardError());
+}
+
+int tst_host::defaultLanguage() const
+{
+    LanguageFile languages(path(QStringLiteral("Lang/Lang.ini")));
+    return languages.read() ? languages.defaultLanguage() : -1;
+}
+
+void tst_host::helpNeedsNoDisplay()
+{
+    run({QStringLiteral("--help")}, false);
+    QCOMPARE(m_exitCode, 0);
+    for (const char *const option : {"--plugin", "--tour", "--help"})
+        QVERIFY2(m_output.contains(QLatin1String(option)), option);
+}
+
+void tst_host::mistakenCallExitsWithOne_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("named");
+
+    QTest::newRow("unknown option")
+        << QStringList(QStringLiteral("--unknown")) << QStringLiteral("unknown");
+    QTest::newRow("plugin without file")
+        << QStringList(QStringLiteral("--plugin")) << QStringLiteral("plugin");
+    QTest::newRow("stray word") << QStringList(QStringLiteral("word")) << QString();
+}
+
+void tst_host::mistakenCallExitsWithOne()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, named);
+
+    run(arguments, false);
+    QCOMPARE(m_exitCode, 1);
+    QVERIFY2((m_output + m_errors).contains(named), qPrintable(m_errors));
+}
+
+void tst_host::unusablePluginIsNamedWithTheReason_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("reason");
+
+    QTest::newRow("missing") << QStringLiteral("/no/such/plugin.so")
+                             << QStringLiteral("no such file");
+    QTest::newRow("no library") << QStringLiteral(SAMPLE_CATALOGUE)
+                                << QStringLiteral("Cannot load");
+    QTest::newRow("without NewInterface")
+        << QStringLiteral(PLUGIN_WITHOUT_FUNCTIONS) << QStringLiteral("NewInterface");
+    QTest::newRow("without ReleaseInterface")
+        << QStringLiteral(PLUGIN_WITHOUT_RELEASE) << QStringLiteral("ReleaseInterface");
+}
+
+void tst_host::unusablePluginIsNamedWithTheReason()
+{
+    QFETCH(QString, file);
+    QFETCH(QString, reason);
+
+    run({QStringLiteral("--plugin"), file}, false);
+    QCOMPARE(m_exitCode, 1);
+    QVERIFY2(m_errors.contains(file), qPrintable(m_errors));
+    QVERIFY2(m_errors.contains(reason, Qt::CaseInsensitive), qPrintable(m_errors));
+}
+
+void tst_host::tourShowsEveryStageAndSwitchesTheLanguage()
+{
+    QCOMPARE(defaultLanguage(), 2);
+    const QDir pictures(path(QStringLiteral("tour")));
+    run({QStringLiteral("--plugin"), m_plugin, QStringLiteral("--tour"), pictures.path()});
+    QVERIFY2(m_exitCode == 0, qPrintable(m_errors));
+    QCOMPARE(defaultLanguage(), 4);
+
+    const QStringList names {QStringLiteral("1-host.png"), QStringLiteral("2-dialog.png"),
+                             QStringLiteral("3-success.png"), QStringLiteral("4-new-language.png"),
+                             QStringLiteral("5-failure.png")};
+    QCOMPARE(pictures.entryList(QDir::Files, QDir::Name), names);
+    QImage previous;
+    for (const QString &name : names) {
+        const QImage picture(pictures.filePath(name));
+        QVERIFY2(picture.width() >= 700 && picture.height() >= 470, qPrintable(name));
+        QVERIFY2(picture != previous, qPrintable(name));
+        QVERIFY2(m_output.contains(name), qPrintable(m_output));
+        previous = picture;
+    }
+}
+
+void tst_host::secondTourSwitchesToAnotherLanguage()
+{
+    const QStringList arguments {QStringLiteral("--plugin"), m_plugin, QStringLiteral("--tour"),
+                                 path(QStringLiteral("second"))};
+    run(arguments);
+    const int first = defaultLanguage();
+    run(arguments);
+    QCOMPARE(m_exitCode, 0);
+    QVERIFY(defaultLanguage() != first);
+}
+
+void tst_host::tourWithoutAPlaceForPicturesFails()
+{
+    const QString place = path(QStringLiteral("host.exe")); // A file, and no folder.
+    run({QStringLiteral("--plugin"), m_plugin, QStringLiteral("--tour"), place});
+    QCOMPARE(m_exitCode, 1);
+    QVERIFY2(m_errors.contains(place), qPrintable(m_errors));
+}
+
+QTEST_MAIN(tst_host)
+#include "tst_host.moc"

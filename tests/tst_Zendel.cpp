@@ -566,7 +566,7 @@ void tst_Zendel::translatorIsNeverInstalledIntoTheApplication()
         return QCoreApplication::translate("PageSetLang", "Change");
     };
     QStringList texts;
-    m_operator.onDialog = [&](QDialog &dialog) {
+    m_operator.onDialog = [&](const QDialog &dialog) {
         texts += applicationText();
         pressChange(dialog);
         texts += applicationText();

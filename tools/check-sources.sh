@@ -20,4 +20,5 @@ cppcheck --quiet --error-exitcode=1 --std=c++17 --language=c++ --library=qt --in
 
 echo "clang-tidy: ${#sources[@]} files, this takes some minutes"
 printf '%s\0' "${sources[@]}" \
-    | xargs -0 -n 1 -P "$(nproc)" clang-tidy --quiet -p "$build"
+    | xargs -0 -n 1 -P "$(nproc)" clang-tidy --quiet -p "$build" \
+    2> >(grep -v "warnings\? generated" >&2) # Of Qt, and suppressed

@@ -26,6 +26,11 @@ if(ZENDEL_SANITIZE)
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined
                         -fno-omit-frame-pointer)
     add_link_options(-fsanitize=address,undefined)
+elseif(WIN32)
+    if(NOT MSVC)
+        # As any Windows program today: anywhere in the address space, and no code in the data.
+        add_link_options(LINKER:--dynamicbase,--high-entropy-va,--nxcompat)
+    endif()
 else()
     add_link_options(LINKER:-z,defs)
 endif()

@@ -35,6 +35,7 @@ template<typename Result, typename... Arguments>
 Result callSlot(void *object, int slot, Arguments... arguments)
 {
     using Function = Result (*)(void *, Arguments...);
+    // NOLINTNEXTLINE(clang-analyzer-core.NullDereference): it can't know what lies in a table
     return reinterpret_cast<Function>((*static_cast<void ***>(object))[slot])(object, arguments...);
 }
 

@@ -22,6 +22,10 @@
 #include <QTabWidget>
 #include <QTest>
 
+#ifdef Q_OS_WIN
+#    include <windows.h>
+#endif
+
 // Qt's own hooks for tools that watch objects.
 extern "C" Q_DECL_IMPORT quintptr qtHookData[];
 
@@ -60,10 +64,14 @@ void pressChange(const QDialog &dialog)
                       Qt::LeftButton);
 }
 
-bool isMapped(const QString &libraryName)
+bool isMapped(const QString &fileName)
 {
+#ifdef Q_OS_WIN
+    return GetModuleHandleW(reinterpret_cast<const wchar_t *>(fileName.utf16()));
+#else
     QFile maps(QStringLiteral("/proc/self/maps"));
-    return maps.open(QIODevice::ReadOnly) && maps.readAll().contains(libraryName.toUtf8());
+    return maps.open(QIODevice::ReadOnly) && maps.readAll().contains(fileName.toUtf8());
+#endif
 }
 
 } // namespace
@@ -158,6 +166,7 @@ void tst_Zendel::cleanup()
 void tst_Zendel::load()
 {
     QVERIFY2(m_library.load(), qPrintable(m_library.errorString()));
+    QVERIFY(isMapped(m_library.fileName()));
     m_newInterface = reinterpret_cast<NewInterfaceFunction>(m_library.resolve("NewInterface"));
     m_releaseInterface =
         reinterpret_cast<ReleaseInterfaceFunction>(m_library.resolve("ReleaseInterface"));
@@ -174,7 +183,7 @@ void tst_Zendel::unload()
     m_mgr = nullptr;
     if (m_library.isLoaded())
         QVERIFY2(m_library.unload(), qPrintable(m_library.errorString()));
-    QVERIFY(!isMapped(QStringLiteral(PLUGIN_FILE)));
+    QVERIFY(!isMapped(m_library.fileName()));
 }
 
 void tst_Zendel::newInterfaceTouchesNothing()
@@ -276,7 +285,8 @@ void tst_Zendel::managersShareHostAndTranslation()
 
 void tst_Zendel::noDialogBeforeInit()
 {
-    NativeWindow owner(QRect(100, 50, 800, 600));
+    const NativeWindow owner(QRect(100, 50, 800, 600));
+    const NativeWindow other(QRect(100, 50, 100, 100)); // Where a new window gets the focus, this.
     QVERIFY(!m_mgr->ShowSettingsDlg(owner.handle()));
     QVERIFY(!m_mgr->ShowSettingsDlg(nullptr));
     QVERIFY(!owner.hasFocus());
@@ -498,7 +508,6 @@ void tst_Zendel::withoutOwnerTheDialogIsModalAllTheSame()
     QVERIFY(m_mgr->Init(&m_machine));
     m_mgr->ShowSettingsDlg(nullptr);
     QCOMPARE(m_operator.takeDialogs().size(), 1);
-    QVERIFY(!window.hasFocus());
 }
 
 void tst_Zendel::ownerThatIsNoWindowAnyMore()

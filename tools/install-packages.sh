@@ -6,7 +6,7 @@ set -euo pipefail
 packages=(
     # Building
     cmake g++ ninja-build pkg-config
-    libqt5x11extras5-dev qtbase5-dev qttools5-dev qttools5-dev-tools
+    libqt5x11extras5-dev qtbase5-dev qttools5-dev-tools
     libxcb1-dev
     # A display to test on, the windows' frames on it, and fonts with all glyphs of the samples
     openbox xvfb

@@ -7,11 +7,18 @@ namespace {
 QtMessageHandler qtTestHandler = nullptr;
 QStringList warnings;
 
+/// Wine has no icons for message boxes, and Qt says so at every box.
+bool isOfWine(const QString &message)
+{
+    return message.startsWith(QLatin1String("QPixmap::fromWinHICON()"));
+}
+
 void handle(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
-    if (type == QtWarningMsg || type == QtCriticalMsg)
+    const bool isWarning = type == QtWarningMsg || type == QtCriticalMsg;
+    if (isWarning && !isOfWine(message))
         warnings += message;
-    else
+    else if (!isWarning)
         qtTestHandler(type, context, message);
 }
 

@@ -1,0 +1,17 @@
+# zendel_compile_translation(TS QM): a rule that compiles a translation source into the file QM.
+
+# The tool runs on the building machine, so a Qt for another one need not bring it.
+find_program(ZENDEL_LRELEASE NAMES lrelease lrelease-qt5 HINTS /usr/lib/qt5/bin REQUIRED
+             DOC "Compiles translations")
+mark_as_advanced(ZENDEL_LRELEASE)
+
+function(zendel_compile_translation ts qm)
+    get_filename_component(folder ${qm} DIRECTORY)
+    add_custom_command(
+        OUTPUT ${qm}
+        COMMAND ${CMAKE_COMMAND} -E make_directory ${folder}
+        COMMAND ${ZENDEL_LRELEASE} -silent ${CMAKE_CURRENT_SOURCE_DIR}/${ts} -qm ${qm}
+        DEPENDS ${ts}
+        VERBATIM
+    )
+endfunction()

@@ -1,0 +1,46 @@
+# Fails unless the DLL is what a Windows user expects: exactly two exports, imports from Qt, the
+# compiler's runtime and the system alone, ASLR and NX on, a version under Properties.
+# cmake -D OBJDUMP=... -D PLUGIN=... -D VERSION=... -P dll.cmake
+
+execute_process(COMMAND ${OBJDUMP} -p ${PLUGIN} OUTPUT_VARIABLE dump COMMAND_ERROR_IS_FATAL ANY)
+
+string(REGEX MATCH "\\[Ordinal/Name Pointer\\] Table\n(\t\\[[^\n]*\n)*" exports "${dump}")
+string(REGEX REPLACE "[^\n]*\\]|Table" "" exports "${exports}")
+string(REGEX MATCHALL "[^ \n]+" exports "${exports}")
+list(SORT exports)
+if(NOT exports STREQUAL "NewInterface;ReleaseInterface")
+    message(SEND_ERROR "${PLUGIN} exports ${exports}")
+endif()
+
+string(REGEX MATCHALL "DLL Name: [^\n]+" imports "${dump}")
+list(TRANSFORM imports REPLACE "DLL Name: " "")
+set(allowed Qt5Core.dll Qt5Gui.dll Qt5Widgets.dll KERNEL32.dll USER32.dll msvcrt.dll
+    libgcc_s_seh-1.dll libstdc\\+\\+-6.dll libwinpthread-1.dll)
+list(JOIN allowed "|" allowed)
+set(foreign ${imports})
+list(FILTER foreign EXCLUDE REGEX "^(${allowed})$")
+if(foreign OR NOT imports)
+    message(SEND_ERROR "${PLUGIN} imports ${foreign}")
+endif()
+
+string(REGEX MATCH "DllCharacteristics[ \t]+([0-9a-f]+)" match "${dump}")
+set(high_entropy 0x20)
+set(dynamic_base 0x40)
+set(nx_compatible 0x100)
+foreach(flag high_entropy dynamic_base nx_compatible)
+    math(EXPR set "0x${CMAKE_MATCH_1} & ${${flag}}")
+    if(NOT set)
+        message(SEND_ERROR "${PLUGIN} lacks ${flag}")
+    endif()
+endforeach()
+
+# The strings of the resource are UTF-16; their ASCII characters are looked for among zero bytes.
+file(READ ${PLUGIN} bytes HEX)
+foreach(text "ProductName" "Zendel" "FileDescription" "ProductVersion" ${VERSION})
+    string(HEX ${text} hex)
+    string(REGEX REPLACE "(..)" "\\100" hex "${hex}")
+    string(FIND "${bytes}" "${hex}" position)
+    if(position EQUAL -1)
+        message(SEND_ERROR "${PLUGIN} has no ${text} in its version resource")
+    endif()
+endforeach()

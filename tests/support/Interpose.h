@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QtGlobal>
+
+// INTERPOSE(Result, symbol, (Parameters)) { ... }
+//
+// Defines what runs in place of a function of another library, given by its mangled name, when it
+// is called from the objects that are linked into this program. ORIGINAL(symbol) is the function
+// itself. zendel_interpose() in tests/CMakeLists.txt tells the linker; on Windows it is the pointer
+// in the import table that is exchanged.
+#ifdef Q_OS_WIN
+#    define INTERPOSE(Result, symbol, Parameters)                                                  \
+        extern "C" Result(*__real___imp_##symbol) Parameters;                                      \
+        static Result replace_##symbol Parameters;                                                 \
+        extern "C" Result(*__wrap___imp_##symbol) Parameters;                                      \
+        Result(*__wrap___imp_##symbol) Parameters = &replace_##symbol;                             \
+        static Result replace_##symbol Parameters
+#    define ORIGINAL(symbol) __real___imp_##symbol
+#else
+#    define INTERPOSE(Result, symbol, Parameters)                                                  \
+        extern "C" Result __real_##symbol Parameters;                                              \
+        extern "C" Result __wrap_##symbol Parameters;                                              \
+        Result __wrap_##symbol Parameters
+#    define ORIGINAL(symbol) __real_##symbol
+#endif

@@ -1,0 +1,128 @@
+#include "support/NativeWindow.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+
+#include <windows.h>
+
+namespace {
+
+const wchar_t className[] = L"ZendelTestsNativeWindow";
+
+/// Lets all messages arrive that are on their way.
+void processMessages()
+{
+    // Input goes through Wine's server and comes back after a moment; what is sent by this call
+    // has arrived when the timer's message has, which is the last in line.
+    for (int round = 0; round < 3; ++round) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+        MSG message;
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
+        }
+    }
+}
+
+} // namespace
+
+struct NativeWindow::Private
+{
+    HWND window = nullptr;
+    int clicks = 0;
+    int otherInput = 0;
+
+    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+    {
+        if (message == WM_NCCREATE) {
+            const auto *const create = reinterpret_cast<const CREATESTRUCTW *>(lParam);
+            SetWindowLongPtrW(window, GWLP_USERDATA,
+                              reinterpret_cast<LONG_PTR>(create->lpCreateParams));
+        }
+        auto *const self = reinterpret_cast<Private *>(GetWindowLongPtrW(window, GWLP_USERDATA));
+        switch (message) {
+        case WM_LBUTTONDOWN:
+            ++self->clicks;
+            break;
+        case WM_KEYDOWN:
+            ++self->otherInput;
+            break;
+        }
+        return DefWindowProcW(window, message, wParam, lParam);
+    }
+};
+
+NativeWindow::NativeWindow(const QRect &geometry)
+    : d(std::make_unique<Private>())
+{
+    WNDCLASSEXW windowClass = {};
+    windowClass.cbSize = sizeof(windowClass);
+    windowClass.lpfnWndProc = &Private::procedure;
+    windowClass.hInstance = GetModuleHandleW(nullptr);
+    windowClass.lpszClassName = className;
+    RegisterClassExW(&windowClass); // Fails for all but the first, which is no harm.
+
+    // Without a frame of its own, as wide as it is asked to be.
+    d->window = CreateWindowExW(0, className, L"Host", WS_POPUP | WS_VISIBLE, geometry.x(),
+                                geometry.y(), geometry.width(), geometry.height(), nullptr, nullptr,
+                                windowClass.hInstance, d.get());
+    processMessages();
+}
+
+NativeWindow::~NativeWindow()
+{
+    destroy();
+}
+
+HWND NativeWindow::handle() const
+{
+    return d->window;
+}
+
+void NativeWindow::destroy()
+{
+    DestroyWindow(d->window); // Fails for the second time, which is no harm.
+    processMessages();
+}
+
+void NativeWindow::click(const QPoint &position)
+{
+    SetCursorPos(position.x(), position.y());
+    INPUT inputs[2] = {};
+    inputs[0].type = inputs[1].type = INPUT_MOUSE;
+    inputs[0].mi.dwFlags = MOUSEEVENTF_LEFTDOWN;
+    inputs[1].mi.dwFlags = MOUSEEVENTF_LEFTUP;
+    SendInput(2, inputs, sizeof(INPUT));
+    processMessages();
+}
+
+void NativeWindow::typeKey()
+{
+    INPUT inputs[2] = {};
+    inputs[0].type = inputs[1].type = INPUT_KEYBOARD;
+    inputs[0].ki.wVk = inputs[1].ki.wVk = 'A';
+    inputs[1].ki.dwFlags = KEYEVENTF_KEYUP;
+    SendInput(2, inputs, sizeof(INPUT));
+    processMessages();
+}
+
+int NativeWindow::takeClicks()
+{
+    processMessages();
+    return std::exchange(d->clicks, 0);
+}
+
+int NativeWindow::takeInput()
+{
+    return takeClicks() + std::exchange(d->otherInput, 0);
+}
+
+bool NativeWindow::hasFocus() const
+{
+    return GetForegroundWindow() == d->window;
+}
+
+void NativeWindow::synchronizeQt()
+{
+    processMessages();
+}

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# install-packages.sh: installs the Debian packages that building, testing and the demo need, if
-# any is missing, as root or with sudo.
+# install-packages.sh [windows]: installs the Debian packages that building, testing and the demo
+# need, if any is missing, as root or with sudo; with "windows" those for the Windows build too.
+# What Qt for Windows needs to be built, tools/qt-windows.sh installs.
 set -euo pipefail
 
 packages=(
@@ -13,8 +14,14 @@ packages=(
     fonts-dejavu-core fonts-noto-cjk
     # Tests and checks of the sources
     binutils libxcb-xtest0-dev
-    clang-format clang-tidy cppcheck
+    clang clang-format clang-tidy cppcheck
 )
+if [[ ${1-} == windows ]]; then
+    packages+=(
+        g++-mingw-w64-x86-64-posix
+        wine wine64
+    )
+fi
 
 missing=()
 for package in "${packages[@]}"; do

@@ -5,6 +5,7 @@
 #include <QPoint>
 #include <QRect>
 
+#include <functional>
 #include <memory>
 
 /// A top-level window made with the platform's own calls and no Qt, as a host's main window is.
@@ -39,6 +40,9 @@ public:
     /// Returns when the window system has dealt with all that Qt asked of it, and Qt with all
     /// answers, late errors among them.
     static void synchronizeQt();
+
+    /// Called when the window is told that it is disabled or enabled, which X11 never does.
+    std::function<void(bool enable)> onEnable;
 
 private:
     struct Private;

@@ -1,7 +1,8 @@
 #include "support/NativeWindow.h"
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
+
+#include <utility>
 
 #include <windows.h>
 
@@ -28,6 +29,12 @@ void processMessages()
 
 struct NativeWindow::Private
 {
+    explicit Private(const NativeWindow &nativeWindow)
+        : owner(nativeWindow)
+    {
+    }
+
+    const NativeWindow &owner;
     HWND window = nullptr;
     int clicks = 0;
     int otherInput = 0;
@@ -47,13 +54,19 @@ struct NativeWindow::Private
         case WM_KEYDOWN:
             ++self->otherInput;
             break;
+        case WM_ENABLE:
+            if (self->owner.onEnable)
+                self->owner.onEnable(wParam);
+            break;
+        default:
+            break;
         }
         return DefWindowProcW(window, message, wParam, lParam);
     }
 };
 
 NativeWindow::NativeWindow(const QRect &geometry)
-    : d(std::make_unique<Private>())
+    : d(std::make_unique<Private>(*this))
 {
     WNDCLASSEXW windowClass = {};
     windowClass.cbSize = sizeof(windowClass);

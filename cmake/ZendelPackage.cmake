@@ -1,0 +1,68 @@
+# What is installed and packed: the component "plugin" for those who develop a host or deploy the
+# plug-in, and on Windows the component "demo", which runs where nothing else is installed.
+
+include(CMakePackageConfigHelpers)
+include(GNUInstallDirs)
+
+# On Windows all lies at the top of the package, ready to be copied to a host.
+if(WIN32)
+    set(plugin_folder .)
+    set(data_folder .)
+else()
+    set(plugin_folder ${CMAKE_INSTALL_LIBDIR}/zendel)
+    set(data_folder ${CMAKE_INSTALL_DATADIR}/zendel)
+endif()
+set(config_folder lib/cmake/Zendel)
+
+install(TARGETS Zendel LIBRARY DESTINATION ${plugin_folder} COMPONENT plugin)
+install(FILES plugin/IHostMachine.h plugin/IZendelMgr.h
+        DESTINATION include/Zendel COMPONENT plugin)
+install(FILES README.md DESTINATION ${data_folder} COMPONENT plugin)
+write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/ZendelConfigVersion.cmake
+    COMPATIBILITY SameMajorVersion ARCH_INDEPENDENT)
+install(FILES cmake/ZendelConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/ZendelConfigVersion.cmake
+        DESTINATION ${config_folder} COMPONENT plugin)
+
+# install_sample_deployment(COMPONENT FOLDER)
+function(install_sample_deployment component folder)
+    install(FILES examples/Lang/Lang.ini DESTINATION ${folder}/Lang COMPONENT ${component})
+    install(DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/Lang/ DESTINATION ${folder}/Lang
+            COMPONENT ${component} FILES_MATCHING PATTERN "*.qm")
+endfunction()
+
+if(ZENDEL_BUILD_EXAMPLES)
+    install_sample_deployment(plugin ${data_folder})
+    install(DIRECTORY examples/Lang/ DESTINATION ${data_folder}/translations COMPONENT plugin
+            FILES_MATCHING PATTERN "*.ts")
+endif()
+
+if(WIN32 AND ZENDEL_BUILD_EXAMPLES AND NOT MSVC)
+    install(TARGETS zendel-host RUNTIME DESTINATION . COMPONENT demo)
+    install(TARGETS Zendel LIBRARY DESTINATION . COMPONENT demo)
+    install_sample_deployment(demo .)
+
+    foreach(library Core Gui Widgets)
+        install(FILES $<TARGET_FILE:Qt5::${library}> DESTINATION . COMPONENT demo)
+    endforeach()
+    install(FILES $<TARGET_FILE:Qt5::QWindowsIntegrationPlugin>
+            DESTINATION platforms COMPONENT demo)
+    install(FILES $<TARGET_FILE:Qt5::QWindowsVistaStylePlugin> DESTINATION styles COMPONENT demo)
+    foreach(dll libgcc_s_seh-1.dll libstdc++-6.dll libwinpthread-1.dll)
+        execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${dll}
+                        OUTPUT_VARIABLE file OUTPUT_STRIP_TRAILING_WHITESPACE)
+        install(FILES ${file} DESTINATION . COMPONENT demo)
+    endforeach()
+endif()
+
+set(CPACK_GENERATOR ZIP)
+set(CPACK_ARCHIVE_COMPONENT_INSTALL ON)
+set(CPACK_COMPONENTS_GROUPING IGNORE)
+set(CPACK_COMPONENTS_ALL plugin)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_ARCHIVE_PLUGIN_FILE_NAME Zendel-${PROJECT_VERSION}-${CMAKE_SYSTEM_NAME})
+if(WIN32)
+    list(APPEND CPACK_COMPONENTS_ALL demo)
+    set(CPACK_ARCHIVE_PLUGIN_FILE_NAME Zendel-${PROJECT_VERSION}-win64)
+    set(CPACK_ARCHIVE_DEMO_FILE_NAME Zendel-${PROJECT_VERSION}-win64-demo)
+endif()
+include(CPack)

@@ -1,0 +1,58 @@
+# Fails unless the packages hold what they should, and the demo runs from a folder with blanks in
+# its name with no other DLL in reach.
+# cmake -D CPACK=... -D BUILD_DIR=... -D VERSION=... -D LAUNCHER=... -P package.cmake
+
+set(folder ${BUILD_DIR}/tests/package)
+file(REMOVE_RECURSE ${folder})
+file(MAKE_DIRECTORY ${folder})
+execute_process(COMMAND ${CPACK} --config ${BUILD_DIR}/CPackConfig.cmake -B ${folder}
+                OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+
+# unpack(PACKAGE FOLDER FILE...): FILE... are the files that it must hold, and no others.
+function(unpack package target)
+    file(ARCHIVE_EXTRACT INPUT ${folder}/${package} DESTINATION "${target}")
+    file(GLOB_RECURSE found RELATIVE "${target}" "${target}/*")
+    set(expected ${ARGN})
+    foreach(language chs de en fr ja)
+        list(APPEND expected Lang/${language}/Zendel.qm)
+    endforeach()
+    list(APPEND expected Lang/Lang.ini Zendel.dll)
+    list(SORT found)
+    list(SORT expected)
+    if(NOT found STREQUAL expected)
+        message(SEND_ERROR "${package} holds\n${found}\nand not\n${expected}")
+    endif()
+endfunction()
+
+unpack(Zendel-${VERSION}-win64.zip ${folder}/plugin
+    README.md
+    include/Zendel/IHostMachine.h
+    include/Zendel/IZendelMgr.h
+    lib/cmake/Zendel/ZendelConfig.cmake
+    lib/cmake/Zendel/ZendelConfigVersion.cmake
+    translations/chs.ts
+    translations/de.ts
+    translations/en.ts
+    translations/fr.ts
+    translations/ja.ts
+)
+
+set(demo "${folder}/demo of the plug-in")
+unpack(Zendel-${VERSION}-win64-demo.zip ${demo}
+    Qt5Core.dll
+    Qt5Gui.dll
+    Qt5Widgets.dll
+    libgcc_s_seh-1.dll
+    libstdc++-6.dll
+    libwinpthread-1.dll
+    platforms/qwindows.dll
+    styles/qwindowsvistastyle.dll
+    zendel-host.exe
+)
+execute_process(COMMAND ${LAUNCHER} ${demo}/zendel-host.exe --tour pictures
+                WORKING_DIRECTORY ${demo} COMMAND_ERROR_IS_FATAL ANY)
+file(GLOB pictures ${demo}/pictures/*.png)
+list(LENGTH pictures count)
+if(NOT count EQUAL 5)
+    message(SEND_ERROR "The tour of the demo left ${pictures}")
+endif()

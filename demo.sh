@@ -1,20 +1,46 @@
 #!/usr/bin/env bash
-# demo.sh [HOST OPTION...]
-# Builds the plug-in and starts the example host with it and the sample deployment. Where there is
-# no display, the host shows itself on a virtual one and leaves pictures in build/demo.
+# demo.sh [windows] [HOST OPTION...]
+# Builds the plug-in and starts the example host with it and the sample deployment; with "windows"
+# the Windows build, under Wine. Where there is no display, the host shows itself on a virtual one
+# and leaves pictures below build/.
 set -euo pipefail
-root=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+cd "$(dirname "${BASH_SOURCE[0]}")"
 
-(
-    cd "$root"
-    tools/install-packages.sh
-    cmake --preset linux
-    cmake --build --preset linux
-)
-
-host=$root/build/linux/bin/zendel-host
-if [[ -n ${DISPLAY-} || -n ${WAYLAND_DISPLAY-} ]]; then
-    exec "$host" "$@"
+platform=linux
+if [[ ${1-} == windows ]]; then
+    platform=windows
+    shift
 fi
-echo "There is no display. Pictures of the host and its settings dialog:"
-exec "$root/tools/with-xvfb.sh" --openbox "$host" --tour "$root/build/demo" "$@"
+
+tools/install-packages.sh "$platform"
+if [[ $platform == windows ]]; then
+    ZENDEL_QT_WINDOWS=$(tools/qt-windows.sh)
+    export ZENDEL_QT_WINDOWS
+fi
+cmake --preset "$platform"
+cmake --build --preset "$platform"
+
+has_display=
+if [[ -n ${DISPLAY-} || -n ${WAYLAND_DISPLAY-} ]]; then
+    has_display=1
+fi
+host=(build/linux/bin/zendel-host)
+launcher=(tools/with-xvfb.sh --openbox)
+if [[ $platform == windows ]]; then
+    # Installed, so that it runs with its own DLLs alone.
+    cmake --install build/windows --component demo --prefix build/demo-windows >/dev/null
+    host=(tools/wine.sh build/demo-windows/zendel-host.exe)
+    launcher=()
+    export ZENDEL_WINE_DISPLAY=$has_display
+    if [[ -n $has_display ]]; then
+        host=(tools/with-wine.sh "${host[@]}")
+    fi
+fi
+
+if [[ -n $has_display ]]; then
+    exec "${host[@]}" "$@"
+fi
+pictures=build/pictures-$platform
+echo "There is no display: the host takes the operator's path by itself."
+"${launcher[@]}" "${host[@]}" --tour "$pictures" "$@"
+echo "The pictures lie in $PWD/$pictures"

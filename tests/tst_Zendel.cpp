@@ -461,7 +461,7 @@ void tst_Zendel::dialogIsCentredOverTheOwner()
 void tst_Zendel::ownerIsDisabledWhileTheDialogRuns()
 {
     NativeWindow owner(QRect(100, 50, 800, 600));
-    const QPoint besideTheDialog(110, 60);
+    const QPoint besideTheDialog(120, 620);
     m_operator.onDialog = [&](QDialog &) {
         owner.takeInput();
         NativeWindow::click(besideTheDialog);
@@ -491,7 +491,7 @@ void tst_Zendel::dialogIsInTheForegroundThenTheOwner()
     QCOMPARE(m_operator.takeDialogs().size(), 1);
 
     QVERIFY(owner.hasFocus());
-    NativeWindow::click({110, 60});
+    NativeWindow::click({120, 620});
     QCOMPARE(owner.takeClicks(), 1);
 }
 
@@ -502,7 +502,7 @@ void tst_Zendel::withoutOwnerTheDialogIsModalAllTheSame()
         QVERIFY(dialog.isModal());
         QCOMPARE(QApplication::activeModalWidget(), &dialog);
         dialog.move(200, 200);
-        NativeWindow::click({110, 60});
+        NativeWindow::click({120, 620});
         QCOMPARE(window.takeClicks(), 1);
     };
     QVERIFY(m_mgr->Init(&m_machine));

@@ -11,9 +11,12 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QFile>
+#include <QImage>
 #include <QLibrary>
 #include <QPointer>
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 
 #include <cstring>
@@ -183,6 +186,8 @@ private Q_SLOTS:
     void ownerIsDisabledAndEnabledWhileTheDialogIsOffTheScreen();
     void ownerDisabledBeforeIsEnabledAfterwards();
     void dialogThenOwnerIsInTheForeground();
+    void dialogIsPaintedOverTheOwner_data();
+    void dialogIsPaintedOverTheOwner();
 
     void changesLeaveNothingBehind();
     void loadsLeaveNothingBehind();
@@ -338,6 +343,41 @@ void tst_Zendel_win32::dialogThenOwnerIsInTheForeground()
     m_mgr->ShowSettingsDlg(owner.handle());
     QVERIFY(IsWindowEnabled(owner.handle()));
     QVERIFY(owner.hasFocus());
+}
+
+void tst_Zendel_win32::dialogIsPaintedOverTheOwner_data()
+{
+    QTest::addColumn<QString>("folder");
+
+    QTest::newRow("English") << QStringLiteral("en");
+    QTest::newRow("Chinese") << QStringLiteral("chs");
+}
+
+void tst_Zendel_win32::dialogIsPaintedOverTheOwner()
+{
+    QFETCH(QString, folder);
+
+    QFile translation(QStringLiteral(SAMPLE_DEPLOYMENT "/%1/Zendel.qm").arg(folder));
+    QVERIFY(translation.open(QIODevice::ReadOnly));
+    Deployment::writeTranslation(folder, translation.readAll());
+    Deployment::writeLines("DEFAULT=1\nLANG1_NAME=English\nLANG1_FOLDER=en\nLANG1_SHOW=1\n"
+                           "LANG2_NAME=简体中文\nLANG2_FOLDER=chs\nLANG2_SHOW=1\n"
+                           "DEFAULT="
+                           + QByteArray(folder == QLatin1String("en") ? "1" : "2") + "\n");
+    QVERIFY(m_mgr->Init(&m_machine));
+
+    const NativeWindow owner(QRect(100, 50, 800, 600));
+    QImage picture;
+    m_operator.onDialog = [&](const QDialog &dialog) {
+        QTest::qWait(300); // For the picture alone, so that focus and frames are painted.
+        picture = dialog.screen()->grabWindow(0, 90, 40, 820, 620).toImage();
+    };
+    m_mgr->ShowSettingsDlg(owner.handle());
+    // To be looked at: the file stays.
+    QVERIFY(picture.save(Deployment::path(folder + QStringLiteral(".png"))));
+    // The tab is white, and the owner can be seen beside the dialog.
+    QCOMPARE(picture.pixelColor(150 + 10 - 90, 115 + 40 - 40), QColor(Qt::white));
+    QVERIFY(picture.pixelColor(120 - 90, 620 - 40) != picture.pixelColor(500 - 90, 500 - 40));
 }
 
 void tst_Zendel_win32::changesLeaveNothingBehind()

@@ -7,25 +7,36 @@ cd "$(dirname "$0")/.."
 platform=$1
 
 mapfile -t files < <(find plugin lang ui examples tests tools -name '*.h' -o -name '*.cpp' | sort)
-if [[ $platform == linux ]]; then
-    mapfile -t sources < <(printf '%s\n' "${files[@]}" | grep '\.cpp$' | grep -v '_win32\.cpp$')
-
-    echo "clang-format: ${#files[@]} files"
-    clang-format --dry-run --Werror "${files[@]}"
-
-    echo "cppcheck"
-    cppcheck --quiet --error-exitcode=1 --std=c++17 --language=c++ --library=qt --inline-suppr \
-        --enable=warning,style,performance,portability --suppress=missingInclude \
-        -j "$(nproc)" -I . -I tests "${files[@]}"
-else
-    mapfile -t sources < <(printf '%s\n' "${files[@]}" | grep '_win32\.cpp$')
-fi
 
 # Clang does not know every option that GCC for Windows is given.
 commands=$(mktemp -d)
 trap 'rm -rf "$commands"' EXIT
 sed 's/-fno-keep-inline-dllexport//' "build/$platform/compile_commands.json" \
     > "$commands/compile_commands.json"
+
+sources=()
+for file in "${files[@]}"; do
+    if [[ $platform == windows && $file != *_win32.cpp ]]; then
+        continue
+    fi
+    if grep -qF "\"file\": \"$PWD/$file\"" "$commands/compile_commands.json"; then
+        sources+=("$file")
+    fi
+done
+
+if [[ $platform == linux ]]; then
+    echo "clang-format: ${#files[@]} files"
+    clang-format --dry-run --Werror "${files[@]}"
+
+    # Suppressed: in the tests, functions that are set for one test and capture its variables; members
+    # that are used through an aggregate; loops that it would rather see as algorithms.
+    echo "cppcheck"
+    cppcheck --quiet --error-exitcode=1 --std=c++17 --language=c++ --library=qt --inline-suppr \
+        --enable=warning,style,performance,portability --suppress=missingInclude \
+        --suppress='danglingLifetime:tests/*' --suppress=unusedStructMember \
+        --suppress=useStlAlgorithm \
+        -j "$(nproc)" -I . -I tests "${files[@]}"
+fi
 
 echo "clang-tidy: ${#sources[@]} files, this takes some minutes"
 printf '%s\0' "${sources[@]}" \

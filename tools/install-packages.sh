@@ -19,7 +19,7 @@ packages=(
 if [[ ${1-} == windows ]]; then
     packages+=(
         g++-mingw-w64-x86-64-posix
-        wine wine64
+        fonts-wine wine wine64
     )
 fi
 

@@ -13,6 +13,7 @@
 class NativeWindow
 {
 public:
+    /// @p geometry is that of the outer frame.
     explicit NativeWindow(const QRect &geometry);
     ~NativeWindow();
 

@@ -73,12 +73,13 @@ NativeWindow::NativeWindow(const QRect &geometry)
     windowClass.lpfnWndProc = &Private::procedure;
     windowClass.hInstance = GetModuleHandleW(nullptr);
     windowClass.lpszClassName = className;
+    windowClass.hCursor = LoadCursorA(nullptr, IDC_ARROW);
+    windowClass.hbrBackground = GetSysColorBrush(COLOR_APPWORKSPACE);
     RegisterClassExW(&windowClass); // Fails for all but the first, which is no harm.
 
-    // Without a frame of its own, as wide as it is asked to be.
-    d->window = CreateWindowExW(0, className, L"Host", WS_POPUP | WS_VISIBLE, geometry.x(),
-                                geometry.y(), geometry.width(), geometry.height(), nullptr, nullptr,
-                                windowClass.hInstance, d.get());
+    d->window = CreateWindowExW(0, className, L"Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE,
+                                geometry.x(), geometry.y(), geometry.width(), geometry.height(),
+                                nullptr, nullptr, windowClass.hInstance, d.get());
     processMessages();
 }
 

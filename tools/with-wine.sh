@@ -26,12 +26,11 @@ trap finish EXIT
 # Qt Test writes to the debugger on Windows unless told otherwise. Wine keeps variables named QT_
 # from the programs, but not those of its registry.
 "$here/wine.sh" reg add 'HKCU\Environment' /v QT_FORCE_STDERR_LOGGING /d 1 /f >/dev/null
-# Debian's fonts of Wine lie where this Wine does not look.
-ln -s /usr/share/wine/fonts/*.ttf "$WINEPREFIX/drive_c/windows/Fonts/"
-# Titles are drawn in Tahoma, which has no Chinese; Windows has such links from the start.
-"$here/wine.sh" reg add \
-    'HKLM\Software\Microsoft\Windows NT\CurrentVersion\FontLink\SystemLink' \
-    /v Tahoma /t REG_MULTI_SZ /d 'NotoSansCJK-Regular.ttc,Noto Sans CJK SC' /f >/dev/null
+# The signs in title bars are letters of Marlett, which this Wine does not find by itself. All else
+# is drawn in Tahoma, for which it has no Chinese; a font that has takes its place.
+ln -s /usr/share/wine/fonts/marlett.ttf "$WINEPREFIX/drive_c/windows/Fonts/"
+"$here/wine.sh" reg add 'HKCU\Software\Wine\Fonts\Replacements' \
+    /v Tahoma /d 'Noto Sans CJK SC' /f >/dev/null
 
 status=0
 "$@" || status=$?

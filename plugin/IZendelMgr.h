@@ -10,6 +10,9 @@ class IHostMachine;
 /// The host gets one from the exported function NewInterface() and gives it back with
 /// ReleaseInterface(), never with delete. All calls are to be made on the host's GUI thread,
 /// while its QApplication exists. Nothing is thrown on purpose.
+///
+/// Host, Qt and plug-in must come from one compiler family: a host built with MSVC cannot use a
+/// plug-in built with MinGW-w64, whose objects and Qt libraries are not its own.
 class IZendelMgr
 {
 public:

@@ -44,6 +44,26 @@ QString applicationPath(const QString &below)
     return Deployment::path(below);
 }
 
+QString openFailedBox()
+{
+    return Operator::box("warning", QStringLiteral("Warning"),
+                         QStringLiteral("Failed to open INI file:")
+                             + applicationPath(QStringLiteral("Lang/Lang.ini")));
+}
+
+QString notFoundBox(const QString &path)
+{
+    return Operator::box("critical", QStringLiteral("Error"),
+                         QStringLiteral("Cannot find the \"") + path + QStringLiteral("\" file"));
+}
+
+QString loadFailedBox(const QString &below)
+{
+    return Operator::box("warning", QStringLiteral("Warning"),
+                         QStringLiteral("Load translator file") + applicationPath(below)
+                             + QStringLiteral("failed!"));
+}
+
 } // namespace
 
 class tst_CTranslatorMgr : public QObject
@@ -469,10 +489,7 @@ void tst_CTranslatorMgr::missingCatalogueWarnsAndLeavesNothing()
 {
     CTranslatorMgr mgr;
     mgr.loadLangConfig();
-    QCOMPARE(m_operator.takeBoxes(),
-             QStringList(Operator::box("warning", QStringLiteral("Warning"),
-                                       QStringLiteral("Failed to open INI file:")
-                                           + applicationPath(QStringLiteral("Lang/Lang.ini")))));
+    QCOMPARE(m_operator.takeBoxes(), QStringList(openFailedBox()));
     QCOMPARE(dump(mgr), QStringLiteral("not loaded"));
     QCOMPARE(mgr.defaultLangId(), 0);
     QVERIFY(mgr.visibleLanguages().isEmpty());
@@ -688,13 +705,9 @@ void tst_CTranslatorMgr::bothFilesMissingShowsCriticalThenWarning()
     Deployment::writeLines(lines);
     CTranslatorMgr mgr;
     mgr.loadTranslator();
-    QCOMPARE(m_operator.takeBoxes(),
-             QStringList({Operator::box("critical", QStringLiteral("Error"),
-                                        QStringLiteral("Cannot find the \"%1\" file").arg(named)),
-                          Operator::box("warning", QStringLiteral("Warning"),
-                                        QStringLiteral("Load translator file")
-                                            + applicationPath(QStringLiteral("Lang/chs/Zendel.qm"))
-                                            + QStringLiteral("failed!"))}));
+    QCOMPARE(
+        m_operator.takeBoxes(),
+        QStringList({notFoundBox(named), loadFailedBox(QStringLiteral("Lang/chs/Zendel.qm"))}));
     QVERIFY(mgr.translator()->isEmpty());
 }
 
@@ -706,10 +719,7 @@ void tst_CTranslatorMgr::criticalBoxShowsTheSubstitutedFolder()
     const QStringList boxes = m_operator.takeBoxes();
     QCOMPARE(boxes.size(), 2);
     QCOMPARE(boxes.constFirst(),
-             Operator::box("critical", QStringLiteral("Error"),
-                           QStringLiteral("Cannot find the \"")
-                               + applicationPath(QStringLiteral("Lang/xZendel.qm/Zendel.qm"))
-                               + QStringLiteral("\" file")));
+             notFoundBox(applicationPath(QStringLiteral("Lang/xZendel.qm/Zendel.qm"))));
 }
 
 void tst_CTranslatorMgr::brokenTranslationShowsTheWarningAlone_data()
@@ -737,10 +747,7 @@ void tst_CTranslatorMgr::brokenTranslationShowsTheWarningAlone()
     CTranslatorMgr mgr;
     mgr.loadTranslator();
     QCOMPARE(m_operator.takeBoxes(),
-             QStringList(Operator::box("warning", QStringLiteral("Warning"),
-                                       QStringLiteral("Load translator file")
-                                           + applicationPath(QStringLiteral("Lang/en/Zendel.qm"))
-                                           + QStringLiteral("failed!"))));
+             QStringList(loadFailedBox(QStringLiteral("Lang/en/Zendel.qm"))));
     QVERIFY(mgr.translator()->isEmpty());
 }
 
@@ -751,10 +758,7 @@ void tst_CTranslatorMgr::brokenFallbackIsNamedInTheWarning()
     CTranslatorMgr mgr;
     mgr.loadTranslator();
     QCOMPARE(m_operator.takeBoxes(),
-             QStringList(Operator::box("warning", QStringLiteral("Warning"),
-                                       QStringLiteral("Load translator file")
-                                           + applicationPath(QStringLiteral("Lang/chs/Zendel.qm"))
-                                           + QStringLiteral("failed!"))));
+             QStringList(loadFailedBox(QStringLiteral("Lang/chs/Zendel.qm"))));
 }
 
 void tst_CTranslatorMgr::missingCatalogueWithFallbackShowsOneBox()
@@ -762,10 +766,7 @@ void tst_CTranslatorMgr::missingCatalogueWithFallbackShowsOneBox()
     Deployment::installTranslation(QStringLiteral("chs"), QStringLiteral("second"));
     CTranslatorMgr mgr;
     mgr.loadTranslator();
-    QCOMPARE(m_operator.takeBoxes(),
-             QStringList(Operator::box("warning", QStringLiteral("Warning"),
-                                       QStringLiteral("Failed to open INI file:")
-                                           + applicationPath(QStringLiteral("Lang/Lang.ini")))));
+    QCOMPARE(m_operator.takeBoxes(), QStringList(openFailedBox()));
     QCOMPARE(mgr.translator()->translate("PageSetLang", "Change"), QStringLiteral("2 Change"));
 }
 
@@ -774,15 +775,8 @@ void tst_CTranslatorMgr::missingCatalogueAndFallbackShowsThreeBoxesInOrder()
     CTranslatorMgr mgr;
     mgr.loadTranslator();
     QCOMPARE(m_operator.takeBoxes(),
-             QStringList({Operator::box("warning", QStringLiteral("Warning"),
-                                        QStringLiteral("Failed to open INI file:")
-                                            + applicationPath(QStringLiteral("Lang/Lang.ini"))),
-                          Operator::box("critical", QStringLiteral("Error"),
-                                        QStringLiteral("Cannot find the \"\" file")),
-                          Operator::box("warning", QStringLiteral("Warning"),
-                                        QStringLiteral("Load translator file")
-                                            + applicationPath(QStringLiteral("Lang/chs/Zendel.qm"))
-                                            + QStringLiteral("failed!"))}));
+             QStringList({openFailedBox(), notFoundBox(QString()),
+                          loadFailedBox(QStringLiteral("Lang/chs/Zendel.qm"))}));
 }
 
 void tst_CTranslatorMgr::failedReloadEmptiesTheTranslator()
@@ -808,10 +802,7 @@ void tst_CTranslatorMgr::directoryAsFallbackShowsTheWarningAlone()
     CTranslatorMgr mgr;
     mgr.loadTranslator();
     QCOMPARE(m_operator.takeBoxes(),
-             QStringList(Operator::box("warning", QStringLiteral("Warning"),
-                                       QStringLiteral("Load translator file")
-                                           + applicationPath(QStringLiteral("Lang/chs/Zendel.qm"))
-                                           + QStringLiteral("failed!"))));
+             QStringList(loadFailedBox(QStringLiteral("Lang/chs/Zendel.qm"))));
 }
 
 void tst_CTranslatorMgr::missingFilesEmptyTheTranslatorAfterTheCriticalBox()
@@ -851,9 +842,7 @@ void tst_CTranslatorMgr::suffixAndDelimitersAreQtsDefaults()
     Deployment::writeLines("DEFAULT=9\n");
     CTranslatorMgr mgr;
     mgr.loadTranslator();
-    QCOMPARE(m_operator.takeBoxes(),
-             QStringList(Operator::box("critical", QStringLiteral("Error"),
-                                       QStringLiteral("Cannot find the \"\" file"))));
+    QCOMPARE(m_operator.takeBoxes(), QStringList(notFoundBox(QString())));
     QCOMPARE(mgr.translator()->translate("PageSetLang", "Change"), QStringLiteral("1 Change"));
 }
 

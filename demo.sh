@@ -17,12 +17,12 @@ if [[ $platform == windows ]]; then
     ZENDEL_QT_WINDOWS=$(tools/qt-windows.sh)
     export ZENDEL_QT_WINDOWS
 fi
-cmake --preset "$platform"
+cmake --preset "$platform" -U 'Qt5*_DIR'
 cmake --build --preset "$platform"
 
-has_display=
-if [[ -n ${DISPLAY-} || -n ${WAYLAND_DISPLAY-} ]]; then
-    has_display=1
+has_display=${DISPLAY-}
+if [[ $platform == linux ]]; then
+    has_display+=${WAYLAND_DISPLAY-} # Wine needs X11.
 fi
 host=(build/linux/bin/zendel-host)
 launcher=(tools/with-xvfb.sh --openbox)

@@ -7,6 +7,7 @@
 /// Implemented by the host, which keeps ownership: the plug-in never creates, copies or deletes
 /// the object. It must stay valid from the IZendelMgr::Init() call that hands it over until the
 /// next such call or until the plug-in is unloaded; releasing the manager does not end its use.
+/// It must be built by the plug-in's compiler family, as IZendelMgr.h says.
 /// All calls come on the host's GUI thread, from inside IZendelMgr::ShowSettingsDlg(), and must
 /// not throw.
 class IHostMachine

@@ -1,6 +1,6 @@
 # Fails unless the DLL is what a Windows user expects: exactly two exports, imports from Qt, the
-# compiler's runtime and the system alone, ASLR and NX on, a version under Properties.
-# cmake -D OBJDUMP=... -D PLUGIN=... -D VERSION=... -P dll.cmake
+# compiler's runtime and the system alone, ASLR and NX on.
+# cmake -D OBJDUMP=... -D PLUGIN=... -P dll.cmake
 
 execute_process(COMMAND ${OBJDUMP} -p ${PLUGIN} OUTPUT_VARIABLE dump COMMAND_ERROR_IS_FATAL ANY)
 
@@ -34,13 +34,12 @@ foreach(flag high_entropy dynamic_base nx_compatible)
     endif()
 endforeach()
 
-# The strings of the resource are UTF-16; their ASCII characters are looked for among zero bytes.
-file(READ ${PLUGIN} bytes HEX)
-foreach(text "ProductName" "Zendel" "FileDescription" "ProductVersion" ${VERSION})
-    string(HEX ${text} hex)
-    string(REGEX REPLACE "(..)" "\\100" hex "${hex}")
-    string(FIND "${bytes}" "${hex}" position)
-    if(position EQUAL -1)
-        message(SEND_ERROR "${PLUGIN} has no ${text} in its version resource")
-    endif()
-endforeach()
+# Of the window manager, these four functions and no others.
+string(REGEX MATCH "DLL Name: USER32.dll\n[^\n]*\n(\t[^\n]*\n)*" user32 "${dump}")
+string(REGEX MATCHALL "[A-Za-z]+\n" user32 "${user32}")
+list(TRANSFORM user32 STRIP)
+list(FILTER user32 EXCLUDE REGEX "^(dll|To)$")
+list(SORT user32)
+if(NOT user32 STREQUAL "BringWindowToTop;EnableWindow;GetWindowRect;SetForegroundWindow")
+    message(SEND_ERROR "${PLUGIN} imports of USER32.dll ${user32}")
+endif()

@@ -26,6 +26,7 @@ endfunction()
 
 unpack(Zendel-${VERSION}-win64.zip ${folder}/plugin
     README.md
+    docs/dialog.png
     include/Zendel/IHostMachine.h
     include/Zendel/IZendelMgr.h
     lib/cmake/Zendel/ZendelConfig.cmake
@@ -49,7 +50,7 @@ unpack(Zendel-${VERSION}-win64-demo.zip ${demo}
     styles/qwindowsvistastyle.dll
     zendel-host.exe
 )
-execute_process(COMMAND ${LAUNCHER} ${demo}/zendel-host.exe --tour pictures
+execute_process(COMMAND ${CMAKE_COMMAND} -E env --unset=WINEPATH ${LAUNCHER} ${demo}/zendel-host.exe --tour pictures
                 WORKING_DIRECTORY ${demo} COMMAND_ERROR_IS_FATAL ANY)
 file(GLOB pictures ${demo}/pictures/*.png)
 list(LENGTH pictures count)

@@ -7,6 +7,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <filesystem>
+
 class tst_LanguageFile : public QObject
 {
     Q_OBJECT
@@ -17,7 +19,8 @@ private Q_SLOTS:
     void namesAreDecodedAsThePluginDoes_data();
     void namesAreDecodedAsThePluginDoes();
     void missingFileIsNamed();
-    void fileThatCannotBeReplacedStaysAsItIs();
+    void folderInPlaceOfTheFileIsNamed();
+    void fileIsReplacedAsAWhole();
 
 private:
     void write(const QByteArray &bytes);
@@ -124,9 +127,22 @@ void tst_LanguageFile::missingFileIsNamed()
         QStringLiteral("Cannot read %1: ").arg(QDir::toNativeSeparators(fileName))));
 }
 
-void tst_LanguageFile::fileThatCannotBeReplacedStaysAsItIs()
+void tst_LanguageFile::fileIsReplacedAsAWhole()
 {
-    // A folder in the place of the file can be neither read nor replaced.
+    // Another name of the old file keeps the old content, as it would not if it were written over.
+    const QByteArray before = "[LANG_MGR]\nDEFAULT=1\n";
+    write(before);
+    const QString other = m_folder.filePath(QStringLiteral("other.ini"));
+    std::filesystem::create_hard_link(m_fileName.toStdWString(), other.toStdWString());
+    LanguageFile languages(m_fileName);
+    QVERIFY(languages.setDefaultLanguage(42));
+    QFile old(other);
+    QVERIFY(old.open(QIODevice::ReadOnly));
+    QCOMPARE(old.readAll(), before);
+}
+
+void tst_LanguageFile::folderInPlaceOfTheFileIsNamed()
+{
     const QString fileName = m_folder.filePath(QStringLiteral("folder"));
     QVERIFY(QDir().mkpath(fileName));
     LanguageFile languages(fileName);

@@ -8,6 +8,10 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextCodec>
+#include <QTranslator>
+
+#include <utility>
 
 class tst_host : public QObject
 {
@@ -22,6 +26,8 @@ private Q_SLOTS:
     void mistakenCallExitsWithOne();
     void unusablePluginIsNamedWithTheReason_data();
     void unusablePluginIsNamedWithTheReason();
+    void sampleCatalogueIsAsDescribed();
+    void sampleTranslationsAreComplete();
     void tourShowsEveryStageAndSwitchesTheLanguage();
     void secondTourSwitchesToAnotherLanguage();
     void tourWithoutAPlaceForPicturesFails();
@@ -94,7 +100,7 @@ void tst_host::mistakenCallExitsWithOne_data()
         << QStringList(QStringLiteral("--unknown")) << QStringLiteral("unknown");
     QTest::newRow("plugin without file")
         << QStringList(QStringLiteral("--plugin")) << QStringLiteral("plugin");
-    QTest::newRow("stray word") << QStringList(QStringLiteral("word")) << QString();
+    QTest::newRow("stray word") << QStringList(QStringLiteral("word")) << QStringLiteral("word");
 }
 
 void tst_host::mistakenCallExitsWithOne()
@@ -133,6 +139,51 @@ void tst_host::unusablePluginIsNamedWithTheReason()
     QVERIFY2(m_errors.contains(reason, Qt::CaseInsensitive), qPrintable(m_errors));
 }
 
+void tst_host::sampleCatalogueIsAsDescribed()
+{
+    QFile file(QStringLiteral(SAMPLE_CATALOGUE));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray bytes = file.readAll();
+    QVERIFY(bytes.startsWith("\xFF\xFE"));
+
+    const QString text = QTextCodec::codecForName("UTF-16LE")->toUnicode(bytes);
+    QStringList shown;
+    LanguageFile languages(file.fileName());
+    QVERIFY(languages.read());
+    for (int number = 1; number <= 5; ++number) {
+        if (text.contains(QStringLiteral("\nLANG%1_SHOW=1\r").arg(number)))
+            shown += languages.languageName(number);
+    }
+    QCOMPARE(shown,
+             QStringList({QStringLiteral("简体中文"), QStringLiteral("English"),
+                          QStringLiteral("Deutsch"), QStringLiteral("日本語")}));
+    QVERIFY(text.contains(QStringLiteral("\nLANG5_SHOW=0\r")));
+    for (const char *const key : {"_ID ", "_NAME ", "_FOLDER ", "_SHOW "})
+        QVERIFY2(text.contains(QStringLiteral("\n; LANG<number>") + QLatin1String(key)), key);
+}
+
+void tst_host::sampleTranslationsAreComplete()
+{
+    const std::pair<const char *, const char *> texts[] = {
+        {"DlgSettings", "Language"},
+        {"DlgSettings", "Settings"},
+        {"PageSetLang", "Change"},
+        {"PageSetLang", "Language:"},
+        {"PageSetLang", "Change successful!"},
+        {"PageSetLang", "Success"},
+        {"PageSetLang", "Change failed!"},
+        {"PageSetLang", "Error"},
+    };
+    for (const char *const folder : {"chs", "de", "en", "fr", "ja"}) {
+        QTranslator translator;
+        QVERIFY2(
+            translator.load(path(QStringLiteral("Lang/%1/Zendel.qm").arg(QLatin1String(folder)))),
+            folder);
+        for (const auto &[context, text] : texts)
+            QVERIFY2(!translator.translate(context, text).isEmpty(), text);
+    }
+}
+
 void tst_host::tourShowsEveryStageAndSwitchesTheLanguage()
 {
     QCOMPARE(defaultLanguage(), 2);
@@ -160,6 +211,7 @@ void tst_host::secondTourSwitchesToAnotherLanguage()
     const QStringList arguments {QStringLiteral("--plugin"), m_plugin, QStringLiteral("--tour"),
                                  path(QStringLiteral("second"))};
     run(arguments);
+    QCOMPARE(m_exitCode, 0);
     const int first = defaultLanguage();
     run(arguments);
     QCOMPARE(m_exitCode, 0);

@@ -25,7 +25,7 @@ fi
 
 missing=()
 for package in "${packages[@]}"; do
-    if [[ $(dpkg-query -W -f '${Status}' "$package" 2>/dev/null) != "install ok installed" ]]; then
+    if [[ $(dpkg-query -W -f '${Status}' "$package" 2>/dev/null) != *" ok installed" ]]; then
         missing+=("$package")
     fi
 done

@@ -9,6 +9,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QPixmap>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSaveFile>
 #include <QTextStream>
@@ -88,6 +89,7 @@ bool Tour::dialog()
     const int last = list->count() - 1;
     list->setCurrentIndex(list->currentIndex() == last ? 0 : last);
     m_chosenLanguage = list->currentData().toInt();
+    m_firstTitle = list->window()->windowTitle();
     clickChange();
     return true;
 }
@@ -125,6 +127,8 @@ bool Tour::newLanguage()
     const QComboBox *const list = languageList();
     if (!list || !isSettled(list->window()) || !savePicture(QStringLiteral("4-new-language.png")))
         return false;
+    if (list->window()->windowTitle() == m_firstTitle)
+        return fail(QStringLiteral("The dialog does not speak the new language"));
     clickChange();
     return true;
 }
@@ -138,6 +142,8 @@ bool Tour::end()
 {
     if (QApplication::activeModalWidget())
         return false;
+    if (const QString log = unexpectedLog(); !log.isEmpty())
+        return fail(QStringLiteral("Unexpected calls:\n") + log);
     QTextStream(stdout) << m_pictures.join(QLatin1Char('\n')) << '\n';
     finish(0);
     return false; // There is no next step.
@@ -182,6 +188,21 @@ void Tour::openSettings()
     // Later, because it lasts until the dialog is closed.
     QTimer::singleShot(0, m_window.findChild<QAction *>(QStringLiteral("action_settings")),
                        &QAction::trigger);
+}
+
+QString Tour::unexpectedLog() const
+{
+    const QString expected = QStringLiteral("Init -> true\n"
+                                            "SetLanguage(%1) -> accepted\n"
+                                            "NotifySettingChanged\n"
+                                            "ShowSettingsDlg -> true\n"
+                                            "Init -> true\n"
+                                            "SetLanguage(%1) -> refused\n"
+                                            "ShowSettingsDlg -> false")
+                                 .arg(m_chosenLanguage);
+    const QString log =
+        m_window.findChild<QPlainTextEdit *>(QStringLiteral("plainTextEdit_log"))->toPlainText();
+    return log == expected ? QString() : log;
 }
 
 bool Tour::answerBox(const QString &pictureName)

@@ -47,6 +47,7 @@ private:
     bool fail(const QString &reason);
     bool isSettled(const QWidget *window);
     void openSettings();
+    QString unexpectedLog() const;
     bool answerBox(const QString &pictureName);
     bool savePicture(const QString &name);
 
@@ -58,5 +59,6 @@ private:
     const Step *m_step = steps;
     int m_settledRounds = 0;
     int m_chosenLanguage = 0;
+    QString m_firstTitle; ///< Of the dialog, in the first language.
     QStringList m_pictures;
 };

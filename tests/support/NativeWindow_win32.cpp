@@ -13,8 +13,7 @@ const wchar_t className[] = L"ZendelTestsNativeWindow";
 /// Lets all messages arrive that are on their way.
 void processMessages()
 {
-    // Input goes through Wine's server and comes back after a moment; what is sent by this call
-    // has arrived when the timer's message has, which is the last in line.
+    // What one message brings about may be another one.
     for (int round = 0; round < 3; ++round) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
         MSG message;
@@ -51,7 +50,10 @@ struct NativeWindow::Private
         case WM_LBUTTONDOWN:
             ++self->clicks;
             break;
+        case WM_MOUSEMOVE:
+        case WM_RBUTTONDOWN:
         case WM_KEYDOWN:
+        case WM_SYSKEYDOWN:
             ++self->otherInput;
             break;
         case WM_ENABLE:

@@ -192,7 +192,7 @@ QString growth(const std::function<void()> &cycle)
         grown += QStringLiteral("windows");
     // Some pages come and go. Wine commits the heap a megabyte at a time, so that leaks of less
     // than about 20 kB a cycle, the size of a small dialog, may go unnoticed there.
-    const qint64 tolerance = 128 * 1024;
+    const qint64 tolerance = 131072;
     if (after.privateBytes > before.privateBytes + tolerance)
         grown += QStringLiteral("memory by %1 bytes").arg(after.privateBytes - before.privateBytes);
     return grown.join(QStringLiteral(", "));

@@ -14,6 +14,14 @@ trap 'rm -rf "$commands"' EXIT
 sed 's/-fno-keep-inline-dllexport//' "build/$platform/compile_commands.json" \
     > "$commands/compile_commands.json"
 
+# Nor does it find the C++ library of that GCC by itself.
+library=()
+if [[ $platform == windows ]]; then
+    while read -r folder; do
+        library+=("--extra-arg=-isystem$folder")
+    done < <(x86_64-w64-mingw32-g++-posix -E -v -x c++ /dev/null 2>&1 | grep '^ /.*c++' | sed 's/^ //')
+fi
+
 sources=()
 for file in "${files[@]}"; do
     if [[ $platform == windows && $file != *_win32.cpp ]]; then
@@ -40,5 +48,5 @@ fi
 
 echo "clang-tidy: ${#sources[@]} files, this takes some minutes"
 printf '%s\0' "${sources[@]}" \
-    | xargs -0 -n 1 -P "$(nproc)" clang-tidy --quiet -p "$commands" \
+    | xargs -0 -n 1 -P "$(nproc)" clang-tidy --quiet -p "$commands" "${library[@]}" \
     2> >(grep -vE '^[0-9]+ warnings? generated' >&2) # Of Qt, and suppressed

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # demo.sh [windows] [HOST OPTION...]
 # Builds the plug-in and starts the example host with it and the sample deployment; with "windows"
-# the Windows build, under Wine. Where there is no display, the host shows itself on a virtual one
-# and leaves pictures below build/.
+# the Windows build, under Wine. Where there is no display and no option, the host shows itself on a
+# virtual one and leaves pictures below build/.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
@@ -40,7 +40,10 @@ fi
 if [[ -n $has_display ]]; then
     exec "${host[@]}" "$@"
 fi
+if (($#)); then
+    exec "${launcher[@]}" "${host[@]}" "$@"
+fi
 pictures=build/pictures-$platform
 echo "There is no display: the host takes the operator's path by itself."
-"${launcher[@]}" "${host[@]}" --tour "$pictures" "$@"
+"${launcher[@]}" "${host[@]}" --tour "$pictures"
 echo "The pictures lie in $PWD/$pictures"

@@ -1,10 +1,11 @@
 #include "lang/CTranslatorMgr.h"
 
-#include <QCoreApplication>
+#include "lang/ApplicationDir.h"
+#include "lang/LangLine.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QMessageBox>
-#include <QRegularExpression>
 #include <QTextCodec>
 #include <QTextStream>
 #include <QTranslator>
@@ -33,8 +34,7 @@ void CTranslatorMgr::loadTranslator()
 
     QString strLangFilePath = langFilePath(defaultLangId());
     if (!QFileInfo::exists(strLangFilePath)) {
-        strLangFilePath =
-            QCoreApplication::applicationDirPath() + QLatin1String("/Lang/chs/") + kQmFileName;
+        strLangFilePath = applicationDir() + QLatin1String("/Lang/chs/") + kQmFileName;
         if (!QFileInfo::exists(strLangFilePath)) {
             // Names the file that the catalogue promised, not the fallback that is missing too.
             QMessageBox::critical(nullptr, QLatin1String("Error"),
@@ -86,8 +86,7 @@ void CTranslatorMgr::loadLangConfig()
     m_loaded = false;
     m_defaultLangId = 0;
 
-    const QString configPath =
-        QCoreApplication::applicationDirPath() + QLatin1String("/Lang/Lang.ini");
+    const QString configPath = applicationDir() + QLatin1String("/Lang/Lang.ini");
     QFile file(configPath);
     if (!file.open(QIODevice::ReadOnly)) {
         // No blank before the path, deliberately.
@@ -110,24 +109,17 @@ void CTranslatorMgr::loadLangConfig()
             in.seek(0);
     }
 
+    // The directory first, and only then the folder and the file name: a placeholder inside the
+    // directory or the folder is replaced too.
+    const QString pathTemplate = QString(QLatin1String("%1/Lang/%2/%3")).arg(applicationDir());
     QString currentSection;
-    bool inLangMgr = false;
-    while (!in.atEnd()) {
-        const QString line = in.readLine().trimmed();
-        if (line.isEmpty() || line.startsWith(QLatin1Char(';'))
-            || line.startsWith(QLatin1Char('#'))) {
-            continue;
-        }
-
-        if (line.startsWith(QLatin1Char('[')) && line.endsWith(QLatin1Char(']'))) {
-            currentSection = line.mid(1, line.size() - 2);
-            inLangMgr = currentSection == QLatin1String("LANG_MGR");
-            continue;
-        }
-
-        const int equals = line.indexOf(QLatin1Char('='));
-        if (inLangMgr && equals > 0)
-            readKeyLine(line.left(equals).trimmed(), line.mid(equals + 1).trimmed());
+    QString text;
+    while (in.readLineInto(&text)) {
+        const LangLine line = LangLine::read(text, currentSection);
+        if (line.kind == LangLine::Default)
+            m_defaultLangId = line.value.toInt();
+        else if (line.kind >= LangLine::Id)
+            readKeyLine(line, pathTemplate);
     }
 
     file.close();
@@ -144,35 +136,17 @@ QTextCodec *CTranslatorMgr::detectCodec(QIODevice *device)
     return QTextCodec::codecForName("GB2312");
 }
 
-void CTranslatorMgr::readKeyLine(const QString &key, const QString &value)
+void CTranslatorMgr::readKeyLine(const LangLine &line, const QString &pathTemplate)
 {
-    if (key == QLatin1String("DEFAULT")) {
-        m_defaultLangId = value.toInt();
-        return;
-    }
-
-    static const QRegularExpression pattern(QLatin1String("^LANG(\\d+)_(ID|NAME|FOLDER|SHOW)$"));
-    const QRegularExpressionMatch match = pattern.match(key);
-    if (!match.hasMatch())
-        return;
-
-    // Digits that no int can hold give 0, and the line goes to record 0.
-    const int langId = match.capturedRef(1).toInt();
-    const QStringRef field = match.capturedRef(2);
-
     // Any field creates the record, ID too; the value of ID itself is deliberately never read.
-    LangEntry &lang = m_langMap[langId];
-    lang.id = langId;
-    if (field == QLatin1String("NAME")) {
-        lang.name = value;
-    } else if (field == QLatin1String("FOLDER")) {
-        lang.folder = value;
-        // One after the other: a placeholder inside the directory or the folder is replaced too.
-        lang.qmPath = QString(QLatin1String("%1/Lang/%2/%3"))
-                          .arg(QCoreApplication::applicationDirPath())
-                          .arg(value)
-                          .arg(kQmFileName);
-    } else if (field == QLatin1String("SHOW")) {
-        lang.show = value.toInt() == 1;
+    LangEntry &lang = m_langMap[line.langId];
+    lang.id = line.langId;
+    if (line.kind == LangLine::Name) {
+        lang.name = line.value.toString();
+    } else if (line.kind == LangLine::Folder) {
+        lang.folder = line.value.toString();
+        lang.qmPath = pathTemplate.arg(lang.folder).arg(kQmFileName);
+    } else if (line.kind == LangLine::Show) {
+        lang.show = line.value.toInt() == 1;
     }
 }

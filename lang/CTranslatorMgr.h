@@ -11,6 +11,7 @@
 class QIODevice;
 class QTextCodec;
 class QTranslator;
+struct LangLine;
 
 /// File name of a compiled translation, the same in every language's folder.
 extern const QString kQmFileName;
@@ -54,11 +55,14 @@ public:
     /// warning box, when the file cannot be opened. Lines that make no sense are skipped.
     void loadLangConfig();
 
+    /// The codec that the first bytes of an opened catalogue call for, which stay unread; null if
+    /// this Qt has none of that name.
+    static QTextCodec *detectCodec(QIODevice *device);
+
 private:
     friend class tst_CTranslatorMgr;
 
-    static QTextCodec *detectCodec(QIODevice *device);
-    void readKeyLine(const QString &key, const QString &value);
+    void readKeyLine(const LangLine &line, const QString &pathTemplate);
 
     const std::unique_ptr<QTranslator> m_translator;
     bool m_loaded = false;

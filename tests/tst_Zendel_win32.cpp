@@ -12,14 +12,17 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDialog>
+#include <QDir>
 #include <QFile>
 #include <QImage>
 #include <QLibrary>
 #include <QPointer>
+#include <QProcess>
 #include <QPushButton>
 #include <QScreen>
 #include <QTest>
 
+#include <algorithm>
 #include <cstring>
 #include <functional>
 #include <memory>
@@ -29,6 +32,7 @@
 #include <windows.h>
 
 #include <psapi.h>
+#include <winternl.h>
 
 namespace {
 
@@ -125,8 +129,35 @@ void pressChange(const QDialog &dialog)
     dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"))->click();
 }
 
-/// What a leak would add to. Wine does not count USER and GDI objects and says 0; there, the
-/// windows and the memory have to tell.
+/// The GDI objects of this process. GetGuiResources() tells them on Windows; Wine, where it always
+/// says 0, keeps them in a table of its own process that is laid out as Windows' is.
+qint64 countGdiObjects()
+{
+    if (const DWORD count = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS))
+        return count;
+
+    struct Entry
+    {
+        quint64 object;
+        quint32 owner;
+        quint16 uniqueness;
+        quint8 type; // 0 in a free place
+        quint8 flags;
+        quint64 userPointer;
+    };
+    const int tableOffset = 0xF8; // Of PEB::GdiSharedHandleTable, in 64-bit Windows
+    const int tableSize = 16384;  // In Wine
+    const auto *const environmentBlock =
+        reinterpret_cast<const char *>(NtCurrentTeb()->ProcessEnvironmentBlock);
+    const auto *const table =
+        *reinterpret_cast<const Entry *const *>(environmentBlock + tableOffset);
+    return table ? std::count_if(table, table + tableSize,
+                                 [](const Entry &entry) { return entry.type != 0; })
+                 : 0;
+}
+
+/// What a leak would add to. Wine does not count USER objects and says 0; there, the windows have
+/// to tell.
 struct Resources
 {
     qint64 userObjects = 0;
@@ -147,7 +178,7 @@ Resources resources()
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     Resources result;
     result.userObjects = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
-    result.gdiObjects = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
+    result.gdiObjects = countGdiObjects();
     EnumThreadWindows(GetCurrentThreadId(), countWindow, reinterpret_cast<LPARAM>(&result.windows));
     PROCESS_MEMORY_COUNTERS memory = {};
     if (GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof(memory)))
@@ -181,7 +212,7 @@ QString growth(const std::function<void()> &cycle)
     const Resources before = leastOfCycles(cycle);
     const Resources after = leastOfCycles(cycle);
 
-    if (before.privateBytes == 0 || before.windows == 0)
+    if (before.privateBytes == 0 || before.windows == 0 || before.gdiObjects == 0)
         return QStringLiteral("nothing could be measured");
     QStringList grown;
     if (after.userObjects > before.userObjects)
@@ -222,6 +253,8 @@ private Q_SLOTS:
     void versionIsShownUnderProperties();
     void textsInEveryEncoding_data();
     void textsInEveryEncoding();
+    void applicationFolders_data();
+    void applicationFolders();
     void leaksAreNoticed();
     void changesLeaveNothingBehind();
     void loadsLeaveNothingBehind();
@@ -492,6 +525,35 @@ void tst_Zendel_win32::textsInEveryEncoding()
     QCOMPARE(name, QStringLiteral("中文"));
 }
 
+void tst_Zendel_win32::applicationFolders_data()
+{
+    QTest::addColumn<QString>("folder");
+
+    QTest::newRow("blanks") << QStringLiteral("Control software (64 bit)");
+    QTest::newRow("Chinese") << QStringLiteral("控制软件");
+    QTest::newRow("percent") << QStringLiteral("100% machine %n");
+}
+
+/// The application's folder is that of the executable: a copy of this one runs in another folder.
+void tst_Zendel_win32::applicationFolders()
+{
+    QFETCH(QString, folder);
+
+    const QString copy = Deployment::path(folder) + QStringLiteral("/copy.exe");
+    QDir().mkpath(Deployment::path(folder));
+    QFile::remove(copy);
+    QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), copy));
+
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(copy, {QStringLiteral("textsInEveryEncoding")});
+    QVERIFY2(process.waitForFinished(60000), qPrintable(process.errorString()));
+    const QByteArray output = process.readAll();
+    QVERIFY2(output.contains("5 passed, 0 failed"), output.constData());
+    QCOMPARE(process.exitCode(), 0);
+    QVERIFY(QFile::exists(Deployment::path(folder) + QStringLiteral("/Lang/first/Zendel.qm")));
+}
+
 void tst_Zendel_win32::leaksAreNoticed()
 {
     const NativeWindow owner(QRect(100, 50, 800, 600)); // Something to be counted.
@@ -502,6 +564,11 @@ void tst_Zendel_win32::leaksAreNoticed()
     QVERIFY(growth([&windows] {
                 windows.push_back(std::make_unique<NativeWindow>(QRect(0, 0, 200, 100)));
             }).contains(QLatin1String("windows")));
+    std::vector<HBRUSH> brushes;
+    QVERIFY(growth([&brushes] {
+                brushes.push_back(CreateSolidBrush(RGB(1, 2, 3)));
+            }).contains(QLatin1String("GDI objects")));
+    std::for_each(brushes.begin(), brushes.end(), DeleteObject);
 }
 
 void tst_Zendel_win32::changesLeaveNothingBehind()

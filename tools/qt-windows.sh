@@ -13,7 +13,7 @@
 
 set -euo pipefail
 export LC_ALL=C
-exec 3>&1 >&2
+exec 3>&1 4>&2 >&2
 
 source_package=qtbase-opensource-src
 # One of the packages made from it, asked for the version that is current.
@@ -132,8 +132,10 @@ fail() {
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then
         "$@" 9>&-
-    else
+    elif command -v sudo > /dev/null; then
         sudo "$@" 9>&-
+    else
+        fail "needs root or sudo for: $*" >&4
     fi
 }
 
@@ -154,8 +156,9 @@ print_if_built() {
 }
 
 install_packages() {
-    # Only the current version of a source package can be had, so the lists
-    # must be fresh.  Without a network the build fails later and says why.
+    # Also where nothing is missing: only the current version of a source
+    # package can be had, so the lists must be fresh.  Without a network the
+    # build fails later and says why.
     as_root apt-get update || echo "The package lists could not be refreshed."
     local package missing=()
     for package in "${packages[@]}"; do

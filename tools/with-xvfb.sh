@@ -24,9 +24,13 @@ unset WAYLAND_DISPLAY XDG_SESSION_TYPE
 
 if [[ -n $window_manager ]]; then
     ready=$(mktemp -u)
-    "$window_manager" --sm-disable --startup "touch $ready" >/dev/null 2>&1 &
+    "$window_manager" --sm-disable --startup "touch '$ready'" >/dev/null 2>&1 &
+    deadline=$((SECONDS + 30))
     until [[ -e $ready ]]; do
-        kill -0 $! || exit 1
+        if ! kill -0 $! 2>/dev/null || ((SECONDS > deadline)); then
+            echo "with-xvfb.sh: $window_manager did not start; is its package installed?" >&2
+            exit 1
+        fi
         sleep 0.05
     done
     rm "$ready"

@@ -1,0 +1,8 @@
+#include "lang/ApplicationDir.h"
+
+#include <QCoreApplication>
+
+QString applicationDir()
+{
+    return QCoreApplication::applicationDirPath();
+}

@@ -1,0 +1,7 @@
+#pragma once
+
+#include <QString>
+
+/// The folder that holds the folder Lang: the one of the host's executable, with forward slashes
+/// and none at the end. A function of its own, so that langcheck can look at any other folder.
+QString applicationDir();

@@ -1,9 +1,11 @@
 # zendel_compile_translation(TS QM): a rule that compiles a translation source into the file QM.
 
-# The tool runs on the building machine, so a Qt for another one need not bring it.
+# The tools run on the building machine, so a Qt for another one need not bring them.
 find_program(ZENDEL_LRELEASE NAMES lrelease lrelease-qt5 HINTS /usr/lib/qt5/bin REQUIRED
              DOC "Compiles translations")
-mark_as_advanced(ZENDEL_LRELEASE)
+find_program(ZENDEL_LUPDATE NAMES lupdate lupdate-qt5 HINTS /usr/lib/qt5/bin REQUIRED
+             DOC "Brings the texts of the code into the sources of the translations")
+mark_as_advanced(ZENDEL_LRELEASE ZENDEL_LUPDATE)
 
 function(zendel_compile_translation ts qm)
     get_filename_component(folder ${qm} DIRECTORY)

@@ -8,15 +8,19 @@ file(MAKE_DIRECTORY ${folder})
 execute_process(COMMAND ${CPACK} --config ${BUILD_DIR}/CPackConfig.cmake -B ${folder}
                 OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
 
+set(languages ar chs cht cs de en es fi fr hu it ja ko nl pl pt ru sv th tr uk vi)
+list(TRANSFORM languages APPEND .ts OUTPUT_VARIABLE translations)
+list(TRANSFORM translations PREPEND translations/)
+
 # unpack(PACKAGE FOLDER FILE...): FILE... are the files that it must hold, and no others.
 function(unpack package target)
     file(ARCHIVE_EXTRACT INPUT ${folder}/${package} DESTINATION "${target}")
     file(GLOB_RECURSE found RELATIVE "${target}" "${target}/*")
     set(expected ${ARGN})
-    foreach(language chs de en fr ja)
+    foreach(language IN LISTS languages)
         list(APPEND expected Lang/${language}/Zendel.qm)
     endforeach()
-    list(APPEND expected Lang/Lang.ini Zendel.dll)
+    list(APPEND expected Lang/Lang.ini Zendel.dll langcheck.exe)
     list(SORT found)
     list(SORT expected)
     if(NOT found STREQUAL expected)
@@ -31,11 +35,7 @@ unpack(Zendel-${VERSION}-win64.zip ${folder}/plugin
     include/Zendel/IZendelMgr.h
     lib/cmake/Zendel/ZendelConfig.cmake
     lib/cmake/Zendel/ZendelConfigVersion.cmake
-    translations/chs.ts
-    translations/de.ts
-    translations/en.ts
-    translations/fr.ts
-    translations/ja.ts
+    ${translations}
 )
 
 set(demo "${folder}/demo of the plug-in")

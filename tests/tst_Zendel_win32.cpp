@@ -32,7 +32,6 @@
 #include <windows.h>
 
 #include <psapi.h>
-#include <winternl.h>
 
 namespace {
 
@@ -147,10 +146,10 @@ qint64 countGdiObjects()
     };
     const int tableOffset = 0xF8; // Of PEB::GdiSharedHandleTable, in 64-bit Windows
     const int tableSize = 16384;  // In Wine
-    const auto *const environmentBlock =
-        reinterpret_cast<const char *>(NtCurrentTeb()->ProcessEnvironmentBlock);
-    const auto *const table =
-        *reinterpret_cast<const Entry *const *>(environmentBlock + tableOffset);
+    using CurrentPeb = const char *(WINAPI *)();
+    const auto currentPeb = reinterpret_cast<CurrentPeb>(reinterpret_cast<void *>(
+        GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "RtlGetCurrentPeb")));
+    const auto *const table = *reinterpret_cast<const Entry *const *>(currentPeb() + tableOffset);
     return table ? std::count_if(table, table + tableSize,
                                  [](const Entry &entry) { return entry.type != 0; })
                  : 0;

@@ -174,11 +174,13 @@ void tst_host::sampleTranslationsAreComplete()
         {"PageSetLang", "Change failed!"},
         {"PageSetLang", "Error"},
     };
-    for (const char *const folder : {"chs", "de", "en", "fr", "ja"}) {
+    const QStringList folders =
+        QDir(path(QStringLiteral("Lang"))).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    QCOMPARE(folders.size(), 22);
+    for (const QString &folder : folders) {
         QTranslator translator;
-        QVERIFY2(
-            translator.load(path(QStringLiteral("Lang/%1/Zendel.qm").arg(QLatin1String(folder)))),
-            folder);
+        QVERIFY2(translator.load(path(QStringLiteral("Lang/%1/Zendel.qm").arg(folder))),
+                 qPrintable(folder));
         for (const auto &[context, text] : texts)
             QVERIFY2(!translator.translate(context, text).isEmpty(), text);
     }

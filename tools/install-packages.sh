@@ -11,7 +11,7 @@ packages=(
     libxcb1-dev
     # A display to test on, the windows' frames on it, and fonts with all glyphs of the samples
     openbox xvfb
-    fonts-dejavu-core fonts-noto-cjk
+    fonts-dejavu-core fonts-noto-cjk fonts-tlwg-loma-ttf
     # Tests and checks of the sources
     binutils libxcb-xtest0-dev
     clang clang-format clang-tidy cppcheck

@@ -23,9 +23,9 @@ struct LangLine
     };
 
     Kind kind = Blank; ///< What the line is.
-    QStringRef key;   ///< Left of the first "="; of a header, the text between its brackets.
-    QStringRef value; ///< All that is right of it.
-    int langId = 0;   ///< The n of an Id, Name, Folder or Show; 0 if no int can hold the digits.
+    QStringRef key;    ///< Left of the first "="; of a header, the text between its brackets.
+    QStringRef value;  ///< All that is right of it.
+    int langId = 0;    ///< The n of an Id, Name, Folder or Show; 0 if no int can hold the digits.
 
     /// Tells what @p text is after the headers so far; @p currentSection is the text between the
     /// brackets of the last one, and becomes that of this line if it is one.

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Where the deployment lies.
+
 #include <QString>
 
 /// The folder that holds the folder Lang: the one of the host's executable, with forward slashes

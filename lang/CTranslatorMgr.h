@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// The translator manager, and the name of the files that it loads.
+
 #include "lang/LangEntry.h"
 
 #include <QList>
@@ -26,6 +29,7 @@ class CTranslatorMgr : public QObject
     Q_OBJECT
 
 public:
+    /// With nothing loaded. The plug-in makes no other than instance().
     explicit CTranslatorMgr(QObject *parent = nullptr);
     ~CTranslatorMgr() override;
 

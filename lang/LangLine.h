@@ -7,6 +7,7 @@
 /// must outlive them.
 struct LangLine
 {
+    /// What a line is. From Id on, it is a key line of language langId.
     enum Kind {
         Blank,
         Comment,
@@ -21,10 +22,10 @@ struct LangLine
         Show
     };
 
-    Kind kind = Blank;
-    QStringRef key;   ///< Left of the first "="; of a header, the text between its brackets.
-    QStringRef value; ///< All that is right of it.
-    int langId = 0;   ///< The n of an Id, Name, Folder or Show; 0 if no int can hold the digits.
+    Kind kind = Blank; ///< What the line is.
+    QStringRef key;    ///< Left of the first "="; of a header, the text between its brackets.
+    QStringRef value;  ///< All that is right of it.
+    int langId = 0;    ///< The n of an Id, Name, Folder or Show; 0 if no int can hold the digits.
 
     /// Tells what @p text is after the headers so far; @p currentSection is the text between the
     /// brackets of the last one, and becomes that of this line if it is one.

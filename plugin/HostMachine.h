@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// The recorded host, for all parts of the plug-in.
+
 class IHostMachine;
 
 /// The host's machine object, not owned; null until CZendelIns::Init() records one. Only Init()

@@ -1,7 +1,12 @@
 #pragma once
 
-struct HWND__;         // NOLINT(bugprone-reserved-identifier): Win32's own name
-using HWND = HWND__ *; // The same type as in <windows.h> and in Qt, without needing either.
+/// @file
+/// What the plug-in offers to the host: the manager, and the types of the two exported functions.
+
+struct HWND__; // NOLINT(bugprone-reserved-identifier): Win32's own name
+
+/// The handle of a native window: the same type as in windows.h and in Qt, without needing either.
+using HWND = HWND__ *;
 
 class IHostMachine;
 

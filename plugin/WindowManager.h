@@ -7,13 +7,13 @@
 /// more is ignored.
 namespace WindowManager {
 
-/// Edges in screen pixels; right and bottom lie just outside.
+/// A rectangle on the screen. Unlike Qt's coordinates, its pixels are never scaled.
 struct Rect
 {
-    int left = 0;
-    int top = 0;
-    int right = 0;
-    int bottom = 0;
+    int left = 0;   ///< In screen pixels, as all four; negative on a screen left of the first.
+    int top = 0;    ///< Grows downwards.
+    int right = 0;  ///< Just outside: left plus width.
+    int bottom = 0; ///< Just outside: top plus height.
 };
 
 /// Lets @p window take mouse and keyboard input, or not, as far as the platform can do that. Not

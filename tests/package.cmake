@@ -31,6 +31,7 @@ endfunction()
 unpack(Zendel-${VERSION}-win64.zip ${folder}/plugin
     README.md
     docs/dialog.png
+    docs/host-developer.md
     include/Zendel/IHostMachine.h
     include/Zendel/IZendelMgr.h
     lib/cmake/Zendel/ZendelConfig.cmake

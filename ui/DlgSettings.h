@@ -17,13 +17,17 @@ class DlgSettings : public QDialog
     Q_OBJECT
 
 public:
+    /// Builds the whole dialog, with the languages and in the language that are loaded now.
     explicit DlgSettings(QWidget *parent = nullptr);
     ~DlgSettings() override;
 
     /// Whether the last change of language on the page succeeded; false until the dialog closes.
     bool changed() const { return m_changed; }
 
+    /// Closes the dialog; changed() then tells the outcome.
     void accept() override;
+
+    /// The same: closing the dialog takes back nothing.
     void reject() override;
 
 private:

@@ -15,6 +15,7 @@ class PageSetLang : public QWidget
     Q_OBJECT
 
 public:
+    /// Lists the languages that the catalogue offers now, the default one selected.
     explicit PageSetLang(QWidget *parent = nullptr);
     ~PageSetLang() override;
 

@@ -1,0 +1,17 @@
+# Included by the project of docs/host-developer.md: links an operator into its program.
+
+function(add_operator)
+    find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
+    set(tests ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/..)
+    add_library(operator OBJECT
+        ${tests}/documented_host/operator.cpp
+        ${tests}/support/Operator.cpp
+        ${tests}/support/Operator.h
+    )
+    set_target_properties(operator PROPERTIES AUTOMOC ON)
+    target_include_directories(operator PRIVATE ${tests})
+    target_link_libraries(operator PRIVATE Qt5::Test Qt5::Widgets)
+    target_link_libraries(small_host PRIVATE operator)
+endfunction()
+
+cmake_language(DEFER CALL add_operator)

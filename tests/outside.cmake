@@ -1,0 +1,19 @@
+# For tests that build a host outside this project against an install of it. They are run with
+# cmake -D BUILD_DIR=... -D SOURCE_DIR=... -D GENERATOR=... -D QT=... -D TOOLCHAIN=... -D LAUNCHER=...
+#       -D FLAGS=... -D PLUGIN=... -P ...
+
+function(run)
+    execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+# build_outside(FOLDER SOURCES [OPTION...]): installs into FOLDER/install and builds the project in
+# SOURCES into FOLDER/build.
+function(build_outside folder sources)
+    run(${CMAKE_COMMAND} --install ${BUILD_DIR} --component plugin --prefix ${folder}/install)
+    execute_process(
+        COMMAND ${CMAKE_COMMAND} -S ${sources} -B ${folder}/build -G ${GENERATOR}
+                "-DCMAKE_PREFIX_PATH=${folder}/install;${QT}" "-DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN}"
+                "-DCMAKE_CXX_FLAGS=-Wall -Wextra -Werror ${FLAGS}" ${ARGN}
+        COMMAND_ERROR_IS_FATAL ANY)
+    run(${CMAKE_COMMAND} --build ${folder}/build)
+endfunction()

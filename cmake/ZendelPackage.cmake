@@ -21,7 +21,8 @@ install(TARGETS langcheck RUNTIME DESTINATION ${tool_folder} COMPONENT plugin)
 install(FILES plugin/IHostMachine.h plugin/IZendelMgr.h
         DESTINATION include/Zendel COMPONENT plugin)
 install(FILES README.md DESTINATION ${data_folder} COMPONENT plugin)
-install(FILES docs/dialog.png docs/host-developer.md DESTINATION ${data_folder}/docs COMPONENT plugin)
+install(DIRECTORY docs/ DESTINATION ${data_folder}/docs COMPONENT plugin
+        FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
 write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/ZendelConfigVersion.cmake
     COMPATIBILITY SameMajorVersion ARCH_INDEPENDENT)
 install(FILES cmake/ZendelConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/ZendelConfigVersion.cmake

@@ -1,6 +1,6 @@
 # Fails unless the packages hold what they should, and the demo runs from a folder with blanks in
 # its name with no other DLL in reach.
-# cmake -D CPACK=... -D BUILD_DIR=... -D VERSION=... -D LAUNCHER=... -P package.cmake
+# cmake -D CPACK=... -D BUILD_DIR=... -D SOURCE_DIR=... -D VERSION=... -D LAUNCHER=... -P package.cmake
 
 set(folder ${BUILD_DIR}/tests/package)
 file(REMOVE_RECURSE ${folder})
@@ -8,7 +8,8 @@ file(MAKE_DIRECTORY ${folder})
 execute_process(COMMAND ${CPACK} --config ${BUILD_DIR}/CPackConfig.cmake -B ${folder}
                 OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
 
-set(languages ar chs cht cs de en es fi fr hu it ja ko nl pl pt ru sv th tr uk vi)
+file(GLOB languages RELATIVE ${SOURCE_DIR}/examples/Lang ${SOURCE_DIR}/examples/Lang/*.ts)
+list(TRANSFORM languages REPLACE "[.]ts$" "")
 list(TRANSFORM languages APPEND .ts OUTPUT_VARIABLE translations)
 list(TRANSFORM translations PREPEND translations/)
 
@@ -32,6 +33,9 @@ unpack(Zendel-${VERSION}-win64.zip ${folder}/plugin
     README.md
     docs/dialog.png
     docs/host-developer.md
+    docs/languages.png
+    docs/service-engineer.md
+    docs/translator.md
     include/Zendel/IHostMachine.h
     include/Zendel/IZendelMgr.h
     lib/cmake/Zendel/ZendelConfig.cmake
@@ -57,4 +61,11 @@ file(GLOB pictures ${demo}/pictures/*.png)
 list(LENGTH pictures count)
 if(NOT count EQUAL 5)
     message(SEND_ERROR "The tour of the demo left ${pictures}")
+endif()
+
+# The checker, in the same folder and with the same DLLs alone.
+execute_process(COMMAND ${CMAKE_COMMAND} -E env --unset=WINEPATH ${LAUNCHER} ${demo}/langcheck.exe
+                OUTPUT_VARIABLE output RESULT_VARIABLE result)
+if(NOT result EQUAL 0 OR NOT output MATCHES "0 errors, 0 warnings")
+    message(SEND_ERROR "langcheck ended with ${result} and said\n${output}")
 endif()

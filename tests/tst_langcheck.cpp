@@ -531,6 +531,8 @@ void tst_langcheck::programPrintsFindingsAsCompilersDo()
 
     QVERIFY(QDir(Deployment::path(QStringLiteral("Lang"))).removeRecursively());
     const QString path = applicationPath();
+    QFile file(Deployment::path(QStringLiteral("Lang/Lang.ini")));
+    QVERIFY(!file.open(QIODevice::ReadOnly));
     QCOMPARE(
         QString::fromUtf8(run({path}, 2)),
         QStringLiteral(

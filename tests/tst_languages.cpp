@@ -82,7 +82,7 @@ void tst_languages::initTestCase()
 {
     CTranslatorMgr::instance()->loadLangConfig();
     m_languages = CTranslatorMgr::instance()->visibleLanguages();
-    QCOMPARE(m_languages.size(), 22);
+    QVERIFY(m_languages.size() >= 22);
     const int rows = (m_languages.size() + kColumns - 1) / kColumns;
     m_sheet = QImage(kCell.width() * kColumns, kCell.height() * rows, QImage::Format_RGB32);
     m_sheet.fill(Qt::lightGray);

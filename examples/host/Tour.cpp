@@ -86,8 +86,7 @@ bool Tour::dialog()
     if (!list || !isSettled(list->window()) || !savePicture(QStringLiteral("2-dialog.png")))
         return false;
 
-    const int last = list->count() - 1;
-    list->setCurrentIndex(list->currentIndex() == last ? 0 : last);
+    list->setCurrentIndex((list->currentIndex() + 1) % list->count());
     m_chosenLanguage = list->currentData().toInt();
     m_firstTitle = list->window()->windowTitle();
     clickChange();

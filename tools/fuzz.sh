@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# fuzz.sh [SECONDS]: builds the fuzzer of the catalogue's reader and runs it,
-# for one minute unless told otherwise, from the seeds and from what earlier runs have found. An
-# input that library and model read differently, or that a sanitizer stops at, is kept in
+# fuzz.sh [SECONDS]: builds the fuzzer of the catalogue's reader and runs it, for one minute unless
+# told otherwise, from the seeds and from what earlier runs have found. An input that library and
+# model read differently, or that a sanitizer stops at, ends it and is kept in
 # build/linux-fuzz/artifacts: "build/linux-fuzz/bin/fuzz_catalogue FILE" reads it again.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -19,9 +19,9 @@ memory=/dev/shm
 folder=$(mktemp -d -p "$memory" zendel-fuzz.XXXXXX)
 trap 'rm -rf "$folder"' EXIT
 
-# Not shown: each single input that is worth keeping.
 echo "Fuzzing the catalogue's reader for $seconds seconds"
+# Not shown: each single input that is worth keeping, and the words that the fuzzer has learned.
 TMPDIR=$folder "$build/bin/fuzz_catalogue" -dict=tests/fuzz/catalogue.dict -max_len=2048 \
     -max_total_time="$seconds" -artifact_prefix="$build/artifacts/" -print_final_stats=1 \
     "$build/corpus" tests/fuzz/seeds \
-    2> >(grep --line-buffered -vE '^#[0-9]+\s(NEW|REDUCE|RELOAD)|^"|Recommended dictionary|recommended dictionary' >&2)
+    2>&1 | grep --line-buffered -vE '^#[0-9]+\s+(NEW|REDUCE|RELOAD)|^".*# Uses|ecommended dictionary'

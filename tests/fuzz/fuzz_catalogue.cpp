@@ -8,13 +8,20 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QTextCodec>
 
-#include <clocale>
-#include <cstdio>
+#include <algorithm>
+#include <cstdint>
 #include <cstdlib>
+#include <iomanip>
+#include <iostream>
+#include <iterator>
 #include <numeric>
+#include <sstream>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 using namespace std::string_view_literals;
@@ -42,7 +49,7 @@ class Deployment
 public:
     Deployment()
     {
-        std::setlocale(LC_ALL, "C.UTF-8"); // For the names of the folders.
+        QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8")); // Of file names
         bool good = m_folder.isValid() && QDir(m_folder.path()).mkpath(QStringLiteral("real/Lang"));
         for (const char16_t *name : kFolderNames) {
             m_paths.push_back(m_folder.filePath(QString::fromUtf16(name)));
@@ -50,7 +57,7 @@ public:
         }
         m_catalogue.setFileName(m_folder.filePath(QStringLiteral("real/Lang/Lang.ini")));
         if (!good || !m_catalogue.open(QIODevice::ReadWrite | QIODevice::Unbuffered)) {
-            std::fputs("No folder for the catalogue\n", stderr);
+            std::cerr << "No folder for the catalogue\n";
             std::abort();
         }
     }
@@ -186,31 +193,25 @@ std::u16string outcomeOfLibrary()
     return outcome;
 }
 
-void print(const char *title, std::u16string_view text)
+/// Line feeds and what is printable as it is, the rest as its number of so many hexadecimal digits.
+template<typename Text>
+std::string escaped(const Text &text, const char *prefix, int digits)
 {
-    std::fprintf(stderr, "== %s\n", title);
-    for (const char16_t c : text) {
-        if (c == u'\n' || (c >= u' ' && c < 0x7F))
-            std::fputc(c, stderr);
+    std::ostringstream result;
+    result << std::hex << std::uppercase << std::setfill('0');
+    for (const auto c : text) {
+        const auto code = static_cast<std::make_unsigned_t<std::remove_const_t<decltype(c)>>>(c);
+        if (code == '\n' || (code >= ' ' && code < 0x7F))
+            result << static_cast<char>(code);
         else
-            std::fprintf(stderr, "\\u%04X", static_cast<unsigned>(c));
+            result << prefix << std::setw(digits) << static_cast<unsigned>(code);
     }
-    std::fputc('\n', stderr);
+    return result.str();
 }
 
-void print(const char *title, std::string_view bytes)
+std::string hexadecimal(std::string_view bytes)
 {
-    std::fprintf(stderr, "== %s, %zu bytes\n", title, bytes.size());
-    for (const char c : bytes)
-        std::fprintf(stderr, "%02X", static_cast<unsigned>(static_cast<unsigned char>(c)));
-    std::fputc('\n', stderr);
-    for (const char c : bytes) {
-        if (c == '\n' || (c >= ' ' && c < 0x7F))
-            std::fputc(c, stderr);
-        else
-            std::fprintf(stderr, "\\x%02X", static_cast<unsigned>(static_cast<unsigned char>(c)));
-    }
-    std::fputc('\n', stderr);
+    return QByteArray(bytes.data(), static_cast<int>(bytes.size())).toHex(' ').toStdString();
 }
 
 } // namespace
@@ -233,11 +234,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const std::u16string expected = outcomeOfModel(file);
     const std::u16string actual = outcomeOfLibrary();
     if (actual != expected) {
-        print("input", input);
+        std::cerr << "== Input, " << size << " bytes\n"
+                  << hexadecimal(input) << '\n'
+                  << escaped(input, "\\x", 2) << '\n';
         if (large)
-            std::fprintf(stderr, "read behind a comment of %zu bytes\n", file.size() - size);
-        print("model", expected);
-        print("library", actual);
+            std::cerr << "== Read behind a comment of " << file.size() - size << " bytes\n";
+        std::cerr << "== Model\n"
+                  << escaped(expected, "\\u", 4) << "== Library\n"
+                  << escaped(actual, "\\u", 4);
         std::abort();
     }
     return 0;

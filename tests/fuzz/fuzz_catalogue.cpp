@@ -86,8 +86,8 @@ Deployment &deployment()
 
 std::size_t currentFolder = 0;
 
-/// The input with a comment of some 16 KB behind its mark, so that the end of the block in which
-/// Qt reads lies at @p boundary in the input, or close to it.
+/// The input with a comment behind its mark, so long that the end of a block in which Qt reads lies
+/// at @p boundary in the input, or close to it.
 std::string behindLongComment(std::string_view input, std::size_t boundary)
 {
     constexpr std::size_t kBlock = 16384;
@@ -108,8 +108,7 @@ std::string behindLongComment(std::string_view input, std::size_t boundary)
     }
 
     const std::size_t unit = newLine.size();
-    const std::size_t rest = std::max(boundary, markSize) - markSize;
-    const std::size_t units = (kBlock - markSize - rest) / unit;
+    const std::size_t units = (kBlock - std::max(boundary, markSize) % kBlock) / unit;
     std::string comment;
     for (std::size_t i = 0; i + 1 < units; ++i) {
         for (const char c : newLine)

@@ -110,6 +110,7 @@ std::string behindLongComment(std::string_view input, std::size_t boundary)
     const std::size_t unit = newLine.size();
     const std::size_t units = (kBlock - std::max(boundary, markSize) % kBlock) / unit;
     std::string comment;
+    comment.reserve(kBlock);
     for (std::size_t i = 0; i + 1 < units; ++i) {
         for (const char c : newLine)
             comment += c == '\n' ? ';' : '\0';

@@ -38,8 +38,12 @@ run_tests() {
     fi
     step "$platform: tests"
     # With options, it is for the user to say what there must be on which platform.
-    (($#)) || set -- --no-tests=error
-    "${emulator[@]}" ctest --preset "$platform" "$@"
+    local options=("${@---no-tests=error}")
+    "${emulator[@]}" ctest --preset "$platform" "${options[@]}"
+    if (($# == 0)) && [[ $platform == linux ]]; then
+        step "$platform: the catalogue's reader against its model"
+        tools/fuzz.sh 60
+    fi
 }
 
 # The second platform is tested even if the first fails.

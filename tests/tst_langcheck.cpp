@@ -507,7 +507,7 @@ QByteArray tst_langcheck::run(const QStringList &arguments, int exitCode)
     process.start(QStringLiteral(LANGCHECK_FILE), arguments);
     if (!process.waitForFinished())
         QTest::qFail(qPrintable(process.errorString()), __FILE__, __LINE__);
-    const QByteArray output = process.readAll().replace("\r\n", "\n");
+    QByteArray output = process.readAll().replace("\r\n", "\n");
     QTest::qCompare(process.exitCode(), exitCode, output.constData(), "exit code", __FILE__,
                     __LINE__);
     return output;

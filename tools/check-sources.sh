@@ -46,7 +46,25 @@ if [[ $platform == linux ]]; then
         -j "$(nproc)" -I . -I tests "${files[@]}"
 fi
 
-echo "clang-tidy: ${#sources[@]} files, this takes some minutes"
-printf '%s\0' "${sources[@]}" \
-    | xargs -0 -n 1 -P "$(nproc)" clang-tidy --quiet -p "$commands" "${library[@]}" \
+# A file that was clean is looked at again when it, a header, a form, the way it is compiled or the
+# checks have changed.
+clean=build/$platform/clang-tidy
+mkdir -p "$clean"
+common=$({ clang-tidy --version; cat .clang-tidy ui/*.ui; printf '%s\0' "${files[@]}" \
+    | grep -z '\.h$' | xargs -0 cat; } | sha256sum)
+changed=()
+for source in "${sources[@]}"; do
+    key=$({ echo "$common"; cat "$source"; grep -F "$PWD/$source" "$commands/compile_commands.json"; } \
+        | sha256sum | cut -c1-32)
+    [[ -e $clean/$key ]] || changed+=("$source" "$clean/$key")
+done
+if ((${#changed[@]} == 0)); then
+    echo "clang-tidy: all ${#sources[@]} files are as they were when they were clean"
+    exit 0
+fi
+
+echo "clang-tidy: $((${#changed[@]} / 2)) of ${#sources[@]} files, each takes some seconds"
+# shellcheck disable=SC2016 # Expanded by the shell that xargs starts, which gets FILE KEY at the end.
+printf '%s\0' "${changed[@]}" | xargs -0 -n 2 -P "$(nproc)" bash -c \
+    'clang-tidy --quiet "${@:1:$#-1}" && touch "${@: -1}"' tidy -p "$commands" "${library[@]}" \
     2> >(grep -vE '^[0-9]+ warnings? generated' >&2) # Of Qt, and suppressed

@@ -15,7 +15,7 @@ packages=(
     # Tests and checks of the sources
     binutils libxcb-xtest0-dev
     clang clang-format clang-tidy cppcheck
-    doxygen
+    doxygen libclang-rt-dev libicu-dev
 )
 if [[ ${1-} == windows ]]; then
     packages+=(

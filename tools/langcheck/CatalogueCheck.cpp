@@ -28,8 +28,9 @@ bool isNumber(const QStringRef &value)
 class LineCheck
 {
 public:
-    explicit LineCheck(QList<Finding> &findings)
+    LineCheck(QList<Finding> &findings, bool decodable)
         : m_findings(findings)
+        , m_decodable(decodable)
     {
     }
 
@@ -45,7 +46,7 @@ public:
                                "line: all that follows it here is part of this line; end the "
                                "lines with CR LF or LF"));
         }
-        if (text.contains(QChar(QChar::ReplacementCharacter))) {
+        if (m_decodable && text.contains(QChar(QChar::ReplacementCharacter))) {
             add("undecodable", Finding::Error,
                 QStringLiteral("holds bytes that the encoding of the file does not know; save the "
                                "file as UTF-8 or UTF-16 with a mark"));
@@ -225,6 +226,7 @@ private:
     }
 
     QList<Finding> &m_findings;
+    const bool m_decodable; ///< Not if the encoding as a whole is the wrong one.
     int m_line = 0;
     QString m_currentSection;
     CatalogueLines m_lines {true, 0, {}};
@@ -271,6 +273,7 @@ CatalogueLines checkCatalogue(Report &report)
     QTextStream in(&file);
     in.setCodec(codec);
     QString text = in.readLine();
+    bool decodable = true;
     // The stream knows more marks than the plug-in, and takes the codec that they call for.
     report.encoding = QString::fromLatin1(in.codec()->name());
     if (report.encoding.startsWith(QLatin1String("UTF"))) {
@@ -290,7 +293,8 @@ CatalogueLines checkCatalogue(Report &report)
                                "nothing in it is understood; save it with its mark"));
             return {};
         }
-        if (looksLikeUtf8(bytes)) {
+        decodable = !looksLikeUtf8(bytes);
+        if (!decodable) {
             addError("utf8-without-mark",
                      QStringLiteral("looks like UTF-8 but has no mark, so it is read as GB2312 and "
                                     "names show wrong characters; save it with its mark (\"UTF-8 "
@@ -301,7 +305,7 @@ CatalogueLines checkCatalogue(Report &report)
     // The stream has dropped one mark; the reader drops a second one of UTF-16.
     if (codec && codec->name() == "UTF-16LE" && text.startsWith(QChar(QChar::ByteOrderMark)))
         text.remove(0, 1);
-    LineCheck lines(report.findings);
+    LineCheck lines(report.findings, decodable);
     if (!bytes.isEmpty())
         lines.check(text);
     while (in.readLineInto(&text))

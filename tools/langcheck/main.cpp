@@ -5,7 +5,6 @@
 #include <QDir>
 #include <QFont>
 #include <QJsonDocument>
-#include <QLoggingCategory>
 #include <QTextStream>
 
 namespace {
@@ -20,6 +19,14 @@ void print(FILE *stream, const QString &text)
     out << text;
 }
 
+/// The others are of the dialog's slot without a signal and the like, nothing about the deployment.
+void printFatalMessage(QtMsgType type, const QMessageLogContext & /*context*/,
+                       const QString &message)
+{
+    if (type == QtFatalMsg)
+        print(stderr, message + QLatin1Char('\n'));
+}
+
 int misused(const QString &reason)
 {
     print(stderr, QStringLiteral("langcheck: %1\nTry langcheck --help.\n").arg(reason));
@@ -30,8 +37,7 @@ int misused(const QString &reason)
 
 int main(int argc, char *argv[])
 {
-    // Of the dialog's slot without a signal, for one; nothing that concerns the deployment.
-    QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
+    qInstallMessageHandler(printFatalMessage);
 #ifdef Q_OS_WIN
     const QApplication app(argc, argv);
 #else

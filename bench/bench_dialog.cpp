@@ -1,6 +1,7 @@
 // From the host's call to the settings dialog's first paint, against a bare dialog of the same
 // widgets. Both close as soon as they are painted; only the time until then counts.
 
+#include "bench/CpuTimer.h"
 #include "bench/Deployment.h"
 #include "lang/CTranslatorMgr.h"
 #include "plugin/CZendelIns.h"
@@ -11,7 +12,6 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDialog>
-#include <QElapsedTimer>
 #include <QEvent>
 #include <QFile>
 #include <QLabel>
@@ -19,7 +19,10 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
+#include <cstddef>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -38,15 +41,15 @@ public:
     {
         setFixedSize(700, 470);
         setWindowTitle(QStringLiteral("Settings"));
-        QFile style(QStringLiteral(":/res/qss/style.css"));
-        if (style.open(QIODevice::ReadOnly))
-            setStyleSheet(QString::fromUtf8(style.readAll()));
-
         auto *const tabs = new QTabWidget(this);
         tabs->setDocumentMode(true);
         auto *const layout = new QVBoxLayout(this);
         layout->setContentsMargins(0, 0, 0, 0);
         layout->addWidget(tabs);
+
+        QFile style(QStringLiteral(":/res/qss/style.css"));
+        if (style.open(QIODevice::ReadOnly))
+            setStyleSheet(QString::fromUtf8(style.readAll()));
 
         auto *const page = new QWidget;
         auto *const label = new QLabel(QStringLiteral("Language:"), page);
@@ -67,32 +70,25 @@ public:
 
 QList<LangEntry> BareDialog::entries;
 
-/// Takes the time of the first paint of the next dialog and closes it.
+/// Takes the time until the first paint of the next dialog, and closes that.
 class FirstPaint : public QObject
 {
 public:
     FirstPaint() { qApp->installEventFilter(this); }
 
-    void start()
-    {
-        m_seen = false;
-        m_timer.start();
-    }
-
-    double seconds() const { return static_cast<double>(m_nanoseconds) * 1e-9; }
+    double seconds() const { return m_seconds; }
 
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        auto *const dialog = event->type() == QEvent::Paint && !m_seen
-            ? qobject_cast<QDialog *>(watched)
-            : nullptr;
+        auto *const dialog =
+            event->type() == QEvent::Paint && !m_seen ? qobject_cast<QDialog *>(watched) : nullptr;
         if (dialog) {
             m_seen = true;
             // The widgets in the dialog are painted behind it, in the same go.
             QMetaObject::invokeMethod(
                 dialog,
                 [this, dialog] {
-                    m_nanoseconds = m_timer.nsecsElapsed();
+                    m_seconds = m_timer.seconds();
                     dialog->reject();
                 },
                 Qt::QueuedConnection);
@@ -101,9 +97,9 @@ public:
     }
 
 private:
-    QElapsedTimer m_timer;
-    bool m_seen = true;
-    qint64 m_nanoseconds = 0;
+    const CpuTimer m_timer;
+    bool m_seen = false;
+    double m_seconds = -1;
 };
 
 void showSettingsDlg()
@@ -118,30 +114,43 @@ void showBareDialog()
     dialog.exec();
 }
 
-void add(const char *name, void (*show)(), int languages)
+/// Processor time, in seconds, from the call of @p show until what it shows is painted.
+double openingTime(void (*show)())
 {
-    const std::string fullName = std::string(name) + '/' + std::to_string(languages);
-    benchmark::RegisterBenchmark(fullName.c_str(), [=](benchmark::State &state) {
-        if (useDeployment(languages).isEmpty() || !CZendelIns().Init(&machine)) {
-            state.SkipWithError("the catalogue can't be written");
-            return;
-        }
-        BareDialog::entries = CTranslatorMgr::instance()->visibleLanguages();
-        if (BareDialog::entries.size() != languages) {
-            state.SkipWithError("not all languages are read");
-            return;
-        }
+    const FirstPaint firstPaint;
+    show();
+    return firstPaint.seconds();
+}
 
-        FirstPaint firstPaint;
-        for ([[maybe_unused]] auto _ : state) {
-            QCoreApplication::processEvents();
-            firstPaint.start();
-            show();
-            state.SetIterationTime(firstPaint.seconds());
-        }
-    })
-        ->UseManualTime()
-        ->Unit(benchmark::kMicrosecond);
+/// Opens both in turns, since the difference is less than what a busy machine adds from one moment
+/// to the next; the counter is the median of the ratios of each two.
+void open(benchmark::State &state, int languages)
+{
+    if (useDeployment(languages).isEmpty() || !CZendelIns().Init(&machine)) {
+        state.SkipWithError("the catalogue can't be written");
+        return;
+    }
+    BareDialog::entries = CTranslatorMgr::instance()->visibleLanguages();
+    if (BareDialog::entries.size() != languages) {
+        state.SkipWithError("not all languages are read");
+        return;
+    }
+
+    std::vector<double> ratios;
+    for ([[maybe_unused]] auto _ : state) {
+        double bare = 0;
+        const bool bareFirst = ratios.size() % 2 == 0;
+        if (bareFirst)
+            bare = openingTime(showBareDialog);
+        const double settings = openingTime(showSettingsDlg);
+        if (!bareFirst)
+            bare = openingTime(showBareDialog);
+        ratios.push_back(settings / bare);
+        state.SetIterationTime(settings);
+    }
+    const auto median = ratios.begin() + static_cast<std::ptrdiff_t>(ratios.size() / 2);
+    std::nth_element(ratios.begin(), median, ratios.end());
+    state.counters["bareDialog"] = *median;
 }
 
 } // namespace
@@ -150,10 +159,15 @@ int main(int argc, char *argv[])
 {
     benchmark::Initialize(&argc, argv);
     const QApplication application(argc, argv);
+    // Each opening logs a slot that is connected to nothing, deliberately.
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
 
     for (const int languages : {10, 57, 255, 10000}) {
-        add("ShowSettingsDlg", showSettingsDlg, languages);
-        add("bareDialog", showBareDialog, languages);
+        const std::string name = "ShowSettingsDlg/" + std::to_string(languages);
+        benchmark::RegisterBenchmark(name.c_str(),
+                                     [=](benchmark::State &state) { open(state, languages); })
+            ->UseManualTime()
+            ->Unit(benchmark::kMicrosecond);
     }
 
     benchmark::RunSpecifiedBenchmarks();

@@ -1,13 +1,14 @@
 // What it costs to load the plug-in, until NewInterface() has returned, and the Qt libraries below
 // it, where the host has not loaded those already.
 
+#include "bench/CpuTimer.h"
+
 #include <benchmark/benchmark.h>
 
 #include <dlfcn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <vector>
 
 namespace {
@@ -23,13 +24,13 @@ double loadTime(const Files &before, const char *file)
             return -1;
     }
 
-    const auto start = std::chrono::steady_clock::now();
+    const CpuTimer timer;
     void *const module = dlopen(file, RTLD_LAZY | RTLD_LOCAL);
     if (!module)
         return -1;
     if (void *const function = dlsym(module, "NewInterface"))
         benchmark::DoNotOptimize(reinterpret_cast<void *(*)()>(function)());
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    return timer.seconds();
 }
 
 /// loadTime() in a process of its own, since Qt's libraries cannot be unloaded.
@@ -55,17 +56,19 @@ double loadTimeInChild(const Files &before, const char *file)
 
 void add(const char *name, const Files &before, const char *file)
 {
-    benchmark::RegisterBenchmark(name, [=](benchmark::State &state) {
-        for ([[maybe_unused]] auto _ : state) {
-            const double seconds = loadTimeInChild(before, file);
-            if (seconds < 0) {
-                state.SkipWithError("a file can't be loaded");
-                break;
-            }
-            state.SetIterationTime(seconds);
-        }
-    })
+    benchmark::RegisterBenchmark(name,
+                                 [=](benchmark::State &state) {
+                                     for ([[maybe_unused]] auto _ : state) {
+                                         const double seconds = loadTimeInChild(before, file);
+                                         if (seconds < 0) {
+                                             state.SkipWithError("a file can't be loaded");
+                                             break;
+                                         }
+                                         state.SetIterationTime(seconds);
+                                     }
+                                 })
         ->UseManualTime()
+        ->Iterations(20)
         ->Unit(benchmark::kMicrosecond);
 }
 

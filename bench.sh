@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# bench.sh [GOOGLE BENCHMARK OPTION...]
+# bench.sh [OPTION...]
 # Installs what is missing, builds, runs the benchmarks and prints what came out, as ratios against
-# peers of the same run. What it all means stands in docs/performance.md.
+# peers of the same run. What it all means stands in docs/performance.md. Options go to Google
+# Benchmark: with --benchmark_repetitions=3 it takes less time and tells less.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 

@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 platform=$1
 
-mapfile -t files < <(find plugin lang ui examples tests tools -name '*.h' -o -name '*.cpp' | sort)
+mapfile -t files < <(find plugin lang ui examples tests tools bench -name '*.h' -o -name '*.cpp' | sort)
 
 # Clang does not know every option that GCC for Windows is given.
 commands=$(mktemp -d)

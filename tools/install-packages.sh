@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# install-packages.sh [windows]: installs the Debian packages that building, testing and the demo
-# need, if any is missing, as root or with sudo; with "windows" those for the Windows build too.
+# install-packages.sh [windows|bench]: installs the Debian packages that building, testing and the
+# demo need, if any is missing, as root or with sudo; with "windows" those for the Windows build too,
+# with "bench" those for the benchmarks.
 # What Qt for Windows needs to be built, tools/qt-windows.sh installs.
 set -euo pipefail
 
@@ -22,6 +23,8 @@ if [[ ${1-} == windows ]]; then
         g++-mingw-w64-x86-64-posix
         fonts-wine wine wine64
     )
+elif [[ ${1-} == bench ]]; then
+    packages+=(libbenchmark-dev python3 valgrind)
 fi
 
 missing=()

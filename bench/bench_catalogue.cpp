@@ -1,0 +1,178 @@
+// What it costs to read the language catalogue, against other ways to read the same file.
+
+#include "bench/Deployment.h"
+#include "lang/CTranslatorMgr.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QDateTime>
+#include <QFile>
+#include <QRegularExpression>
+#include <QSettings>
+#include <QTextCodec>
+#include <QTextStream>
+#include <QTranslator>
+
+#include <string>
+
+namespace {
+
+using Routine = void (*)(benchmark::State &state, const QString &path, int languages);
+
+/// What the host's Init() does: the catalogue, and the translation of its default language.
+void loadTranslator(benchmark::State &state, const QString & /*path*/, int languages)
+{
+    CTranslatorMgr mgr;
+    for ([[maybe_unused]] auto _ : state)
+        mgr.loadTranslator();
+    if (mgr.visibleLanguages().size() != languages)
+        state.SkipWithError("not all languages are read");
+    if (mgr.translator()->isEmpty())
+        state.SkipWithError("the translation is not loaded");
+}
+
+/// The floor: lines, split and trimmed, and nothing made of them.
+void splitLines(benchmark::State &state, const QString &path, int languages)
+{
+    int keys = 0;
+    for ([[maybe_unused]] auto _ : state) {
+        keys = 0;
+        QFile file(path);
+        file.open(QIODevice::ReadOnly);
+        QTextStream in(&file);
+        in.setCodec("UTF-8");
+        while (!in.atEnd()) {
+            const QString line = in.readLine().trimmed();
+            const int equals = line.indexOf(QLatin1Char('='));
+            if (equals <= 0)
+                continue;
+            benchmark::DoNotOptimize(line.left(equals).trimmed());
+            benchmark::DoNotOptimize(line.mid(equals + 1).trimmed());
+            ++keys;
+        }
+    }
+    if (keys != 4 * languages + 1)
+        state.SkipWithError("not all keys are read");
+}
+
+/// The same as parts of one text, nothing copied, as the plug-in's reader does it; with @p match
+/// the keys are matched, too, as the plug-in's reader has to.
+void splitInPlace(benchmark::State &state, const QString &path, int languages, bool match)
+{
+    const QRegularExpression pattern(QStringLiteral("^LANG(\\d+)_(ID|NAME|FOLDER|SHOW)$"));
+    int keys = 0;
+    for ([[maybe_unused]] auto _ : state) {
+        keys = 0;
+        QFile file(path);
+        file.open(QIODevice::ReadOnly);
+        QTextStream in(&file);
+        in.setCodec("UTF-8");
+        QString text;
+        while (in.readLineInto(&text)) {
+            const QStringRef line = QStringRef(&text).trimmed();
+            const int equals = line.indexOf(QLatin1Char('='));
+            if (equals <= 0)
+                continue;
+            const QStringRef key = line.left(equals).trimmed();
+            benchmark::DoNotOptimize(key);
+            benchmark::DoNotOptimize(line.mid(equals + 1).trimmed());
+            if (match)
+                benchmark::DoNotOptimize(pattern.match(key).hasMatch());
+            ++keys;
+        }
+    }
+    if (keys != 4 * languages + 1)
+        state.SkipWithError("not all keys are read");
+}
+
+void splitInPlace(benchmark::State &state, const QString &path, int languages)
+{
+    splitInPlace(state, path, languages, false);
+}
+
+void matchInPlace(benchmark::State &state, const QString &path, int languages)
+{
+    splitInPlace(state, path, languages, true);
+}
+
+/// Qt's own reader of such files, with all values taken from it.
+void settings(benchmark::State &state, const QString &path, int languages)
+{
+    // QSettings keeps what it has read of a file until that changes.
+    QFile file(path);
+    static QDateTime modified = QDateTime::currentDateTime();
+
+    int keys = 0;
+    for ([[maybe_unused]] auto _ : state) {
+        state.PauseTiming();
+        modified = modified.addSecs(1);
+        if (!file.open(QIODevice::ReadWrite)
+            || !file.setFileTime(modified, QFileDevice::FileModificationTime)) {
+            state.SkipWithError("the file's time can't be set");
+            break;
+        }
+        file.close();
+        state.ResumeTiming();
+
+        QSettings ini(path, QSettings::IniFormat);
+        ini.setIniCodec("UTF-8");
+        ini.beginGroup(QStringLiteral("LANG_MGR"));
+        const QStringList names = ini.childKeys();
+        for (const QString &name : names)
+            benchmark::DoNotOptimize(ini.value(name).toString());
+        keys = names.size();
+    }
+    if (keys != 4 * languages + 1)
+        state.SkipWithError("not all keys are read");
+}
+
+/// The bytes of the file, and the text that they are.
+void decode(benchmark::State &state, const QString &path, int languages)
+{
+    int size = 0;
+    for ([[maybe_unused]] auto _ : state) {
+        QFile file(path);
+        file.open(QIODevice::ReadOnly);
+        const QString text = QTextCodec::codecForName("UTF-8")->toUnicode(file.readAll());
+        size = text.size();
+        benchmark::DoNotOptimize(text.constData());
+    }
+    if (size < languages)
+        state.SkipWithError("not all text is read");
+}
+
+void add(const char *name, Routine routine, int languages, const QByteArray &encoding = "UTF-8")
+{
+    const std::string fullName =
+        std::string(name) + '/' + encoding.toStdString() + '/' + std::to_string(languages);
+    benchmark::RegisterBenchmark(fullName.c_str(), [=](benchmark::State &state) {
+        const QString path = useDeployment(languages, encoding);
+        if (path.isEmpty())
+            state.SkipWithError("the catalogue can't be written");
+        else
+            routine(state, path, languages);
+    });
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    benchmark::Initialize(&argc, argv);
+    const QApplication application(argc, argv);
+
+    for (const int languages : {10, 100, 1000, 10000, 100000}) {
+        add("loadTranslator", loadTranslator, languages);
+        add("splitLines", splitLines, languages);
+        add("splitInPlace", splitInPlace, languages);
+        add("matchInPlace", matchInPlace, languages);
+        add("QSettings", settings, languages);
+        add("decode", decode, languages);
+    }
+    add("loadTranslator", loadTranslator, 10000, "UTF-16LE");
+    add("loadTranslator", loadTranslator, 10000, "GB2312");
+
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

@@ -1,0 +1,175 @@
+// From the host's call to the settings dialog's first paint, against a bare dialog of the same
+// widgets. Both close as soon as they are painted; only the time until then counts.
+
+#include "bench/CpuTimer.h"
+#include "bench/Deployment.h"
+#include "lang/CTranslatorMgr.h"
+#include "plugin/CZendelIns.h"
+#include "plugin/IHostMachine.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDialog>
+#include <QEvent>
+#include <QFile>
+#include <QLabel>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace {
+
+class Machine : public IHostMachine
+{
+public:
+    void NotifySettingChanged() override { }
+    bool SetLanguage(std::uint8_t /*langId*/) override { return true; }
+} machine;
+
+/// The settings dialog as it is quickest written, its texts fixed.
+class BareDialog : public QDialog
+{
+public:
+    BareDialog()
+    {
+        setFixedSize(700, 470);
+        setWindowTitle(QStringLiteral("Settings"));
+        auto *const tabs = new QTabWidget(this);
+        tabs->setDocumentMode(true);
+        auto *const layout = new QVBoxLayout(this);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->addWidget(tabs);
+
+        QFile style(QStringLiteral(":/res/qss/style.css"));
+        if (style.open(QIODevice::ReadOnly))
+            setStyleSheet(QString::fromUtf8(style.readAll()));
+
+        auto *const page = new QWidget;
+        auto *const label = new QLabel(QStringLiteral("Language:"), page);
+        label->setGeometry(20, 20, 81, 31);
+        label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        auto *const button = new QPushButton(QStringLiteral("Change"), page);
+        button->setGeometry(290, 20, 91, 31);
+        auto *const box = new QComboBox(page);
+        box->setGeometry(110, 20, 171, 31);
+        for (const LangEntry &entry : qAsConst(entries))
+            box->addItem(entry.name, entry.id);
+        box->setCurrentIndex(box->count() - 1);
+        tabs->addTab(page, QStringLiteral("Language"));
+    }
+
+    static QList<LangEntry> entries;
+};
+
+QList<LangEntry> BareDialog::entries;
+
+/// Takes the time until the first paint of the next dialog, and closes that.
+class FirstPaint : public QObject
+{
+public:
+    FirstPaint() { qApp->installEventFilter(this); }
+
+    double seconds() const { return m_seconds; }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        auto *const dialog =
+            event->type() == QEvent::Paint && !m_seen ? qobject_cast<QDialog *>(watched) : nullptr;
+        if (dialog) {
+            m_seen = true;
+            // The widgets in the dialog are painted behind it, in the same go.
+            QMetaObject::invokeMethod(
+                dialog,
+                [this, dialog] {
+                    m_seconds = m_timer.seconds();
+                    dialog->reject();
+                },
+                Qt::QueuedConnection);
+        }
+        return false;
+    }
+
+private:
+    const CpuTimer m_timer;
+    bool m_seen = false;
+    double m_seconds = -1;
+};
+
+void showSettingsDlg()
+{
+    CZendelIns mgr;
+    mgr.ShowSettingsDlg(nullptr);
+}
+
+void showBareDialog()
+{
+    BareDialog dialog;
+    dialog.exec();
+}
+
+/// Processor time, in seconds, from the call of @p show until what it shows is painted.
+double openingTime(void (*show)())
+{
+    const FirstPaint firstPaint;
+    show();
+    return firstPaint.seconds();
+}
+
+/// Opens both in turns, since the difference is less than what a busy machine adds from one moment
+/// to the next; the counter is the median of the ratios of each two.
+void open(benchmark::State &state, int languages)
+{
+    if (useDeployment(languages).isEmpty() || !CZendelIns().Init(&machine)) {
+        state.SkipWithError("the catalogue can't be written");
+        return;
+    }
+    BareDialog::entries = CTranslatorMgr::instance()->visibleLanguages();
+    if (BareDialog::entries.size() != languages) {
+        state.SkipWithError("not all languages are read");
+        return;
+    }
+
+    std::vector<double> ratios;
+    for ([[maybe_unused]] auto _ : state) {
+        double bare = 0;
+        const bool bareFirst = ratios.size() % 2 == 0;
+        if (bareFirst)
+            bare = openingTime(showBareDialog);
+        const double settings = openingTime(showSettingsDlg);
+        if (!bareFirst)
+            bare = openingTime(showBareDialog);
+        ratios.push_back(settings / bare);
+        state.SetIterationTime(settings);
+    }
+    const auto median = ratios.begin() + static_cast<std::ptrdiff_t>(ratios.size() / 2);
+    std::nth_element(ratios.begin(), median, ratios.end());
+    state.counters["bareDialog"] = *median;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    benchmark::Initialize(&argc, argv);
+    const QApplication application(argc, argv);
+    // Each opening logs a slot that is connected to nothing, deliberately.
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+
+    for (const int languages : {10, 57, 255, 10000}) {
+        const std::string name = "ShowSettingsDlg/" + std::to_string(languages);
+        benchmark::RegisterBenchmark(name.c_str(),
+                                     [=](benchmark::State &state) { open(state, languages); })
+            ->UseManualTime()
+            ->Unit(benchmark::kMicrosecond);
+    }
+
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

@@ -1,0 +1,95 @@
+#!/usr/bin/env python3
+"""ratios.py catalogue.json dialog.json load.json: prints the benchmarks' results as ratios.
+
+Times are the medians of a run's repetitions, in processor time. A ratio beyond its goal is marked
+with "!".
+"""
+
+import json
+import statistics
+import sys
+
+
+def read_medians(path):
+    """The median time of each benchmark of a file, in microseconds; ratios as they are."""
+    with open(path, encoding="utf-8") as file:
+        runs = json.load(file)["benchmarks"]
+    times = {}
+    for run in runs:
+        if run.get("error_occurred"):
+            sys.exit(f"{run['name']}: {run['error_message']}")
+        if run["run_type"] != "iteration":
+            continue
+        # A benchmark that takes its time itself gives that as the real time.
+        name, manual, _ = run["run_name"].partition("/iterations:")
+        name, manual2, _ = name.partition("/manual_time")
+        time = run["real_time" if manual or manual2 else "cpu_time"]
+        times.setdefault(name, []).append(time / {"ns": 1000, "us": 1}[run["time_unit"]])
+        if "bareDialog" in run:  # A ratio already
+            times.setdefault(f"{name} to bareDialog", []).append(run["bareDialog"])
+    return {name: statistics.median(values) for name, values in times.items()}
+
+
+def ratio(part, whole, goal=None):
+    mark = "!" if goal is not None and part / whole > goal else " "
+    return f"{part / whole:.2f}{mark}"
+
+
+def print_table(title, header, rows):
+    print(f"\n{title}")
+    for row in [header] + rows:
+        print("  ".join(f"{cell:>13}" for cell in row))
+
+
+def print_catalogue(times):
+    rows = []
+    sizes = [10, 100, 1000, 10000, 100000]
+    for size in sizes:
+        def time(name, n=size):
+            return times[f"{name}/UTF-8/{n}"]
+
+        load = time("loadTranslator")
+        rows.append([
+            str(size), f"{load:.0f} us",
+            ratio(load, time("splitLines"), 6),
+            ratio(load, time("QSettings"), 0.85 if size >= 100 else None),
+            ratio(load, time("loadTranslator", size // 10), 11) if size > sizes[0] else "",
+            ratio(load, time("splitInPlace")),
+            ratio(load, time("matchInPlace")),
+            ratio(load, time("decode")),
+        ])
+    print_table("Reading the catalogue: loadTranslator() against",
+                ["languages", "time", "splitLines", "QSettings", "a tenth", "splitInPlace",
+                 "matchInPlace", "decode"], rows)
+    for encoding in ["UTF-16LE", "GB2312"]:
+        other = ratio(times[f"loadTranslator/{encoding}/10000"],
+                      times["loadTranslator/UTF-8/10000"])
+        print(f"10000 languages in {encoding} against UTF-8: {other}")
+
+
+def print_dialog(times):
+    rows = []
+    for size in [10, 57, 255, 10000]:
+        name = f"ShowSettingsDlg/{size}"
+        # Up to 255 the goal is 1; the rest is for the noise.
+        rows.append([str(size), f"{times[name]:.0f} us",
+                     ratio(times[f"{name} to bareDialog"], 1, 1.05 if size <= 255 else 2)])
+    print_table("Opening: ShowSettingsDlg() until the first paint against",
+                ["languages", "time", "bareDialog"], rows)
+
+
+def print_load(times):
+    rows = []
+    for loaded, text in [("all", "all"), ("widgets", "Qt Widgets"), ("none", "nothing")]:
+        ours, bare = times[f"Zendel/{loaded}"], times[f"bareModule/{loaded}"]
+        rows.append([text, f"{ours:.0f} us", ratio(ours, bare)])
+    print_table("Loading: until NewInterface() has returned against",
+                ["loaded before", "time", "bareModule"], rows)
+    libraries = ["Qt5Core", "Qt5Gui", "Qt5Widgets", "Qt5X11Extras"]
+    print("Each library, with those it needs: "
+          + ", ".join(f"{library} {times[library]:.0f} us" for library in libraries))
+
+
+print_catalogue(read_medians(sys.argv[1]))
+print_dialog(read_medians(sys.argv[2]))
+print_load(read_medians(sys.argv[3]))

@@ -279,6 +279,9 @@ void tst_langcheck::everyEncodingIsNamed_data()
                            << QStringLiteral("it starts with the mark EF BB BF");
     QTest::newRow("UTF-16") << Deployment::utf16(marked) << QStringLiteral("UTF-16LE")
                             << QStringLiteral("it starts with the mark FF FE");
+    QTest::newRow("UTF-16 with two marks, both dropped")
+        << Deployment::utf16(QChar(QChar::ByteOrderMark) + marked) << QStringLiteral("UTF-16LE")
+        << QStringLiteral("it starts with the mark FF FE");
     QTest::newRow("UTF-16, the other way round")
         << Deployment::utf16(marked, false) << QStringLiteral("UTF-16BE")
         << QStringLiteral("it starts with the mark FE FF");

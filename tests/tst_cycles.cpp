@@ -30,6 +30,9 @@
 
 namespace {
 
+/// Bytes a cycle that are no leak: the smallest one would be a block of 16 bytes each time.
+const double noise = 4;
+
 /// Bytes that the heap holds for the program at this moment.
 qint64 liveBytes()
 {
@@ -157,7 +160,7 @@ void tst_cycles::openChangeClose()
     });
     m_plugin.releaseInterface(mgr);
     m_plugin.unload();
-    QVERIFY(ours <= bare);
+    QVERIFY(ours < bare + noise);
 }
 
 void tst_cycles::loadShowUnload()
@@ -174,7 +177,7 @@ void tst_cycles::loadShowUnload()
         m_plugin.releaseInterface(mgr);
         m_plugin.unload();
     });
-    QVERIFY(ours <= bare);
+    QVERIFY(ours < bare + noise);
 }
 
 QTEST_MAIN(tst_cycles)

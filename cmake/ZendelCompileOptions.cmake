@@ -34,3 +34,8 @@ elseif(WIN32)
 else()
     add_link_options(LINKER:-z,defs)
 endif()
+
+if(ZENDEL_COVERAGE)
+    add_compile_options(--coverage)
+    add_link_options(--coverage)
+endif()

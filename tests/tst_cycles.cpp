@@ -23,7 +23,9 @@
 #include <functional>
 
 #ifdef __SANITIZE_ADDRESS__
-#    include <sanitizer/allocator_interface.h>
+#    include <cstddef>
+// Of the sanitizer's allocator, whose header GCC does not bring.
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes(); // NOLINT(*-reserved-identifier)
 #else
 #    include <malloc.h>
 #endif

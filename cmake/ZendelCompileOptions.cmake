@@ -36,6 +36,8 @@ else()
 endif()
 
 if(ZENDEL_COVERAGE)
-    add_compile_options(--coverage)
+    # Without the branches that the compiler makes by itself: to clean up behind exceptions, and to
+    # keep two threads from constructing one static object.
+    add_compile_options(--coverage -fno-exceptions -fno-threadsafe-statics)
     add_link_options(--coverage)
 endif()

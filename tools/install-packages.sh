@@ -13,7 +13,7 @@ packages=(
     openbox xvfb
     fonts-dejavu-core fonts-noto-cjk
     # Tests and checks of the sources
-    binutils libxcb-xtest0-dev
+    binutils gcovr libxcb-xtest0-dev valgrind
     clang clang-format clang-tidy cppcheck
 )
 if [[ ${1-} == windows ]]; then

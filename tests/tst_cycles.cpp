@@ -42,7 +42,7 @@ qint64 liveBytes()
     return qint64(__sanitizer_get_current_allocated_bytes());
 #else
     const auto heap = mallinfo2();
-    return qint64(heap.uordblks + heap.hblkhd);
+    return qint64(heap.uordblks) + qint64(heap.hblkhd);
 #endif
 }
 

@@ -43,6 +43,11 @@ QByteArray contents(const QString &fileName)
     return file.readAll();
 }
 
+void flip(char &byte, int bit)
+{
+    byte = char(uchar(byte) ^ (1U << bit));
+}
+
 QByteArray damaged(QByteArray bytes, std::mt19937 &random)
 {
     const auto below = [&random](int limit) { return int(random() % quint32(limit)); };
@@ -52,7 +57,7 @@ QByteArray damaged(QByteArray bytes, std::mt19937 &random)
     switch (below(5)) {
     case 0: // Bits flipped
         for (int count = 1 + below(8); count > 0; --count)
-            data[below(size)] ^= char(1 << below(8));
+            flip(data[below(size)], below(8));
         break;
     case 1: // Bytes overwritten
         for (int count = 1 + below(8); count > 0; --count)

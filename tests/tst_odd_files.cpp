@@ -197,8 +197,8 @@ void tst_odd_files::whatTheOperatorSees_data()
     };
     const QStringList nothing {QString()};
     const QStringList silentLanguages {QString(), QStringLiteral("One"), QStringLiteral("Two")};
+    // Where the catalogue alone is missing too: there is no folder chs.
     const QStringList noFiles {openFailed(), notFound(QString()), loadFailed(chsFile)};
-    const QStringList noCatalogue = noFiles; // Nor is there a folder chs.
     const QStringList noTranslation {notFound(path(qmFile)), loadFailed(chsFile)};
     const QStringList translationRefused {loadFailed(qmFile)};
 
@@ -234,23 +234,23 @@ void tst_odd_files::whatTheOperatorSees_data()
             remove(iniFile);
             QDir().mkpath(path(iniFile));
         },
-        noCatalogue, nothing);
+        noFiles, nothing);
     row(
         "catalogue: link to nowhere",
         [] {
             remove(iniFile);
             QFile::link(QStringLiteral("/nowhere"), path(iniFile));
         },
-        noCatalogue, nothing);
+        noFiles, nothing);
     row(
         "catalogue: link to itself",
         [] {
             remove(iniFile);
             QFile::link(path(iniFile), path(iniFile));
         },
-        noCatalogue, nothing);
+        noFiles, nothing);
     row(
-        "catalogue: may not be read", [] { chmod(qPrintable(path(iniFile)), 0); }, noCatalogue,
+        "catalogue: may not be read", [] { chmod(qPrintable(path(iniFile)), 0); }, noFiles,
         nothing);
     row(
         "catalogue: empty device",
@@ -320,7 +320,6 @@ void tst_odd_files::pipeAsCatalogueIsWaitedFor()
         }
         if (file < 0)
             return;
-        waited = true;
         const QByteArray lines = "[LANG_MGR]\nLANG1_NAME=One\nLANG1_FOLDER=first\n"
                                  "LANG1_SHOW=1\nDEFAULT=1\n";
         waited = write(file, lines.constData(), size_t(lines.size())) == lines.size();
@@ -355,7 +354,7 @@ void tst_odd_files::translationThatIsReplacedStaysLoaded()
 
 void tst_odd_files::catalogueWithoutMeasureIsReadToItsEnd()
 {
-    const qint64 size = 100 * 1024 * 1024;
+    const qint64 size = 100 << 20;
     QFile file(path(iniFile));
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write("[LANG_MGR]\nDEFAULT=1\nLANG1_NAME=One\n");

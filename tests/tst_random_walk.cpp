@@ -180,7 +180,7 @@ private:
     template<typename T>
     void compare(const char *what, const T &actual, const T &expected);
 
-    std::mt19937 m_random;
+    std::mt19937 m_random {1}; // NOLINT(cert-msc*): it is to be repeatable
     QStringList m_log;
     int m_depth = 0;
     bool m_failed = false;
@@ -519,14 +519,14 @@ void tst_random_walk::writeCatalogue()
         lines.swapItemsAt(i, below(i + 1));
     lines.prepend(QStringLiteral("[LANG_MGR]"));
     lines += {QStringLiteral("[OTHER]"), QStringLiteral("DEFAULT=78")};
-    const QString text = lines.join(QLatin1Char('\n'));
+    const QString file = lines.join(QLatin1Char('\n'));
 
     if (kind <= 3)
-        Deployment::writeCatalogue("\xEF\xBB\xBF" + text.toUtf8());
+        Deployment::writeCatalogue("\xEF\xBB\xBF" + file.toUtf8());
     else if (kind <= 5)
-        Deployment::writeCatalogue(Deployment::utf16(QChar(QChar::ByteOrderMark) + text));
+        Deployment::writeCatalogue(Deployment::utf16(QChar(QChar::ByteOrderMark) + file));
     else
-        Deployment::writeCatalogue(QTextCodec::codecForName("GB2312")->fromUnicode(text));
+        Deployment::writeCatalogue(QTextCodec::codecForName("GB2312")->fromUnicode(file));
 }
 
 void tst_random_walk::writeTranslation(const QString &folder, Translation translation)

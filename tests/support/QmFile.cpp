@@ -18,7 +18,7 @@ QMap<int, QByteArray> blocks(const QByteArray &bytes)
     QMap<int, QByteArray> result;
     int position = magicLength;
     while (position < bytes.size() - 5) {
-        const int tag = bytes.at(position) & 0xff;
+        const int tag = uchar(bytes.at(position));
         const quint32 length = number(bytes, position + 1);
         position += 5;
         if (!tag || !length || length > quint32(bytes.size() - position))
@@ -37,7 +37,7 @@ bool isWholeRecord(const QByteArray &messages, quint32 position)
 
     const auto size = quint32(messages.size());
     while (position < size) {
-        const int tag = messages.at(int(position++));
+        const int tag = uchar(messages.at(int(position++)));
         if (tag == Obsolete) {
             position += 4;
             continue;

@@ -81,7 +81,7 @@ void tst_cycles::initTestCase()
     m_plugin.unload();
 }
 
-/// Bytes that the heap grows by with every run of @p cycle.
+/// Bytes that the heap grows by with every run of @p cycle, at the least.
 double tst_cycles::growth(const char *name, const std::function<void()> &cycle)
 {
     const int count = qEnvironmentVariableIsSet("ZENDEL_STEPS")
@@ -98,11 +98,16 @@ double tst_cycles::growth(const char *name, const std::function<void()> &cycle)
     };
 
     run(50); // Until all caches are full.
-    const qint64 before = liveBytes();
-    run(count);
-    const double result = double(liveBytes() - before) / count;
-    qInfo("%s: %.1f bytes a cycle, %d cycles", name, result, count);
-    return result;
+    // A leak is there each time; what Qt does once, by a timer for instance, is not.
+    double least = 0;
+    for (int part = 0; part < 3; ++part) {
+        const qint64 before = liveBytes();
+        run(count / 3);
+        const double bytes = double(liveBytes() - before) / (count / 3);
+        least = part == 0 ? bytes : qMin(least, bytes);
+    }
+    qInfo("%s: %.1f bytes a cycle, %d cycles", name, least, count);
+    return qMax(least, 0.0);
 }
 
 /// A dialog like the plug-in's, made and worked with nothing but Qt.

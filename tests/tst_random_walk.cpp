@@ -1,7 +1,8 @@
 // Everything that a host, its operator and its files can do, in random order and from inside each
 // other, beside a model that tells what must come of it.
 //
-// ZENDEL_STEPS is the number of steps, ZENDEL_SEED the seed.
+// ZENDEL_STEPS is the number of steps, ZENDEL_SEED the seed. With QTEST_FUNCTION_TIMEOUT, in ms, Qt
+// Test lets it run for longer than 5 minutes.
 
 #include "plugin/IHostMachine.h"
 

@@ -88,14 +88,15 @@ double tst_cycles::growth(const char *name, const std::function<void()> &cycle)
         }
     };
 
+    const int part = count / 3;
     run(50); // Until all caches are full.
     // A leak is there each time; what Qt does once, by a timer for instance, is not.
     double least = 0;
-    for (int part = 0; part < 3; ++part) {
+    for (int i = 0; i < 3; ++i) {
         const qint64 before = liveBytes();
-        run(count / 3);
-        const double bytes = double(liveBytes() - before) / (count / 3);
-        least = part == 0 ? bytes : qMin(least, bytes);
+        run(part);
+        const double bytes = double(liveBytes() - before) / part;
+        least = i == 0 ? bytes : qMin(least, bytes);
     }
     qInfo("%s: %.1f bytes a cycle, %d cycles", name, least, count);
     return qMax(least, 0.0);

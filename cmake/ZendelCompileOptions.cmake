@@ -34,3 +34,10 @@ elseif(WIN32)
 else()
     add_link_options(LINKER:-z,defs)
 endif()
+
+if(ZENDEL_COVERAGE)
+    # Without the branches that the compiler makes by itself: to clean up behind exceptions, and to
+    # keep two threads from constructing one static object.
+    add_compile_options(--coverage -fno-exceptions -fno-threadsafe-statics)
+    add_link_options(--coverage)
+endif()

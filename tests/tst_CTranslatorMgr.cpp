@@ -3,6 +3,7 @@
 #include "support/Deployment.h"
 #include "support/Interpose.h"
 #include "support/Operator.h"
+#include "support/TranslationBoxes.h"
 #include "support/Warnings.h"
 
 #include <QBuffer>
@@ -42,26 +43,6 @@ const QByteArray afterName = QByteArrayLiteral("\r\nLANG1_FOLDER=a\r\nLANG1_SHOW
 QString applicationPath(const QString &below)
 {
     return Deployment::path(below);
-}
-
-QString openFailedBox()
-{
-    return Operator::box("warning", QStringLiteral("Warning"),
-                         QStringLiteral("Failed to open INI file:")
-                             + applicationPath(QStringLiteral("Lang/Lang.ini")));
-}
-
-QString notFoundBox(const QString &path)
-{
-    return Operator::box("critical", QStringLiteral("Error"),
-                         QStringLiteral("Cannot find the \"") + path + QStringLiteral("\" file"));
-}
-
-QString loadFailedBox(const QString &below)
-{
-    return Operator::box("warning", QStringLiteral("Warning"),
-                         QStringLiteral("Load translator file") + applicationPath(below)
-                             + QStringLiteral("failed!"));
 }
 
 } // namespace
@@ -489,7 +470,7 @@ void tst_CTranslatorMgr::missingCatalogueWarnsAndLeavesNothing()
 {
     CTranslatorMgr mgr;
     mgr.loadLangConfig();
-    QCOMPARE(m_operator.takeBoxes(), QStringList(openFailedBox()));
+    QCOMPARE(m_operator.takeBoxes(), QStringList(TranslationBoxes::openFailed()));
     QCOMPARE(dump(mgr), QStringLiteral("not loaded"));
     QCOMPARE(mgr.defaultLangId(), 0);
     QVERIFY(mgr.visibleLanguages().isEmpty());
@@ -705,9 +686,9 @@ void tst_CTranslatorMgr::bothFilesMissingShowsCriticalThenWarning()
     Deployment::writeLines(lines);
     CTranslatorMgr mgr;
     mgr.loadTranslator();
-    QCOMPARE(
-        m_operator.takeBoxes(),
-        QStringList({notFoundBox(named), loadFailedBox(QStringLiteral("Lang/chs/Zendel.qm"))}));
+    QCOMPARE(m_operator.takeBoxes(),
+             QStringList({TranslationBoxes::notFound(named),
+                          TranslationBoxes::loadFailed(QStringLiteral("Lang/chs/Zendel.qm"))}));
     QVERIFY(mgr.translator()->isEmpty());
 }
 
@@ -718,8 +699,9 @@ void tst_CTranslatorMgr::criticalBoxShowsTheSubstitutedFolder()
     mgr.loadTranslator();
     const QStringList boxes = m_operator.takeBoxes();
     QCOMPARE(boxes.size(), 2);
-    QCOMPARE(boxes.constFirst(),
-             notFoundBox(applicationPath(QStringLiteral("Lang/xZendel.qm/Zendel.qm"))));
+    QCOMPARE(
+        boxes.constFirst(),
+        TranslationBoxes::notFound(applicationPath(QStringLiteral("Lang/xZendel.qm/Zendel.qm"))));
 }
 
 void tst_CTranslatorMgr::brokenTranslationShowsTheWarningAlone_data()
@@ -747,7 +729,7 @@ void tst_CTranslatorMgr::brokenTranslationShowsTheWarningAlone()
     CTranslatorMgr mgr;
     mgr.loadTranslator();
     QCOMPARE(m_operator.takeBoxes(),
-             QStringList(loadFailedBox(QStringLiteral("Lang/en/Zendel.qm"))));
+             QStringList(TranslationBoxes::loadFailed(QStringLiteral("Lang/en/Zendel.qm"))));
     QVERIFY(mgr.translator()->isEmpty());
 }
 
@@ -758,7 +740,7 @@ void tst_CTranslatorMgr::brokenFallbackIsNamedInTheWarning()
     CTranslatorMgr mgr;
     mgr.loadTranslator();
     QCOMPARE(m_operator.takeBoxes(),
-             QStringList(loadFailedBox(QStringLiteral("Lang/chs/Zendel.qm"))));
+             QStringList(TranslationBoxes::loadFailed(QStringLiteral("Lang/chs/Zendel.qm"))));
 }
 
 void tst_CTranslatorMgr::missingCatalogueWithFallbackShowsOneBox()
@@ -766,7 +748,7 @@ void tst_CTranslatorMgr::missingCatalogueWithFallbackShowsOneBox()
     Deployment::installTranslation(QStringLiteral("chs"), QStringLiteral("second"));
     CTranslatorMgr mgr;
     mgr.loadTranslator();
-    QCOMPARE(m_operator.takeBoxes(), QStringList(openFailedBox()));
+    QCOMPARE(m_operator.takeBoxes(), QStringList(TranslationBoxes::openFailed()));
     QCOMPARE(mgr.translator()->translate("PageSetLang", "Change"), QStringLiteral("2 Change"));
 }
 
@@ -775,8 +757,8 @@ void tst_CTranslatorMgr::missingCatalogueAndFallbackShowsThreeBoxesInOrder()
     CTranslatorMgr mgr;
     mgr.loadTranslator();
     QCOMPARE(m_operator.takeBoxes(),
-             QStringList({openFailedBox(), notFoundBox(QString()),
-                          loadFailedBox(QStringLiteral("Lang/chs/Zendel.qm"))}));
+             QStringList({TranslationBoxes::openFailed(), TranslationBoxes::notFound(QString()),
+                          TranslationBoxes::loadFailed(QStringLiteral("Lang/chs/Zendel.qm"))}));
 }
 
 void tst_CTranslatorMgr::failedReloadEmptiesTheTranslator()
@@ -802,7 +784,7 @@ void tst_CTranslatorMgr::directoryAsFallbackShowsTheWarningAlone()
     CTranslatorMgr mgr;
     mgr.loadTranslator();
     QCOMPARE(m_operator.takeBoxes(),
-             QStringList(loadFailedBox(QStringLiteral("Lang/chs/Zendel.qm"))));
+             QStringList(TranslationBoxes::loadFailed(QStringLiteral("Lang/chs/Zendel.qm"))));
 }
 
 void tst_CTranslatorMgr::missingFilesEmptyTheTranslatorAfterTheCriticalBox()
@@ -842,7 +824,7 @@ void tst_CTranslatorMgr::suffixAndDelimitersAreQtsDefaults()
     Deployment::writeLines("DEFAULT=9\n");
     CTranslatorMgr mgr;
     mgr.loadTranslator();
-    QCOMPARE(m_operator.takeBoxes(), QStringList(notFoundBox(QString())));
+    QCOMPARE(m_operator.takeBoxes(), QStringList(TranslationBoxes::notFound(QString())));
     QCOMPARE(mgr.translator()->translate("PageSetLang", "Change"), QStringLiteral("1 Change"));
 }
 

@@ -4,6 +4,7 @@
 #include "support/Warnings.h"
 
 #include <QGuiApplication>
+#include <QScreen>
 #include <QTest>
 #include <QWindow>
 #include <QX11Info>
@@ -52,6 +53,7 @@ private Q_SLOTS:
     void disabledWindowMayGrow();
     void rectIsInScreenCoordinates();
     void rectIncludesTheFrame();
+    void rectOfTheDesktopIsTheScreen();
     void foregroundWindowHasFocusAndIsOnTop();
     void topWindowIsAboveButHasNoFocus();
     void hiddenWindowIsNotAnError();
@@ -196,6 +198,13 @@ void tst_WindowManager_xcb::rectIncludesTheFrame()
                         inner, 0, 0);
     QCOMPARE(WindowManager::windowRect(window.handle()), Rect({70, 40, 384, 274}));
     xcb_destroy_window(connection, frame);
+}
+
+void tst_WindowManager_xcb::rectOfTheDesktopIsTheScreen()
+{
+    const auto root = reinterpret_cast<HWND>(static_cast<quintptr>(QX11Info::appRootWindow()));
+    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    QCOMPARE(WindowManager::windowRect(root), Rect({0, 0, screen.width(), screen.height()}));
 }
 
 void tst_WindowManager_xcb::foregroundWindowHasFocusAndIsOnTop()

@@ -14,7 +14,7 @@ packages=(
     openbox xvfb
     fonts-dejavu-core fonts-noto-cjk fonts-tlwg-loma-ttf
     # Tests and checks of the sources
-    binutils libxcb-xtest0-dev
+    binutils gcovr libxcb-xtest0-dev valgrind
     clang clang-format clang-tidy cppcheck
     doxygen libclang-rt-dev libicu-dev
 )

@@ -36,6 +36,7 @@ QString describe(const char *icon, const QString &title, const QString &text, in
 /// failing request for the focus. A window that never shows fails the test, and is closed.
 void waitUntilExposed(QWidget &window)
 {
+    QCoreApplication::processEvents(); // Often enough; the waiting below sleeps between its looks.
     if (!QTest::qWaitForWindowExposed(&window))
         QTest::qFail("A window was not shown", __FILE__, __LINE__);
 }

@@ -7,16 +7,18 @@ namespace {
 QtMessageHandler qtTestHandler = nullptr;
 QStringList warnings;
 
-/// Wine has no icons for message boxes, and Qt says so at every box.
-bool isOfWine(const QString &message)
+/// Wine has no icons for message boxes, and Qt says so at every box; the offscreen platform can
+/// do little with windows, and says so at each.
+bool isOfPlatform(const QString &message)
 {
-    return message.startsWith(QLatin1String("QPixmap::fromWinHICON()"));
+    return message.startsWith(QLatin1String("QPixmap::fromWinHICON()"))
+        || message.startsWith(QLatin1String("This plugin does not support "));
 }
 
 void handle(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
     const bool isWarning = type == QtWarningMsg || type == QtCriticalMsg;
-    if (isWarning && !isOfWine(message))
+    if (isWarning && !isOfPlatform(message))
         warnings += message;
     else if (!isWarning)
         qtTestHandler(type, context, message);

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "plugin/IZendelMgr.h"
+
+#include <QLibrary>
+
+/// The built plug-in, loaded by file name as a host does it. Every step that fails fails the test.
+class Plugin
+{
+public:
+    explicit Plugin(const QString &fileName);
+
+    void load();
+
+    /// All managers must have been released.
+    void unload();
+
+    bool isLoaded() const { return m_library.isLoaded(); }
+
+    IZendelMgr *newInterface() const { return m_newInterface(); }
+    void releaseInterface(IZendelMgr *mgr) const { m_releaseInterface(mgr); }
+
+private:
+    QLibrary m_library;
+    NewInterfaceFunction m_newInterface = nullptr;
+    ReleaseInterfaceFunction m_releaseInterface = nullptr;
+};

@@ -1,0 +1,183 @@
+// What a machine does for months, in minutes: the plug-in loaded and unloaded, the dialog opened,
+// the language changed, the dialog closed, again and again. The heap grows no more by it than by a
+// dialog that Qt makes alone, with the same widgets and the same style sheet.
+//
+// ZENDEL_STEPS is the number of cycles that are counted. With QTEST_FUNCTION_TIMEOUT, in ms, Qt
+// Test lets them run for longer than 5 minutes.
+
+#include "support/Deployment.h"
+#include "support/Operator.h"
+#include "support/Plugin.h"
+#include "support/RecordingMachine.h"
+#include "support/Warnings.h"
+
+#include <QComboBox>
+#include <QDialog>
+#include <QFile>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTest>
+#include <QVBoxLayout>
+
+#include <malloc.h>
+
+#include <functional>
+
+namespace {
+
+/// Bytes a cycle that are no leak: the smallest one would be a block of 16 bytes each time.
+const double noise = 4;
+
+/// Bytes that the heap holds for the program at this moment.
+qint64 liveBytes()
+{
+    const auto heap = mallinfo2();
+    return qint64(heap.uordblks) + qint64(heap.hblkhd);
+}
+
+} // namespace
+
+class tst_cycles : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void openChangeClose();
+    void loadShowUnload();
+
+private:
+    double growth(const char *name, const std::function<void()> &cycle);
+    void bareDialog(bool change);
+
+    QString m_styleSheet;
+    Plugin m_plugin {QStringLiteral(PLUGIN_FILE)};
+    RecordingMachine m_machine;
+    Operator m_operator;
+};
+
+void tst_cycles::initTestCase()
+{
+    Warnings::collect();
+    Deployment::clear();
+    Deployment::installTwoLanguages();
+
+    m_plugin.load();
+    QFile style(QStringLiteral(":/res/qss/style.css"));
+    QVERIFY(style.open(QIODevice::ReadOnly));
+    m_styleSheet = QString::fromUtf8(style.readAll());
+    style.close();
+    m_plugin.unload();
+}
+
+/// Bytes that the heap grows by with every run of @p cycle, at the least.
+double tst_cycles::growth(const char *name, const std::function<void()> &cycle)
+{
+    const int count = qEnvironmentVariableIsSet("ZENDEL_STEPS")
+        ? qEnvironmentVariableIntValue("ZENDEL_STEPS")
+        : 1000;
+    const auto run = [&](int times) {
+        for (int i = 0; i < times; ++i) {
+            cycle();
+            m_operator.takeBoxes();
+            m_operator.takeDialogs();
+            m_machine.takeCalls();
+            Warnings::take();
+        }
+    };
+
+    const int part = count / 3;
+    run(50); // Until all caches are full.
+    // A leak is there each time; what Qt does once, by a timer for instance, is not.
+    double least = 0;
+    for (int i = 0; i < 3; ++i) {
+        const qint64 before = liveBytes();
+        run(part);
+        const double bytes = double(liveBytes() - before) / part;
+        least = i == 0 ? bytes : qMin(least, bytes);
+    }
+    qInfo("%s: %.1f bytes a cycle, %d cycles", name, least, count);
+    return qMax(least, 0.0);
+}
+
+/// A dialog like the plug-in's, made and worked with nothing but Qt.
+void tst_cycles::bareDialog(bool change)
+{
+    QDialog dialog;
+    dialog.setFixedSize(700, 470);
+    dialog.setWindowFlags(dialog.windowFlags() & ~Qt::WindowContextHelpButtonHint);
+    dialog.setStyleSheet(m_styleSheet);
+    auto *const tabs = new QTabWidget(&dialog);
+    tabs->setDocumentMode(true);
+    auto *const layout = new QVBoxLayout(&dialog);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(tabs);
+
+    auto *const page = new QWidget(tabs);
+    auto *const button = new QPushButton(QStringLiteral("Change"), page);
+    button->setObjectName(QStringLiteral("pushButton_change"));
+    button->setGeometry(290, 20, 91, 31);
+    auto *const languages = new QComboBox(page);
+    languages->setGeometry(110, 20, 171, 31);
+    languages->addItem(QStringLiteral("One"), 1);
+    languages->addItem(QStringLiteral("Two"), 2);
+    auto *const label = new QLabel(QStringLiteral("Language:"), page);
+    label->setGeometry(20, 20, 81, 31);
+    tabs->addTab(page, QStringLiteral("Language"));
+    dialog.setWindowTitle(QStringLiteral("Settings"));
+    connect(button, &QPushButton::clicked, page, [page] {
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+        QApplication::restoreOverrideCursor();
+        QMessageBox::information(page, QStringLiteral("Success"),
+                                 QStringLiteral("Change successful!"));
+    });
+
+    m_operator.onDialog = [change, button](QDialog &) {
+        if (change)
+            button->click();
+    };
+    dialog.setModal(true);
+    dialog.winId();
+    dialog.exec();
+}
+
+void tst_cycles::openChangeClose()
+{
+    const double bare = growth("bare dialog with a change", [this] { bareDialog(true); });
+
+    m_plugin.load();
+    IZendelMgr *const mgr = m_plugin.newInterface();
+    QVERIFY(mgr->Init(&m_machine));
+    m_operator.onDialog = [](const QDialog &dialog) {
+        dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"))->click();
+    };
+    const double ours = growth("open, change, close", [&] {
+        QVERIFY(mgr->ShowSettingsDlg(nullptr));
+        QCOMPARE(m_operator.takeBoxes().size(), 1);
+    });
+    m_plugin.releaseInterface(mgr);
+    m_plugin.unload();
+    QVERIFY(ours < bare + noise);
+}
+
+void tst_cycles::loadShowUnload()
+{
+    const double bare = growth("bare dialog", [this] { bareDialog(false); });
+
+    m_operator.onDialog = nullptr;
+    const double ours = growth("load, show, unload", [this] {
+        m_plugin.load();
+        IZendelMgr *const mgr = m_plugin.newInterface();
+        QVERIFY(mgr->Init(&m_machine));
+        QVERIFY(!mgr->ShowSettingsDlg(nullptr));
+        QCOMPARE(m_operator.takeDialogs().size(), 1);
+        m_plugin.releaseInterface(mgr);
+        m_plugin.unload();
+    });
+    QVERIFY(ours < bare + noise);
+}
+
+QTEST_MAIN(tst_cycles)
+#include "tst_cycles.moc"

@@ -1,0 +1,247 @@
+// Translation files as a failing disk or an aborted copy leaves them, thousands of them made at
+// random. The operator is told that such a file cannot be loaded, or sees what texts it still
+// holds; the host goes on. Left out are the files that Qt itself does not survive: see
+// staysInside().
+//
+// ZENDEL_STEPS is the number of files, ZENDEL_SEED the seed, ZENDEL_FIRST the number of the first.
+
+#include "lang/CTranslatorMgr.h"
+#include "plugin/CZendelIns.h"
+#include "ui/DlgSettings.h"
+
+#include "support/Deployment.h"
+#include "support/Operator.h"
+#include "support/QmFile.h"
+#include "support/RecordingMachine.h"
+#include "support/RecordingWindowManager.h"
+#include "support/TranslationBoxes.h"
+#include "support/Warnings.h"
+
+#include <QDirIterator>
+#include <QFile>
+#include <QLabel>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTest>
+#include <QTranslator>
+
+#include <algorithm>
+#include <random>
+
+namespace {
+
+quint32 setting(const char *name, quint32 otherwise)
+{
+    return qEnvironmentVariableIsSet(name) ? qEnvironmentVariable(name).toUInt() : otherwise;
+}
+
+QByteArray contents(const QString &fileName)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("Cannot read %s", qPrintable(fileName));
+    return file.readAll();
+}
+
+void flip(char &byte, int bit)
+{
+    byte = char(uchar(byte) ^ (1U << bit));
+}
+
+QByteArray damaged(QByteArray bytes, std::mt19937 &random)
+{
+    const auto below = [&random](int limit) { return int(random() % quint32(limit)); };
+    const int size = bytes.size();
+    char *const data = bytes.data();
+
+    switch (below(5)) {
+    case 0: // Bits flipped
+        for (int count = 1 + below(8); count > 0; --count)
+            flip(data[below(size)], below(8));
+        break;
+    case 1: // Bytes overwritten
+        for (int count = 1 + below(8); count > 0; --count)
+            data[below(size)] = char(below(256));
+        break;
+    case 2: { // A run of zeros
+        const int start = below(size);
+        std::fill_n(data + start, qMin(1 + below(64), size - start), '\0');
+        break;
+    }
+    case 3: { // Two blocks swapped
+        const int length = 1 + below(size / 2);
+        const int first = below(size - 2 * length + 1);
+        const int second = first + length + below(size - 2 * length - first + 1);
+        std::swap_ranges(data + first, data + first + length, data + second);
+        break;
+    }
+    default: // Cut off
+        bytes.truncate(below(size));
+    }
+    return bytes;
+}
+
+QString text(const char *context, const char *source)
+{
+    return CTranslatorMgr::instance()->translator()->translate(context, source);
+}
+
+} // namespace
+
+class tst_damaged_translations : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void undamagedFilesLoad();
+    void filesThatQtDoesNotSurviveAreKnown_data();
+    void filesThatQtDoesNotSurviveAreKnown();
+    void everyOtherFileIsSurvived();
+
+private:
+    void loadAndAskForAllTexts();
+    void buildTheDialog();
+    void workTheDialog();
+
+    const QString m_fileName = QStringLiteral("Lang/first/Zendel.qm");
+    QList<QByteArray> m_originals;
+    int m_refused = 0;
+    RecordingMachine m_machine;
+    Operator m_operator;
+};
+
+void tst_damaged_translations::initTestCase()
+{
+    Warnings::collect();
+    Deployment::clear();
+    Deployment::installTwoLanguages();
+
+    for (const QString &folder :
+         {QStringLiteral(":/translations"), QStringLiteral(SAMPLE_DEPLOYMENT)}) {
+        QDirIterator files(folder, {QStringLiteral("*.qm")}, QDir::Files,
+                           QDirIterator::Subdirectories);
+        while (files.hasNext())
+            m_originals += contents(files.next());
+    }
+    QCOMPARE(m_originals.size(), 3 + 5);
+}
+
+void tst_damaged_translations::undamagedFilesLoad()
+{
+    for (const QByteArray &original : qAsConst(m_originals)) {
+        QVERIFY(staysInside(original));
+        Deployment::writeTranslation(QStringLiteral("first"), original);
+        m_refused = 0;
+        loadAndAskForAllTexts();
+        QCOMPARE(m_refused, 0);
+        QVERIFY(!text("PageSetLang", "Change").isEmpty());
+
+        // Qt would divide by the number of contexts at the block's beginning.
+        QVERIFY(!staysInside(original + QByteArrayLiteral("\x2f\0\0\0\2\0\0")));
+    }
+}
+
+void tst_damaged_translations::filesThatQtDoesNotSurviveAreKnown_data()
+{
+    QTest::addColumn<QString>("name");
+
+    // Asked for the text "Change", Qt 5.15 reads 2 GiB in front of the file and crashes,
+    QTest::newRow("crash") << QStringLiteral("one_bit_in_a_length.qm");
+    // or comes back to the same field again and again.
+    QTest::newRow("endless loop") << QStringLiteral("length_that_leads_back.qm");
+}
+
+void tst_damaged_translations::filesThatQtDoesNotSurviveAreKnown()
+{
+    QFETCH(QString, name);
+    QVERIFY(!staysInside(contents(QStringLiteral(DAMAGED_FILES "/") + name)));
+}
+
+void tst_damaged_translations::everyOtherFileIsSurvived()
+{
+    const quint32 seed = setting("ZENDEL_SEED", 1);
+    const quint32 first = setting("ZENDEL_FIRST", 0);
+    const quint32 count = setting("ZENDEL_STEPS", 5000);
+    quint32 leftOut = 0;
+    m_refused = 0;
+    for (quint32 i = first; i < first + count; ++i) {
+        std::mt19937 random(seed * 1000003 + i); // Of its own, so that one can be made again alone.
+        const QByteArray bytes = damaged(m_originals.at(int(i) % m_originals.size()), random);
+        if (!staysInside(bytes)) {
+            ++leftOut;
+            continue;
+        }
+
+        Deployment::writeTranslation(QStringLiteral("first"), bytes);
+        loadAndAskForAllTexts();
+        if (i % 10 == 0)
+            buildTheDialog();
+        if (i % 100 == 0)
+            workTheDialog();
+        if (QTest::currentTestFailed()) {
+            QFile kept(Deployment::path(QStringLiteral("failed.qm")));
+            QVERIFY(kept.open(QIODevice::WriteOnly));
+            kept.write(bytes);
+            qInfo("ZENDEL_SEED=%u ZENDEL_FIRST=%u ZENDEL_STEPS=1, the file is kept as %s", seed, i,
+                  qPrintable(kept.fileName()));
+            return;
+        }
+    }
+    qInfo("seed %u: %u files, refused %d, left out %u", seed, count, m_refused, leftOut);
+    QVERIFY(leftOut < count / 4 || count < 100);
+}
+
+/// The operator sees one box, and then no texts, or none.
+void tst_damaged_translations::loadAndAskForAllTexts()
+{
+    CZendelIns mgr;
+    QVERIFY(mgr.Init(&m_machine));
+    const QString texts = text("DlgSettings", "Language") + text("DlgSettings", "Settings")
+        + text("PageSetLang", "Change") + text("PageSetLang", "Language:")
+        + text("PageSetLang", "Change successful!") + text("PageSetLang", "Success")
+        + text("PageSetLang", "Change failed!") + text("PageSetLang", "Error");
+
+    const QStringList boxes = m_operator.takeBoxes();
+    if (!boxes.isEmpty()) {
+        ++m_refused;
+        QCOMPARE(boxes, QStringList(TranslationBoxes::loadFailed(m_fileName)));
+        QCOMPARE(texts, QString());
+        QVERIFY(CTranslatorMgr::instance()->translator()->isEmpty());
+    }
+    QCOMPARE(Warnings::take(), QStringList());
+}
+
+void tst_damaged_translations::buildTheDialog()
+{
+    const DlgSettings dialog;
+    QCOMPARE(dialog.windowTitle(), text("DlgSettings", "Settings"));
+    QCOMPARE(dialog.findChild<QTabWidget *>()->tabText(0), text("DlgSettings", "Language"));
+    QCOMPARE(dialog.findChild<QPushButton *>()->text(), text("PageSetLang", "Change"));
+    QCOMPARE(dialog.findChild<QLabel *>()->text(), text("PageSetLang", "Language:"));
+    QCOMPARE(Warnings::take(), QStringList(Warnings::unconnectedSlot()));
+}
+
+void tst_damaged_translations::workTheDialog()
+{
+    m_operator.onDialog = [this](const QDialog &dialog) {
+        for (const bool accepts : {true, false}) {
+            m_machine.accepts = accepts;
+            dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"))->click();
+        }
+    };
+    CZendelIns mgr;
+    QVERIFY(!mgr.ShowSettingsDlg(nullptr));
+    QCOMPARE(m_operator.takeDialogs().size(), 1);
+    QCOMPARE(m_operator.takeBoxes(),
+             QStringList({Operator::box("information", text("PageSetLang", "Success"),
+                                        text("PageSetLang", "Change successful!"), "PageSetLang"),
+                          Operator::box("critical", text("PageSetLang", "Error"),
+                                        text("PageSetLang", "Change failed!"), "PageSetLang")}));
+    m_machine.takeCalls();
+    RecordingWindowManager::takeCalls();
+    Warnings::take();
+}
+
+QTEST_MAIN(tst_damaged_translations)
+#include "tst_damaged_translations.moc"

@@ -2,6 +2,7 @@
 
 #include "lang/ApplicationDir.h"
 #include "lang/LangLine.h"
+#include "lang/QmFile.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -46,12 +47,21 @@ void CTranslatorMgr::loadTranslator()
 
     // Loading a missing file is tried all the same: that empties the translator. The message has
     // no blanks around the path, deliberately.
-    if (!m_translator->load(strLangFilePath)) {
+    if (!m_translator->load(strLangFilePath) || !loadedFileIsSound()) {
         QMessageBox::warning(nullptr, QLatin1String("Warning"),
                              QLatin1String("Load translator file") + strLangFilePath
                                  + QLatin1String("failed!"),
                              QMessageBox::Ok);
     }
+}
+
+bool CTranslatorMgr::loadedFileIsSound()
+{
+    QFile file(m_translator->filePath());
+    if (file.open(QIODevice::ReadOnly) && staysInside(file.readAll()))
+        return true;
+    m_translator->load(nullptr, 0); // Empties it.
+    return false;
 }
 
 int CTranslatorMgr::defaultLangId() const

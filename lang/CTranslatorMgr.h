@@ -66,6 +66,8 @@ public:
 private:
     friend class tst_CTranslatorMgr;
 
+    /// Whether Qt will survive the file that it has just loaded; if not, it is unloaded.
+    bool loadedFileIsSound();
     void readKeyLine(const LangLine &line, const QString &pathTemplate);
 
     const std::unique_ptr<QTranslator> m_translator;

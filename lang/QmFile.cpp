@@ -1,4 +1,4 @@
-#include "support/QmFile.h"
+#include "lang/QmFile.h"
 
 #include <QMap>
 #include <QtEndian>

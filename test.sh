@@ -1,10 +1,16 @@
 #!/usr/bin/env bash
-# ./test.sh [linux|windows] [CTEST-OPTION...]
+# ./test.sh [linux|windows|coverage] [CTEST-OPTION...]
 # Installs what is missing, builds, checks the sources and runs all tests: on Linux and, through
 # Wine, on Windows, or on one of them. With options, which go to CTest, it runs the tests alone:
-# "./test.sh linux -R tst_Zendel" runs one.
+# "./test.sh linux -R tst_Zendel" runs one. "./test.sh coverage" tells which lines and branches of
+# the plug-in the tests run.
 set -euo pipefail
 cd "$(dirname "$0")"
+
+if [[ ${1-} == coverage ]]; then
+    shift
+    exec tools/coverage.sh "$@"
+fi
 
 platforms=(linux windows)
 case ${1-} in

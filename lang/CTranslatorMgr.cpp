@@ -47,7 +47,7 @@ void CTranslatorMgr::loadTranslator()
 
     // Loading a missing file is tried all the same: that empties the translator. The message has
     // no blanks around the path, deliberately.
-    if (!m_translator->load(strLangFilePath) || !loadedFileIsSound()) {
+    if (!loadFile(strLangFilePath)) {
         QMessageBox::warning(nullptr, QLatin1String("Warning"),
                              QLatin1String("Load translator file") + strLangFilePath
                                  + QLatin1String("failed!"),
@@ -55,10 +55,14 @@ void CTranslatorMgr::loadTranslator()
     }
 }
 
-bool CTranslatorMgr::loadedFileIsSound()
+bool CTranslatorMgr::loadFile(const QString &fileName)
 {
+    if (!m_translator->load(fileName))
+        return false;
+
+    // Qt would crash or hang over a damaged file at the first text, and the host with it.
     QFile file(m_translator->filePath());
-    if (file.open(QIODevice::ReadOnly) && staysInside(file.readAll()))
+    if (file.open(QIODevice::ReadOnly) && isSoundQmFile(file.readAll()))
         return true;
     m_translator->load(nullptr, 0); // Empties it.
     return false;

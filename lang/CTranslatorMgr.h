@@ -44,6 +44,10 @@ public:
     /// Failures are shown in message boxes; one to load leaves the translator empty.
     void loadTranslator();
 
+    /// Loads a translation file and returns true; or returns false, with the translator empty, for
+    /// a file that is missing, damaged or no translation.
+    bool loadFile(const QString &fileName);
+
     /// The number that the catalogue names as default, which need not be one of its languages;
     /// 0 while no catalogue is loaded.
     int defaultLangId() const;
@@ -66,8 +70,6 @@ public:
 private:
     friend class tst_CTranslatorMgr;
 
-    /// Whether Qt will survive the file that it has just loaded; if not, it is unloaded.
-    bool loadedFileIsSound();
     void readKeyLine(const LangLine &line, const QString &pathTemplate);
 
     const std::unique_ptr<QTranslator> m_translator;

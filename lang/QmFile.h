@@ -2,7 +2,8 @@
 
 #include <QByteArray>
 
-/// Whether Qt stays inside @p bytes, a compiled translation, when it looks texts up in it. Loading
-/// one, Qt checks the lengths of the file's blocks only; what lies in them it believes, and reads
-/// beyond the file, without end or not at all where a length or an offset there is damaged.
-bool staysInside(const QByteArray &bytes);
+/// Whether a compiled translation can be asked for texts. Loading it, Qt checks the lengths of the
+/// file's blocks only; what lies in them it believes, and where a length or an offset there is
+/// damaged, the first text that is looked up takes it out of the file, or round and round for ever.
+/// Bytes that Qt does not load at all may be either.
+bool isSoundQmFile(const QByteArray &bytes);

@@ -156,9 +156,10 @@ private:
                     QStringLiteral("cannot be read, and with this language as default all texts "
                                    "are empty: %1")
                         .arg(file.errorString()));
-        } else if (!translator()->load(path)) {
+        } else if (!CTranslatorMgr::instance()->loadFile(path)) {
             addFile(path, "qm-foreign", Finding::Error,
-                    QStringLiteral("is no compiled translation, and with this language as default "
+                    QStringLiteral("is no compiled translation, or a damaged one, and with this "
+                                   "language as default "
                                    "all texts are empty; compile the .ts file with lrelease"));
         } else {
             return true;

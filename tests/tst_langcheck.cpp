@@ -15,6 +15,7 @@
 #include <QDialog>
 #include <QDir>
 #include <QDirIterator>
+#include <QEvent>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -61,6 +62,22 @@ QString shortForms(const Report &report)
 
 } // namespace
 
+/// Counts the windows that come to the screen.
+class Exposures : public QObject
+{
+public:
+    Exposures() { QCoreApplication::instance()->installEventFilter(this); }
+
+    bool eventFilter(QObject * /*watched*/, QEvent *event) override
+    {
+        if (event->type() == QEvent::Expose)
+            ++count;
+        return false;
+    }
+
+    int count = 0;
+};
+
 class tst_langcheck : public QObject
 {
     Q_OBJECT
@@ -79,6 +96,7 @@ private Q_SLOTS:
     void everyEncodingIsNamed_data();
     void everyEncodingIsNamed();
     void boxesAreToldWordForWord();
+    void nothingComesToTheScreen();
     void fallbackIsTold();
     void textsAreThoseOfTheCode();
     void repeatedKeyNamesBothLines();
@@ -318,6 +336,15 @@ void tst_langcheck::boxesAreToldWordForWord()
              QStringLiteral("Load translator file%1failed!")
                  .arg(Deployment::path(QStringLiteral("Lang/chs/Zendel.qm"))));
     QCOMPARE(report.translation, QString());
+}
+
+void tst_langcheck::nothingComesToTheScreen()
+{
+    const Exposures exposures;
+    const Report report = checkDeployment(applicationPath()); // There is no catalogue.
+    QCOMPARE(report.boxes.size(), 1);
+    QCoreApplication::processEvents();
+    QCOMPARE(exposures.count, 0);
 }
 
 void tst_langcheck::fallbackIsTold()

@@ -96,6 +96,8 @@ private Q_SLOTS:
     void undamagedFilesLoad();
     void tableOfContexts_data();
     void tableOfContexts();
+    void blocksThatQtDoesNotReachDoNotMatter_data();
+    void blocksThatQtDoesNotReachDoNotMatter();
     void filesThatQtDoesNotSurviveAreRefused_data();
     void filesThatQtDoesNotSurviveAreRefused();
     void everyFileIsSurvived();
@@ -164,6 +166,27 @@ void tst_damaged_translations::tableOfContexts()
     const QByteArray header = QByteArray::fromHex("2f000000") + length;
     // Qt reads no block in the last few bytes of a file.
     QCOMPARE(isSoundQmFile(m_originals.first() + header + block + QByteArray(8, '\0')), sound);
+}
+
+void tst_damaged_translations::blocksThatQtDoesNotReachDoNotMatter_data()
+{
+    QTest::addColumn<QByteArray>("last");
+    QTest::addColumn<bool>("reached");
+
+    QTest::newRow("behind another block") << QByteArray::fromHex("10000000010a") << true;
+    QTest::newRow("behind tag 0") << QByteArray::fromHex("00000000010a") << false;
+    QTest::newRow("behind an empty block") << QByteArray::fromHex("1000000000") << false;
+    QTest::newRow("in a block without end") << QByteArray::fromHex("10000fffff") << false;
+}
+
+void tst_damaged_translations::blocksThatQtDoesNotReachDoNotMatter()
+{
+    QFETCH(QByteArray, last);
+    QFETCH(bool, reached);
+
+    const QByteArray noPlaces = QByteArray::fromHex("2f000000020000");
+    const QByteArray bytes = m_originals.first() + last + noPlaces + QByteArray(8, '\0');
+    QCOMPARE(isSoundQmFile(bytes), !reached);
 }
 
 void tst_damaged_translations::filesThatQtDoesNotSurviveAreRefused_data()

@@ -110,18 +110,8 @@ void CTranslatorMgr::loadLangConfig()
         return;
     }
 
-    // A Qt without the codec leaves the stream at its default one.
-    QTextCodec *const codec = detectCodec(&file);
     QTextStream in(&file);
-    in.setCodec(codec);
-    if (codec && codec->name() == "UTF-16LE") {
-        // Whether the stream has swallowed the mark or not: a mark that comes out is dropped, and
-        // anything else is put back.
-        QChar bom;
-        in >> bom;
-        if (bom != QChar(QChar::ByteOrderMark))
-            in.seek(0);
-    }
+    setEncoding(in);
 
     // The directory first, and only then the folder and the file name: a placeholder inside the
     // directory or the folder is replaced too.
@@ -138,6 +128,21 @@ void CTranslatorMgr::loadLangConfig()
 
     file.close();
     m_loaded = true;
+}
+
+void CTranslatorMgr::setEncoding(QTextStream &in)
+{
+    // A Qt without the codec leaves the stream at its default one.
+    QTextCodec *const codec = detectCodec(in.device());
+    in.setCodec(codec);
+    if (codec && codec->name() == "UTF-16LE") {
+        // Whether the stream has swallowed the mark or not: a mark that comes out is dropped, and
+        // anything else is put back.
+        QChar bom;
+        in >> bom;
+        if (bom != QChar(QChar::ByteOrderMark))
+            in.seek(0);
+    }
 }
 
 QTextCodec *CTranslatorMgr::detectCodec(QIODevice *device)

@@ -13,6 +13,7 @@
 
 class QIODevice;
 class QTextCodec;
+class QTextStream;
 class QTranslator;
 struct LangLine;
 
@@ -63,13 +64,14 @@ public:
     /// warning box, when the file cannot be opened. Lines that make no sense are skipped.
     void loadLangConfig();
 
-    /// The codec that the first bytes of an opened catalogue call for, which stay unread; null if
-    /// this Qt has none of that name.
-    static QTextCodec *detectCodec(QIODevice *device);
+    /// Prepares a stream that is just opened over a catalogue: gives it the codec that the first
+    /// bytes call for, and takes the mark of UTF-16 away.
+    static void setEncoding(QTextStream &in);
 
 private:
     friend class tst_CTranslatorMgr;
 
+    static QTextCodec *detectCodec(QIODevice *device);
     void readKeyLine(const LangLine &line, const QString &pathTemplate);
 
     const std::unique_ptr<QTranslator> m_translator;

@@ -34,6 +34,8 @@ unpack(Zendel-${VERSION}-win64.zip ${folder}/plugin
     docs/dialog.png
     docs/host-developer.md
     docs/languages.png
+    docs/performance.md
+    docs/reliability.md
     docs/service-engineer.md
     docs/translator.md
     include/Zendel/IHostMachine.h

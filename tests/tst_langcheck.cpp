@@ -22,12 +22,15 @@
 #include <QJsonObject>
 #include <QLibrary>
 #include <QProcess>
+#include <QPushButton>
 #include <QTest>
+#include <QTextCodec>
 #include <QTranslator>
 #include <QXmlStreamReader>
 
 #include <initializer_list>
 #include <random>
+#include <utility>
 
 namespace {
 
@@ -89,9 +92,13 @@ private Q_SLOTS:
     void cleanDeploymentHasNoFindings();
     void catalogueLines_data();
     void catalogueLines();
+    void zeroBytesDoNotHideTheRest();
     void translationFiles_data();
     void translationFiles();
-    void missingFallback();
+    void fallback_data();
+    void fallback();
+    void defaultWithoutANameIsLookedAt();
+    void percentInTheApplicationFolder();
     void missingCatalogue();
     void everyEncodingIsNamed_data();
     void everyEncodingIsNamed();
@@ -175,7 +182,7 @@ void tst_langcheck::catalogueLines_data()
     row("show is a word", good + "LANG3_SHOW=yes\n", "9 warning show-number");
     row("show is empty", good + "LANG3_SHOW=\n", "9 warning show-number");
     row("show is another number", good + "LANG3_SHOW=2\n", "9 warning show-other");
-    row("number too long", good + "LANG99999999999_NAME=x\n", "9 warning number-too-long");
+    row("number too long", good + "LANG99999999999_SHOW=0\n", "9 warning number-too-long");
     row("ID differs", good + "LANG1_ID=7\n", "9 warning id-differs");
     row("ID is a word", good + "LANG1_ID=one\n", "9 warning id-differs");
     row("number above 255", with("LANG2", "LANG300"), "6 warning number-above-255");
@@ -193,18 +200,48 @@ void tst_langcheck::catalogueLines_data()
     row("name too wide", with("=Two", "=A language with a name that no list can hold"),
         "6 error name-clipped");
     row("UTF-8 without a mark", with("=Two", "=中文"), "0 error utf8-without-mark");
-    row("UTF-8 without a mark, in a comment", good + "; 中文\n", "0 error utf8-without-mark");
+    row("UTF-8 without a mark, in a comment", good + "; 中文\n", "0 warning utf8-without-mark");
     row("UTF-16 without a mark", Deployment::utf16(QString::fromLatin1(good)),
         "0 error utf16-without-mark");
     row("bytes that are no GB2312", with("=Two", "=\xB0 0"), "6 error undecodable");
     row("folder with dots", with("=second", "=../Lang/second"), "7 warning folder-dots");
-    row("folder with dots and backslashes", good + "LANG3_FOLDER=..\\second\n",
+    row("folder with dots and backslashes", good + "LANG3_FOLDER=..\\second\nLANG3_SHOW=0\n",
         "9 warning folder-dots");
     row("absolute folder", with("=second", "=/second"), "7 warning folder-absolute");
-    row("folder on a drive", good + "LANG3_FOLDER=C:\\second\n", "9 warning folder-absolute");
-    row("folder with a percent sign", good + "LANG3_FOLDER=100%\n", "9 warning folder-percent");
+    row("folder on a drive", good + "LANG3_FOLDER=C:\\second\nLANG3_SHOW=0\n",
+        "9 warning folder-absolute");
+    row("folder with a percent sign", good + "LANG3_FOLDER=100%\nLANG3_SHOW=0\n",
+        "9 warning folder-percent");
     row("nobody listed", "[LANG_MGR]\nDEFAULT=1\n", "0 error no-languages");
-    row("empty file", "", "0 error no-languages");
+    row("no section", "DEFAULT=1\n", "1 warning outside-section\nLang/Lang.ini:0 error no-section");
+    row("empty file", "", "0 error no-section");
+    row("lines ended by carriage returns alone", QByteArray(good).replace('\n', '\r'),
+        "1 warning carriage-return\nLang/Lang.ini:0 error no-section");
+    row("language without SHOW", good + "LANG3_NAME=x\nLANG3_FOLDER=first\n",
+        "9 warning show-missing");
+    row("name in quotation marks", with("=Two", "=\"Two\""), "6 warning quoted-value");
+    row("comment behind a name", with("=Two", "=Two ; 2"), "6 warning comment-in-value");
+    row("header with a comment", good + "[OTHER]\n[LANG_MGR] ; again\n", "10 warning header");
+    row("second mark", "\xEF\xBB\xBF\xEF\xBB\xBF;\n" + good,
+        "1 warning second-mark\n"
+        "Lang/Lang.ini:1 warning outside-section");
+    row("end of a line swallowed", good + ";\xD6\n;\n", "9 error swallowed-line");
+    row("end of a line in UTF-8 swallowed", good + ";\xE4\xB8\xAD\n;\n;\n=\n",
+        "9 error swallowed-line\nLang/Lang.ini:0 warning utf8-without-mark\n"
+        "Lang/Lang.ini:12 warning no-key");
+    row("Latin-1",
+        with("=Two",
+             "=Fran\xE7"
+             "ais"),
+        "6 error undecodable");
+    row("GBK", with("=Two", "=\xB7\xB1\xF3\x77"), "6 error undecodable");
+    row("Latin-1 in a comment",
+        good
+            + "; Fran\xE7"
+              "ais\n",
+        "9 warning undecodable");
+    row("undecodable UTF-8 with a mark", "\xEF\xBB\xBF" + with("=Two", "=\xE4 x"),
+        "6 error undecodable");
 }
 
 void tst_langcheck::catalogueLines()
@@ -216,6 +253,14 @@ void tst_langcheck::catalogueLines()
     const Report report = checkDeployment(applicationPath());
     QCOMPARE(shortForms(report), finding);
     QCOMPARE(report.exitCode(), finding.contains(QLatin1String("error")) ? 2 : 1);
+}
+
+/// One zero is no UTF-16, and the rest of the file is looked at as ever.
+void tst_langcheck::zeroBytesDoNotHideTheRest()
+{
+    Deployment::writeCatalogue(kGood + QByteArray("; \0\nLANG1_ICON=x\n", 17));
+    QCOMPARE(shortForms(checkDeployment(applicationPath())),
+             QStringLiteral("Lang/Lang.ini:10 warning unknown-key"));
 }
 
 void tst_langcheck::translationFiles_data()
@@ -262,12 +307,59 @@ void tst_langcheck::translationFiles()
     QCOMPARE(shortForms(checkDeployment(applicationPath())), expected.join(QLatin1Char('\n')));
 }
 
-void tst_langcheck::missingFallback()
+void tst_langcheck::fallback_data()
 {
-    Deployment::writeCatalogue(kGood);
+    QTest::addColumn<QByteArray>("catalogue");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("finding");
+
+    const QByteArray good = kGood;
+    QByteArray unused = good;
+    unused.replace("DEFAULT=1", "DEFAULT=2").replace("=second", "=none");
+    QTest::newRow("missing, not needed")
+        << good << QByteArray() << QStringLiteral("Lang/chs/Zendel.qm:0 warning qm-missing");
+    QTest::newRow("foreign, not needed")
+        << good << QByteArray("x") << QStringLiteral("Lang/chs/Zendel.qm:0 warning qm-foreign");
+    QTest::newRow("missing, needed") << unused << QByteArray()
+                                     << QStringLiteral("Lang/none/Zendel.qm:0 error qm-missing\n"
+                                                       "Lang/chs/Zendel.qm:0 error qm-missing");
+    QTest::newRow("foreign, needed") << unused << QByteArray("x")
+                                     << QStringLiteral("Lang/none/Zendel.qm:0 error qm-missing\n"
+                                                       "Lang/chs/Zendel.qm:0 error qm-foreign");
+}
+
+void tst_langcheck::fallback()
+{
+    QFETCH(QByteArray, catalogue);
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, finding);
+
+    Deployment::writeCatalogue(catalogue);
     QVERIFY(QDir(Deployment::path(QStringLiteral("Lang/chs"))).removeRecursively());
+    if (!bytes.isEmpty())
+        Deployment::writeTranslation(QStringLiteral("chs"), bytes);
+    QCOMPARE(shortForms(checkDeployment(applicationPath())), finding);
+}
+
+/// It is spoken although it is not listed.
+void tst_langcheck::defaultWithoutANameIsLookedAt()
+{
+    Deployment::writeCatalogue(QByteArray(kGood).replace("LANG1_NAME=One", ""));
+    Deployment::writeTranslation(QStringLiteral("first"), "x");
     QCOMPARE(shortForms(checkDeployment(applicationPath())),
-             QStringLiteral("Lang/chs/Zendel.qm:0 warning fallback-missing"));
+             QStringLiteral("Lang/Lang.ini:5 error incomplete\n"
+                            "Lang/first/Zendel.qm:0 error qm-foreign"));
+}
+
+void tst_langcheck::percentInTheApplicationFolder()
+{
+    const QString folder = Deployment::path(QStringLiteral("Lang/a%2b"));
+    QVERIFY(QDir().mkpath(folder + QStringLiteral("/Lang")));
+    Deployment::writeCatalogue(kGood);
+    QVERIFY(QFile::rename(Deployment::path(QStringLiteral("Lang/Lang.ini")),
+                          folder + QStringLiteral("/Lang/Lang.ini")));
+    QVERIFY(shortForms(checkDeployment(folder))
+                .startsWith(QStringLiteral(".:0 error application-folder\n")));
 }
 
 void tst_langcheck::missingCatalogue()
@@ -411,7 +503,7 @@ public:
             oneOf({"[LANG_MGR]", "[LANG_MGR]", "[LANG_MGR]", "[LANG_MGR]", "[lang_mgr]"}) + end();
         for (int lines = below(40); lines > 0; --lines)
             text += line() + end();
-        switch (below(5)) {
+        switch (below(7)) {
         case 0:
             return Deployment::utf16(QChar(QChar::ByteOrderMark) + text);
         case 1:
@@ -420,10 +512,32 @@ public:
             return Deployment::utf16(QString(2, QChar(QChar::ByteOrderMark)) + text);
         case 3:
             return text.toUtf8();
+        case 4:
+            return QTextCodec::codecForName("GB2312")->fromUnicode(text);
+        case 5:
+            return text.toUtf8().replace("One", "\xD6");
         default:
             return "\xEF\xBB\xBF" + text.toUtf8();
         }
     }
+
+    /// Puts a translation, another one, something else or nothing into each folder.
+    void makeTranslations()
+    {
+        for (const auto &[folder, name] :
+             {std::make_pair("first", "first"), std::make_pair("second", "second"),
+              std::make_pair("chs", "long_texts")}) {
+            QDir(Deployment::path(QStringLiteral("Lang/") + QLatin1String(folder)))
+                .removeRecursively();
+            const int choice = below(8);
+            if (choice == 0)
+                Deployment::writeTranslation(QLatin1String(folder), "no translation");
+            else if (choice > 1)
+                Deployment::installTranslation(QLatin1String(folder), QLatin1String(name));
+        }
+    }
+
+    bool oneIn(int chances) { return below(chances) == 0; }
 
 private:
     int below(int limit) { return std::uniform_int_distribution<int>(0, limit - 1)(m_random); }
@@ -484,7 +598,6 @@ void tst_langcheck::operatorSeesWhatIsTold()
 #else
     const unsigned int catalogues = 2000;
 #endif
-    Deployment::installTranslation(QStringLiteral("second"), QStringLiteral("second"));
     QLibrary plugin(QStringLiteral(PLUGIN_FILE));
     QVERIFY2(plugin.load(), qPrintable(plugin.errorString()));
     IZendelMgr *const manager =
@@ -492,8 +605,14 @@ void tst_langcheck::operatorSeesWhatIsTold()
     RecordingMachine machine;
 
     int listed = 0; // To know that there was something to compare.
+    int boxesTold = 0;
     for (unsigned int seed = 1; seed <= catalogues; ++seed) {
-        Deployment::writeCatalogue(CatalogueMaker(seed).make());
+        CatalogueMaker maker(seed);
+        maker.makeTranslations();
+        if (maker.oneIn(50))
+            QFile::remove(Deployment::path(QStringLiteral("Lang/Lang.ini")));
+        else
+            Deployment::writeCatalogue(maker.make());
         const Report report = checkDeployment(applicationPath());
 
         QStringList boxes;
@@ -514,6 +633,8 @@ void tst_langcheck::operatorSeesWhatIsTold()
             }
             QCOMPARE(list->currentIndex(), report.selected);
             QCOMPARE(dialog.windowTitle(), translator.translate("DlgSettings", "Settings"));
+            QCOMPARE(dialog.findChild<QPushButton *>()->text(),
+                     translator.translate("PageSetLang", "Change"));
         };
         QVERIFY(manager->Init(&machine));
         QCOMPARE(person.takeBoxes(), boxes);
@@ -521,10 +642,14 @@ void tst_langcheck::operatorSeesWhatIsTold()
         QVERIFY(seen);
         if (QTest::currentTestFailed())
             QFAIL(qPrintable(QStringLiteral("with seed %1").arg(seed)));
+        if (!report.boxes.isEmpty())
+            QCOMPARE(report.exitCode(), 2);
         listed += report.listed.size();
+        boxesTold += report.boxes.size();
         Warnings::take();
     }
     QVERIFY2(listed > static_cast<int>(catalogues) / 2, qPrintable(QString::number(listed)));
+    QVERIFY2(boxesTold > static_cast<int>(catalogues) / 10, qPrintable(QString::number(boxesTold)));
 
     reinterpret_cast<ReleaseInterfaceFunction>(plugin.resolve("ReleaseInterface"))(manager);
     QVERIFY(plugin.unload());
@@ -611,7 +736,7 @@ void tst_langcheck::callsWithoutADeployment_data()
     row("version", {QStringLiteral("--version")}, 0, "langcheck " VERSION "\n");
     row("unknown option", {QStringLiteral("--colour")}, 3, "Unknown option 'colour'");
     row("two folders", {QStringLiteral("."), QStringLiteral(".")}, 3, "More than one folder");
-    row("no folder", {QStringLiteral("no/such")}, 3, "There is no folder no/such");
+    row("no folder", {QStringLiteral("no/such")}, 3, "\"no/such\" is no folder");
 }
 
 void tst_langcheck::callsWithoutADeployment()

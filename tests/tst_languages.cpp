@@ -15,6 +15,7 @@
 #include <QPainter>
 #include <QRawFont>
 #include <QScreen>
+#include <QTabWidget>
 #include <QTest>
 #include <QTextLayout>
 #include <QTranslator>
@@ -65,7 +66,7 @@ private Q_SLOTS:
     void missingGlyphsAreNoticed();
 
 private:
-    void addToSheet(int index, const QString &title, const QList<QPixmap> &pictures);
+    void addToSheet(int index, const QStringList &titles, const QList<QPixmap> &pictures);
 
     QList<LangEntry> m_languages;
     QImage m_sheet;
@@ -73,7 +74,7 @@ private:
 
 namespace {
 
-const QSize kCell(760, 205);
+const QSize kCell(760, 230);
 const int kColumns = 2;
 
 } // namespace
@@ -83,6 +84,8 @@ void tst_languages::initTestCase()
     CTranslatorMgr::instance()->loadLangConfig();
     m_languages = CTranslatorMgr::instance()->visibleLanguages();
     QVERIFY(m_languages.size() >= 22);
+    const QDir folders(QStringLiteral(SAMPLE_DIR "/Lang"));
+    QCOMPARE(folders.entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), m_languages.size());
     const int rows = (m_languages.size() + kColumns - 1) / kColumns;
     m_sheet = QImage(kCell.width() * kColumns, kCell.height() * rows, QImage::Format_RGB32);
     m_sheet.fill(Qt::lightGray);
@@ -115,6 +118,7 @@ void tst_languages::textsAreWhole()
     QVERIFY(!nameIsClipped(dialog, index));
 
     QList<QPixmap> pictures {dialog.grab()};
+    QStringList titles {dialog.windowTitle()};
     for (const auto &[icon, title, text] :
          {std::make_tuple(QMessageBox::Information, "Success", "Change successful!"),
           std::make_tuple(QMessageBox::Critical, "Error", "Change failed!")}) {
@@ -126,33 +130,41 @@ void tst_languages::textsAreWhole()
         QVERIFY(label->height() >= label->sizeHint().height());
         QVERIFY(box.width() < box.screen()->geometry().width());
         pictures += box.grab();
+        titles += box.windowTitle();
     }
 
     for (const char *const text : kPageTexts)
         QVERIFY2(hasAllGlyphs(dialog, pageText(text)), text);
     QVERIFY(hasAllGlyphs(dialog, dialog.windowTitle()));
     QVERIFY(hasAllGlyphs(dialog, lang.name));
-    addToSheet(index, dialog.windowTitle(), pictures);
+    addToSheet(index, titles, pictures);
 }
 
-/// The upper part of the dialog, where all is that it shows, and the boxes beside it.
-void tst_languages::addToSheet(int index, const QString &title, const QList<QPixmap> &pictures)
+/// The upper part of the dialog, where all is that it shows, and the boxes beside it, each below
+/// its title.
+void tst_languages::addToSheet(int index, const QStringList &titles, const QList<QPixmap> &pictures)
 {
     const QPoint corner(index % kColumns * kCell.width(), index / kColumns * kCell.height());
+    const QPoint places[] = {QPoint(10, 0), QPoint(420, 0), QPoint(420, 112)};
     QPainter painter(&m_sheet);
-    painter.drawText(QRect(corner, QSize(kCell.width(), 25)).adjusted(10, 0, -10, 0),
-                     Qt::AlignVCenter | Qt::AlignLeft, title);
-    painter.drawPixmap(corner + QPoint(10, 25), pictures.at(0), QRect(0, 0, 400, 175));
-    painter.drawPixmap(corner + QPoint(420, 25), pictures.at(1));
-    painter.drawPixmap(corner + QPoint(420, 115), pictures.at(2));
+    for (int i = 0; i < pictures.size(); ++i) {
+        const QRect title(corner + places[i], QSize(330, 25));
+        painter.drawText(title, Qt::AlignVCenter | Qt::AlignLeft, titles.at(i));
+        painter.drawPixmap(title.bottomLeft(), pictures.at(i),
+                           i == 0 ? QRect(0, 0, 400, 195) : pictures.at(i).rect());
+    }
 }
 
 void tst_languages::tooLongTextsAreNoticed()
 {
-    const DlgSettings dialog;
+    DlgSettings dialog;
     const QString longText(200, QLatin1Char('x'));
     dialog.findChild<QLabel *>(QStringLiteral("label_info1"))->setText(longText);
     QCOMPARE(clippedTexts(dialog), QStringList(longText));
+    dialog.findChild<QTabWidget *>()->setTabText(0, longText);
+    QCOMPARE(clippedTexts(dialog), QStringList({longText, longText}));
+    dialog.setWindowTitle(longText);
+    QCOMPARE(clippedTexts(dialog), QStringList({longText, longText, longText}));
     dialog.findChild<QComboBox *>()->setItemText(0, longText);
     QVERIFY(nameIsClipped(dialog, 0));
     QVERIFY(!nameIsClipped(dialog, 1));

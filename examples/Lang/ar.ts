@@ -28,7 +28,7 @@
     </message>
     <message>
         <source>Success</source>
-        <translation>تم</translation>
+        <translation>تم بنجاح</translation>
     </message>
     <message>
         <source>Change failed!</source>

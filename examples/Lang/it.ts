@@ -16,7 +16,7 @@
     <name>PageSetLang</name>
     <message>
         <source>Change</source>
-        <translation>Cambia</translation>
+        <translation>Modifica</translation>
     </message>
     <message>
         <source>Language:</source>

@@ -24,7 +24,7 @@
     </message>
     <message>
         <source>Change successful!</source>
-        <translation>เปลี่ยนเรียบร้อยแล้ว</translation>
+        <translation>เปลี่ยนสำเร็จแล้ว</translation>
     </message>
     <message>
         <source>Success</source>

@@ -3,12 +3,11 @@
 #include "lang/ApplicationDir.h"
 #include "lang/CTranslatorMgr.h"
 #include "lang/LangLine.h"
+#include "tools/langcheck/BytesCheck.h"
 
 #include <QFile>
 #include <QTextCodec>
 #include <QTextStream>
-
-#include <algorithm>
 
 namespace {
 
@@ -28,9 +27,10 @@ bool isNumber(const QStringRef &value)
 class LineCheck
 {
 public:
-    LineCheck(QList<Finding> &findings, bool decodable)
+    /// The numbers of the lines, where they are not 1, 2, 3.
+    LineCheck(QList<Finding> &findings, const QVector<int> &numbers)
         : m_findings(findings)
-        , m_decodable(decodable)
+        , m_numbers(numbers)
     {
     }
 
@@ -38,20 +38,26 @@ public:
 
     void check(const QString &text)
     {
-        ++m_line;
-        if (text.contains(QLatin1Char('\r'))) {
+        m_line = m_numbers.value(m_count, m_count + 1);
+        ++m_count;
+        const QString trimmed = text.trimmed();
+        if (trimmed.contains(QLatin1Char('\r'))) {
             warn(
                 "carriage-return",
                 QStringLiteral("holds a carriage return with no line feed behind it, which ends no "
                                "line: all that follows it here is part of this line; end the "
                                "lines with CR LF or LF"));
         }
-        if (m_decodable && text.contains(QChar(QChar::ReplacementCharacter))) {
+        if (m_numbers.isEmpty() && text.contains(QChar(QChar::ReplacementCharacter))) {
             add("undecodable", Finding::Error,
-                QStringLiteral("holds bytes that the encoding of the file does not know; save the "
-                               "file as UTF-8 or UTF-16 with a mark"));
+                QStringLiteral("holds bytes that the encoding of the file does not know"));
         }
-        checkLine(LangLine::read(text, m_currentSection), text.trimmed());
+        if (text.startsWith(QChar(QChar::ByteOrderMark))) {
+            warn("second-mark",
+                 QStringLiteral("starts with a byte-order mark that is not the file's own, and "
+                                "makes the line another one than it seems; delete it"));
+        }
+        checkLine(LangLine::read(text, m_currentSection), trimmed);
     }
 
 private:
@@ -65,13 +71,7 @@ private:
             checkHeader(line);
             break;
         case LangLine::Outside:
-            if (text.startsWith(QLatin1Char('['))) {
-                warn("header",
-                     QStringLiteral("is ignored: the header lacks its \"]\"; write [LANG_MGR]"));
-            } else {
-                warn("outside-section",
-                     QStringLiteral("is ignored: it stands outside the section [LANG_MGR]"));
-            }
+            checkOutside(text);
             break;
         case LangLine::NoKey:
             warn("no-key",
@@ -93,8 +93,21 @@ private:
         }
     }
 
+    void checkOutside(const QString &text)
+    {
+        if (!text.startsWith(QLatin1Char('['))) {
+            warn("outside-section",
+                 QStringLiteral("is ignored: it stands outside the section [LANG_MGR]"));
+        } else if (!text.contains(QLatin1Char('\r'))) {
+            warn("header",
+                 QStringLiteral("is ignored: a header must end with its \"]\"; write "
+                                "[LANG_MGR] and nothing behind it"));
+        }
+    }
+
     void checkHeader(const LangLine &line)
     {
+        m_lines.hasSection = m_lines.hasSection || line.key == QLatin1String("LANG_MGR");
         const QString name = line.key.trimmed().toString();
         if (name.compare(QLatin1String("LANG_MGR"), Qt::CaseInsensitive) == 0
             && line.key != QLatin1String("LANG_MGR")) {
@@ -149,6 +162,7 @@ private:
             checkId(line);
         } else if (line.kind == LangLine::Name) {
             checkRepetition(language.name);
+            checkText(line);
         } else if (line.kind == LangLine::Folder) {
             checkRepetition(language.folder);
             checkFolder(line);
@@ -170,19 +184,36 @@ private:
         }
     }
 
+    /// A value is taken as it stands, which its author may not have thought.
+    void checkText(const LangLine &line)
+    {
+        const QString text = line.value.toString();
+        if (text.size() > 1 && text.startsWith(QLatin1Char('"'))
+            && text.endsWith(QLatin1Char('"'))) {
+            warn("quoted-value",
+                 QStringLiteral("has quotation marks that are part of the value; delete them"));
+        }
+        if (text.contains(QLatin1String(" ;")) || text.contains(QLatin1String(" #"))) {
+            warn("comment-in-value",
+                 QStringLiteral(
+                     "has a comment that is part of the value; give it a line of its own"));
+        }
+    }
+
     void checkFolder(const LangLine &line)
     {
+        checkText(line);
         const QString path = line.value.toString().replace(QLatin1Char('\\'), QLatin1Char('/'));
         if (path.split(QLatin1Char('/')).contains(QLatin1String(".."))) {
             warn("folder-dots",
-                 QStringLiteral("leads out of Lang: %1; name a folder that lies in it")
+                 QStringLiteral("goes up with \"..\": %1; name a folder that lies in Lang itself")
                      .arg(quoted(line.value)));
         }
         const bool drive = path.size() > 1 && path.at(1) == QLatin1Char(':');
         if (drive || path.startsWith(QLatin1Char('/'))) {
             warn("folder-absolute",
-                 QStringLiteral("is no absolute path, it is taken for a folder below Lang: %1; "
-                                "write the folder's name alone")
+                 QStringLiteral("is an absolute path, but taken for a folder below Lang: %1; write "
+                                "the folder's name alone")
                      .arg(quoted(line.value)));
         }
         if (line.value.contains(QLatin1Char('%'))) {
@@ -197,8 +228,8 @@ private:
     {
         if (!isNumber(line.value)) {
             warn("show-number",
-                 QStringLiteral("hides the language: %1 is no number; write 1 to show it or 0 to "
-                                "hide it")
+                 QStringLiteral("hides the language: %1 is no number that can be read; write 1 to "
+                                "show it or 0 to hide it")
                      .arg(quoted(line.value)));
         } else if (line.value.toInt() != 0 && line.value.toInt() != 1) {
             warn("show-other",
@@ -226,20 +257,12 @@ private:
     }
 
     QList<Finding> &m_findings;
-    const bool m_decodable; ///< Not if the encoding as a whole is the wrong one.
+    const QVector<int> m_numbers;
+    int m_count = 0;
     int m_line = 0;
     QString m_currentSection;
-    CatalogueLines m_lines {true, 0, {}};
+    CatalogueLines m_lines {true, false, 0, {}};
 };
-
-bool looksLikeUtf8(const QByteArray &bytes)
-{
-    QTextCodec::ConverterState state;
-    QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
-    const bool ascii = std::all_of(bytes.begin(), bytes.end(),
-                                   [](char byte) { return static_cast<signed char>(byte) >= 0; });
-    return !ascii && state.invalidChars == 0 && state.remainingChars == 0;
-}
 
 } // namespace
 
@@ -269,13 +292,12 @@ CatalogueLines checkCatalogue(Report &report)
     const QByteArray bytes = file.readAll();
     file.seek(0);
 
-    QTextCodec *const codec = CTranslatorMgr::detectCodec(&file);
     QTextStream in(&file);
-    in.setCodec(codec);
+    CTranslatorMgr::setEncoding(in);
     QString text = in.readLine();
-    bool decodable = true;
     // The stream knows more marks than the plug-in, and takes the codec that they call for.
     report.encoding = QString::fromLatin1(in.codec()->name());
+    QVector<int> numbers;
     if (report.encoding.startsWith(QLatin1String("UTF"))) {
         const int length = report.encoding == QLatin1String("UTF-8") ? 3
             : report.encoding.startsWith(QLatin1String("UTF-16"))    ? 2
@@ -286,26 +308,18 @@ CatalogueLines checkCatalogue(Report &report)
     } else {
         report.encoding = QStringLiteral("GB2312"); // Its codec may have the name of a superset.
         report.encodingReason = QStringLiteral("it starts with no mark");
-        if (bytes.contains('\0')) {
+        if (looksLikeUtf16(bytes)) {
             addError(
                 "utf16-without-mark",
                 QStringLiteral("looks like UTF-16 but has no mark, so it is read as GB2312 and "
                                "nothing in it is understood; save it with its mark"));
             return {};
         }
-        decodable = !looksLikeUtf8(bytes);
-        if (!decodable) {
-            addError("utf8-without-mark",
-                     QStringLiteral("looks like UTF-8 but has no mark, so it is read as GB2312 and "
-                                    "names show wrong characters; save it with its mark (\"UTF-8 "
-                                    "with BOM\")"));
-        }
+        checkUnmarkedBytes(bytes, report.findings);
+        numbers = unmarkedLineNumbers(bytes);
     }
 
-    // The stream has dropped one mark; the reader drops a second one of UTF-16.
-    if (codec && codec->name() == "UTF-16LE" && text.startsWith(QChar(QChar::ByteOrderMark)))
-        text.remove(0, 1);
-    LineCheck lines(report.findings, decodable);
+    LineCheck lines(report.findings, numbers);
     if (!bytes.isEmpty())
         lines.check(text);
     while (in.readLineInto(&text))

@@ -19,6 +19,7 @@ struct LanguageLines
 struct CatalogueLines
 {
     bool readable = false; ///< Otherwise there is nothing more to say.
+    bool hasSection = false;
     int defaultLine = 0;
     QMap<int, LanguageLines> languages; ///< By number, the hidden ones too.
 };

@@ -12,6 +12,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
+#include <QSet>
 #include <QTranslator>
 
 #include <algorithm>
@@ -45,28 +46,51 @@ public:
 
     void check()
     {
+        checkApplicationDir();
         checkShown();
         checkDefault();
-        checkListed();
+        checkNumbers();
+        checkNames();
         checkTranslations();
-        checkFallback();
     }
 
 private:
+    void checkApplicationDir()
+    {
+        const LangEntry any = m_report.listed.value(0);
+        const QString plain =
+            checkedDir + QLatin1String("/Lang/") + any.folder + QLatin1Char('/') + kQmFileName;
+        if (!any.folder.contains(QLatin1Char('%')) && !any.qmPath.isEmpty()
+            && any.qmPath != plain) {
+            addFile(checkedDir, "application-folder", Finding::Error,
+                    QStringLiteral("the percent sign in the name of this folder makes another path "
+                                   "of each translation's; rename the folder"));
+        }
+    }
+
     void checkShown()
     {
         for (auto it = m_lines.languages.begin(); it != m_lines.languages.end(); ++it) {
             const bool listed =
                 std::any_of(m_report.listed.begin(), m_report.listed.end(),
                             [&it](const LangEntry &lang) { return lang.id == it.key(); });
-            if (it->shown && !listed) {
+            if (it->show == 0) {
+                addLine(it->first(), "show-missing", Finding::Warning,
+                        QStringLiteral("language %1 is hidden, for no line says that it is shown; "
+                                       "write LANG%1_SHOW=1, or 0")
+                            .arg(it.key()));
+            } else if (it->shown && !listed) {
                 addLine(it->show, "incomplete", Finding::Error,
                         QStringLiteral("language %1 is shown but not listed: it lacks a name or a "
                                        "folder; write LANG%1_NAME and LANG%1_FOLDER")
                             .arg(it.key()));
             }
         }
-        if (m_report.listed.isEmpty()) {
+        if (!m_lines.hasSection) {
+            addLine(0, "no-section", Finding::Error,
+                    QStringLiteral("the operator's list is empty: there is no line [LANG_MGR], and "
+                                   "only what stands below it counts"));
+        } else if (m_report.listed.isEmpty()) {
             addLine(0, "no-languages", Finding::Error,
                     QStringLiteral("the operator's list is empty: no language has a name, a folder "
                                    "and SHOW=1"));
@@ -95,9 +119,8 @@ private:
         }
     }
 
-    void checkListed()
+    void checkNumbers()
     {
-        QHash<QString, int> idOfName;
         QHash<int, int> idOfMachineNumber;
         for (const LangEntry &lang : qAsConst(m_report.listed)) {
             const LanguageLines lines = m_lines.languages.value(lang.id);
@@ -118,69 +141,96 @@ private:
                             .arg(machineNumber));
             }
             idOfMachineNumber.insert(machineNumber, lang.id);
+        }
+    }
+
+    void checkNames()
+    {
+        QHash<QString, int> idOfName;
+        const DlgSettings dialog;
+        for (int i = 0; i < m_report.listed.size(); ++i) {
+            const LangEntry &lang = m_report.listed.at(i);
+            const int line = m_lines.languages.value(lang.id).name;
             if (idOfName.contains(lang.name)) {
-                addLine(lines.name, "same-name", Finding::Error,
+                addLine(line, "same-name", Finding::Error,
                         QStringLiteral("language %1 has the name of language %2, and the operator "
                                        "cannot tell them apart")
                             .arg(lang.id)
                             .arg(idOfName.value(lang.name)));
             }
             idOfName.insert(lang.name, lang.id);
-        }
-    }
-
-    void checkTranslations()
-    {
-        QStringList checked;
-        for (int i = 0; i < m_report.listed.size(); ++i) {
-            const LangEntry &lang = m_report.listed.at(i);
-            if (!checked.contains(lang.qmPath) && loadTranslation(lang.qmPath))
-                checkTexts(lang.qmPath);
-            checked += lang.qmPath;
-            if (nameIsClipped(DlgSettings(), i)) {
-                addLine(m_lines.languages.value(lang.id).name, "name-clipped", Finding::Error,
+            if (nameIsClipped(dialog, i)) {
+                addLine(line, "name-clipped", Finding::Error,
                         QStringLiteral("the name is wider than the list; find a shorter one"));
             }
         }
     }
 
-    bool loadTranslation(const QString &path)
+    /// Of the languages that can be chosen, of the default, and the fallback.
+    void checkTranslations()
+    {
+        QSet<QString> checked {QString()};
+        const auto check = [this, &checked](const QString &path, Finding::Severity severity,
+                                            const QString &whenMissing) {
+            if (checked.contains(path))
+                return;
+            checked.insert(path);
+            m_severity = severity;
+            checkTranslation(path, whenMissing);
+        };
+        const QString chsIsSpoken =
+            QStringLiteral("is missing: with this language as default the dialog speaks that of "
+                           "the folder chs; put the compiled translation there");
+        for (const LangEntry &lang : qAsConst(m_report.listed))
+            check(lang.qmPath, Finding::Error, chsIsSpoken);
+        const QString own = CTranslatorMgr::instance()->langFilePath(m_report.defaultLangId);
+        check(own, Finding::Error, chsIsSpoken);
+
+        const bool inUse = !QFileInfo::exists(own);
+        check(checkedDir + QLatin1String("/Lang/chs/") + kQmFileName,
+              inUse ? Finding::Error : Finding::Warning,
+              inUse ? QStringLiteral("is missing, and so is the default's translation: all texts "
+                                     "are empty")
+                    : QStringLiteral("is missing: should the default's translation ever be missing "
+                                     "too, all texts are empty"));
+    }
+
+    void checkTranslation(const QString &path, const QString &whenMissing)
     {
         QFile file(path);
         if (!QFileInfo::exists(path)) {
-            addFile(path, "qm-missing", Finding::Error,
-                    QStringLiteral("is missing: with this language as default the dialog speaks "
-                                   "that of the folder chs; put the compiled translation there"));
-        } else if (!file.open(QIODevice::ReadOnly)) {
-            addFile(path, "qm-unreadable", Finding::Error,
-                    QStringLiteral("cannot be read, and with this language as default all texts "
-                                   "are empty: %1")
-                        .arg(file.errorString()));
+            addFile(path, "qm-missing", m_severity, whenMissing);
+        } else if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) {
+            addFile(path, "qm-unreadable", m_severity,
+                    QStringLiteral("is no file that can be read: where it is needed, all texts are "
+                                   "empty"));
         } else if (!CTranslatorMgr::instance()->loadFile(path)) {
-            addFile(path, "qm-foreign", Finding::Error,
-                    QStringLiteral("is no compiled translation, or a damaged one, and with this "
-                                   "language as default "
-                                   "all texts are empty; compile the .ts file with lrelease"));
+            addFile(path, "qm-foreign", m_severity,
+                    QStringLiteral("is no compiled translation, or a damaged one: where it is "
+                                   "needed, all texts are empty; compile the .ts file with "
+                                   "lrelease"));
         } else {
-            return true;
+            checkTexts(path);
         }
-        return false;
     }
 
     void checkTexts(const QString &path)
     {
         const auto isMissing = [](const auto &text) {
-            return translator()->translate(text.first, text.second).isEmpty();
+            return CTranslatorMgr::instance()
+                ->translator()
+                ->translate(text.first, text.second)
+                .isEmpty();
         };
         if (std::all_of(std::begin(kTexts), std::end(kTexts), isMissing)) {
-            addFile(path, "qm-foreign", Finding::Error,
-                    QStringLiteral("holds no text of this plug-in, so that all are empty with this "
-                                   "language as default; is it another program's?"));
+            addFile(path, "qm-foreign", m_severity,
+                    QStringLiteral("holds no text of this plug-in: where it is needed, all are "
+                                   "empty; is it another program's?"));
             return;
         }
         for (const auto &text : kTexts) {
             if (isMissing(text)) {
-                addFile(path, "text-missing", Finding::Error,
+                addFile(path, "text-missing", m_severity,
                         QStringLiteral("lacks \"%1\" of %2, which shows empty; translate it and "
                                        "compile again")
                             .arg(QLatin1String(text.second), QLatin1String(text.first)));
@@ -188,27 +238,12 @@ private:
         }
         const QStringList clipped = clippedTexts(DlgSettings());
         for (const QString &text : clipped) {
-            addFile(path, "text-clipped", Finding::Error,
+            addFile(path, "text-clipped", m_severity,
                     QStringLiteral("\"%1\" is wider than its place in the dialog; find a shorter "
                                    "word")
                         .arg(text));
         }
     }
-
-    void checkFallback()
-    {
-        const QString path = checkedDir + QLatin1String("/Lang/chs/") + kQmFileName;
-        const bool named =
-            std::any_of(m_report.listed.begin(), m_report.listed.end(),
-                        [&path](const LangEntry &lang) { return lang.qmPath == path; });
-        if (!named && !QFileInfo::exists(path)) {
-            addFile(path, "fallback-missing", Finding::Warning,
-                    QStringLiteral("is missing: should the default's translation ever be missing "
-                                   "too, all texts are empty"));
-        }
-    }
-
-    static QTranslator *translator() { return CTranslatorMgr::instance()->translator(); }
 
     void addLine(int line, const char *kind, Finding::Severity severity, const QString &text)
     {
@@ -225,6 +260,7 @@ private:
 
     Report &m_report;
     const CatalogueLines &m_lines;
+    Finding::Severity m_severity = Finding::Error; ///< Of what is wrong with a translation.
 };
 
 } // namespace
@@ -248,7 +284,7 @@ Report checkDeployment(const QString &applicationDir)
     report.defaultLangId = manager->defaultLangId();
     report.translation = manager->translator()->filePath();
     report.fallback = !report.translation.isEmpty()
-        && report.translation != manager->langFilePath(report.defaultLangId);
+        && !QFileInfo::exists(manager->langFilePath(report.defaultLangId));
     report.selected =
         DlgSettings().findChild<QComboBox *>(QStringLiteral("comboBox_language"))->currentIndex();
 

@@ -59,7 +59,9 @@ int main(int argc, char *argv[])
     const QCommandLineOption json(QStringLiteral("json"),
                                   QStringLiteral("Print one JSON object, for programs."));
     parser.addOption(json);
-    const QCommandLineOption help = parser.addHelpOption();
+    const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
+                                  QStringLiteral("Print this."));
+    parser.addOption(help);
     const QCommandLineOption version = parser.addVersionOption();
     parser.addPositionalArgument(
         QStringLiteral("appdir"),
@@ -82,7 +84,7 @@ int main(int argc, char *argv[])
     const QFileInfo folder(arguments.isEmpty() ? QCoreApplication::applicationDirPath()
                                                : arguments.first());
     if (!folder.isDir())
-        return misused(QStringLiteral("There is no folder %1.").arg(folder.filePath()));
+        return misused(QStringLiteral("\"%1\" is no folder.").arg(folder.filePath()));
 
     const Report report = checkDeployment(folder.canonicalFilePath());
     print(stdout,

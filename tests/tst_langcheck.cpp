@@ -761,7 +761,9 @@ void tst_langcheck::programWritesNothing()
 {
     const auto files = [] {
         QStringList result;
-        QDirIterator it(Deployment::path(QString()), QDir::Files, QDirIterator::Subdirectories);
+        QDirIterator it(Deployment::path(QStringLiteral("Lang")),
+                        QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot,
+                        QDirIterator::Subdirectories);
         while (it.hasNext()) {
             const QFileInfo file(it.next());
             result += file.filePath() + file.lastModified().toString(Qt::ISODateWithMs);
@@ -770,9 +772,16 @@ void tst_langcheck::programWritesNothing()
         return result;
     };
     Deployment::writeCatalogue(kGood);
+    // Nor for temporary files, in a place of their own here, or for the user.
+    const QString temporary = Deployment::path(QStringLiteral("Lang/temporary"));
+    QVERIFY(QDir().mkpath(temporary));
+    qputenv("TMPDIR", QFile::encodeName(temporary));
+    qunsetenv("XDG_RUNTIME_DIR");
     const QStringList before = files();
+    QCOMPARE(before.size(), 8);
     run({applicationPath()}, 0);
     QCOMPARE(files(), before);
+    qunsetenv("TMPDIR");
 }
 
 QTEST_MAIN(tst_langcheck)

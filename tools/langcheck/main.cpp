@@ -44,6 +44,8 @@ int main(int argc, char *argv[])
     // Texts are measured, but nothing is shown, and there may be no display. The font is the one
     // that Qt takes on a display, and is wider than the usual ones of Windows.
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Where Qt would make a folder for its user.
+    qputenv("TMPDIR", "/dev/null");
     const QApplication app(argc, argv);
     QApplication::setFont(QFont(QStringLiteral("Sans Serif"), 9));
 #endif

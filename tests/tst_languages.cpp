@@ -145,10 +145,10 @@ void tst_languages::textsAreWhole()
 void tst_languages::addToSheet(int index, const QStringList &titles, const QList<QPixmap> &pictures)
 {
     const QPoint corner(index % kColumns * kCell.width(), index / kColumns * kCell.height());
-    const QPoint places[] = {QPoint(10, 0), QPoint(420, 0), QPoint(420, 112)};
+    const QList<QPoint> places {QPoint(10, 0), QPoint(420, 0), QPoint(420, 112)};
     QPainter painter(&m_sheet);
     for (int i = 0; i < pictures.size(); ++i) {
-        const QRect title(corner + places[i], QSize(330, 25));
+        const QRect title(corner + places.at(i), QSize(330, 25));
         painter.drawText(title, Qt::AlignVCenter | Qt::AlignLeft, titles.at(i));
         painter.drawPixmap(title.bottomLeft(), pictures.at(i),
                            i == 0 ? QRect(0, 0, 400, 195) : pictures.at(i).rect());

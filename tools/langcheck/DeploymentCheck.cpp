@@ -170,8 +170,8 @@ private:
     void checkTranslations()
     {
         QSet<QString> checked {QString()};
-        const auto check = [this, &checked](const QString &path, Finding::Severity severity,
-                                            const QString &whenMissing) {
+        const auto checkOnce = [this, &checked](const QString &path, Finding::Severity severity,
+                                                const QString &whenMissing) {
             if (checked.contains(path))
                 return;
             checked.insert(path);
@@ -182,17 +182,18 @@ private:
             QStringLiteral("is missing: with this language as default the dialog speaks that of "
                            "the folder chs; put the compiled translation there");
         for (const LangEntry &lang : qAsConst(m_report.listed))
-            check(lang.qmPath, Finding::Error, chsIsSpoken);
+            checkOnce(lang.qmPath, Finding::Error, chsIsSpoken);
         const QString own = CTranslatorMgr::instance()->langFilePath(m_report.defaultLangId);
-        check(own, Finding::Error, chsIsSpoken);
+        checkOnce(own, Finding::Error, chsIsSpoken);
 
         const bool inUse = !QFileInfo::exists(own);
-        check(checkedDir + QLatin1String("/Lang/chs/") + kQmFileName,
-              inUse ? Finding::Error : Finding::Warning,
-              inUse ? QStringLiteral("is missing, and so is the default's translation: all texts "
-                                     "are empty")
-                    : QStringLiteral("is missing: should the default's translation ever be missing "
-                                     "too, all texts are empty"));
+        checkOnce(
+            checkedDir + QLatin1String("/Lang/chs/") + kQmFileName,
+            inUse ? Finding::Error : Finding::Warning,
+            inUse ? QStringLiteral("is missing, and so is the default's translation: all texts "
+                                   "are empty")
+                  : QStringLiteral("is missing: should the default's translation ever be missing "
+                                   "too, all texts are empty"));
     }
 
     void checkTranslation(const QString &path, const QString &whenMissing)

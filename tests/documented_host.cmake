@@ -31,10 +31,13 @@ build_outside(${folder} ${folder}/source
     -DCMAKE_PROJECT_INCLUDE=${SOURCE_DIR}/tests/documented_host/operator.cmake)
 file(GLOB program ${folder}/build/small_host ${folder}/build/small_host.exe)
 
-# run_program(EXIT_CODE OUTPUT)
+# run_program(EXIT_CODE OUTPUT): by files, for a pipe would stay open as long as the desktop that Wine
+# may start with the program.
 function(run_program exit_code output)
     execute_process(COMMAND ${LAUNCHER} ${program} TIMEOUT 120
-                    RESULT_VARIABLE result OUTPUT_VARIABLE printed ERROR_VARIABLE errors)
+                    RESULT_VARIABLE result OUTPUT_FILE ${folder}/printed.txt ERROR_FILE ${folder}/errors.txt)
+    file(READ ${folder}/printed.txt printed)
+    file(READ ${folder}/errors.txt errors)
     string(REPLACE "\r" "" printed "${printed}")
     if(NOT result STREQUAL exit_code OR NOT printed STREQUAL output)
         message(FATAL_ERROR "The program ended with ${result}, not ${exit_code}, and printed\n"

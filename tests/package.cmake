@@ -65,9 +65,11 @@ if(NOT count EQUAL 5)
     message(SEND_ERROR "The tour of the demo left ${pictures}")
 endif()
 
-# The checker, in the same folder and with the same DLLs alone.
+# The checker, in the same folder and with the same DLLs alone. A pipe would stay open as long as the
+# desktop that Wine may start with it.
 execute_process(COMMAND ${CMAKE_COMMAND} -E env --unset=WINEPATH ${LAUNCHER} ${demo}/langcheck.exe
-                OUTPUT_VARIABLE output RESULT_VARIABLE result)
+                OUTPUT_FILE ${folder}/langcheck.txt RESULT_VARIABLE result)
+file(READ ${folder}/langcheck.txt output)
 if(NOT result EQUAL 0 OR NOT output MATCHES "0 errors, 0 warnings")
     message(SEND_ERROR "langcheck ended with ${result} and said\n${output}")
 endif()

@@ -13,11 +13,13 @@ if [[ ${1-} == windows ]]; then
 fi
 
 tools/install-packages.sh "$platform"
+fresh_qt=()
 if [[ $platform == windows ]]; then
+    fresh_qt=(-U 'Qt5*_DIR') # Where an earlier recipe's Qt may still be noted.
     ZENDEL_QT_WINDOWS=$(tools/qt-windows.sh)
     export ZENDEL_QT_WINDOWS
 fi
-cmake --preset "$platform" -U 'Qt5*_DIR'
+cmake --preset "$platform" "${fresh_qt[@]}"
 cmake --build --preset "$platform"
 
 has_display=${DISPLAY-}

@@ -62,8 +62,10 @@ bool CTranslatorMgr::loadFile(const QString &fileName)
 
     // Qt would crash or hang over a damaged file at the first text, and the host with it.
     QFile file(m_translator->filePath());
-    if (file.open(QIODevice::ReadOnly) && isSoundQmFile(file.readAll()))
-        return true;
+    if (file.open(QIODevice::ReadOnly)) {
+        if (isSoundQmFile(file.readAll()))
+            return true;
+    }
     m_translator->load(nullptr, 0); // Empties it.
     return false;
 }

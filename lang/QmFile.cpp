@@ -95,7 +95,9 @@ bool isSoundQmFile(const QByteArray &bytes)
         return false;
     const QByteArray hashes = found.value(Hashes);
     const QByteArray messages = found.value(Messages);
-    for (int position = 0; position + 8 <= hashes.size(); position += 8) {
+    if (hashes.size() % 8 != 0)
+        return false;
+    for (int position = 0; position < hashes.size(); position += 8) {
         if (!isWholeRecord(messages, number(hashes, position + 4)))
             return false;
     }

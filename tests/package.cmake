@@ -31,6 +31,7 @@ endfunction()
 
 unpack(Zendel-${VERSION}-win64.zip ${folder}/plugin
     README.md
+    docs/developer.md
     docs/dialog.png
     docs/host-developer.md
     docs/languages.png

@@ -79,25 +79,25 @@ void *replaceImport(HMODULE module, const char *function, void *replacement)
     return nullptr;
 }
 
-WINBOOL WINAPI recordEnableWindow(HWND window, WINBOOL enable)
+BOOL WINAPI recordEnableWindow(HWND window, BOOL enable)
 {
     calls += QStringLiteral("EnableWindow(%1, %2)").arg(nameOf(window)).arg(enable);
     return EnableWindow(window, enable);
 }
 
-WINBOOL WINAPI recordGetWindowRect(HWND window, RECT *rect)
+BOOL WINAPI recordGetWindowRect(HWND window, RECT *rect)
 {
     calls += QStringLiteral("GetWindowRect(%1)").arg(nameOf(window));
     return GetWindowRect(window, rect);
 }
 
-WINBOOL WINAPI recordSetForegroundWindow(HWND window)
+BOOL WINAPI recordSetForegroundWindow(HWND window)
 {
     calls += QStringLiteral("SetForegroundWindow(%1)").arg(nameOf(window));
     return SetForegroundWindow(window);
 }
 
-WINBOOL WINAPI recordBringWindowToTop(HWND window)
+BOOL WINAPI recordBringWindowToTop(HWND window)
 {
     calls += QStringLiteral("BringWindowToTop(%1)").arg(nameOf(window));
     return BringWindowToTop(window);
@@ -165,7 +165,7 @@ struct Resources
     qint64 privateBytes = 0;
 };
 
-WINBOOL CALLBACK countWindow(HWND /*window*/, LPARAM count)
+BOOL CALLBACK countWindow(HWND /*window*/, LPARAM count)
 {
     ++*reinterpret_cast<qint64 *>(count);
     return TRUE;

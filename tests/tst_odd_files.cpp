@@ -325,9 +325,10 @@ void tst_odd_files::pipeAsCatalogueIsWaitedFor()
         waited = write(file, lines.constData(), size_t(lines.size())) == lines.size();
         close(file);
     });
-    QVERIFY(m_mgr->Init(&m_machine));
+    const bool initialized = m_mgr->Init(&m_machine);
     stop = true;
     writer.join();
+    QVERIFY(initialized);
     QVERIFY(waited);
     QCOMPARE(dialogTexts(), QStringList({QStringLiteral("1 Settings"), QStringLiteral("One")}));
 }

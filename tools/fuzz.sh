@@ -7,6 +7,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds=${1-60}
 
+tools/install-packages.sh linux
 cmake --preset linux-fuzz
 cmake --build --preset linux-fuzz
 

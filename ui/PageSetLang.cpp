@@ -69,7 +69,7 @@ void PageSetLang::fillLangList()
             items.last()->setData(lang.id, Qt::UserRole);
         }
     }
-    // All at once, since the box looks through itself at each insertion.
+    // All at once, since the box looks through itself at each insertion. The model owns them then.
     auto *const model = static_cast<QStandardItemModel *>(ui->comboBox_language->model());
     model->invisibleRootItem()->appendRows(items);
 

@@ -104,7 +104,8 @@ void CTranslatorMgr::loadLangConfig()
 
     const QString configPath = applicationDir() + QLatin1String("/Lang/Lang.ini");
     QFile file(configPath);
-    if (!file.open(QIODevice::ReadOnly)) {
+    // To open what is no file may last for ever: a named pipe waits for someone at its other end.
+    if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly)) {
         // No blank before the path, deliberately.
         QMessageBox::warning(nullptr, QLatin1String("Warning"),
                              QLatin1String("Failed to open INI file:") + configPath,

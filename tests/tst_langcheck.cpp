@@ -100,6 +100,7 @@ private Q_SLOTS:
     void defaultWithoutANameIsLookedAt();
     void percentInTheApplicationFolder();
     void missingCatalogue();
+    void unreadableCatalogue();
     void everyEncodingIsNamed_data();
     void everyEncodingIsNamed();
     void boxesAreToldWordForWord();
@@ -373,6 +374,14 @@ void tst_langcheck::missingCatalogue()
              QStringLiteral("Failed to open INI file:")
                  + Deployment::path(QStringLiteral("Lang/Lang.ini")));
     QCOMPARE(report.selected, -1);
+}
+
+void tst_langcheck::unreadableCatalogue()
+{
+    QVERIFY(QDir().mkpath(Deployment::path(QStringLiteral("Lang/Lang.ini"))));
+    const Report report = checkDeployment(applicationPath());
+    QCOMPARE(shortForms(report), QStringLiteral("Lang/Lang.ini:0 error catalogue-unreadable"));
+    QVERIFY(report.findings.first().text.contains(QLatin1String("no file")));
 }
 
 void tst_langcheck::everyEncodingIsNamed_data()
@@ -686,8 +695,6 @@ void tst_langcheck::programPrintsFindingsAsCompilersDo()
 
     QVERIFY(QDir(Deployment::path(QStringLiteral("Lang"))).removeRecursively());
     const QString path = applicationPath();
-    QFile file(Deployment::path(QStringLiteral("Lang/Lang.ini")));
-    QVERIFY(!file.open(QIODevice::ReadOnly));
     QCOMPARE(
         QString::fromUtf8(run({path}, 2)),
         QStringLiteral(
@@ -699,10 +706,10 @@ void tst_langcheck::programPrintsFindingsAsCompilersDo()
             "              critical, \"Error\": Cannot find the \"\" file\n"
             "              warning, \"Warning\": Load translator file%1/Lang/chs/Zendel.qmfailed!\n"
             "\n"
-            "Lang/Lang.ini: error: cannot be opened, so there are no languages: %2 "
+            "Lang/Lang.ini: error: is missing, so there are no languages "
             "[catalogue-unreadable]\n"
             "1 error, 0 warnings\n")
-            .arg(path, file.errorString()));
+            .arg(path));
 }
 
 void tst_langcheck::programPrintsJson()

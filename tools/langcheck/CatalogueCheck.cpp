@@ -6,6 +6,7 @@
 #include "tools/langcheck/BytesCheck.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QTextCodec>
 #include <QTextStream>
 
@@ -283,10 +284,11 @@ CatalogueLines checkCatalogue(Report &report)
             {QStringLiteral("Lang/Lang.ini"), 0, Finding::Error, QLatin1String(kind), text});
     };
     QFile file(applicationDir() + QLatin1String("/Lang/Lang.ini"));
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly)) {
         addError("catalogue-unreadable",
-                 QStringLiteral("cannot be opened, so there are no languages: %1")
-                     .arg(file.errorString()));
+                 QStringLiteral("%1, so there are no languages")
+                     .arg(file.exists() ? QStringLiteral("is no file that can be read")
+                                        : QStringLiteral("is missing")));
         return {};
     }
     const QByteArray bytes = file.readAll();

@@ -105,7 +105,8 @@ void CTranslatorMgr::loadLangConfig()
     const QString configPath = applicationDir() + QLatin1String("/Lang/Lang.ini");
     QFile file(configPath);
     // To open what is no file may last for ever: a named pipe waits for someone at its other end.
-    if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly)) {
+    const bool isFile = QFileInfo(file).isFile();
+    if (!isFile || !file.open(QIODevice::ReadOnly)) {
         // No blank before the path, deliberately.
         QMessageBox::warning(nullptr, QLatin1String("Warning"),
                              QLatin1String("Failed to open INI file:") + configPath,

@@ -1,7 +1,8 @@
 #include "lang/CTranslatorMgr.h"
 
 #include "lang/ApplicationDir.h"
-#include "lang/LangLine.h"
+#include "lang/Catalogue.h"
+#include "lang/OpenFile.h"
 #include "lang/QmFile.h"
 
 #include <QFile>
@@ -17,11 +18,15 @@ const QString kQmFileName = QLatin1String("Zendel.qm");
 
 CTranslatorMgr::CTranslatorMgr(QObject *parent)
     : QObject(parent)
-    , m_translator(std::make_unique<QTranslator>())
+    , m_translator(new QTranslator)
 {
 }
 
-CTranslatorMgr::~CTranslatorMgr() = default;
+CTranslatorMgr::~CTranslatorMgr()
+{
+    delete m_translator;
+    m_translator = nullptr;
+}
 
 CTranslatorMgr *CTranslatorMgr::instance()
 {
@@ -47,27 +52,12 @@ void CTranslatorMgr::loadTranslator()
 
     // Loading a missing file is tried all the same: that empties the translator. The message has
     // no blanks around the path, deliberately.
-    if (!loadFile(strLangFilePath)) {
+    if (!loadQmFile(*m_translator, strLangFilePath)) {
         QMessageBox::warning(nullptr, QLatin1String("Warning"),
                              QLatin1String("Load translator file") + strLangFilePath
                                  + QLatin1String("failed!"),
                              QMessageBox::Ok);
     }
-}
-
-bool CTranslatorMgr::loadFile(const QString &fileName)
-{
-    if (!m_translator->load(fileName))
-        return false;
-
-    // Qt would crash or hang over a damaged file at the first text, and the host with it.
-    QFile file(m_translator->filePath());
-    if (file.open(QIODevice::ReadOnly)) {
-        if (isSoundQmFile(file.readAll()))
-            return true;
-    }
-    m_translator->load(nullptr, 0); // Empties it.
-    return false;
 }
 
 int CTranslatorMgr::defaultLangId() const
@@ -104,10 +94,8 @@ void CTranslatorMgr::loadLangConfig()
 
     const QString configPath = applicationDir() + QLatin1String("/Lang/Lang.ini");
     QFile file(configPath);
-    // To open what is no file may last for ever: a named pipe waits for someone at its other end.
-    const bool isFile = QFileInfo(file).isFile();
-    if (!isFile || !file.open(QIODevice::ReadOnly)) {
-        // No blank before the path, deliberately.
+    if (!openForReading(file)) {
+        // Deliberate: no space before the path.
         QMessageBox::warning(nullptr, QLatin1String("Warning"),
                              QLatin1String("Failed to open INI file:") + configPath,
                              QMessageBox::Ok);
@@ -115,38 +103,11 @@ void CTranslatorMgr::loadLangConfig()
     }
 
     QTextStream in(&file);
-    setEncoding(in);
-
-    // The directory first, and only then the folder and the file name: a placeholder inside the
-    // directory or the folder is replaced too.
-    const QString pathTemplate = QString(QLatin1String("%1/Lang/%2/%3")).arg(applicationDir());
-    QString currentSection;
-    QString text;
-    while (in.readLineInto(&text)) {
-        const LangLine line = LangLine::read(text, currentSection);
-        if (line.kind == LangLine::Default)
-            m_defaultLangId = line.value.toInt();
-        else if (line.kind >= LangLine::Id)
-            readKeyLine(line, pathTemplate);
-    }
+    setCatalogueCodec(in, detectCodec(&file));
+    readCatalogue(in, m_defaultLangId, m_langMap);
 
     file.close();
     m_loaded = true;
-}
-
-void CTranslatorMgr::setEncoding(QTextStream &in)
-{
-    // A Qt without the codec leaves the stream at its default one.
-    QTextCodec *const codec = detectCodec(in.device());
-    in.setCodec(codec);
-    if (codec && codec->name() == "UTF-16LE") {
-        // Whether the stream has swallowed the mark or not: a mark that comes out is dropped, and
-        // anything else is put back.
-        QChar bom;
-        in >> bom;
-        if (bom != QChar(QChar::ByteOrderMark))
-            in.seek(0);
-    }
 }
 
 QTextCodec *CTranslatorMgr::detectCodec(QIODevice *device)
@@ -157,19 +118,4 @@ QTextCodec *CTranslatorMgr::detectCodec(QIODevice *device)
     if (header.startsWith("\xEF\xBB\xBF"))
         return QTextCodec::codecForName("UTF-8");
     return QTextCodec::codecForName("GB2312");
-}
-
-void CTranslatorMgr::readKeyLine(const LangLine &line, const QString &pathTemplate)
-{
-    // Any field creates the record, ID too; the value of ID itself is deliberately never read.
-    LangEntry &lang = m_langMap[line.langId];
-    lang.id = line.langId;
-    if (line.kind == LangLine::Name) {
-        lang.name = line.value.toString();
-    } else if (line.kind == LangLine::Folder) {
-        lang.folder = line.value.toString();
-        lang.qmPath = pathTemplate.arg(lang.folder).arg(kQmFileName);
-    } else if (line.kind == LangLine::Show) {
-        lang.show = line.value.toInt() == 1;
-    }
 }

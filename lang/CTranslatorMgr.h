@@ -9,13 +9,9 @@
 #include <QMap>
 #include <QObject>
 
-#include <memory>
-
 class QIODevice;
 class QTextCodec;
-class QTextStream;
 class QTranslator;
-struct LangLine;
 
 /// File name of a compiled translation, the same in every language's folder.
 extern const QString kQmFileName;
@@ -38,16 +34,12 @@ public:
     static CTranslatorMgr *instance();
 
     /// The translator, always the same object; owned by the manager, never null.
-    QTranslator *translator() const { return m_translator.get(); }
+    QTranslator *translator() const { return m_translator; }
 
     /// Reads the catalogue again and loads the translation of its default language, or that of
     /// the folder chs where the default is not in the catalogue, is hidden or has no file.
     /// Failures are shown in message boxes; one to load leaves the translator empty.
     void loadTranslator();
-
-    /// Loads a translation file and returns true; or returns false, with the translator empty, for
-    /// a file that is missing, damaged or no translation.
-    bool loadFile(const QString &fileName);
 
     /// The number that the catalogue names as default, which need not be one of its languages;
     /// 0 while no catalogue is loaded.
@@ -64,17 +56,12 @@ public:
     /// warning box, when the file cannot be opened. Lines that make no sense are skipped.
     void loadLangConfig();
 
-    /// Prepares a stream that is just opened over a catalogue: gives it the codec that the first
-    /// bytes call for, and takes the mark of UTF-16 away.
-    static void setEncoding(QTextStream &in);
+    /// Returns the codec that the first bytes of @p device, an opened catalogue, call for: UTF-16LE
+    /// or UTF-8 after their BOM, otherwise GB2312. Null if Qt lacks it. Consumes nothing.
+    static QTextCodec *detectCodec(QIODevice *device);
 
 private:
-    friend class tst_CTranslatorMgr;
-
-    static QTextCodec *detectCodec(QIODevice *device);
-    void readKeyLine(const LangLine &line, const QString &pathTemplate);
-
-    const std::unique_ptr<QTranslator> m_translator;
+    QTranslator *m_translator;
     bool m_loaded = false;
     int m_defaultLangId = 0;
     QMap<int, LangEntry> m_langMap;

@@ -1,57 +1,54 @@
 #include "lang/LangLine.h"
 
-#include <QRegularExpression>
-
-LangLine LangLine::read(const QString &text, QString &currentSection)
+LangLine LangLineReader::read(const QString &text)
 {
     LangLine result;
     const QStringRef line = QStringRef(&text).trimmed();
     if (line.isEmpty())
         return result;
     if (line.startsWith(QLatin1Char(';')) || line.startsWith(QLatin1Char('#'))) {
-        result.kind = Comment;
+        result.kind = LangLine::Comment;
         return result;
     }
     if (line.startsWith(QLatin1Char('[')) && line.endsWith(QLatin1Char(']'))) {
-        result.kind = Header;
+        result.kind = LangLine::Header;
         result.key = line.mid(1, line.size() - 2);
-        currentSection = result.key.toString();
+        m_currentSection = result.key.toString();
         return result;
     }
 
-    const bool inLangMgr = currentSection == QLatin1String("LANG_MGR");
+    const bool inLangMgr = m_currentSection == QLatin1String("LANG_MGR");
     if (!inLangMgr) {
-        result.kind = Outside;
+        result.kind = LangLine::Outside;
         return result;
     }
 
     const int equals = line.indexOf(QLatin1Char('='));
     if (equals <= 0) {
-        result.kind = NoKey;
+        result.kind = LangLine::NoKey;
         return result;
     }
     result.key = line.left(equals).trimmed();
     result.value = line.mid(equals + 1).trimmed();
 
     if (result.key == QLatin1String("DEFAULT")) {
-        result.kind = Default;
+        result.kind = LangLine::Default;
         return result;
     }
-    static const QRegularExpression pattern(QLatin1String("^LANG(\\d+)_(ID|NAME|FOLDER|SHOW)$"));
-    const QRegularExpressionMatch match = pattern.match(result.key);
+    const QRegularExpressionMatch match = m_pattern.match(result.key);
     if (!match.hasMatch()) {
-        result.kind = OtherKey;
+        result.kind = LangLine::OtherKey;
         return result;
     }
     result.langId = match.capturedRef(1).toInt();
     const QStringRef field = match.capturedRef(2);
     if (field == QLatin1String("NAME"))
-        result.kind = Name;
+        result.kind = LangLine::Name;
     else if (field == QLatin1String("FOLDER"))
-        result.kind = Folder;
+        result.kind = LangLine::Folder;
     else if (field == QLatin1String("SHOW"))
-        result.kind = Show;
+        result.kind = LangLine::Show;
     else
-        result.kind = Id;
+        result.kind = LangLine::Id;
     return result;
 }

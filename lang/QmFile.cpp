@@ -1,105 +1,266 @@
 #include "lang/QmFile.h"
 
-#include <QMap>
+#include "lang/SourceTexts.h"
+
+#include <QDataStream>
+#include <QFile>
+#include <QFileInfo>
+#include <QTranslator>
 #include <QtEndian>
+
+#include <algorithm>
+#include <cstring>
+#include <list>
 
 namespace {
 
-const int magicLength = 16;
-
-quint32 number(const QByteArray &bytes, int position)
+quint32 elfHash(const char *text)
 {
-    return qFromBigEndian<quint32>(bytes.constData() + position);
-}
-
-/// The blocks of the file by their tags, as far as Qt reads them.
-QMap<int, QByteArray> blocks(const QByteArray &bytes)
-{
-    QMap<int, QByteArray> result;
-    int position = magicLength;
-    while (position < bytes.size() - 5) {
-        const int tag = uchar(bytes.at(position));
-        const quint32 length = number(bytes, position + 1);
-        position += 5;
-        if (!tag || !length || length > quint32(bytes.size() - position))
-            break;
-        result[tag] = bytes.mid(position, int(length));
-        position += int(length);
+    quint32 hash = 0;
+    for (; *text != '\0'; ++text) {
+        hash = (hash << 4) + static_cast<uchar>(*text);
+        const quint32 high = hash & 0xf0000000U;
+        hash ^= high >> 24;
+        hash &= ~high;
     }
-    return result;
+    return hash == 0 ? 1 : hash;
 }
 
-/// Whether the table of contexts has places, and each names lengths and texts that come to an end
-/// inside the block.
-bool areWholeContexts(const QByteArray &contexts)
+/// Looks texts up in a compiled translation as QTranslator::translate() of Qt 5.15 does, read by
+/// read. A read outside the file, which Qt would not notice, is remembered and gives 0. So does any
+/// read after more of them than a file can need whose records do not overlap: Qt is then going
+/// round in circles. A 0 ends each of the loops below.
+class QmFile
 {
-    if (contexts.isEmpty())
-        return true;
-    if (contexts.size() < 2)
-        return false;
-    const int places = qFromBigEndian<quint16>(contexts.constData());
-    const int texts = 2 + 2 * places;
-    if (places == 0 || contexts.size() < texts)
-        return false;
-    for (int place = 2; place < texts; place += 2) {
-        const int offset = qFromBigEndian<quint16>(contexts.constData() + place);
-        int position = texts + 2 * offset;
-        int length = offset > 0 ? 1 : 0;
-        while (length > 0) {
-            if (position >= contexts.size())
+public:
+    /// Opens a file that Qt has just loaded; @p directory is where its dependencies are looked for.
+    QmFile(const QString &fileName, const QString &directory)
+        : m_file(fileName)
+    {
+        m_failed = !m_file.open(QIODevice::ReadOnly);
+        m_size = m_file.size();
+        // On Unix, Qt has mapped the same pages.
+        m_bytes = m_failed ? nullptr : m_file.map(0, m_size);
+        if (!m_bytes) {
+            m_copy = m_file.readAll();
+            m_bytes = reinterpret_cast<const uchar *>(m_copy.constData());
+            m_size = m_copy.size();
+        }
+        m_readsLeft = 2 * m_size + 1000;
+        readBlocks(directory);
+    }
+
+    /// Returns whether the file or one of its dependencies has @p text.
+    bool lookUp(const SourceText &text)
+    {
+        if (m_hashes.length > 0) {
+            if (isRuledOut(text.context))
                 return false;
-            length = uchar(contexts.at(position));
-            position += 1 + length;
+            if (findByHash(text))
+                return true;
+        }
+        return std::any_of(m_dependencies.begin(), m_dependencies.end(),
+                           [&text](QmFile &file) { return file.lookUp(text); });
+    }
+
+    /// Returns whether any look-up so far would have made Qt crash or hang.
+    bool hasFailed() const
+    {
+        return m_failed
+            || std::any_of(m_dependencies.begin(), m_dependencies.end(),
+                           [](const QmFile &file) { return file.hasFailed(); });
+    }
+
+private:
+    struct Block
+    {
+        qint64 start = 0;
+        qint64 length = 0;
+    };
+
+    template<typename Number>
+    Number number(qint64 position)
+    {
+        const bool inside = position >= 0 && position <= m_size - qint64(sizeof(Number));
+        if (!inside || --m_readsLeft < 0)
+            m_failed = true;
+        return m_failed ? 0 : qFromBigEndian<Number>(m_bytes + position);
+    }
+
+    bool matches(qint64 position, quint32 length, const char *text)
+    {
+        if (length > 0 && number<quint8>(position + length - 1) == 0)
+            --length;
+        return !m_failed && length == std::strlen(text)
+            && std::memcmp(m_bytes + position, text, length) == 0;
+    }
+
+    void readBlocks(const QString &directory)
+    {
+        enum Tag { Contexts = 0x2f, Hashes = 0x42, Messages = 0x69, Dependencies = 0x96 };
+
+        qint64 position = 16; // After the magic number
+        while (position < m_size - 5) {
+            const int tag = number<quint8>(position);
+            const Block block {position + 5, number<quint32>(position + 1)};
+            position = block.start + block.length;
+            if (tag == 0 || block.length == 0)
+                break;
+            if (position > m_size) {
+                m_failed = true; // Another file than Qt has loaded
+                break;
+            }
+            if (tag == Contexts)
+                m_contexts = block;
+            else if (tag == Hashes)
+                m_hashes = block;
+            else if (tag == Messages)
+                m_messages = block;
+            else if (tag == Dependencies)
+                readDependencies(block, directory);
         }
     }
-    return true;
-}
 
-/// Whether the record at @p position of the messages comes to its end, through fields that lie
-/// inside the block.
-bool isWholeRecord(const QByteArray &messages, quint32 position)
-{
-    enum Tag { Translation = 3, Obsolete = 5, SourceText = 6, Context = 7, Comment = 8 };
+    void readDependencies(const Block &block, const QString &directory)
+    {
+        QDataStream stream(QByteArray::fromRawData(
+            reinterpret_cast<const char *>(m_bytes + block.start), static_cast<int>(block.length)));
+        QString name;
+        while (!stream.atEnd()) {
+            stream >> name;
+            QTranslator translator; // Finds the file as it did for Qt.
+            m_failed = !translator.load(name, directory) || m_failed;
+            m_dependencies.emplace_back(translator.filePath(), directory);
+        }
+    }
 
-    const quint32 noText = 0xFFFFFFFF;
-    const auto size = quint32(messages.size());
-    while (position < size) {
-        const int tag = uchar(messages.at(int(position++)));
-        if (tag == Obsolete) {
+    /// Returns whether the file has a table of contexts without @p context.
+    bool isRuledOut(const char *context)
+    {
+        if (m_contexts.length == 0)
+            return false;
+        if (qstrcmp(context, m_context) == 0) // As for the text before
+            return m_contextIsRuledOut;
+
+        m_context = context;
+        m_contextIsRuledOut = true;
+        const quint32 buckets = number<quint16>(m_contexts.start);
+        if (buckets == 0) {
+            m_failed = true; // Qt divides by it.
+            return true;
+        }
+        const qint64 bucket = m_contexts.start + 2 + 2 * qint64(elfHash(context) % buckets);
+        const quint16 offset = number<quint16>(bucket);
+        if (offset == 0)
+            return true;
+        qint64 position = m_contexts.start + 2 + 2 * qint64(buckets) + 2 * qint64(offset);
+        while (const quint32 length = number<quint8>(position++)) {
+            if (matches(position, length, context)) {
+                m_contextIsRuledOut = false;
+                break;
+            }
+            position += length;
+        }
+        return m_contextIsRuledOut;
+    }
+
+    bool findByHash(const SourceText &text)
+    {
+        const quint32 hash = elfHash(text.text);
+        qint64 entry = m_hashes.start;
+        qint64 last = m_hashes.start + m_hashes.length / 8 * 8 - 8;
+        while (entry <= last) {
+            const qint64 middle = entry + (last - entry) / 16 * 8;
+            const auto found = number<quint32>(middle);
+            if (found == hash) {
+                entry = middle;
+                break;
+            }
+            if (found < hash)
+                entry = middle + 8;
+            else
+                last = middle - 8;
+        }
+        if (entry > last)
+            return false;
+
+        while (entry != m_hashes.start && number<quint32>(entry) == number<quint32>(entry - 8)
+               && !m_failed)
+            entry -= 8;
+        for (; entry < m_hashes.start + m_hashes.length; entry += 8) {
+            if (number<quint32>(entry) != hash)
+                break;
+            if (findInRecord(m_messages.start + number<quint32>(entry + 4), text))
+                return true;
+        }
+        return false;
+    }
+
+    bool findInRecord(qint64 position, const SourceText &text)
+    {
+        enum Tag { End = 1, Translation = 3, Obsolete = 5, Source = 6, Context = 7, Comment = 8 };
+
+        Block translation;
+        for (;;) {
+            const bool inBlock = position < m_messages.start + m_messages.length;
+            const int tag = inBlock ? number<quint8>(position++) : 0;
+            if (tag == End)
+                break;
+            if (tag == Obsolete) {
+                position += 4;
+                continue;
+            }
+            if (tag != Translation && tag != Source && tag != Context && tag != Comment)
+                return false;
+
+            const auto length = number<quint32>(position);
             position += 4;
-            continue;
+            if (tag == Translation) {
+                if (translation.start == 0)
+                    translation = {position, length};
+                position += static_cast<qint32>(length); // Signed: it may lead back.
+                continue;
+            }
+            if ((tag == Source && !matches(position, length, text.text))
+                || (tag == Context && !matches(position, length, text.context))
+                || (tag == Comment && number<quint8>(position) != 0
+                    && !matches(position, length, "")))
+                return false;
+            position += length;
         }
-        if (tag != Translation && tag != SourceText && tag != Context && tag != Comment)
-            return true; // The end of the record, or what Qt takes for it.
-        if (size - position <= 4)
+        if (translation.start == 0)
             return false;
-        const quint32 length = number(messages, int(position));
-        if (tag == Translation && length == noText)
-            return true; // Qt takes the last byte of this length for the next tag and gives up.
-        position += 4;
-        if (length >= size - position)
-            return false;
-        position += length;
+        if (translation.start + translation.length / 2 * 2 > m_size)
+            m_failed = true;
+        return true;
     }
-    return true;
-}
+
+    QFile m_file;
+    QByteArray m_copy; ///< Of a file that can't be mapped.
+    const uchar *m_bytes = nullptr;
+    qint64 m_size = 0;
+    qint64 m_readsLeft = 0;
+    bool m_failed = false;
+    Block m_contexts;
+    Block m_hashes;
+    Block m_messages;
+    const char *m_context = nullptr; ///< Whether it is ruled out, is known.
+    bool m_contextIsRuledOut = false;
+    std::list<QmFile> m_dependencies;
+};
 
 } // namespace
 
-bool isSoundQmFile(const QByteArray &bytes)
+bool loadQmFile(QTranslator &translator, const QString &fileName)
 {
-    enum Tag { Contexts = 0x2f, Hashes = 0x42, Messages = 0x69 };
+    if (!translator.load(fileName))
+        return false;
 
-    const QMap<int, QByteArray> found = blocks(bytes);
-    if (!areWholeContexts(found.value(Contexts)))
-        return false;
-    const QByteArray hashes = found.value(Hashes);
-    const QByteArray messages = found.value(Messages);
-    if (hashes.size() % 8 != 0)
-        return false;
-    for (int position = 0; position < hashes.size(); position += 8) {
-        if (!isWholeRecord(messages, number(hashes, position + 4)))
-            return false;
-    }
-    return true;
+    QmFile file(translator.filePath(), QFileInfo(translator.filePath()).absolutePath());
+    for (const SourceText &text : kSourceTexts)
+        file.lookUp(text);
+    if (!file.hasFailed())
+        return true;
+    translator.load(nullptr, 0); // Empties it.
+    return false;
 }

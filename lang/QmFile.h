@@ -1,10 +1,13 @@
 #pragma once
 
-#include <QByteArray>
+class QString;
+class QTranslator;
 
-/// Whether a compiled translation can be asked for texts. Loading it, Qt checks the lengths of the
-/// file's blocks only; what lies in them it believes, and where a length or an offset there is
-/// damaged, the first text that is looked up takes it out of the file, or round and round for ever.
-/// Bytes that Qt does not load at all may be either. Other files that this one names as its
-/// dependencies, which lrelease writes only if told so, are not looked at.
-bool isSoundQmFile(const QByteArray &bytes);
+/// Loads the compiled translation @p fileName into @p translator by QTranslator::load(), and
+/// returns true if every text of the plug-in can then be looked up. Otherwise leaves the translator
+/// empty.
+///
+/// QTranslator::load() checks the lengths of a file's blocks and trusts what is inside them, so a
+/// damaged file can make the first look-up crash or never return. A file that Qt loads is refused
+/// only for that reason. What it says about texts of other programs does not matter.
+bool loadQmFile(QTranslator &translator, const QString &fileName);

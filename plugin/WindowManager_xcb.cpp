@@ -1,6 +1,9 @@
 #include "plugin/WindowManager.h"
 
+#include <QGuiApplication>
 #include <QHash>
+#include <QWidget>
+#include <QWindow>
 #include <QX11Info>
 
 #include <xcb/xcb.h>
@@ -9,9 +12,10 @@
 #include <cstdlib>
 #include <memory>
 
-// A handle is an X11 window number here. On a Qt platform other than xcb the handles are no X11
-// windows and there is no connection: every operation does nothing. Every request is checked, so
-// that an error comes back here, where it is dropped, and not to Qt, which would log it.
+// On Qt's platform xcb, a handle is an X11 window number. Every request is checked, so that an
+// error comes back here, where it is dropped, and not to Qt, which would log it. On other platforms
+// (offscreen, Wayland) there is no X11 connection; the handle of a window that this process has
+// made with Qt is served through Qt, in Qt's coordinates, and any other handle is ignored.
 
 namespace {
 
@@ -38,6 +42,19 @@ xcb_window_t toXcb(HWND window)
 bool succeeded(xcb_connection_t *connection, xcb_void_cookie_t cookie)
 {
     return !Reply<xcb_generic_error_t>(xcb_request_check(connection, cookie));
+}
+
+/// Returns the window of this process that Qt knows by this handle, or null.
+QWindow *qtWindow(HWND handle)
+{
+    const auto id = reinterpret_cast<WId>(handle);
+    const QWindowList windows = QGuiApplication::topLevelWindows();
+    for (QWindow *const window : windows) {
+        // Without the first test, winId() would make a native window for each that has none.
+        if (window->handle() && window->winId() == id)
+            return window;
+    }
+    return nullptr;
 }
 
 /// The window that stands for @p window on the root: the frame that the window manager has put
@@ -84,8 +101,12 @@ namespace WindowManager {
 void enableWindow(HWND window, bool enable)
 {
     xcb_connection_t *const connection = xcbConnection();
-    if (!connection)
+    if (!connection) {
+        // Only widgets can be disabled. From other Qt windows, the modal dialog takes the input.
+        if (QWidget *const widget = QWidget::find(reinterpret_cast<WId>(window)))
+            widget->setEnabled(enable);
         return;
+    }
 
     if (!enable)
         coverWindow(connection, toXcb(window));
@@ -96,8 +117,11 @@ void enableWindow(HWND window, bool enable)
 Rect windowRect(HWND window)
 {
     xcb_connection_t *const connection = xcbConnection();
-    if (!connection)
-        return {};
+    if (!connection) {
+        const QWindow *const qt = qtWindow(window);
+        const QRect frame = qt ? qt->frameGeometry() : QRect();
+        return {frame.x(), frame.y(), frame.x() + frame.width(), frame.y() + frame.height()};
+    }
 
     const xcb_window_t frame = frameOf(connection, toXcb(window));
     const Reply<xcb_get_geometry_reply_t> geometry(
@@ -112,8 +136,13 @@ Rect windowRect(HWND window)
 void setForegroundWindow(HWND window)
 {
     xcb_connection_t *const connection = xcbConnection();
-    if (!connection)
+    if (!connection) {
+        if (QWindow *const qt = qtWindow(window)) {
+            qt->raise();
+            qt->requestActivate();
+        }
         return;
+    }
 
     bringWindowToTop(window);
     succeeded(connection,
@@ -124,8 +153,11 @@ void setForegroundWindow(HWND window)
 void bringWindowToTop(HWND window)
 {
     xcb_connection_t *const connection = xcbConnection();
-    if (!connection)
+    if (!connection) {
+        if (QWindow *const qt = qtWindow(window))
+            qt->raise();
         return;
+    }
 
     // Asked of the window and not of its frame: a window manager gets the request and obeys it.
     const quint32 values[] = {XCB_STACK_MODE_ABOVE};

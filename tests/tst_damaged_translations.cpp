@@ -1,11 +1,10 @@
 // Translation files as a failing disk or an aborted copy leaves them, thousands of them made at
 // random. The operator is told that such a file cannot be loaded, or sees what texts it still
-// holds; the host goes on, with the files too that Qt itself does not survive: see isSoundQmFile().
+// holds; the host goes on, with the files too that Qt itself does not survive: see loadQmFile().
 //
 // ZENDEL_STEPS is the number of files, ZENDEL_SEED the seed, ZENDEL_FIRST the number of the first.
 
 #include "lang/CTranslatorMgr.h"
-#include "lang/QmFile.h"
 #include "plugin/CZendelIns.h"
 #include "ui/DlgSettings.h"
 
@@ -94,11 +93,6 @@ class tst_damaged_translations : public QObject
 private Q_SLOTS:
     void initTestCase();
     void undamagedFilesLoad();
-    void tableOfContexts_data();
-    void tableOfContexts();
-    void hashesWithoutTheirEndAreRefused();
-    void blocksThatQtDoesNotReachDoNotMatter_data();
-    void blocksThatQtDoesNotReachDoNotMatter();
     void filesThatQtDoesNotSurviveAreRefused_data();
     void filesThatQtDoesNotSurviveAreRefused();
     void everyFileIsSurvived();
@@ -138,67 +132,12 @@ void tst_damaged_translations::initTestCase()
 void tst_damaged_translations::undamagedFilesLoad()
 {
     for (const QByteArray &original : qAsConst(m_originals)) {
-        QVERIFY(isSoundQmFile(original));
         Deployment::writeTranslation(QStringLiteral("first"), original);
         m_refused = 0;
         loadAndAskForAllTexts();
         QCOMPARE(m_refused, 0);
         QVERIFY(!CTranslatorMgr::instance()->translator()->isEmpty());
     }
-}
-
-/// lrelease writes none into a file as small as ours.
-void tst_damaged_translations::tableOfContexts_data()
-{
-    QTest::addColumn<QByteArray>("block");
-    QTest::addColumn<bool>("sound");
-
-    QTest::newRow("two places, one context")
-        << QByteArray::fromHex("00020000000100000361626300") << true;
-    QTest::newRow("no places, by which Qt divides") << QByteArray::fromHex("0000") << false;
-    QTest::newRow("half a number") << QByteArray::fromHex("00") << false;
-    QTest::newRow("places missing") << QByteArray::fromHex("00020000") << false;
-    QTest::newRow("context behind the end") << QByteArray::fromHex("00010009") << false;
-    QTest::newRow("no end of the list") << QByteArray::fromHex("000100010000036162") << false;
-}
-
-void tst_damaged_translations::tableOfContexts()
-{
-    QFETCH(QByteArray, block);
-    QFETCH(bool, sound);
-
-    const char length = static_cast<char>(block.size());
-    const QByteArray header = QByteArray::fromHex("2f000000") + length;
-    // Qt reads no block in the last few bytes of a file.
-    QCOMPARE(isSoundQmFile(m_originals.first() + header + block + QByteArray(8, '\0')), sound);
-}
-
-/// Qt goes by whole entries of eight bytes, and past the end with the last one.
-void tst_damaged_translations::hashesWithoutTheirEndAreRefused()
-{
-    const QByteArray hashes = QByteArray::fromHex("420000000c") + QByteArray(12, '\xFF');
-    QVERIFY(!isSoundQmFile(m_originals.first() + hashes + QByteArray(8, '\0')));
-}
-
-void tst_damaged_translations::blocksThatQtDoesNotReachDoNotMatter_data()
-{
-    QTest::addColumn<QByteArray>("last");
-    QTest::addColumn<bool>("reached");
-
-    QTest::newRow("behind another block") << QByteArray::fromHex("10000000010a") << true;
-    QTest::newRow("behind tag 0") << QByteArray::fromHex("00000000010a") << false;
-    QTest::newRow("behind an empty block") << QByteArray::fromHex("1000000000") << false;
-    QTest::newRow("in a block without end") << QByteArray::fromHex("10000fffff") << false;
-}
-
-void tst_damaged_translations::blocksThatQtDoesNotReachDoNotMatter()
-{
-    QFETCH(QByteArray, last);
-    QFETCH(bool, reached);
-
-    const QByteArray noPlaces = QByteArray::fromHex("2f000000020000");
-    const QByteArray bytes = m_originals.first() + last + noPlaces + QByteArray(8, '\0');
-    QCOMPARE(isSoundQmFile(bytes), !reached);
 }
 
 void tst_damaged_translations::filesThatQtDoesNotSurviveAreRefused_data()
@@ -215,7 +154,6 @@ void tst_damaged_translations::filesThatQtDoesNotSurviveAreRefused()
 {
     QFETCH(QString, name);
     const QByteArray bytes = contents(QStringLiteral(DAMAGED_FILES "/") + name);
-    QVERIFY(!isSoundQmFile(bytes));
     Deployment::writeTranslation(QStringLiteral("first"), bytes);
     m_refused = 0;
     loadAndAskForAllTexts();

@@ -115,6 +115,7 @@ private Q_SLOTS:
     void pipeAsTranslationIsRefused();
     void translationThatIsReplacedStaysLoaded();
     void catalogueWithoutMeasureIsReadToItsEnd();
+    void filesNeedNotBeWritable();
     void nothingIsEverWritten();
 
 private:
@@ -202,6 +203,7 @@ void tst_odd_files::whatTheOperatorSees_data()
     const QStringList silentLanguages {QString(), QStringLiteral("One"), QStringLiteral("Two")};
     // Where the catalogue alone is missing too: there is no folder chs.
     const QStringList noFiles {openFailed(), notFound(QString()), loadFailed(chsFile)};
+    const QStringList emptyCatalogue {notFound(QString()), loadFailed(chsFile)};
     const QStringList noTranslation {notFound(path(qmFile)), loadFailed(chsFile)};
     const QStringList translationRefused {loadFailed(qmFile)};
 
@@ -256,12 +258,12 @@ void tst_odd_files::whatTheOperatorSees_data()
         "catalogue: may not be read", [] { chmod(qPrintable(path(iniFile)), 0); }, noFiles,
         nothing);
     row(
-        "catalogue: device",
+        "catalogue: device, read as an empty file",
         [] {
             remove(iniFile);
             QFile::link(QStringLiteral("/dev/null"), path(iniFile));
         },
-        noFiles, nothing);
+        emptyCatalogue, nothing);
 
     row(
         "translation: link to nowhere",
@@ -360,6 +362,19 @@ void tst_odd_files::catalogueWithoutMeasureIsReadToItsEnd()
     qInfo("%lld MB read in %lld ms with %ld MB of memory", size >> 20, timer.elapsed(),
           peakMemory() - memoryBefore);
     QCOMPARE(dialogTexts(), QStringList({QStringLiteral("1 Settings"), QStringLiteral("One")}));
+}
+
+void tst_odd_files::filesNeedNotBeWritable()
+{
+    for (const QString &file : {iniFile, qmFile})
+        QCOMPARE(chmod(qPrintable(path(file)), 0444), 0);
+    for (const char *folder : {"Lang/first", "Lang"})
+        QCOMPARE(chmod(qPrintable(path(QLatin1String(folder))), 0555), 0);
+    QVERIFY(m_mgr->Init(&m_machine));
+    QCOMPARE(m_operator.takeBoxes(), QStringList());
+    QCOMPARE(
+        dialogTexts(),
+        QStringList({QStringLiteral("1 Settings"), QStringLiteral("One"), QStringLiteral("Two")}));
 }
 
 void tst_odd_files::nothingIsEverWritten()

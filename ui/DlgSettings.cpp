@@ -20,13 +20,13 @@ DlgSettings::~DlgSettings() = default;
 
 void DlgSettings::accept()
 {
-    takeResult();
+    updateChanged();
     QDialog::accept();
 }
 
 void DlgSettings::reject()
 {
-    takeResult();
+    updateChanged();
     QDialog::reject();
 }
 
@@ -46,7 +46,7 @@ void DlgSettings::buildTabs()
     ui->tabWidget->setDocumentMode(true); // As the form has it already; repeated deliberately.
 }
 
-void DlgSettings::takeResult()
+void DlgSettings::updateChanged()
 {
     m_changed = m_pageSetLang && m_pageSetLang->changeOk();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QPointer>
 
 #include <memory>
 
@@ -32,9 +33,9 @@ public:
 
 private:
     void buildTabs();
-    void takeResult();
+    void updateChanged();
 
     const std::unique_ptr<Ui::DlgSettings> ui;
-    PageSetLang *m_pageSetLang = nullptr;
+    QPointer<PageSetLang> m_pageSetLang;
     bool m_changed = false;
 };

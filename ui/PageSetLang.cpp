@@ -7,7 +7,6 @@
 
 #include <QApplication>
 #include <QMessageBox>
-#include <QStandardItemModel>
 #include <QTranslator>
 
 PageSetLang::PageSetLang(QWidget *parent)
@@ -62,16 +61,10 @@ void PageSetLang::fillLangList()
 {
     ui->comboBox_language->clear();
     const QList<LangEntry> languages = CTranslatorMgr::instance()->visibleLanguages();
-    QList<QStandardItem *> items;
     for (const LangEntry &lang : languages) {
-        if (lang.show) {
-            items += new QStandardItem(lang.name);
-            items.last()->setData(lang.id, Qt::UserRole);
-        }
+        if (lang.show)
+            ui->comboBox_language->addItem(lang.name, lang.id);
     }
-    // All at once, since the box looks through itself at each insertion. The model owns them then.
-    auto *const model = static_cast<QStandardItemModel *>(ui->comboBox_language->model());
-    model->invisibleRootItem()->appendRows(items);
 
     const int index = ui->comboBox_language->findData(CTranslatorMgr::instance()->defaultLangId());
     ui->comboBox_language->setCurrentIndex(index >= 0 ? index : 0);

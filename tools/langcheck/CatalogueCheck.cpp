@@ -1,12 +1,13 @@
 #include "tools/langcheck/CatalogueCheck.h"
 
 #include "lang/ApplicationDir.h"
+#include "lang/Catalogue.h"
 #include "lang/CTranslatorMgr.h"
 #include "lang/LangLine.h"
+#include "lang/OpenFile.h"
 #include "tools/langcheck/BytesCheck.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QTextCodec>
 #include <QTextStream>
 
@@ -58,7 +59,7 @@ public:
                  QStringLiteral("starts with a byte-order mark that is not the file's own, and "
                                 "makes the line another one than it seems; delete it"));
         }
-        checkLine(LangLine::read(text, m_currentSection), trimmed);
+        checkLine(m_reader.read(text), trimmed);
     }
 
 private:
@@ -123,10 +124,9 @@ private:
     void checkOtherKey(const LangLine &line)
     {
         // The reader itself is asked whether the key would do in upper case.
-        QString section = m_currentSection;
         const QString upper = line.key.toString().toUpper();
         const QString corrected = upper + QLatin1Char('=');
-        if (LangLine::read(corrected, section).kind != LangLine::OtherKey) {
+        if (LangLineReader(m_reader).read(corrected).kind != LangLine::OtherKey) {
             warn("key-case",
                  QStringLiteral("is ignored: keys are written in upper case; write %1").arg(upper));
         } else {
@@ -261,7 +261,7 @@ private:
     const QVector<int> m_numbers;
     int m_count = 0;
     int m_line = 0;
-    QString m_currentSection;
+    LangLineReader m_reader;
     CatalogueLines m_lines {true, false, 0, {}};
 };
 
@@ -284,7 +284,7 @@ CatalogueLines checkCatalogue(Report &report)
             {QStringLiteral("Lang/Lang.ini"), 0, Finding::Error, QLatin1String(kind), text});
     };
     QFile file(applicationDir() + QLatin1String("/Lang/Lang.ini"));
-    if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly)) {
+    if (!openForReading(file)) {
         addError("catalogue-unreadable",
                  QStringLiteral("%1, so there are no languages")
                      .arg(file.exists() ? QStringLiteral("is no file that can be read")
@@ -295,7 +295,7 @@ CatalogueLines checkCatalogue(Report &report)
     file.seek(0);
 
     QTextStream in(&file);
-    CTranslatorMgr::setEncoding(in);
+    setCatalogueCodec(in, CTranslatorMgr::detectCodec(&file));
     QString text = in.readLine();
     // The stream knows more marks than the plug-in, and takes the codec that they call for.
     report.encoding = QString::fromLatin1(in.codec()->name());

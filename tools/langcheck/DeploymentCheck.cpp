@@ -2,6 +2,8 @@
 
 #include "lang/ApplicationDir.h"
 #include "lang/CTranslatorMgr.h"
+#include "lang/QmFile.h"
+#include "lang/SourceTexts.h"
 #include "tools/langcheck/CatalogueCheck.h"
 #include "tools/langcheck/MessageBoxes.h"
 #include "tools/langcheck/TextFit.h"
@@ -16,23 +18,11 @@
 #include <QTranslator>
 
 #include <algorithm>
-#include <utility>
+#include <iterator>
 
 namespace {
 
 QString checkedDir;
-
-/// All texts of the plug-in, by context.
-const std::pair<const char *, const char *> kTexts[] = {
-    {"DlgSettings", "Language"},
-    {"DlgSettings", "Settings"},
-    {"PageSetLang", "Change"},
-    {"PageSetLang", "Language:"},
-    {"PageSetLang", "Change successful!"},
-    {"PageSetLang", "Success"},
-    {"PageSetLang", "Change failed!"},
-    {"PageSetLang", "Error"},
-};
 
 /// Tells of the catalogue as a whole and of the files that it names.
 class LanguageCheck
@@ -205,7 +195,7 @@ private:
             addFile(path, "qm-unreadable", m_severity,
                     QStringLiteral("is no file that can be read: where it is needed, all texts are "
                                    "empty"));
-        } else if (!CTranslatorMgr::instance()->loadFile(path)) {
+        } else if (!loadQmFile(*CTranslatorMgr::instance()->translator(), path)) {
             addFile(path, "qm-foreign", m_severity,
                     QStringLiteral("is no compiled translation, or a damaged one: where it is "
                                    "needed, all texts are empty; compile the .ts file with "
@@ -217,24 +207,24 @@ private:
 
     void checkTexts(const QString &path)
     {
-        const auto isMissing = [](const auto &text) {
+        const auto isMissing = [](const SourceText &text) {
             return CTranslatorMgr::instance()
                 ->translator()
-                ->translate(text.first, text.second)
+                ->translate(text.context, text.text)
                 .isEmpty();
         };
-        if (std::all_of(std::begin(kTexts), std::end(kTexts), isMissing)) {
+        if (std::all_of(std::begin(kSourceTexts), std::end(kSourceTexts), isMissing)) {
             addFile(path, "qm-foreign", m_severity,
                     QStringLiteral("holds no text of this plug-in: where it is needed, all are "
                                    "empty; is it another program's?"));
             return;
         }
-        for (const auto &text : kTexts) {
+        for (const SourceText &text : kSourceTexts) {
             if (isMissing(text)) {
                 addFile(path, "text-missing", m_severity,
                         QStringLiteral("lacks \"%1\" of %2, which shows empty; translate it and "
                                        "compile again")
-                            .arg(QLatin1String(text.second), QLatin1String(text.first)));
+                            .arg(QLatin1String(text.text), QLatin1String(text.context)));
             }
         }
         const QStringList clipped = clippedTexts(DlgSettings());

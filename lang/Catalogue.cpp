@@ -1,0 +1,48 @@
+#include "lang/Catalogue.h"
+
+#include "lang/ApplicationDir.h"
+#include "lang/CTranslatorMgr.h"
+#include "lang/LangLine.h"
+
+#include <QTextCodec>
+#include <QTextStream>
+
+void setCatalogueCodec(QTextStream &in, QTextCodec *codec)
+{
+    in.setCodec(codec);
+    if (codec && codec->name() == "UTF-16LE") {
+        // The stream may have skipped the BOM by itself; what is not a BOM is put back.
+        QChar bom;
+        in >> bom;
+        if (bom != QChar(QChar::ByteOrderMark))
+            in.seek(0);
+    }
+}
+
+void readCatalogue(QTextStream &in, int &defaultLangId, QMap<int, LangEntry> &langMap)
+{
+    // The directory first, and only then the folder and the file name: a placeholder inside the
+    // directory or the folder is replaced too.
+    const QString pathTemplate = QString(QLatin1String("%1/Lang/%2/%3")).arg(applicationDir());
+    LangLineReader reader;
+    QString text;
+    while (in.readLineInto(&text)) {
+        const LangLine line = reader.read(text);
+        if (line.kind == LangLine::Default)
+            defaultLangId = line.value.toInt();
+        if (!line.isLanguageKey())
+            continue;
+
+        // Any field creates the record, ID too. Deliberate: the value of ID itself is never read.
+        LangEntry &lang = langMap[line.langId];
+        lang.id = line.langId;
+        if (line.kind == LangLine::Name) {
+            lang.name = line.value.toString();
+        } else if (line.kind == LangLine::Folder) {
+            lang.folder = line.value.toString();
+            lang.qmPath = pathTemplate.arg(lang.folder).arg(kQmFileName);
+        } else if (line.kind == LangLine::Show) {
+            lang.show = line.value.toInt() == 1;
+        }
+    }
+}

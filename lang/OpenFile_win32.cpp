@@ -1,0 +1,8 @@
+#include "lang/OpenFile.h"
+
+#include <QFile>
+
+bool openForReading(QFile &file)
+{
+    return file.open(QIODevice::ReadOnly);
+}

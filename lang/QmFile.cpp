@@ -46,7 +46,7 @@ public:
             m_bytes = reinterpret_cast<const uchar *>(m_copy.constData());
             m_size = m_copy.size();
         }
-        m_readsLeft = 2 * m_size + 1000;
+        m_readsLeft = 2 * m_size + 1000000;
         readBlocks(directory);
     }
 

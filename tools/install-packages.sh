@@ -16,7 +16,7 @@ packages=(
     # Tests and checks of the sources
     binutils gcovr libxcb-xtest0-dev valgrind
     clang clang-format clang-tidy cppcheck
-    doxygen libclang-rt-dev libicu-dev
+    doxygen gettext libclang-rt-dev libicu-dev qttranslations5-l10n
 )
 if [[ ${1-} == windows ]]; then
     packages+=(

@@ -1,0 +1,310 @@
+#include "support/CraftedQmFiles.h"
+
+#include "lang/SourceTexts.h"
+
+#include <QMap>
+#include <QString>
+#include <QtEndian>
+
+namespace {
+
+enum BlockTag {
+    Contexts = 0x2f,
+    Hashes = 0x42,
+    Messages = 0x69,
+    Dependencies = 0x96,
+    Other = 0x10
+};
+enum FieldTag { End = 1, Translation = 3, Obsolete = 5, Source = 6, Context = 7, Comment = 8 };
+
+template<typename Number>
+QByteArray bigEndian(Number number)
+{
+    QByteArray bytes(sizeof(Number), '\0');
+    qToBigEndian(number, bytes.data());
+    return bytes;
+}
+
+QByteArray utf16(const char *text)
+{
+    QByteArray bytes;
+    for (const QChar c : QString::fromLatin1(text))
+        bytes += bigEndian(c.unicode());
+    return bytes;
+}
+
+QByteArray tagged(int tag, const QByteArray &content, quint32 length)
+{
+    return bigEndian(static_cast<quint8>(tag)) + bigEndian(length) + content;
+}
+
+/// A block of the file or a field of a record: both are tag, length and content.
+QByteArray tagged(int tag, const QByteArray &content)
+{
+    return tagged(tag, content, static_cast<quint32>(content.size()));
+}
+
+QByteArray field(FieldTag tag, const char *content)
+{
+    return tagged(tag, QByteArray(content));
+}
+
+QByteArray translation(const char *text)
+{
+    return tagged(Translation, utf16(text));
+}
+
+const QByteArray end = bigEndian(quint8 {End});
+const QByteArray sourceChange = field(Source, "Change");
+const QByteArray contextPage = field(Context, "PageSetLang");
+
+QByteArray record(const char *context, const char *text, const char *translated)
+{
+    return translation(translated) + field(Comment, "") + field(Source, text)
+        + field(Context, context) + end;
+}
+
+QByteArray recordOfChange(const char *translated)
+{
+    return record("PageSetLang", "Change", translated);
+}
+
+/// The hash function of ELF, by which Qt finds texts and contexts.
+quint32 hashOf(const char *text)
+{
+    quint32 hash = 0;
+    for (const char c : QByteArray(text)) {
+        hash = (hash << 4) + static_cast<uchar>(c);
+        const quint32 top = hash & 0xf0000000U;
+        hash = (hash ^ (top >> 24)) & 0x0fffffffU;
+    }
+    return hash;
+}
+
+QByteArray entry(quint32 hash, int offset)
+{
+    return bigEndian(hash) + bigEndian(static_cast<quint32>(offset));
+}
+
+QByteArray entryOfChange(int offset)
+{
+    return entry(hashOf("Change"), offset);
+}
+
+const QByteArray magic = QByteArray::fromHex("3cb86418caef9c95cd211cbf60a1bddd");
+
+/// A file of the blocks; the last bytes are such that Qt reads all of them.
+QByteArray file(const QByteArray &blocks)
+{
+    return magic + blocks + tagged(Other, "any") + tagged(0, "");
+}
+
+/// A file that has "Change" alone, in the record at the start of @p messages.
+QByteArray fileOfChange(const QByteArray &messages)
+{
+    return file(tagged(Hashes, entryOfChange(0)) + tagged(Messages, messages));
+}
+
+/// The same, with nothing after the record.
+QByteArray fileThatEndsWith(const QByteArray &messages)
+{
+    return magic + tagged(Hashes, entryOfChange(0)) + tagged(Messages, messages);
+}
+
+/// A table of contexts with @p buckets numbers and then the @p lists.
+QByteArray contextTable(const QVector<quint16> &buckets, const QByteArray &lists)
+{
+    QByteArray content = bigEndian(static_cast<quint16>(buckets.size()));
+    for (const quint16 offset : buckets)
+        content += bigEndian(offset);
+    return tagged(Contexts, content + lists);
+}
+
+QByteArray contextName(const char *name)
+{
+    return bigEndian(static_cast<quint8>(qstrlen(name))) + name;
+}
+
+QByteArray fileWithContexts(const QByteArray &table)
+{
+    return completeQmFile(table);
+}
+
+/// A chain of @p count empty fields that every record may lead into.
+QByteArray chain(int count)
+{
+    return tagged(Obsolete, "", 0).repeated(count);
+}
+
+QByteArray fileOfSharedRecord(int entries, int fields)
+{
+    return file(tagged(Hashes, entryOfChange(0).repeated(entries))
+                + tagged(Messages, chain(fields) + field(Source, "other") + end));
+}
+
+} // namespace
+
+QByteArray completeQmFile(const QByteArray &further)
+{
+    QByteArray messages;
+    QMap<quint32, int> offsets; // In ascending hash
+    for (const SourceText &text : kSourceTexts) {
+        offsets.insert(hashOf(text.text), messages.size());
+        messages += record(text.context, text.text, QByteArray(text.text).toUpper().constData());
+    }
+    QByteArray hashes;
+    for (auto it = offsets.constBegin(); it != offsets.constEnd(); ++it)
+        hashes += entry(it.key(), it.value());
+    return file(further + tagged(Hashes, hashes) + tagged(Messages, messages));
+}
+
+QByteArray dependenciesBlock(const QList<QByteArray> &names)
+{
+    QByteArray content;
+    for (const QByteArray &name : names) {
+        const QByteArray text = utf16(name.constData());
+        content += bigEndian(static_cast<quint32>(text.size())) + text;
+    }
+    return tagged(Dependencies, content);
+}
+
+QByteArray endlessQmFile()
+{
+    return fileOfChange(tagged(Translation, "", static_cast<quint32>(-5)) + end);
+}
+
+QByteArray slowQmFile()
+{
+    return fileOfSharedRecord(250000, 400000);
+}
+
+QVector<CraftedQmFile> craftedQmFiles()
+{
+    const QByteArray bothContexts = contextName("DlgSettings") + contextName("PageSetLang");
+    // The first list begins at the smallest offset that is not 0, two bytes after the buckets.
+    const QByteArray gap(2, '\0');
+    const QByteArray good = recordOfChange("found");
+
+    QVector<CraftedQmFile> files {
+        {"complete", completeQmFile(), true, "CHANGE"},
+        {"no texts at all", file(""), true},
+
+        // Blocks
+        {"block after another one", completeQmFile(tagged(Other, "x")), true, "CHANGE"},
+        {"blocks after tag 0 are not read", completeQmFile(tagged(0, "")), true},
+        {"blocks after an empty one are not read", completeQmFile(tagged(Other, "")), true},
+        {"the last block of a kind counts",
+         file(tagged(Hashes, "rubbish!") + tagged(Hashes, entryOfChange(0))
+              + tagged(Messages, good)),
+         true, "found"},
+
+        // Table of contexts
+        {"contexts, list ended by 0",
+         fileWithContexts(contextTable({1}, gap + bothContexts + '\0')), true, "CHANGE"},
+        {"contexts, list ended by its block",
+         fileWithContexts(contextTable({1}, gap + bothContexts)), true, "CHANGE"},
+        {"contexts, name with its terminating 0",
+         fileWithContexts(contextTable({1},
+                                       gap
+                                           + QByteArray("\x0c"
+                                                        "DlgSettings\0"
+                                                        "\x0c"
+                                                        "PageSetLang\0",
+                                                        26))),
+         true, "CHANGE"},
+        {"contexts, not listed", fileWithContexts(contextTable({1}, gap + contextName("A") + '\0')),
+         true},
+        {"contexts, empty bucket", fileWithContexts(contextTable({0}, gap)), true},
+        {"contexts, no buckets, by whose number Qt divides",
+         fileWithContexts(contextTable({}, gap)), false},
+        {"contexts, list after the end of the file", fileWithContexts(contextTable({0x7fff}, gap)),
+         false},
+        {"contexts, list that leads out of the file",
+         magic + tagged(Hashes, entryOfChange(0)) + contextTable({1}, gap + '\xff'), false},
+        {"contexts, list that ends with the file",
+         magic + tagged(Hashes, entryOfChange(0)) + contextTable({1}, gap + contextName("A")),
+         false},
+        {"contexts, half a number at the end of the file",
+         magic + tagged(Hashes, entryOfChange(0)) + tagged(Contexts, QByteArray(1, '\0')), false},
+        {"contexts, broken, but nothing to look for",
+         file(tagged(Contexts, QByteArray(2, '\0')) + tagged(Messages, good)), true},
+
+        // Hashes
+        {"hashes, some bytes more than whole entries",
+         file(tagged(Hashes, entryOfChange(0) + "1234") + tagged(Messages, good)), true, "found"},
+        {"hashes, less than one entry", file(tagged(Hashes, "1234567") + tagged(Messages, good)),
+         true},
+        {"hashes, not in order",
+         file(tagged(Hashes, entry(0x0fffffff, 0) + entryOfChange(0) + entry(1, 0))
+              + tagged(Messages, good)),
+         true, "found"},
+        {"hashes, equal ones, the second is meant",
+         file(
+             tagged(Hashes, entryOfChange(0) + entryOfChange(record("X", "Change", "wrong").size()))
+             + tagged(Messages, record("X", "Change", "wrong") + good)),
+         true, "found"},
+        {"hashes, equal ones, not reached",
+         file(tagged(Hashes, entryOfChange(0) + entryOfChange(good.size()))
+              + tagged(Messages, good + endlessQmFile().mid(magic.size() + 18))),
+         true, "found"},
+        {"hashes, equal ones that lead out of the file",
+         magic + tagged(Messages, end)
+             + tagged(Hashes, entryOfChange(0) + bigEndian(hashOf("Change"))),
+         false},
+
+        // Records
+        {"record after the end of the messages",
+         file(tagged(Hashes, entryOfChange(1 << 30)) + tagged(Messages, good)), true},
+        {"record without messages", file(tagged(Hashes, entryOfChange(0))), true},
+        {"record without its end", fileOfChange(good.left(good.size() - 1)), true},
+        {"record of another program, broken",
+         file(tagged(Hashes, entryOfChange(0) + entry(0x0fffffff, good.size()))
+              + tagged(Messages, good + "\x03\xff\xff\xff\xff")),
+         true, "found"},
+        {"record with an unknown field", fileOfChange("\x02" + good), true},
+        {"record with nothing but its end", fileOfChange(end), true},
+        {"plural forms, the first counts",
+         fileOfChange(translation("one") + translation("many") + sourceChange + contextPage + end),
+         true, "one"},
+        {"empty translation, found",
+         file(tagged(Hashes, entryOfChange(0) + entryOfChange(good.size() - 10))
+              + tagged(Messages, recordOfChange("") + endlessQmFile().mid(magic.size() + 18))),
+         true},
+        {"translation of an odd number of bytes",
+         fileOfChange(tagged(Translation, utf16("odd") + 'x') + sourceChange + end), true, "odd"},
+        {"translation longer than the file",
+         fileOfChange(tagged(Translation, utf16("a"), 1 << 20) + sourceChange + end), true},
+        {"translation that leads back to itself", endlessQmFile(), false},
+        {"translation that leads back to the end of its record",
+         fileOfChange(sourceChange + end + tagged(Translation, "", static_cast<quint32>(-6)))
+             .replace(bigEndian(hashOf("Change")) + bigEndian(0U),
+                      entryOfChange(sourceChange.size() + 1)),
+         false},
+        {"translation that leads back to no field",
+         fileOfChange(tagged(Translation, "", static_cast<quint32>(-2))), true},
+        {"translation that leads back before the file",
+         fileOfChange(tagged(Translation, "", 0x80000000U)), false},
+        {"source text that leads out of the file",
+         fileOfChange(translation("a") + tagged(Source, "Change", 0x7fffffff)), false},
+        {"source text of another length",
+         fileOfChange(translation("a") + tagged(Source, "Change", 3)), true},
+        {"source text with its terminating 0",
+         fileOfChange(translation("a") + tagged(Source, QByteArray("Change\0", 7)) + end), true,
+         "a"},
+        {"context that leads out of the file",
+         fileOfChange(translation("a") + sourceChange + tagged(Context, "", 0xfffffff0U)), false},
+        {"comment, another one", fileOfChange(field(Comment, "b") + good), true},
+        {"comment that leads out of the file",
+         fileOfChange(tagged(Comment, "b", 0x10000000) + good), false},
+        {"comment that begins with 0 and leads out of the file",
+         fileOfChange(tagged(Comment, QByteArray(1, '\0'), 0x10000000) + good), true},
+        {"comment at the end of the file", fileThatEndsWith(tagged(Comment, "")), false},
+        {"length at the end of the file", fileThatEndsWith(translation("a") + "\x06\x00"), false},
+        {"length at the end of the messages, not of the file",
+         fileOfChange(translation("a") + '\x05'), true},
+        {"long record", fileOfChange(chain(10000) + good), true, "found"},
+        {"record that many entries share", fileOfSharedRecord(300, 300), true},
+        {"record that so many entries share that Qt would take minutes", slowQmFile(), false},
+    };
+    return files;
+}

@@ -1,0 +1,9 @@
+#pragma once
+
+#include <QByteArray>
+
+#include <random>
+
+/// Returns the bytes as a failing disk or an aborted copy leaves them: bits flipped, bytes
+/// overwritten, a run of zeros, two blocks swapped, or cut off.
+QByteArray damaged(QByteArray bytes, std::mt19937 &random);

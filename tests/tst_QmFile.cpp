@@ -1,0 +1,205 @@
+// Which compiled translations are refused: those with which Qt would crash or hang at one of the
+// plug-in's texts, and no others.
+
+#include "lang/QmFile.h"
+#include "lang/SourceTexts.h"
+
+#include "support/CraftedQmFiles.h"
+#include "support/Interpose.h"
+#ifdef Q_OS_UNIX
+#    include "support/QmOracle_unix.h"
+#endif
+
+#include <QDir>
+#include <QFile>
+#include <QSet>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTranslator>
+#include <QXmlStreamReader>
+
+namespace {
+
+bool filesCanBeMapped = true;
+
+} // namespace
+
+INTERPOSE(uchar *, _ZN11QFileDevice3mapExxNS_14MemoryMapFlagsE,
+          (QFileDevice * self, qint64 offset, qint64 size, int flags))
+{
+    if (!filesCanBeMapped)
+        return nullptr;
+    return ORIGINAL(_ZN11QFileDevice3mapExxNS_14MemoryMapFlagsE)(self, offset, size, flags);
+}
+
+class tst_QmFile : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void craftedFiles_data();
+    void craftedFiles();
+    void fileThatCannotBeMappedIsRead();
+    void loadedTranslationIsReplaced();
+    void dependencies_data();
+    void dependencies();
+    void dependencyOfADependencyIsFoundInTheSameFolder();
+    void listOfSourceTextsIsComplete();
+
+private:
+    QString write(const char *name, const QByteArray &bytes) const;
+
+    const QTemporaryDir m_folder;
+};
+
+QString tst_QmFile::write(const char *name, const QByteArray &bytes) const
+{
+    QFile file(m_folder.filePath(QLatin1String(name)));
+    // Qt may still have the old one mapped into memory.
+    if ((file.exists() && !file.remove()) || !file.open(QIODevice::WriteOnly)
+        || file.write(bytes) != bytes.size())
+        qFatal("Cannot write %s", qPrintable(file.fileName()));
+    return file.fileName();
+}
+
+void tst_QmFile::craftedFiles_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<bool>("usable");
+    QTest::addColumn<QString>("change");
+
+    for (const CraftedQmFile &file : craftedQmFiles())
+        QTest::newRow(file.name) << file.bytes << file.usable << QString::fromLatin1(file.change);
+}
+
+void tst_QmFile::craftedFiles()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(bool, usable);
+    QFETCH(QString, change);
+
+    QTranslator translator;
+    const QString fileName = write("Zendel.qm", bytes);
+    QVERIFY(translator.load(fileName)); // To Qt, all are translations.
+    QCOMPARE(loadQmFile(translator, fileName), usable);
+    QVERIFY(usable || translator.isEmpty());
+    QCOMPARE(translator.translate("PageSetLang", "Change"), change);
+}
+
+/// As on some network and virtual file systems.
+void tst_QmFile::fileThatCannotBeMappedIsRead()
+{
+    filesCanBeMapped = false;
+    QTranslator translator;
+    QVERIFY(loadQmFile(translator, write("Zendel.qm", completeQmFile())));
+    QVERIFY(!loadQmFile(translator, write("Zendel.qm", endlessQmFile())));
+    filesCanBeMapped = true;
+}
+
+void tst_QmFile::loadedTranslationIsReplaced()
+{
+    QTranslator translator;
+    QVERIFY(loadQmFile(translator, write("one.qm", completeQmFile())));
+    QCOMPARE(translator.filePath(), m_folder.filePath(QStringLiteral("one.qm")));
+    QVERIFY(!loadQmFile(translator, write("two.qm", endlessQmFile())));
+    QVERIFY(translator.isEmpty());
+    QCOMPARE(translator.filePath(), QString());
+    QVERIFY(!loadQmFile(translator, m_folder.filePath(QStringLiteral("none"))));
+    QVERIFY(translator.isEmpty());
+}
+
+void tst_QmFile::dependencies_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<bool>("loadedByQt");
+    QTest::addColumn<bool>("usable");
+    QTest::addColumn<QString>("change");
+
+    const QByteArray noTexts = completeQmFile().left(16);
+    const QByteArray noContexts = QByteArray::fromHex("2f0000000400010000");
+    const QByteArray trailer(8, '\0');
+    const auto row = [&](const char *name, const QByteArray &bytes, bool loadedByQt, bool usable,
+                         const char *change) {
+        QTest::newRow(name) << bytes << loadedByQt << usable << QString::fromLatin1(change);
+    };
+    row("found in the dependency", noTexts + dependenciesBlock({"complete.qm"}) + trailer, true,
+        true, "CHANGE");
+    row("named without its suffix", noTexts + dependenciesBlock({"complete"}) + trailer, true, true,
+        "CHANGE");
+    row("endless dependency", noTexts + dependenciesBlock({"endless.qm"}) + trailer, true, false,
+        "");
+    row("endless dependency after one that has all texts",
+        noTexts + dependenciesBlock({"complete.qm", "endless.qm"}) + trailer, true, true, "CHANGE");
+    row("endless dependency of a complete file", completeQmFile(dependenciesBlock({"endless.qm"})),
+        true, true, "CHANGE");
+    row("endless dependency of a file that rules its contexts out",
+        completeQmFile(dependenciesBlock({"endless.qm"}) + noContexts), true, true, "");
+    row("missing dependency", completeQmFile(dependenciesBlock({"none.qm"})), false, false, "");
+}
+
+void tst_QmFile::dependencies()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(bool, loadedByQt);
+    QFETCH(bool, usable);
+    QFETCH(QString, change);
+
+    write("complete.qm", completeQmFile());
+    write("endless.qm", endlessQmFile());
+    const QString fileName = write("Zendel.qm", bytes);
+    QTranslator translator;
+    QCOMPARE(translator.load(fileName), loadedByQt);
+    QCOMPARE(loadQmFile(translator, fileName), usable);
+    QCOMPARE(translator.translate("PageSetLang", "Change"), change);
+#ifdef Q_OS_UNIX
+    const QmOracle::Verdict expected = usable ? QmOracle::Answered
+        : loadedByQt                          ? QmOracle::Died
+                                              : QmOracle::NotLoaded;
+    QVERIFY(QmOracle::ask({bytes}, m_folder.path()).constFirst() == expected);
+#endif
+}
+
+void tst_QmFile::dependencyOfADependencyIsFoundInTheSameFolder()
+{
+    const QByteArray noTexts = completeQmFile().left(16);
+    const QByteArray trailer(8, '\0');
+    QVERIFY(QDir(m_folder.path()).mkpath(QStringLiteral("below")));
+    write("last.qm", completeQmFile());
+    write("below/middle.qm", noTexts + dependenciesBlock({"last.qm"}) + trailer);
+    const QString fileName =
+        write("Zendel.qm", noTexts + dependenciesBlock({"below/middle.qm"}) + trailer);
+    QTranslator translator;
+    QVERIFY(loadQmFile(translator, fileName));
+    QCOMPARE(translator.translate("PageSetLang", "Change"), QStringLiteral("CHANGE"));
+
+    write("last.qm", endlessQmFile());
+    QVERIFY(!loadQmFile(translator, fileName));
+}
+
+/// What the code asks for is what lupdate finds in it.
+void tst_QmFile::listOfSourceTextsIsComplete()
+{
+    QFile file(QStringLiteral(TEXTS_FILE));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QXmlStreamReader reader(&file);
+    QStringList found;
+    QString context;
+    while (!reader.atEnd()) {
+        reader.readNext();
+        if (reader.isStartElement() && reader.name() == QLatin1String("name"))
+            context = reader.readElementText();
+        else if (reader.isStartElement() && reader.name() == QLatin1String("source"))
+            found += context + QLatin1String(": ") + reader.readElementText();
+    }
+    QVERIFY2(!reader.hasError(), qPrintable(reader.errorString()));
+
+    QStringList listed;
+    for (const SourceText &text : kSourceTexts)
+        listed += QLatin1String(text.context) + QLatin1String(": ") + QLatin1String(text.text);
+    found.sort();
+    listed.sort();
+    QCOMPARE(listed, found);
+}
+
+QTEST_GUILESS_MAIN(tst_QmFile)
+#include "tst_QmFile.moc"

@@ -17,10 +17,13 @@
 #include <QTextCodec>
 #include <QTranslator>
 
+#include <functional>
+
 namespace {
 
 QByteArray codecAskedFor;
 bool codecsAreMissing = false;
+QTextCodec *otherCodec = nullptr;
 
 } // namespace
 
@@ -28,11 +31,34 @@ bool codecsAreMissing = false;
 INTERPOSE(QTextCodec *, _ZN10QTextCodec12codecForNameERK10QByteArray, (const QByteArray &name))
 {
     codecAskedFor = name;
+    if (otherCodec)
+        return otherCodec;
     return codecsAreMissing ? nullptr
                             : ORIGINAL(_ZN10QTextCodec12codecForNameERK10QByteArray)(name);
 }
 
 namespace {
+
+/// Decodes as Latin 1, and calls a function at each piece of the file.
+class WatchingCodec : public QTextCodec
+{
+public:
+    std::function<void()> onPiece;
+
+    QByteArray name() const override { return "watching"; }
+    int mibEnum() const override { return 9999; }
+
+protected:
+    QString convertToUnicode(const char *bytes, int length, ConverterState *) const override
+    {
+        onPiece();
+        return QString::fromLatin1(bytes, length);
+    }
+    QByteArray convertFromUnicode(const QChar *, int, ConverterState *) const override
+    {
+        return QByteArray();
+    }
+};
 
 /// 简体中文 in GB2312.
 const QByteArray simplifiedChinese = QByteArrayLiteral("\xBC\xF2\xCC\xE5\xD6\xD0\xCE\xC4");
@@ -40,6 +66,15 @@ const QByteArray simplifiedChinese = QByteArrayLiteral("\xBC\xF2\xCC\xE5\xD6\xD0
 /// A catalogue of one shown language, up to the name and behind it.
 const QByteArray beforeName = QByteArrayLiteral("[LANG_MGR]\r\nLANG1_NAME=");
 const QByteArray afterName = QByteArrayLiteral("\r\nLANG1_FOLDER=a\r\nLANG1_SHOW=1\r\n");
+
+QByteArray utf32(const QString &text)
+{
+    QByteArray bytes;
+    for (const QChar c : text)
+        bytes +=
+            QByteArray {} + static_cast<char>(c.cell()) + static_cast<char>(c.row()) + '\0' + '\0';
+    return bytes;
+}
 
 QString applicationPath(const QString &below)
 {
@@ -88,7 +123,9 @@ private Q_SLOTS:
     void langFilePathNeedsAShownEntry();
     void visibleLanguagesNeedShowNameAndFolder();
     void visibleLanguagesAscend();
+    void nothingIsAnsweredWhileTheCatalogueIsRead();
     void langEntryDefaults();
+    void langEntryFieldsInDeclaredOrder();
 
     // Loading the translation
     void loadsTheDefaultLanguage();
@@ -118,6 +155,7 @@ private Q_SLOTS:
     void metaObjectDeclaresNothing();
     void constructorTakesAParent();
     void translatorDiesWithTheManager();
+    void translatorDiesBeforeTheCatalogue();
 
 private:
     static QString dump();
@@ -206,6 +244,10 @@ void tst_CTranslatorMgr::catalogue_data()
     file("UTF-16BE with its mark",
          Deployment::utf16(QStringLiteral("\uFEFF[LANG_MGR]\r\nLANG1_NAME=简体中文\r\n"), false),
          "0 | 1-简体中文:");
+    file("UTF-32LE with its mark, which begins as that of UTF-16LE",
+         QByteArray("\xFF\xFE\0\0", 4)
+             + utf32(QStringLiteral("[LANG_MGR]\nDEFAULT=7\nLANG1_NAME=日本語\n")),
+         "7 | 1-日本語:");
     file("UTF-8 mark alone", "\xEF\xBB\xBF", "0 |");
     file("cut UTF-8 mark spoils the first header", "\xEF\xBB[LANG_MGR]\nDEFAULT=7", "0 |");
 
@@ -637,12 +679,45 @@ void tst_CTranslatorMgr::visibleLanguagesAscend()
     QCOMPARE(ids, QList<int>({2, 9, 10, 300}));
 }
 
+/// Some languages are in the map by then, but the catalogue is not loaded.
+void tst_CTranslatorMgr::nothingIsAnsweredWhileTheCatalogueIsRead()
+{
+    const QByteArray language =
+        "DEFAULT=1\nLANG1_NAME=a\nLANG1_FOLDER=b\nLANG1_SHOW=1\n;" + QByteArray(20000, ';');
+    Deployment::writeCatalogue("[LANG_MGR]\n" + language);
+    CTranslatorMgr mgr;
+    int pieces = 0;
+    auto *const codec = new WatchingCodec; // Qt deletes it at the end.
+    codec->onPiece = [&] {
+        ++pieces;
+        QVERIFY(isEmpty(mgr));
+    };
+    otherCodec = codec;
+    mgr.loadLangConfig();
+    QVERIFY(pieces > 1);
+    QCOMPARE(mgr.visibleLanguages().size(), 1);
+    mgr.loadLangConfig(); // The map is full at its beginning.
+    otherCodec = nullptr;
+    QCOMPARE(mgr.defaultLangId(), 1);
+}
+
 void tst_CTranslatorMgr::langEntryDefaults()
 {
     const LangEntry entry;
     QCOMPARE(entry.id, -1);
     QCOMPARE(entry.show, false);
     QVERIFY(entry.name.isEmpty() && entry.folder.isEmpty() && entry.qmPath.isEmpty());
+}
+
+void tst_CTranslatorMgr::langEntryFieldsInDeclaredOrder()
+{
+    const LangEntry entry;
+    const auto &[id, show, name, folder, qmPath] = entry;
+    QCOMPARE(&id, &entry.id);
+    QCOMPARE(&show, &entry.show);
+    QCOMPARE(&name, &entry.name);
+    QCOMPARE(&folder, &entry.folder);
+    QCOMPARE(&qmPath, &entry.qmPath);
 }
 
 void tst_CTranslatorMgr::loadsTheDefaultLanguage()
@@ -951,6 +1026,19 @@ void tst_CTranslatorMgr::translatorDiesWithTheManager()
         QVERIFY(translator);
     }
     QVERIFY(!translator);
+}
+
+void tst_CTranslatorMgr::translatorDiesBeforeTheCatalogue()
+{
+    Deployment::installTwoLanguages();
+    int languages = 0;
+    {
+        CTranslatorMgr mgr;
+        mgr.loadTranslator();
+        connect(mgr.translator(), &QObject::destroyed, this,
+                [&] { languages = mgr.visibleLanguages().size(); });
+    }
+    QCOMPARE(languages, 2);
 }
 
 QTEST_MAIN(tst_CTranslatorMgr)

@@ -1,0 +1,101 @@
+#!/usr/bin/env python3
+"""qt_layout.py CLANG OUR_QT FULL_QT FORMS SOURCE_DIR
+
+The DLL runs on its host's Qt 5.15, configured by somebody else. Fails unless every class that
+compiling the plug-in lays out is the same with the headers of our Qt for Windows (OUR_QT) and with
+those of a Qt that has every feature (FULL_QT), and so are the virtual tables of all Qt classes that
+it includes. Clang lays both out for Windows, so the platform makes no difference. FORMS is the
+folder of the forms' generated headers.
+"""
+
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+from concurrent.futures import ThreadPoolExecutor
+
+clang, our_qt, full_qt, forms, source_dir = sys.argv[1:]
+TARGET = "x86_64-w64-windows-gnu"
+
+# Class templates and headers without a class of their name; the plug-in's own code uses the former.
+NOT_CLASSES = {"QList", "QMap", "QPointer", "QtEndian"}
+
+PROBE = """
+struct Probe_{name} : {name}
+{{
+    virtual void probe();
+}};
+void Probe_{name}::probe() {{}}
+"""
+
+
+def library_sources():
+    sources = [path for folder in ("lang", "plugin", "ui")
+               for path in pathlib.Path(source_dir, folder).iterdir()
+               if path.suffix in (".cpp", ".h") and not path.stem.endswith(("_unix", "_xcb"))]
+    return sorted(sources)
+
+
+def probes(sources):
+    """Returns C++ that derives from every Qt class that the sources include."""
+    headers = set()
+    for path in sources + sorted(pathlib.Path(forms).glob("ui_*.h")):
+        headers |= set(re.findall(r"#include <(?:Qt\w+/)?(Q\w+)>", path.read_text("utf-8")))
+    if len(headers) < 20:
+        sys.exit(f"only {len(headers)} headers of Qt were found")
+    return ("".join(f"#include <{header}>\n" for header in sorted(headers))
+            + "".join(PROBE.format(name=name) for name in sorted(headers - NOT_CLASSES)))
+
+
+def system_folders():
+    """Returns the C++ library's folders, which Clang does not find by itself."""
+    output = subprocess.run(["x86_64-w64-mingw32-g++-posix", "-E", "-v", "-x", "c++", "/dev/null"],
+                            check=True, capture_output=True, text=True).stderr
+    return re.findall(r"^ (/.*c\+\+.*)$", output, re.MULTILINE)
+
+
+def layouts(source, qt, folders):
+    """Returns what Clang dumps of each class when it compiles the source, by the class's name."""
+    include = [f"{qt}/{module}" for module in (".", "QtCore", "QtGui", "QtWidgets")]
+    arguments = [f"-isystem{folder}" for folder in folders + include]
+    arguments += ["-I", source_dir, "-I", forms, "-std=c++17", "-O0", "-w", "-c", "-o", "/dev/null"]
+    arguments += ["-DQT_DISABLE_DEPRECATED_BEFORE=0x050f00", "-Xclang", "-fdump-record-layouts",
+                  "-Xclang", "-fdump-vtable-layouts"]
+    dump = subprocess.run([clang, f"--target={TARGET}", *arguments, source],
+                          check=True, stdout=subprocess.PIPE, text=True).stdout
+    dump = dump.replace(qt, "<Qt>")
+    result = {}
+    for block in re.split(r"\n\s*\n", dump):
+        name = re.search(r"^\s+0 \| (.+?)(?: \(empty\))?$|^(V.+ for .+) \(\d+ entr", block, re.MULTILINE)
+        if name:
+            result[name[1] or name[2]] = block.strip()
+    return result
+
+
+def main():
+    sources = library_sources()
+    folders = system_folders()
+    failures = []
+    classes = set()
+    with tempfile.TemporaryDirectory() as folder, ThreadPoolExecutor(os.cpu_count()) as pool:
+        probe = pathlib.Path(folder, "probes.cpp")
+        probe.write_text(probes(sources), "utf-8")
+        compiled = [str(path) for path in sources if path.suffix == ".cpp"] + [str(probe)]
+        ours_of = pool.map(lambda source: layouts(source, our_qt, folders), compiled)
+        full_of = pool.map(lambda source: layouts(source, full_qt, folders), compiled)
+        for ours, full in zip(ours_of, full_of):
+            classes |= ours.keys()
+            failures += [f"== ours\n{ours[name]}\n== full\n{full.get(name)}"
+                         for name in ours if ours[name] != full.get(name)]
+    for name in ("class QString", "class QMap<int, struct LangEntry>", "Vtable for 'DlgSettings'",
+                 "Vtable for 'Probe_QTranslator'"):
+        if name not in classes:
+            failures.append(f"{name} was not looked at")
+    if failures:
+        sys.exit("\n".join(failures))
+    print(f"{len(classes)} classes and virtual tables are the same")
+
+
+main()

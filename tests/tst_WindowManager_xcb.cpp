@@ -42,7 +42,6 @@ private Q_SLOTS:
     void initTestCase();
     void cleanup();
 
-    void nothingHappensOnAnotherPlatform();
     void handleThatIsNoWindowIsIgnored_data();
     void handleThatIsNoWindowIsIgnored();
 
@@ -68,22 +67,6 @@ void tst_WindowManager_xcb::cleanup()
 {
     NativeWindow::synchronizeQt();
     QCOMPARE(Warnings::take(), QStringList());
-}
-
-void tst_WindowManager_xcb::nothingHappensOnAnotherPlatform()
-{
-    if (QX11Info::isPlatformX11())
-        QSKIP("On X11 something does happen; this is for the run with the platform offscreen.");
-
-    NativeWindow window(QRect(100, 100, 200, 200));
-    WindowManager::enableWindow(window.handle(), false);
-    NativeWindow::click({150, 150});
-    QCOMPARE(window.takeClicks(), 1);
-    QCOMPARE(WindowManager::windowRect(window.handle()), Rect());
-    WindowManager::setForegroundWindow(window.handle());
-    QVERIFY(!window.hasFocus());
-    WindowManager::bringWindowToTop(window.handle());
-    WindowManager::enableWindow(window.handle(), true);
 }
 
 void tst_WindowManager_xcb::handleThatIsNoWindowIsIgnored_data()
@@ -246,16 +229,5 @@ void tst_WindowManager_xcb::hiddenWindowIsNotAnError()
     WindowManager::bringWindowToTop(handle);
 }
 
-int main(int argc, char *argv[])
-{
-    const QGuiApplication application(argc, argv);
-    tst_WindowManager_xcb test;
-    if (QX11Info::isPlatformX11())
-        return QTest::qExec(&test, argc, argv);
-    return QTest::qExec(&test,
-                        {QString::fromLocal8Bit(argv[0]),
-                         QStringLiteral("nothingHappensOnAnotherPlatform"),
-                         QStringLiteral("handleThatIsNoWindowIsIgnored")});
-}
-
+QTEST_MAIN(tst_WindowManager_xcb)
 #include "tst_WindowManager_xcb.moc"

@@ -28,25 +28,21 @@ quint32 elfHash(const char *text)
 
 /// Looks texts up in a compiled translation as QTranslator::translate() of Qt 5.15 does, read by
 /// read. A read outside the file, which Qt would not notice, is remembered and gives 0. So does any
-/// read after more of them than a file can need whose records do not overlap: Qt is then going
-/// round in circles. A 0 ends each of the loops below.
+/// read after more steps than the file has room for, unless its records overlap: Qt is then going
+/// round in circles, or might as well be. A 0 ends each of the loops below.
 class QmFile
 {
 public:
-    /// Opens a file that Qt has just loaded; @p directory is where its dependencies are looked for.
+    /// Reads a file that Qt has just loaded; @p directory is where its dependencies are looked for.
     QmFile(const QString &fileName, const QString &directory)
-        : m_file(fileName)
     {
-        m_failed = !m_file.open(QIODevice::ReadOnly);
-        m_size = m_file.size();
-        // On Unix, Qt has mapped the same pages.
-        m_bytes = m_failed ? nullptr : m_file.map(0, m_size);
-        if (!m_bytes) {
-            m_copy = m_file.readAll();
-            m_bytes = reinterpret_cast<const uchar *>(m_copy.constData());
-            m_size = m_copy.size();
-        }
-        m_readsLeft = 2 * m_size + 1000000;
+        QFile file(fileName);
+        m_failed = !file.open(QIODevice::ReadOnly);
+        m_bytes = file.readAll();
+        m_data = m_bytes.constData();
+        m_size = m_bytes.size();
+        // An entry and its record take more than 7 bytes for each of their steps.
+        m_stepsLeft = m_size / 6 + 60000;
         readBlocks(directory);
     }
 
@@ -81,10 +77,24 @@ private:
     template<typename Number>
     Number number(qint64 position)
     {
-        const bool inside = position >= 0 && position <= m_size - qint64(sizeof(Number));
-        if (!inside || --m_readsLeft < 0)
-            m_failed = true;
-        return m_failed ? 0 : qFromBigEndian<Number>(m_bytes + position);
+        if (position < 0 || position > m_size - qint64(sizeof(Number))) {
+            fail();
+            return 0;
+        }
+        return qFromBigEndian<Number>(m_data + position);
+    }
+
+    void fail()
+    {
+        m_failed = true;
+        m_size = 0; // So that every further read fails too.
+    }
+
+    /// To be called in each round of a loop that the file's content may keep going.
+    void takeStep()
+    {
+        if (--m_stepsLeft < 0)
+            fail();
     }
 
     bool matches(qint64 position, quint32 length, const char *text)
@@ -92,7 +102,7 @@ private:
         if (length > 0 && number<quint8>(position + length - 1) == 0)
             --length;
         return !m_failed && length == std::strlen(text)
-            && std::memcmp(m_bytes + position, text, length) == 0;
+            && std::memcmp(m_data + position, text, length) == 0;
     }
 
     void readBlocks(const QString &directory)
@@ -123,8 +133,8 @@ private:
 
     void readDependencies(const Block &block, const QString &directory)
     {
-        QDataStream stream(QByteArray::fromRawData(
-            reinterpret_cast<const char *>(m_bytes + block.start), static_cast<int>(block.length)));
+        QDataStream stream(
+            m_bytes.mid(static_cast<int>(block.start), static_cast<int>(block.length)));
         QString name;
         while (!stream.atEnd()) {
             stream >> name;
@@ -155,6 +165,7 @@ private:
             return true;
         qint64 position = m_contexts.start + 2 + 2 * qint64(buckets) + 2 * qint64(offset);
         while (const quint32 length = number<quint8>(position++)) {
+            takeStep();
             if (matches(position, length, context)) {
                 m_contextIsRuledOut = false;
                 break;
@@ -185,9 +196,12 @@ private:
             return false;
 
         while (entry != m_hashes.start && number<quint32>(entry) == number<quint32>(entry - 8)
-               && !m_failed)
+               && !m_failed) {
+            takeStep();
             entry -= 8;
+        }
         for (; entry < m_hashes.start + m_hashes.length; entry += 8) {
+            takeStep();
             if (number<quint32>(entry) != hash)
                 break;
             if (findInRecord(m_messages.start + number<quint32>(entry + 4), text))
@@ -202,6 +216,7 @@ private:
 
         Block translation;
         for (;;) {
+            takeStep();
             const bool inBlock = position < m_messages.start + m_messages.length;
             const int tag = inBlock ? number<quint8>(position++) : 0;
             if (tag == End)
@@ -235,11 +250,10 @@ private:
         return true;
     }
 
-    QFile m_file;
-    QByteArray m_copy; ///< Of a file that can't be mapped.
-    const uchar *m_bytes = nullptr;
-    qint64 m_size = 0;
-    qint64 m_readsLeft = 0;
+    QByteArray m_bytes;
+    const char *m_data = nullptr; ///< Of m_bytes
+    qint64 m_size = 0;            ///< Of m_bytes
+    qint64 m_stepsLeft = 0;
     bool m_failed = false;
     Block m_contexts;
     Block m_hashes;

@@ -5,7 +5,6 @@
 #include "lang/SourceTexts.h"
 
 #include "support/CraftedQmFiles.h"
-#include "support/Interpose.h"
 #ifdef Q_OS_UNIX
 #    include "support/QmOracle_unix.h"
 #endif
@@ -18,20 +17,6 @@
 #include <QTranslator>
 #include <QXmlStreamReader>
 
-namespace {
-
-bool filesCanBeMapped = true;
-
-} // namespace
-
-INTERPOSE(uchar *, _ZN11QFileDevice3mapExxNS_14MemoryMapFlagsE,
-          (QFileDevice * self, qint64 offset, qint64 size, int flags))
-{
-    if (!filesCanBeMapped)
-        return nullptr;
-    return ORIGINAL(_ZN11QFileDevice3mapExxNS_14MemoryMapFlagsE)(self, offset, size, flags);
-}
-
 class tst_QmFile : public QObject
 {
     Q_OBJECT
@@ -39,7 +24,7 @@ class tst_QmFile : public QObject
 private Q_SLOTS:
     void craftedFiles_data();
     void craftedFiles();
-    void fileThatCannotBeMappedIsRead();
+    void costlyFilesAreRefused();
     void loadedTranslationIsReplaced();
     void dependencies_data();
     void dependencies();
@@ -86,14 +71,16 @@ void tst_QmFile::craftedFiles()
     QCOMPARE(translator.translate("PageSetLang", "Change"), change);
 }
 
-/// As on some network and virtual file systems.
-void tst_QmFile::fileThatCannotBeMappedIsRead()
+void tst_QmFile::costlyFilesAreRefused()
 {
-    filesCanBeMapped = false;
+    const QVector<CraftedQmFile> files = costlyQmFiles();
+    for (const CraftedQmFile &file : files) {
+        QTranslator translator;
+        QVERIFY2(!loadQmFile(translator, write("Zendel.qm", file.bytes)), file.name);
+    }
     QTranslator translator;
-    QVERIFY(loadQmFile(translator, write("Zendel.qm", completeQmFile())));
-    QVERIFY(!loadQmFile(translator, write("Zendel.qm", endlessQmFile())));
-    filesCanBeMapped = true;
+    QVERIFY(loadQmFile(translator, write("Zendel.qm", largeQmFile())));
+    QCOMPARE(translator.translate("PageSetLang", "Change"), QStringLiteral("CHANGE"));
 }
 
 void tst_QmFile::loadedTranslationIsReplaced()

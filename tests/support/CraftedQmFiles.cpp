@@ -2,7 +2,7 @@
 
 #include "lang/SourceTexts.h"
 
-#include <QMap>
+#include <QMultiMap>
 #include <QString>
 #include <QtEndian>
 
@@ -130,6 +130,25 @@ QByteArray fileWithContexts(const QByteArray &table)
     return completeQmFile(table);
 }
 
+/// Entries in ascending hash and records of the plug-in's texts and of so many others.
+QByteArray blocksOfAllTexts(int others)
+{
+    QByteArray messages;
+    QMultiMap<quint32, int> offsets;
+    const auto add = [&](const char *context, const QByteArray &text) {
+        offsets.insert(hashOf(text.constData()), messages.size());
+        messages += record(context, text.constData(), text.toUpper().constData());
+    };
+    for (const SourceText &text : kSourceTexts)
+        add(text.context, text.text);
+    for (int i = 0; i < others; ++i)
+        add("MainWindow", "A text of the host, number " + QByteArray::number(i));
+    QByteArray hashes;
+    for (auto it = offsets.constBegin(); it != offsets.constEnd(); ++it)
+        hashes += entry(it.key(), it.value());
+    return tagged(Hashes, hashes) + tagged(Messages, messages);
+}
+
 /// A chain of @p count empty fields that every record may lead into.
 QByteArray chain(int count)
 {
@@ -146,16 +165,7 @@ QByteArray fileOfSharedRecord(int entries, int fields)
 
 QByteArray completeQmFile(const QByteArray &further)
 {
-    QByteArray messages;
-    QMap<quint32, int> offsets; // In ascending hash
-    for (const SourceText &text : kSourceTexts) {
-        offsets.insert(hashOf(text.text), messages.size());
-        messages += record(text.context, text.text, QByteArray(text.text).toUpper().constData());
-    }
-    QByteArray hashes;
-    for (auto it = offsets.constBegin(); it != offsets.constEnd(); ++it)
-        hashes += entry(it.key(), it.value());
-    return file(further + tagged(Hashes, hashes) + tagged(Messages, messages));
+    return file(further + blocksOfAllTexts(0));
 }
 
 QByteArray dependenciesBlock(const QList<QByteArray> &names)
@@ -303,8 +313,41 @@ QVector<CraftedQmFile> craftedQmFiles()
         {"length at the end of the messages, not of the file",
          fileOfChange(translation("a") + '\x05'), true},
         {"long record", fileOfChange(chain(10000) + good), true, "found"},
-        {"record that many entries share", fileOfSharedRecord(300, 300), true},
+        {"record that many entries share", fileOfSharedRecord(200, 200), true},
         {"record that so many entries share that Qt would take minutes", slowQmFile(), false},
     };
     return files;
+}
+
+QByteArray largeQmFile()
+{
+    return file(blocksOfAllTexts(25000));
+}
+
+QVector<CraftedQmFile> costlyQmFiles()
+{
+    const QByteArray gap(2, '\0');
+    QByteArray entriesOfAllTexts;
+    QMap<quint32, int> ordered;
+    for (const SourceText &text : kSourceTexts)
+        ordered.insert(hashOf(text.text), 0);
+    for (auto it = ordered.constBegin(); it != ordered.constEnd(); ++it)
+        entriesOfAllTexts += entry(it.key(), 0);
+    const QByteArray other = field(Source, "other") + end;
+    return {
+        {"500 entries, one record of 500 fields", fileOfSharedRecord(500, 500), false},
+        {"many entries, one long record", slowQmFile(), false},
+        {"many entries, one short record",
+         file(tagged(Hashes, entryOfChange(0).repeated(500000)) + tagged(Messages, other)), false},
+        {"few entries, one long record",
+         file(tagged(Hashes, entriesOfAllTexts) + tagged(Messages, chain(800000) + other)), false},
+        {"one long list of contexts",
+         fileWithContexts(contextTable({1}, gap + contextName("A").repeated(2000000) + '\0')),
+         false},
+        {"many buckets, one long list of contexts",
+         fileWithContexts(contextTable(QVector<quint16>(65535, 1),
+                                       gap + contextName("A").repeated(1900000) + '\0')),
+         false},
+        {"endless", endlessQmFile() + QByteArray(4 << 20, 'x'), false},
+    };
 }

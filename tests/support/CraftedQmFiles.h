@@ -30,3 +30,11 @@ QByteArray endlessQmFile();
 /// Returns a file of 4 MB in which Qt's look-up of "Change" would take minutes: each of its many
 /// entries leads through the same long record.
 QByteArray slowQmFile();
+
+/// Returns a file of 4 MB as lrelease writes it: the texts of the plug-in among 25,000 others.
+QByteArray largeQmFile();
+
+/// Files, most of about 4 MB, that are made to keep a reader busy. All are refused for that, although
+/// Qt would come to an end with most of them: no tool writes lists and records that overlap so, or
+/// a list of contexts so long.
+QVector<CraftedQmFile> costlyQmFiles();

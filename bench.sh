@@ -16,14 +16,14 @@ cmake --build --preset linux-bench
 export QT_QPA_PLATFORM=offscreen
 results=build/linux-bench/results
 mkdir -p "$results"
-for program in catalogue dialog load; do
+for program in catalogue translation dialog load; do
     echo "Running bench_$program"
     "build/linux-bench/bin/bench_$program" --benchmark_enable_random_interleaving=true \
         --benchmark_repetitions=21 --benchmark_min_time=0.05 \
         --benchmark_out="$results/$program.json" "$@" >"$results/$program.log" 2>&1 \
         || { cat "$results/$program.log" && exit 1; }
 done
-bench/ratios.py "$results"/{catalogue,dialog,load}.json
+bench/ratios.py "$results"/{catalogue,translation,dialog,load}.json
 
 # stripped_size STRIP FILE
 stripped_size() {

@@ -1,5 +1,6 @@
 // From the host's call to the settings dialog's first paint, against a bare dialog of the same
-// widgets. Both close as soon as they are painted; only the time until then counts.
+// widgets that takes the same steps. Both close as soon as they are painted; only the time until
+// then counts.
 
 #include "bench/CpuTimer.h"
 #include "bench/Deployment.h"
@@ -33,6 +34,40 @@ public:
     bool SetLanguage(std::uint8_t /*langId*/) override { return true; }
 } machine;
 
+/// Has the language page's slots: one is connected by name, and Qt logs that the other is not.
+class BarePage : public QWidget
+{
+    Q_OBJECT
+
+public:
+    BarePage()
+    {
+        auto *const label = new QLabel(QStringLiteral("Language:"), this);
+        label->setObjectName(QStringLiteral("label_info1"));
+        label->setGeometry(20, 20, 81, 31);
+        label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        auto *const button = new QPushButton(QStringLiteral("Change"), this);
+        button->setObjectName(QStringLiteral("pushButton_change"));
+        button->setGeometry(290, 20, 91, 31);
+        auto *const box = new QComboBox(this);
+        box->setObjectName(QStringLiteral("comboBox_language"));
+        box->setGeometry(110, 20, 171, 31);
+        QMetaObject::connectSlotsByName(this);
+
+        for (const LangEntry &entry : qAsConst(entries))
+            box->addItem(entry.name, entry.id);
+        box->setCurrentIndex(box->findData(entries.constLast().id));
+    }
+
+    static QList<LangEntry> entries;
+
+private Q_SLOTS:
+    void on_comboBo_lang_activated(int /*index*/) { }
+    void on_pushButton_change_clicked() { }
+};
+
+QList<LangEntry> BarePage::entries;
+
 /// The settings dialog as it is quickest written, its texts fixed.
 class BareDialog : public QDialog
 {
@@ -51,24 +86,9 @@ public:
         if (style.open(QIODevice::ReadOnly))
             setStyleSheet(QString::fromUtf8(style.readAll()));
 
-        auto *const page = new QWidget;
-        auto *const label = new QLabel(QStringLiteral("Language:"), page);
-        label->setGeometry(20, 20, 81, 31);
-        label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        auto *const button = new QPushButton(QStringLiteral("Change"), page);
-        button->setGeometry(290, 20, 91, 31);
-        auto *const box = new QComboBox(page);
-        box->setGeometry(110, 20, 171, 31);
-        for (const LangEntry &entry : qAsConst(entries))
-            box->addItem(entry.name, entry.id);
-        box->setCurrentIndex(box->count() - 1);
-        tabs->addTab(page, QStringLiteral("Language"));
+        tabs->addTab(new BarePage, QStringLiteral("Language"));
     }
-
-    static QList<LangEntry> entries;
 };
-
-QList<LangEntry> BareDialog::entries;
 
 /// Takes the time until the first paint of the next dialog, and closes that.
 class FirstPaint : public QObject
@@ -130,8 +150,8 @@ void open(benchmark::State &state, int languages)
         state.SkipWithError("the catalogue can't be written");
         return;
     }
-    BareDialog::entries = CTranslatorMgr::instance()->visibleLanguages();
-    if (BareDialog::entries.size() != languages) {
+    BarePage::entries = CTranslatorMgr::instance()->visibleLanguages();
+    if (BarePage::entries.size() != languages) {
         state.SkipWithError("not all languages are read");
         return;
     }
@@ -173,3 +193,5 @@ int main(int argc, char *argv[])
     benchmark::RunSpecifiedBenchmarks();
     return 0;
 }
+
+#include "bench_dialog.moc"

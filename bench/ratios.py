@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""ratios.py catalogue.json dialog.json load.json: prints the benchmarks' results as ratios.
+"""ratios.py catalogue.json translation.json dialog.json load.json: prints the benchmarks' results as ratios.
 
 Times are the medians of a run's repetitions, in processor time. A ratio beyond its goal is marked
 with "!".
@@ -67,6 +67,14 @@ def print_catalogue(times):
         print(f"10000 languages in {encoding} against UTF-8: {other}")
 
 
+def print_translation(times):
+    plain = times["load/4 MB"]
+    print_table("Loading a translation: loadLangConfig() and loadQmFile() against a plain one of 4 MB",
+                ["file", "time", "4 MB"],
+                [[name.partition("/")[2], f"{time:.0f} us", ratio(time, plain, 10)]
+                 for name, time in times.items()])
+
+
 def print_dialog(times):
     rows = []
     for size in [10, 57, 255, 10000]:
@@ -90,5 +98,6 @@ def print_load(times):
 
 
 print_catalogue(read_medians(sys.argv[1]))
-print_dialog(read_medians(sys.argv[2]))
-print_load(read_medians(sys.argv[3]))
+print_translation(read_medians(sys.argv[2]))
+print_dialog(read_medians(sys.argv[3]))
+print_load(read_medians(sys.argv[4]))

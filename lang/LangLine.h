@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QRegularExpression>
 #include <QString>
 
 /// One line of the catalogue, told apart by its form and by the section that it stands in. The
@@ -42,5 +41,4 @@ public:
 
 private:
     QString m_currentSection;
-    const QRegularExpression m_pattern {QLatin1String("^LANG(\\d+)_(ID|NAME|FOLDER|SHOW)$")};
 };

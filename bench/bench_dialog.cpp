@@ -18,6 +18,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QTabWidget>
+#include <QTranslator>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -34,6 +35,11 @@ public:
     bool SetLanguage(std::uint8_t /*langId*/) override { return true; }
 } machine;
 
+QString text(const char *context, const char *source)
+{
+    return CTranslatorMgr::instance()->translator()->translate(context, source);
+}
+
 /// Has the language page's slots: one is connected by name, and Qt logs that the other is not.
 class BarePage : public QWidget
 {
@@ -42,11 +48,11 @@ class BarePage : public QWidget
 public:
     BarePage()
     {
-        auto *const label = new QLabel(QStringLiteral("Language:"), this);
+        auto *const label = new QLabel(text("PageSetLang", "Language:"), this);
         label->setObjectName(QStringLiteral("label_info1"));
         label->setGeometry(20, 20, 81, 31);
         label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        auto *const button = new QPushButton(QStringLiteral("Change"), this);
+        auto *const button = new QPushButton(text("PageSetLang", "Change"), this);
         button->setObjectName(QStringLiteral("pushButton_change"));
         button->setGeometry(290, 20, 91, 31);
         auto *const box = new QComboBox(this);
@@ -54,28 +60,26 @@ public:
         box->setGeometry(110, 20, 171, 31);
         QMetaObject::connectSlotsByName(this);
 
-        for (const LangEntry &entry : qAsConst(entries))
+        const CTranslatorMgr *const mgr = CTranslatorMgr::instance();
+        const QList<LangEntry> languages = mgr->visibleLanguages();
+        for (const LangEntry &entry : languages)
             box->addItem(entry.name, entry.id);
-        box->setCurrentIndex(box->findData(entries.constLast().id));
+        box->setCurrentIndex(box->findData(mgr->defaultLangId()));
     }
-
-    static QList<LangEntry> entries;
 
 private Q_SLOTS:
     void on_comboBo_lang_activated(int /*index*/) { }
     void on_pushButton_change_clicked() { }
 };
 
-QList<LangEntry> BarePage::entries;
-
-/// The settings dialog as it is quickest written, its texts fixed.
+/// The settings dialog as it is quickest written: every step once.
 class BareDialog : public QDialog
 {
 public:
     BareDialog()
     {
         setFixedSize(700, 470);
-        setWindowTitle(QStringLiteral("Settings"));
+        setWindowTitle(text("DlgSettings", "Settings"));
         auto *const tabs = new QTabWidget(this);
         tabs->setDocumentMode(true);
         auto *const layout = new QVBoxLayout(this);
@@ -86,7 +90,7 @@ public:
         if (style.open(QIODevice::ReadOnly))
             setStyleSheet(QString::fromUtf8(style.readAll()));
 
-        tabs->addTab(new BarePage, QStringLiteral("Language"));
+        tabs->addTab(new BarePage, text("DlgSettings", "Language"));
     }
 };
 
@@ -150,8 +154,7 @@ void open(benchmark::State &state, int languages)
         state.SkipWithError("the catalogue can't be written");
         return;
     }
-    BarePage::entries = CTranslatorMgr::instance()->visibleLanguages();
-    if (BarePage::entries.size() != languages) {
+    if (CTranslatorMgr::instance()->visibleLanguages().size() != languages) {
         state.SkipWithError("not all languages are read");
         return;
     }

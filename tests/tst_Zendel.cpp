@@ -556,6 +556,9 @@ void tst_Zendel::everyObjectDiesAtItsTime()
     QList<int> counts;
     load(); // With a manager.
     counts += liveObjects.size();
+    m_mgr->Init(nullptr); // Nothing without a host.
+    m_mgr->ShowSettingsDlg(nullptr);
+    counts += liveObjects.size();
     m_mgr->Init(&m_machine); // The translator manager and its translator.
     counts += liveObjects.size();
     m_mgr->Init(&m_machine);
@@ -566,7 +569,7 @@ void tst_Zendel::everyObjectDiesAtItsTime()
     unload();
     counts += liveObjects.size();
     watchObjects(false);
-    QCOMPARE(counts, QList<int>({1, 3, 3, 2, 0}));
+    QCOMPARE(counts, QList<int>({1, 1, 3, 3, 2, 0}));
 }
 
 void tst_Zendel::translatorIsNeverInstalledIntoTheApplication()

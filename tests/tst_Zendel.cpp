@@ -12,6 +12,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDialog>
+#include <QDirIterator>
 #include <QFile>
 #include <QLabel>
 #include <QLibrary>
@@ -119,6 +120,7 @@ private Q_SLOTS:
     void ownerThatIsNoWindowAnyMore();
 
     // Unloading
+    void styleSheetIsTheOnlyResource();
     void unloadingLeavesNothingBehind();
     void everyObjectDiesAtItsTime();
     void translatorIsNeverInstalledIntoTheApplication();
@@ -520,6 +522,22 @@ void tst_Zendel::ownerThatIsNoWindowAnyMore()
     QCOMPARE(m_operator.takeDialogs().size(), 1);
     m_operator.takeBoxes();
     m_machine.takeCalls();
+}
+
+void tst_Zendel::styleSheetIsTheOnlyResource()
+{
+    const auto files = [] {
+        QStringList result;
+        QDirIterator iterator(QStringLiteral(":/"), QDir::Files, QDirIterator::Subdirectories);
+        while (iterator.hasNext())
+            result += iterator.next();
+        result.sort();
+        return result;
+    };
+    QStringList withPlugin = files();
+    unload();
+    QVERIFY(withPlugin.removeOne(QStringLiteral(":/res/qss/style.css")));
+    QCOMPARE(withPlugin, files());
 }
 
 void tst_Zendel::unloadingLeavesNothingBehind()

@@ -56,6 +56,11 @@ public:
     }
 };
 
+QByteArray scaleFactor()
+{
+    return qEnvironmentVariableIsSet("ZENDEL_SCALE_FACTOR") ? qgetenv("ZENDEL_SCALE_FACTOR") : "1";
+}
+
 HWND ownerHandle()
 {
     return reinterpret_cast<HWND>(quintptr(0x1234));
@@ -67,11 +72,15 @@ class tst_CZendelIns : public QObject
 {
     Q_OBJECT
 
+public:
+    static void initMain();
+
 private Q_SLOTS:
     void initTestCase();
     void init();
     void cleanup();
 
+    void screenIsScaledAsAskedFor();
     void hostIsNullAtFirst();
     void basesAndMetaObject();
     void managerHoldsNoState();
@@ -94,12 +103,20 @@ private Q_SLOTS:
     void stepsInOrderWithoutOwner();
     void dialogIsCentredOverTheOwner_data();
     void dialogIsCentredOverTheOwner();
+    void frameOfTheDialogIsLeftOut();
     void windowExistsButIsHiddenWhenBroughtToTheFront();
 
 private:
     Operator m_operator;
     RecordingMachine m_machine;
 };
+
+/// Called before the application is constructed.
+void tst_CZendelIns::initMain()
+{
+    // Set here because Wine hides variables named QT_* from programs.
+    qputenv("QT_SCALE_FACTOR", scaleFactor());
+}
 
 void tst_CZendelIns::initTestCase()
 {
@@ -125,6 +142,11 @@ void tst_CZendelIns::cleanup()
     for (const QString &warning : Warnings::take())
         QCOMPARE(warning, Warnings::unconnectedSlot());
     g_pHostMachine = nullptr;
+}
+
+void tst_CZendelIns::screenIsScaledAsAskedFor()
+{
+    QCOMPARE(qApp->devicePixelRatio(), scaleFactor().toDouble());
 }
 
 void tst_CZendelIns::hostIsNullAtFirst()
@@ -361,13 +383,13 @@ void tst_CZendelIns::dialogIsCentredOverTheOwner_data()
                                      owner.bottom - owner.top)
                             << dialog << position;
     };
-    row("usual sizes", {100, 50, 900, 650}, {700, 470}, {150, 115});
+    row("owner much larger", {100, 50, 900, 650}, {300, 200}, {350, 250});
     row("owner wider and higher by one", {0, 0, 301, 301}, {300, 300}, {0, 0});
     row("owner wider and higher by three", {10, 20, 313, 323}, {300, 300}, {11, 21});
     row("dialog wider and higher by one", {10, 20, 309, 319}, {300, 300}, {10, 20});
     row("dialog wider and higher by three", {10, 20, 307, 317}, {300, 300}, {9, 19});
     row("owner partly off the screen", {-300, -200, 300, 200}, {301, 301}, {-151, -151});
-    row("owner empty", {0, 0, 0, 0}, {700, 470}, {-350, -235});
+    row("owner empty", {0, 0, 0, 0}, {300, 200}, {-150, -100});
 }
 
 void tst_CZendelIns::dialogIsCentredOverTheOwner()
@@ -384,6 +406,21 @@ void tst_CZendelIns::dialogIsCentredOverTheOwner()
     QVERIFY(RecordingWindowManager::takeCalls().contains(
         QStringLiteral("move(%1, %2)").arg(position.x()).arg(position.y())));
     QCOMPARE(brief.pos(), position);
+}
+
+void tst_CZendelIns::frameOfTheDialogIsLeftOut()
+{
+    RecordingWindowManager::rect = {100, 50, 900, 650};
+    BriefDialog dialog;
+    dialog.resize(300, 200);
+    // Qt knows every platform's frame once the dialog has been shown.
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    if (QGuiApplication::platformName() != QLatin1String("xcb")) // No window manager, no frame.
+        QVERIFY(dialog.frameGeometry().width() > dialog.width());
+    dialog.hide();
+    CZendelIns::ExecModal(dialog, ownerHandle());
+    QVERIFY(RecordingWindowManager::takeCalls().contains(QStringLiteral("move(350, 250)")));
 }
 
 void tst_CZendelIns::windowExistsButIsHiddenWhenBroughtToTheFront()

@@ -105,6 +105,8 @@ private Q_SLOTS:
     void dialogIsCentredOverTheOwner();
     void frameOfTheDialogIsLeftOut();
     void windowExistsButIsHiddenWhenBroughtToTheFront();
+    void ownerIsEnabledHoweverTheDialogEnds_data();
+    void ownerIsEnabledHoweverTheDialogEnds();
 
 private:
     Operator m_operator;
@@ -442,6 +444,32 @@ void tst_CZendelIns::windowExistsButIsHiddenWhenBroughtToTheFront()
                           QStringLiteral("bringWindowToTop window hidden"),
                           QStringLiteral("enableWindow window hidden"),
                           QStringLiteral("setForegroundWindow window hidden")}));
+}
+
+void tst_CZendelIns::ownerIsEnabledHoweverTheDialogEnds_data()
+{
+    QTest::addColumn<int>("code");
+
+    QTest::newRow("accepted") << int(QDialog::Accepted);
+    QTest::newRow("rejected") << int(QDialog::Rejected);
+    QTest::newRow("another code") << 7;
+}
+
+void tst_CZendelIns::ownerIsEnabledHoweverTheDialogEnds()
+{
+    QFETCH(int, code);
+
+    m_operator.onDialog = [code](QDialog &dialog) {
+        RecordingWindowManager::takeCalls();
+        dialog.done(code);
+    };
+    QDialog dialog;
+    CZendelIns::ExecModal(dialog, ownerHandle());
+    QCOMPARE(dialog.result(), code);
+    QCOMPARE(RecordingWindowManager::takeCalls(),
+             QStringList({QStringLiteral("enableWindow(owner, true)"),
+                          QStringLiteral("setForegroundWindow(owner)")}));
+    QCOMPARE(m_operator.takeDialogs().size(), 1);
 }
 
 QTEST_MAIN(tst_CZendelIns)

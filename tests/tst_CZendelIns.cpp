@@ -18,6 +18,8 @@
 #include <QTest>
 #include <QTranslator>
 
+#include <stdexcept>
+
 using RecordingWindowManager::addCall;
 
 // The library's calls of these three operations come here, so that they can be written down
@@ -54,6 +56,13 @@ public:
         addCall(QStringLiteral("exec"));
         return Accepted;
     }
+};
+
+/// A dialog whose run ends with an exception.
+class ThrowingDialog : public QDialog
+{
+public:
+    int exec() override { throw std::runtime_error("exec"); }
 };
 
 QByteArray scaleFactor()
@@ -107,6 +116,7 @@ private Q_SLOTS:
     void windowExistsButIsHiddenWhenBroughtToTheFront();
     void ownerIsEnabledHoweverTheDialogEnds_data();
     void ownerIsEnabledHoweverTheDialogEnds();
+    void exceptionLeavesTheOwnerDisabled();
 
 private:
     Operator m_operator;
@@ -470,6 +480,15 @@ void tst_CZendelIns::ownerIsEnabledHoweverTheDialogEnds()
              QStringList({QStringLiteral("enableWindow(owner, true)"),
                           QStringLiteral("setForegroundWindow(owner)")}));
     QCOMPARE(m_operator.takeDialogs().size(), 1);
+}
+
+void tst_CZendelIns::exceptionLeavesTheOwnerDisabled()
+{
+    ThrowingDialog dialog;
+    QVERIFY_EXCEPTION_THROWN(CZendelIns::ExecModal(dialog, ownerHandle()), std::runtime_error);
+    const QStringList calls = RecordingWindowManager::takeCalls();
+    QCOMPARE(calls.constFirst(), QStringLiteral("enableWindow(owner, false)"));
+    QCOMPARE(calls.constLast(), QStringLiteral("bringWindowToTop(dialog)"));
 }
 
 QTEST_MAIN(tst_CZendelIns)

@@ -107,6 +107,8 @@ private Q_SLOTS:
     void dialogIsBuiltAfreshForEveryCall();
     void ownerIsEnabledWhileTheDialogStillExists();
     void dialogRunsModallyOverTheOwner();
+    void hostMayCloseTheDialogDuringAChange_data();
+    void hostMayCloseTheDialogDuringAChange();
 
     void stepsInOrderWithOwner();
     void stepsInOrderWithoutOwner();
@@ -144,6 +146,8 @@ void tst_CZendelIns::init()
     m_operator.onBox = nullptr;
     m_operator.onDialog = nullptr;
     m_machine.accepts = true;
+    m_machine.onSetLanguage = nullptr;
+    m_machine.onNotify = nullptr;
 }
 
 void tst_CZendelIns::cleanup()
@@ -354,6 +358,54 @@ void tst_CZendelIns::dialogRunsModallyOverTheOwner()
     ins.ShowSettingsDlg(ownerHandle());
     QVERIFY(!QApplication::activeModalWidget());
     m_operator.takeDialogs();
+}
+
+void tst_CZendelIns::hostMayCloseTheDialogDuringAChange_data()
+{
+    QTest::addColumn<QString>("closingCall"); // And during which attempt
+    QTest::addColumn<QList<bool>>("attempts");
+    QTest::addColumn<bool>("result");
+
+    QTest::newRow("first change, not decided yet")
+        << QStringLiteral("SetLanguage 1") << QList<bool> {true} << false;
+    QTest::newRow("first change, decided")
+        << QStringLiteral("NotifySettingChanged 1") << QList<bool> {true} << true;
+    QTest::newRow("change after a success, not decided yet")
+        << QStringLiteral("SetLanguage 2") << QList<bool> {true, false} << true;
+    QTest::newRow("change after a failure, not decided yet")
+        << QStringLiteral("SetLanguage 2") << QList<bool> {false, true} << false;
+    QTest::newRow("change after a failure, decided")
+        << QStringLiteral("NotifySettingChanged 2") << QList<bool> {false, true} << true;
+}
+
+/// The result is what the page knows at the moment of closing.
+void tst_CZendelIns::hostMayCloseTheDialogDuringAChange()
+{
+    QFETCH(QString, closingCall);
+    QFETCH(QList<bool>, attempts);
+    QFETCH(bool, result);
+
+    int attempt = 0;
+    m_operator.onDialog = [&](QDialog &dialog) {
+        const auto closeAt = [&](const QString &call) {
+            if (call.arg(attempt) == closingCall)
+                dialog.reject();
+        };
+        m_machine.onSetLanguage = [closeAt] { closeAt(QStringLiteral("SetLanguage %1")); };
+        m_machine.onNotify = [closeAt] { closeAt(QStringLiteral("NotifySettingChanged %1")); };
+        for (const bool accepts : attempts) {
+            ++attempt;
+            m_machine.accepts = accepts;
+            dialog.findChild<QPushButton *>()->click();
+        }
+        QVERIFY(dialog.isHidden());
+    };
+    CZendelIns ins;
+    QVERIFY(ins.Init(&m_machine));
+    QCOMPARE(ins.ShowSettingsDlg(ownerHandle()), result);
+    QCOMPARE(m_operator.takeBoxes().size(), attempts.size());
+    m_operator.takeDialogs();
+    m_machine.takeCalls();
 }
 
 void tst_CZendelIns::stepsInOrderWithOwner()

@@ -4,6 +4,7 @@
 #include "plugin/HostMachine.h"
 
 #include "support/Deployment.h"
+#include "support/HostTranslator.h"
 #include "support/Operator.h"
 #include "support/RecordingMachine.h"
 #include "support/Warnings.h"
@@ -18,24 +19,6 @@
 #include <QTranslator>
 
 namespace {
-
-/// Translates everything to "host", as a translator of the host application would, and knows what
-/// it was asked for.
-class HostTranslator : public QTranslator
-{
-public:
-    QString translate(const char *context, const char *sourceText, const char *disambiguation,
-                      int n) const override
-    {
-        asked += QStringLiteral("%1 %2 %3 %4")
-                     .arg(QLatin1String(context), QLatin1String(sourceText),
-                          QLatin1String(disambiguation), QString::number(n));
-        return QStringLiteral("host");
-    }
-    bool isEmpty() const override { return false; }
-
-    mutable QStringList asked;
-};
 
 QComboBox &comboBox(const PageSetLang &page)
 {

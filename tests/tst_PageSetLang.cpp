@@ -3,6 +3,7 @@
 #include "lang/CTranslatorMgr.h"
 #include "plugin/HostMachine.h"
 
+#include "support/DefaultButtons.h"
 #include "support/Deployment.h"
 #include "support/HostTranslator.h"
 #include "support/Operator.h"
@@ -17,6 +18,11 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTranslator>
+
+RECORD_DEFAULT_BUTTON(
+    _ZN11QMessageBox11informationEP7QWidgetRK7QStringS4_6QFlagsINS_14StandardButtonEES6_)
+RECORD_DEFAULT_BUTTON(
+    _ZN11QMessageBox8criticalEP7QWidgetRK7QStringS4_6QFlagsINS_14StandardButtonEES6_)
 
 namespace {
 
@@ -106,6 +112,7 @@ private Q_SLOTS:
     void hostOverrideCursorIsGivenBack();
     void lastAttemptCounts();
     void changeOkIsSetBeforeTheBoxShows();
+    void boxesHaveNoDefaultButton();
     void messagesAreEmptyWithoutTranslation();
     void nothingIsRefreshedAfterAChange();
     void newTranslationSpeaksInTheBoxButNotOnThePage();
@@ -491,6 +498,19 @@ void tst_PageSetLang::changeOkIsSetBeforeTheBoxShows()
     button(page).click();
     QVERIFY(seen);
     m_operator.takeBoxes();
+    m_machine.takeCalls();
+}
+
+void tst_PageSetLang::boxesHaveNoDefaultButton()
+{
+    DefaultButtons::take();
+    const PageSetLang page;
+    for (const bool accepts : {true, false}) {
+        m_machine.accepts = accepts;
+        button(page).click();
+    }
+    QCOMPARE(DefaultButtons::take(), QList<int>({QMessageBox::NoButton, QMessageBox::NoButton}));
+    QCOMPARE(m_operator.takeBoxes(), QStringList({successBox("1"), failureBox("1")}));
     m_machine.takeCalls();
 }
 

@@ -7,6 +7,7 @@
 
 #include "support/Deployment.h"
 #include "support/Operator.h"
+#include "support/Properties.h"
 #include "support/RecordingMachine.h"
 #include "support/Warnings.h"
 
@@ -35,6 +36,14 @@ QByteArray styleSheetFile()
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+QStringList childClasses(const QWidget &widget)
+{
+    QStringList result;
+    for (const QObject *const child : widget.children())
+        result += QLatin1String(child->metaObject()->className());
+    return result;
+}
+
 /// What stays of a style sheet when comments and white space are taken out.
 QString activeRules(QString styleSheet)
 {
@@ -57,6 +66,7 @@ private Q_SLOTS:
     void sizeIsFixed();
     void titleBarHasNoContextHelpButton();
     void formIsAsDesigned();
+    void nothingElseIsSetOnTheWidgets();
     void pageIsTheOneTab();
     void textsComeFromTheLoadedTranslation();
     void textsAreEmptyWithoutTranslation();
@@ -152,6 +162,25 @@ void tst_DlgSettings::formIsAsDesigned()
 
     QCOMPARE(tabWidget(dialog).parentWidget(), &dialog);
     QVERIFY(tabWidget(dialog).documentMode());
+
+    QCOMPARE(dialog.children(), QObjectList({dialog.layout(), &tabWidget(dialog)}));
+    // Qt's own parts of a tab widget.
+    const QTabWidget bare;
+    QCOMPARE(childClasses(tabWidget(dialog)), childClasses(bare));
+    QCOMPARE(childClasses(*tabWidget(dialog).tabBar()), childClasses(*bare.tabBar()));
+}
+
+void tst_DlgSettings::nothingElseIsSetOnTheWidgets()
+{
+    DlgSettings dialog;
+    QCOMPARE(differingProperties(dialog, QDialog()),
+             QStringLiteral("objectName minimumSize maximumSize minimumWidth minimumHeight "
+                            "maximumWidth maximumHeight windowTitle styleSheet"));
+    QTabWidget bare(&dialog);
+    bare.setDocumentMode(true);
+    bare.addTab(new QWidget, QString());
+    QCOMPARE(differingProperties(tabWidget(dialog), bare), QStringLiteral("objectName"));
+    QCOMPARE(differingProperties(*tabWidget(dialog).tabBar(), *bare.tabBar()), QString());
 }
 
 void tst_DlgSettings::pageIsTheOneTab()
@@ -163,6 +192,13 @@ void tst_DlgSettings::pageIsTheOneTab()
     QVERIFY(page);
     QVERIFY(tabWidget(dialog).isAncestorOf(page));
     QCOMPARE(dialog.findChildren<PageSetLang *>().size(), 1);
+    QVERIFY(!page->layout());
+    QCOMPARE(childClasses(*page), childClasses(PageSetLang()));
+
+    QVERIFY(tabWidget(dialog).isTabEnabled(0));
+    QVERIFY(tabWidget(dialog).tabIcon(0).isNull());
+    QCOMPARE(tabWidget(dialog).tabToolTip(0), QString());
+    QCOMPARE(tabWidget(dialog).tabWhatsThis(0), QString());
 }
 
 void tst_DlgSettings::textsComeFromTheLoadedTranslation()

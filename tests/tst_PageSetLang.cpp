@@ -7,6 +7,7 @@
 #include "support/Deployment.h"
 #include "support/HostTranslator.h"
 #include "support/Operator.h"
+#include "support/Properties.h"
 #include "support/RecordingMachine.h"
 #include "support/Warnings.h"
 
@@ -16,6 +17,7 @@
 #include <QMessageBox>
 #include <QMetaMethod>
 #include <QPushButton>
+#include <QStandardItemModel>
 #include <QTest>
 #include <QTranslator>
 
@@ -84,6 +86,7 @@ private Q_SLOTS:
     void widgetsStandAtTheirPlaces();
     void pageIsAsTheFormHasIt();
     void labelIsAlignedToTheRight();
+    void nothingElseIsSetOnTheWidgets();
     void onlyTheMisspeltSlotIsUnconnected();
     void metaObjectDeclaresTwoPrivateSlots();
 
@@ -99,6 +102,7 @@ private Q_SLOTS:
     void unlistedDefaultSelectsTheFirst();
     void emptyListSelectsNothing();
     void itemDataIsAnIntUnderUserRole();
+    void itemsHaveNothingElse();
 
     // The change
     void successNotifiesAndInforms();
@@ -195,6 +199,19 @@ void tst_PageSetLang::labelIsAlignedToTheRight()
 {
     const PageSetLang page;
     QCOMPARE(label(page).alignment(), Qt::AlignRight | Qt::AlignTrailing | Qt::AlignVCenter);
+}
+
+void tst_PageSetLang::nothingElseIsSetOnTheWidgets()
+{
+    QWidget parent;
+    const PageSetLang page(&parent);
+    QCOMPARE(differingProperties(page, QWidget(&parent)), QStringLiteral("objectName"));
+    QCOMPARE(differingProperties(button(page), QPushButton(&parent)),
+             QStringLiteral("objectName text"));
+    QCOMPARE(differingProperties(comboBox(page), QComboBox(&parent)),
+             QStringLiteral("objectName currentText currentIndex"));
+    QCOMPARE(differingProperties(label(page), QLabel(&parent)),
+             QStringLiteral("objectName text alignment"));
 }
 
 void tst_PageSetLang::onlyTheMisspeltSlotIsUnconnected()
@@ -345,6 +362,20 @@ void tst_PageSetLang::itemDataIsAnIntUnderUserRole()
     const QVariant data = comboBox(page).itemData(1, Qt::UserRole);
     QCOMPARE(data.userType(), int(QMetaType::Int));
     QCOMPARE(data.toInt(), 2);
+}
+
+void tst_PageSetLang::itemsHaveNothingElse()
+{
+    const PageSetLang page;
+    const auto *const model = qobject_cast<QStandardItemModel *>(comboBox(page).model());
+    QVERIFY(model);
+    QCOMPARE(model->columnCount(), 1);
+    for (int i = 0; i < model->rowCount(); ++i) {
+        const QModelIndex index = model->index(i, 0);
+        QCOMPARE(model->itemData(index).keys(), QList<int>({Qt::DisplayRole, Qt::UserRole}));
+        QCOMPARE(model->flags(index), QStandardItem().flags());
+        QVERIFY(!model->hasChildren(index));
+    }
 }
 
 void tst_PageSetLang::successNotifiesAndInforms()

@@ -16,6 +16,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QMetaMethod>
+#include <QPointer>
 #include <QPushButton>
 #include <QStandardItemModel>
 #include <QTest>
@@ -103,6 +104,7 @@ private Q_SLOTS:
     void emptyListSelectsNothing();
     void itemDataIsAnIntUnderUserRole();
     void itemsHaveNothingElse();
+    void itemsAddedMeanwhileAreCleared();
 
     // The change
     void successNotifiesAndInforms();
@@ -376,6 +378,26 @@ void tst_PageSetLang::itemsHaveNothingElse()
         QCOMPARE(model->flags(index), QStandardItem().flags());
         QVERIFY(!model->hasChildren(index));
     }
+}
+
+void tst_PageSetLang::itemsAddedMeanwhileAreCleared()
+{
+    HostTranslator hostTranslator;
+    QVERIFY(QCoreApplication::installTranslator(&hostTranslator));
+    QPointer<QComboBox> added;
+    // Asked while the form is set up.
+    hostTranslator.onPageText = [&added] {
+        const QWidgetList widgets = QApplication::allWidgets();
+        for (QWidget *const widget : widgets) {
+            if (auto *const box = qobject_cast<QComboBox *>(widget)) {
+                box->addItem(QStringLiteral("host"), 1);
+                added = box;
+            }
+        }
+    };
+    const PageSetLang page;
+    QCOMPARE(added, &comboBox(page));
+    QCOMPARE(items(page), QStringList({QStringLiteral("[One:1]"), QStringLiteral("Two:2")}));
 }
 
 void tst_PageSetLang::successNotifiesAndInforms()

@@ -87,6 +87,7 @@ private Q_SLOTS:
     void resultFollowsTheLastAttempt();
     void resultIsTakenWhenTheDialogCloses();
     void resultIsOverwrittenAtEveryClose();
+    void resultIsFalseWithoutAPage();
     void resultCodeIsQDialogs();
 
 private:
@@ -402,6 +403,15 @@ void tst_DlgSettings::resultIsOverwrittenAtEveryClose()
     QVERIFY(dialog.changed());
     press(dialog, false);
     dialog.accept();
+    QVERIFY(!dialog.changed());
+}
+
+void tst_DlgSettings::resultIsFalseWithoutAPage()
+{
+    DlgSettings dialog;
+    press(dialog, true);
+    delete dialog.findChild<PageSetLang *>();
+    dialog.reject();
     QVERIFY(!dialog.changed());
 }
 

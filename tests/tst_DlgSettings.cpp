@@ -6,12 +6,14 @@
 #include "ui/PageSetLang.h"
 
 #include "support/Deployment.h"
+#include "support/HostTranslator.h"
 #include "support/Operator.h"
 #include "support/Properties.h"
 #include "support/RecordingMachine.h"
 #include "support/Warnings.h"
 
 #include <QFile>
+#include <QLabel>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QResource>
@@ -70,6 +72,7 @@ private Q_SLOTS:
     void pageIsTheOneTab();
     void textsComeFromTheLoadedTranslation();
     void textsAreEmptyWithoutTranslation();
+    void textsStayWhenTheHostInstallsATranslator();
     void formHasNoTextsOfItsOwn();
     void warnsOfTheUnconnectedSlotAlone();
     void metaObjectDeclaresNothing();
@@ -102,6 +105,7 @@ void tst_DlgSettings::init()
     Deployment::clear();
     Deployment::installTwoLanguages();
     CTranslatorMgr::instance()->loadTranslator();
+    m_machine.onSetLanguage = nullptr;
     g_pHostMachine = &m_machine;
 }
 
@@ -218,6 +222,29 @@ void tst_DlgSettings::textsAreEmptyWithoutTranslation()
     const DlgSettings dialog;
     QCOMPARE(tabWidget(dialog).tabText(0), QString());
     QCOMPARE(dialog.windowTitle(), QString());
+}
+
+void tst_DlgSettings::textsStayWhenTheHostInstallsATranslator()
+{
+    HostTranslator hostTranslator;
+    m_machine.onSetLanguage = [&hostTranslator] {
+        Deployment::installTranslation(QStringLiteral("first"), QStringLiteral("second"));
+        CTranslatorMgr::instance()->loadTranslator();
+        // Every window gets QEvent::LanguageChange, and passes it on to its widgets.
+        QVERIFY(QCoreApplication::installTranslator(&hostTranslator));
+    };
+    DlgSettings dialog;
+    dialog.show();
+    const auto texts = [&dialog] {
+        return QStringList(
+            {dialog.windowTitle(), tabWidget(dialog).tabText(0),
+             dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"))->text(),
+             dialog.findChild<QLabel *>(QStringLiteral("label_info1"))->text()});
+    };
+    const QStringList before = texts();
+    press(dialog, true);
+    QCoreApplication::sendPostedEvents();
+    QCOMPARE(texts(), before);
 }
 
 void tst_DlgSettings::formHasNoTextsOfItsOwn()

@@ -12,8 +12,10 @@
 #include "support/RecordingMachine.h"
 #include "support/Warnings.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QLabel>
+#include <QPointer>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QResource>
@@ -46,6 +48,18 @@ QStringList childClasses(const QWidget &widget)
     return result;
 }
 
+/// The one widget of its class, which may still be under construction.
+template<typename Widget>
+Widget *anyWidget()
+{
+    const QWidgetList widgets = QApplication::allWidgets();
+    for (QWidget *const widget : widgets) {
+        if (auto *const result = qobject_cast<Widget *>(widget))
+            return result;
+    }
+    return nullptr;
+}
+
 /// What stays of a style sheet when comments and white space are taken out.
 QString activeRules(QString styleSheet)
 {
@@ -70,6 +84,8 @@ private Q_SLOTS:
     void formIsAsDesigned();
     void nothingElseIsSetOnTheWidgets();
     void pageIsTheOneTab();
+    void pageIsCreatedInTheTabWidget();
+    void documentModeIsSetAgain();
     void textsComeFromTheLoadedTranslation();
     void textsAreEmptyWithoutTranslation();
     void textsStayWhenTheHostInstallsATranslator();
@@ -204,6 +220,36 @@ void tst_DlgSettings::pageIsTheOneTab()
     QVERIFY(tabWidget(dialog).tabIcon(0).isNull());
     QCOMPARE(tabWidget(dialog).tabToolTip(0), QString());
     QCOMPARE(tabWidget(dialog).tabWhatsThis(0), QString());
+}
+
+void tst_DlgSettings::pageIsCreatedInTheTabWidget()
+{
+    HostTranslator hostTranslator;
+    QVERIFY(QCoreApplication::installTranslator(&hostTranslator));
+    QStringList parents;
+    // Asked while the page is constructed, before it is added as a tab.
+    hostTranslator.onPageText = [&parents] {
+        const auto *const page = anyWidget<PageSetLang>();
+        parents += page && page->parent() ? page->parent()->objectName() : QStringLiteral("none");
+    };
+    const DlgSettings dialog;
+    parents.removeDuplicates();
+    QCOMPARE(parents, QStringList(QStringLiteral("tabWidget")));
+}
+
+void tst_DlgSettings::documentModeIsSetAgain()
+{
+    HostTranslator hostTranslator;
+    QVERIFY(QCoreApplication::installTranslator(&hostTranslator));
+    QPointer<QTabWidget> changed;
+    // Asked while the page is constructed, after the dialog's form has set the mode.
+    hostTranslator.onPageText = [&changed] {
+        changed = anyWidget<QTabWidget>();
+        changed->setDocumentMode(false);
+    };
+    const DlgSettings dialog;
+    QCOMPARE(changed, &tabWidget(dialog));
+    QVERIFY(tabWidget(dialog).documentMode());
 }
 
 void tst_DlgSettings::textsComeFromTheLoadedTranslation()

@@ -7,6 +7,7 @@
 
 #include "support/Deployment.h"
 #include "support/HostTranslator.h"
+#include "support/Interpose.h"
 #include "support/Operator.h"
 #include "support/Properties.h"
 #include "support/RecordingMachine.h"
@@ -22,10 +23,43 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
+#include <QTranslator>
 #include <QVBoxLayout>
 
 #include <functional>
+#include <new>
 #include <utility>
+
+namespace {
+
+QStringList asked;
+
+/// Records what it is asked for. As large as QTranslator, because it takes its place.
+class RecordingTranslator : public QTranslator
+{
+public:
+    using QTranslator::QTranslator;
+
+    QString translate(const char *context, const char *sourceText, const char *disambiguation,
+                      int n) const override
+    {
+        asked +=
+            QStringLiteral("%1 %2 %3 %4")
+                .arg(QLatin1String(context), QLatin1String(sourceText),
+                     QLatin1String(disambiguation ? disambiguation : "null"), QString::number(n));
+        return QTranslator::translate(context, sourceText, disambiguation, n);
+    }
+};
+
+static_assert(sizeof(RecordingTranslator) == sizeof(QTranslator));
+
+} // namespace
+
+// The library's constructions of translators come here.
+INTERPOSE(void, _ZN11QTranslatorC1EP7QObject, (QTranslator * self, QObject *parent))
+{
+    new (self) RecordingTranslator(parent);
+}
 
 namespace {
 
@@ -88,6 +122,7 @@ private Q_SLOTS:
     void documentModeIsSetAgain();
     void textsComeFromTheLoadedTranslation();
     void textsAreEmptyWithoutTranslation();
+    void textsAreAskedForPlainly();
     void textsStayWhenTheHostInstallsATranslator();
     void formHasNoTextsOfItsOwn();
     void warnsOfTheUnconnectedSlotAlone();
@@ -268,6 +303,23 @@ void tst_DlgSettings::textsAreEmptyWithoutTranslation()
     const DlgSettings dialog;
     QCOMPARE(tabWidget(dialog).tabText(0), QString());
     QCOMPARE(dialog.windowTitle(), QString());
+}
+
+void tst_DlgSettings::textsAreAskedForPlainly()
+{
+    asked.clear();
+    const DlgSettings dialog;
+    press(dialog, true);
+    press(dialog, false);
+    QCOMPARE(asked,
+             QStringList({QStringLiteral("PageSetLang Change null -1"),
+                          QStringLiteral("PageSetLang Language: null -1"),
+                          QStringLiteral("DlgSettings Language null -1"),
+                          QStringLiteral("DlgSettings Settings null -1"),
+                          QStringLiteral("PageSetLang Change successful! null -1"),
+                          QStringLiteral("PageSetLang Success null -1"),
+                          QStringLiteral("PageSetLang Change failed! null -1"),
+                          QStringLiteral("PageSetLang Error null -1")}));
 }
 
 void tst_DlgSettings::textsStayWhenTheHostInstallsATranslator()

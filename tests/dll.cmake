@@ -1,8 +1,12 @@
-# Fails unless the DLL is what a Windows user expects: exactly two exports, imports from Qt, the
-# compiler's runtime and the system alone, ASLR and NX on.
+# Fails unless the DLL is what a Windows user expects: made for x86-64, exactly two exports, imports
+# from Qt, the compiler's runtime and the system alone, ASLR and NX on.
 # cmake -D OBJDUMP=... -D PLUGIN=... -P dll.cmake
 
 execute_process(COMMAND ${OBJDUMP} -p ${PLUGIN} OUTPUT_VARIABLE dump COMMAND_ERROR_IS_FATAL ANY)
+
+if(NOT dump MATCHES "file format pei-x86-64\n")
+    message(SEND_ERROR "${PLUGIN} is not for x86-64")
+endif()
 
 string(REGEX MATCH "\\[Ordinal/Name Pointer\\] Table\n(\t\\[[^\n]*\n)*" exports "${dump}")
 string(REGEX REPLACE "[^\n]*\\]|Table" "" exports "${exports}")

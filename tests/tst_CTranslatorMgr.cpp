@@ -1,6 +1,7 @@
 #include "lang/CTranslatorMgr.h"
 
 #include "lang/Catalogue.h"
+#include "support/DefaultButtons.h"
 #include "support/Deployment.h"
 #include "support/Interpose.h"
 #include "support/Operator.h"
@@ -36,6 +37,11 @@ INTERPOSE(QTextCodec *, _ZN10QTextCodec12codecForNameERK10QByteArray, (const QBy
     return codecsAreMissing ? nullptr
                             : ORIGINAL(_ZN10QTextCodec12codecForNameERK10QByteArray)(name);
 }
+
+RECORD_DEFAULT_BUTTON(
+    _ZN11QMessageBox8criticalEP7QWidgetRK7QStringS4_6QFlagsINS_14StandardButtonEES6_)
+RECORD_DEFAULT_BUTTON(
+    _ZN11QMessageBox7warningEP7QWidgetRK7QStringS4_6QFlagsINS_14StandardButtonEES6_)
 
 namespace {
 
@@ -139,6 +145,7 @@ private Q_SLOTS:
     void brokenFallbackIsNamedInTheWarning();
     void missingCatalogueWithFallbackShowsOneBox();
     void missingCatalogueAndFallbackShowsThreeBoxesInOrder();
+    void boxesHaveNoDefaultButton();
     void directoryAsFallbackShowsTheWarningAlone();
     void failedReloadEmptiesTheTranslator();
     void missingFilesEmptyTheTranslatorAfterTheCriticalBox();
@@ -861,6 +868,16 @@ void tst_CTranslatorMgr::failedReloadEmptiesTheTranslator()
     QCOMPARE(mgr.translator(), translator);
     QVERIFY(translator->isEmpty());
     QCOMPARE(translator->translate("PageSetLang", "Change"), QString());
+}
+
+void tst_CTranslatorMgr::boxesHaveNoDefaultButton()
+{
+    DefaultButtons::take();
+    CTranslatorMgr mgr;
+    mgr.loadTranslator();
+    QCOMPARE(DefaultButtons::take(),
+             QList<int>({QMessageBox::NoButton, QMessageBox::NoButton, QMessageBox::NoButton}));
+    QCOMPARE(m_operator.takeBoxes().size(), 3);
 }
 
 void tst_CTranslatorMgr::directoryAsFallbackShowsTheWarningAlone()

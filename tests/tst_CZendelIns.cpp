@@ -18,6 +18,8 @@
 #include <QTest>
 #include <QTranslator>
 
+#include <stdexcept>
+
 using RecordingWindowManager::addCall;
 
 // The library's calls of these three operations come here, so that they can be written down
@@ -56,6 +58,18 @@ public:
     }
 };
 
+/// A dialog whose run ends with an exception.
+class ThrowingDialog : public QDialog
+{
+public:
+    int exec() override { throw std::runtime_error("exec"); }
+};
+
+QByteArray scaleFactor()
+{
+    return qEnvironmentVariableIsSet("ZENDEL_SCALE_FACTOR") ? qgetenv("ZENDEL_SCALE_FACTOR") : "1";
+}
+
 HWND ownerHandle()
 {
     return reinterpret_cast<HWND>(quintptr(0x1234));
@@ -67,11 +81,15 @@ class tst_CZendelIns : public QObject
 {
     Q_OBJECT
 
+public:
+    static void initMain();
+
 private Q_SLOTS:
     void initTestCase();
     void init();
     void cleanup();
 
+    void screenIsScaledAsAskedFor();
     void hostIsNullAtFirst();
     void basesAndMetaObject();
     void managerHoldsNoState();
@@ -89,17 +107,30 @@ private Q_SLOTS:
     void dialogIsBuiltAfreshForEveryCall();
     void ownerIsEnabledWhileTheDialogStillExists();
     void dialogRunsModallyOverTheOwner();
+    void hostMayCloseTheDialogDuringAChange_data();
+    void hostMayCloseTheDialogDuringAChange();
 
     void stepsInOrderWithOwner();
     void stepsInOrderWithoutOwner();
     void dialogIsCentredOverTheOwner_data();
     void dialogIsCentredOverTheOwner();
+    void frameOfTheDialogIsLeftOut();
     void windowExistsButIsHiddenWhenBroughtToTheFront();
+    void ownerIsEnabledHoweverTheDialogEnds_data();
+    void ownerIsEnabledHoweverTheDialogEnds();
+    void exceptionLeavesTheOwnerDisabled();
 
 private:
     Operator m_operator;
     RecordingMachine m_machine;
 };
+
+/// Called before the application is constructed.
+void tst_CZendelIns::initMain()
+{
+    // Set here because Wine hides variables named QT_* from programs.
+    qputenv("QT_SCALE_FACTOR", scaleFactor());
+}
 
 void tst_CZendelIns::initTestCase()
 {
@@ -115,6 +146,8 @@ void tst_CZendelIns::init()
     m_operator.onBox = nullptr;
     m_operator.onDialog = nullptr;
     m_machine.accepts = true;
+    m_machine.onSetLanguage = nullptr;
+    m_machine.onNotify = nullptr;
 }
 
 void tst_CZendelIns::cleanup()
@@ -125,6 +158,11 @@ void tst_CZendelIns::cleanup()
     for (const QString &warning : Warnings::take())
         QCOMPARE(warning, Warnings::unconnectedSlot());
     g_pHostMachine = nullptr;
+}
+
+void tst_CZendelIns::screenIsScaledAsAskedFor()
+{
+    QCOMPARE(qApp->devicePixelRatio(), scaleFactor().toDouble());
 }
 
 void tst_CZendelIns::hostIsNullAtFirst()
@@ -322,6 +360,54 @@ void tst_CZendelIns::dialogRunsModallyOverTheOwner()
     m_operator.takeDialogs();
 }
 
+void tst_CZendelIns::hostMayCloseTheDialogDuringAChange_data()
+{
+    QTest::addColumn<QString>("closingCall"); // And during which attempt
+    QTest::addColumn<QList<bool>>("attempts");
+    QTest::addColumn<bool>("result");
+
+    QTest::newRow("first change, not decided yet")
+        << QStringLiteral("SetLanguage 1") << QList<bool> {true} << false;
+    QTest::newRow("first change, decided")
+        << QStringLiteral("NotifySettingChanged 1") << QList<bool> {true} << true;
+    QTest::newRow("change after a success, not decided yet")
+        << QStringLiteral("SetLanguage 2") << QList<bool> {true, false} << true;
+    QTest::newRow("change after a failure, not decided yet")
+        << QStringLiteral("SetLanguage 2") << QList<bool> {false, true} << false;
+    QTest::newRow("change after a failure, decided")
+        << QStringLiteral("NotifySettingChanged 2") << QList<bool> {false, true} << true;
+}
+
+/// The result is what the page knows at the moment of closing.
+void tst_CZendelIns::hostMayCloseTheDialogDuringAChange()
+{
+    QFETCH(QString, closingCall);
+    QFETCH(QList<bool>, attempts);
+    QFETCH(bool, result);
+
+    int attempt = 0;
+    m_operator.onDialog = [&](QDialog &dialog) {
+        const auto closeAt = [&](const QString &call) {
+            if (call.arg(attempt) == closingCall)
+                dialog.reject();
+        };
+        m_machine.onSetLanguage = [closeAt] { closeAt(QStringLiteral("SetLanguage %1")); };
+        m_machine.onNotify = [closeAt] { closeAt(QStringLiteral("NotifySettingChanged %1")); };
+        for (const bool accepts : attempts) {
+            ++attempt;
+            m_machine.accepts = accepts;
+            dialog.findChild<QPushButton *>()->click();
+        }
+        QVERIFY(dialog.isHidden());
+    };
+    CZendelIns ins;
+    QVERIFY(ins.Init(&m_machine));
+    QCOMPARE(ins.ShowSettingsDlg(ownerHandle()), result);
+    QCOMPARE(m_operator.takeBoxes().size(), attempts.size());
+    m_operator.takeDialogs();
+    m_machine.takeCalls();
+}
+
 void tst_CZendelIns::stepsInOrderWithOwner()
 {
     RecordingWindowManager::rect = {100, 50, 900, 650};
@@ -361,13 +447,13 @@ void tst_CZendelIns::dialogIsCentredOverTheOwner_data()
                                      owner.bottom - owner.top)
                             << dialog << position;
     };
-    row("usual sizes", {100, 50, 900, 650}, {700, 470}, {150, 115});
+    row("owner much larger", {100, 50, 900, 650}, {300, 200}, {350, 250});
     row("owner wider and higher by one", {0, 0, 301, 301}, {300, 300}, {0, 0});
     row("owner wider and higher by three", {10, 20, 313, 323}, {300, 300}, {11, 21});
     row("dialog wider and higher by one", {10, 20, 309, 319}, {300, 300}, {10, 20});
     row("dialog wider and higher by three", {10, 20, 307, 317}, {300, 300}, {9, 19});
     row("owner partly off the screen", {-300, -200, 300, 200}, {301, 301}, {-151, -151});
-    row("owner empty", {0, 0, 0, 0}, {700, 470}, {-350, -235});
+    row("owner empty", {0, 0, 0, 0}, {300, 200}, {-150, -100});
 }
 
 void tst_CZendelIns::dialogIsCentredOverTheOwner()
@@ -384,6 +470,21 @@ void tst_CZendelIns::dialogIsCentredOverTheOwner()
     QVERIFY(RecordingWindowManager::takeCalls().contains(
         QStringLiteral("move(%1, %2)").arg(position.x()).arg(position.y())));
     QCOMPARE(brief.pos(), position);
+}
+
+void tst_CZendelIns::frameOfTheDialogIsLeftOut()
+{
+    RecordingWindowManager::rect = {100, 50, 900, 650};
+    BriefDialog dialog;
+    dialog.resize(300, 200);
+    // Qt knows every platform's frame once the dialog has been shown.
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    if (QGuiApplication::platformName() != QLatin1String("xcb")) // No window manager, no frame.
+        QVERIFY(dialog.frameGeometry().width() > dialog.width());
+    dialog.hide();
+    CZendelIns::ExecModal(dialog, ownerHandle());
+    QVERIFY(RecordingWindowManager::takeCalls().contains(QStringLiteral("move(350, 250)")));
 }
 
 void tst_CZendelIns::windowExistsButIsHiddenWhenBroughtToTheFront()
@@ -405,6 +506,41 @@ void tst_CZendelIns::windowExistsButIsHiddenWhenBroughtToTheFront()
                           QStringLiteral("bringWindowToTop window hidden"),
                           QStringLiteral("enableWindow window hidden"),
                           QStringLiteral("setForegroundWindow window hidden")}));
+}
+
+void tst_CZendelIns::ownerIsEnabledHoweverTheDialogEnds_data()
+{
+    QTest::addColumn<int>("code");
+
+    QTest::newRow("accepted") << int(QDialog::Accepted);
+    QTest::newRow("rejected") << int(QDialog::Rejected);
+    QTest::newRow("another code") << 7;
+}
+
+void tst_CZendelIns::ownerIsEnabledHoweverTheDialogEnds()
+{
+    QFETCH(int, code);
+
+    m_operator.onDialog = [code](QDialog &dialog) {
+        RecordingWindowManager::takeCalls();
+        dialog.done(code);
+    };
+    QDialog dialog;
+    CZendelIns::ExecModal(dialog, ownerHandle());
+    QCOMPARE(dialog.result(), code);
+    QCOMPARE(RecordingWindowManager::takeCalls(),
+             QStringList({QStringLiteral("enableWindow(owner, true)"),
+                          QStringLiteral("setForegroundWindow(owner)")}));
+    QCOMPARE(m_operator.takeDialogs().size(), 1);
+}
+
+void tst_CZendelIns::exceptionLeavesTheOwnerDisabled()
+{
+    ThrowingDialog dialog;
+    QVERIFY_EXCEPTION_THROWN(CZendelIns::ExecModal(dialog, ownerHandle()), std::runtime_error);
+    const QStringList calls = RecordingWindowManager::takeCalls();
+    QCOMPARE(calls.constFirst(), QStringLiteral("enableWindow(owner, false)"));
+    QCOMPARE(calls.constLast(), QStringLiteral("bringWindowToTop(dialog)"));
 }
 
 QTEST_MAIN(tst_CZendelIns)

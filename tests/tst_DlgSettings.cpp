@@ -6,21 +6,60 @@
 #include "ui/PageSetLang.h"
 
 #include "support/Deployment.h"
+#include "support/HostTranslator.h"
+#include "support/Interpose.h"
 #include "support/Operator.h"
+#include "support/Properties.h"
 #include "support/RecordingMachine.h"
 #include "support/Warnings.h"
 
+#include <QApplication>
 #include <QFile>
+#include <QLabel>
+#include <QPointer>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QResource>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
+#include <QTranslator>
 #include <QVBoxLayout>
 
 #include <functional>
+#include <new>
 #include <utility>
+
+namespace {
+
+QStringList asked;
+
+/// Records what it is asked for. As large as QTranslator, because it takes its place.
+class RecordingTranslator : public QTranslator
+{
+public:
+    using QTranslator::QTranslator;
+
+    QString translate(const char *context, const char *sourceText, const char *disambiguation,
+                      int n) const override
+    {
+        asked +=
+            QStringLiteral("%1 %2 %3 %4")
+                .arg(QLatin1String(context), QLatin1String(sourceText),
+                     QLatin1String(disambiguation ? disambiguation : "null"), QString::number(n));
+        return QTranslator::translate(context, sourceText, disambiguation, n);
+    }
+};
+
+static_assert(sizeof(RecordingTranslator) == sizeof(QTranslator));
+
+} // namespace
+
+// The library's constructions of translators come here.
+INTERPOSE(void, _ZN11QTranslatorC1EP7QObject, (QTranslator * self, QObject *parent))
+{
+    new (self) RecordingTranslator(parent);
+}
 
 namespace {
 
@@ -33,6 +72,26 @@ QByteArray styleSheetFile()
 {
     QFile file(QStringLiteral(":/res/qss/style.css"));
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QStringList childClasses(const QWidget &widget)
+{
+    QStringList result;
+    for (const QObject *const child : widget.children())
+        result += QLatin1String(child->metaObject()->className());
+    return result;
+}
+
+/// The one widget of its class, which may still be under construction.
+template<typename Widget>
+Widget *anyWidget()
+{
+    const QWidgetList widgets = QApplication::allWidgets();
+    for (QWidget *const widget : widgets) {
+        if (auto *const result = qobject_cast<Widget *>(widget))
+            return result;
+    }
+    return nullptr;
 }
 
 /// What stays of a style sheet when comments and white space are taken out.
@@ -57,9 +116,14 @@ private Q_SLOTS:
     void sizeIsFixed();
     void titleBarHasNoContextHelpButton();
     void formIsAsDesigned();
+    void nothingElseIsSetOnTheWidgets();
     void pageIsTheOneTab();
+    void pageIsCreatedInTheTabWidget();
+    void documentModeIsSetAgain();
     void textsComeFromTheLoadedTranslation();
     void textsAreEmptyWithoutTranslation();
+    void textsAreAskedForPlainly();
+    void textsStayWhenTheHostInstallsATranslator();
     void formHasNoTextsOfItsOwn();
     void warnsOfTheUnconnectedSlotAlone();
     void metaObjectDeclaresNothing();
@@ -77,6 +141,7 @@ private Q_SLOTS:
     void resultFollowsTheLastAttempt();
     void resultIsTakenWhenTheDialogCloses();
     void resultIsOverwrittenAtEveryClose();
+    void resultIsFalseWithoutAPage();
     void resultCodeIsQDialogs();
 
 private:
@@ -91,6 +156,7 @@ void tst_DlgSettings::init()
     Deployment::clear();
     Deployment::installTwoLanguages();
     CTranslatorMgr::instance()->loadTranslator();
+    m_machine.onSetLanguage = nullptr;
     g_pHostMachine = &m_machine;
 }
 
@@ -152,6 +218,25 @@ void tst_DlgSettings::formIsAsDesigned()
 
     QCOMPARE(tabWidget(dialog).parentWidget(), &dialog);
     QVERIFY(tabWidget(dialog).documentMode());
+
+    QCOMPARE(dialog.children(), QObjectList({dialog.layout(), &tabWidget(dialog)}));
+    // Qt's own parts of a tab widget.
+    const QTabWidget bare;
+    QCOMPARE(childClasses(tabWidget(dialog)), childClasses(bare));
+    QCOMPARE(childClasses(*tabWidget(dialog).tabBar()), childClasses(*bare.tabBar()));
+}
+
+void tst_DlgSettings::nothingElseIsSetOnTheWidgets()
+{
+    DlgSettings dialog;
+    QCOMPARE(differingProperties(dialog, QDialog()),
+             QStringLiteral("objectName minimumSize maximumSize minimumWidth minimumHeight "
+                            "maximumWidth maximumHeight windowTitle styleSheet"));
+    QTabWidget bare(&dialog);
+    bare.setDocumentMode(true);
+    bare.addTab(new QWidget, QString());
+    QCOMPARE(differingProperties(tabWidget(dialog), bare), QStringLiteral("objectName"));
+    QCOMPARE(differingProperties(*tabWidget(dialog).tabBar(), *bare.tabBar()), QString());
 }
 
 void tst_DlgSettings::pageIsTheOneTab()
@@ -163,6 +248,43 @@ void tst_DlgSettings::pageIsTheOneTab()
     QVERIFY(page);
     QVERIFY(tabWidget(dialog).isAncestorOf(page));
     QCOMPARE(dialog.findChildren<PageSetLang *>().size(), 1);
+    QVERIFY(!page->layout());
+    QCOMPARE(childClasses(*page), childClasses(PageSetLang()));
+
+    QVERIFY(tabWidget(dialog).isTabEnabled(0));
+    QVERIFY(tabWidget(dialog).tabIcon(0).isNull());
+    QCOMPARE(tabWidget(dialog).tabToolTip(0), QString());
+    QCOMPARE(tabWidget(dialog).tabWhatsThis(0), QString());
+}
+
+void tst_DlgSettings::pageIsCreatedInTheTabWidget()
+{
+    HostTranslator hostTranslator;
+    QVERIFY(QCoreApplication::installTranslator(&hostTranslator));
+    QStringList parents;
+    // Asked while the page is constructed, before it is added as a tab.
+    hostTranslator.onPageText = [&parents] {
+        const auto *const page = anyWidget<PageSetLang>();
+        parents += page && page->parent() ? page->parent()->objectName() : QStringLiteral("none");
+    };
+    const DlgSettings dialog;
+    parents.removeDuplicates();
+    QCOMPARE(parents, QStringList(QStringLiteral("tabWidget")));
+}
+
+void tst_DlgSettings::documentModeIsSetAgain()
+{
+    HostTranslator hostTranslator;
+    QVERIFY(QCoreApplication::installTranslator(&hostTranslator));
+    QPointer<QTabWidget> changed;
+    // Asked while the page is constructed, after the dialog's form has set the mode.
+    hostTranslator.onPageText = [&changed] {
+        changed = anyWidget<QTabWidget>();
+        changed->setDocumentMode(false);
+    };
+    const DlgSettings dialog;
+    QCOMPARE(changed, &tabWidget(dialog));
+    QVERIFY(tabWidget(dialog).documentMode());
 }
 
 void tst_DlgSettings::textsComeFromTheLoadedTranslation()
@@ -181,6 +303,46 @@ void tst_DlgSettings::textsAreEmptyWithoutTranslation()
     const DlgSettings dialog;
     QCOMPARE(tabWidget(dialog).tabText(0), QString());
     QCOMPARE(dialog.windowTitle(), QString());
+}
+
+void tst_DlgSettings::textsAreAskedForPlainly()
+{
+    asked.clear();
+    const DlgSettings dialog;
+    press(dialog, true);
+    press(dialog, false);
+    QCOMPARE(asked,
+             QStringList({QStringLiteral("PageSetLang Change null -1"),
+                          QStringLiteral("PageSetLang Language: null -1"),
+                          QStringLiteral("DlgSettings Language null -1"),
+                          QStringLiteral("DlgSettings Settings null -1"),
+                          QStringLiteral("PageSetLang Change successful! null -1"),
+                          QStringLiteral("PageSetLang Success null -1"),
+                          QStringLiteral("PageSetLang Change failed! null -1"),
+                          QStringLiteral("PageSetLang Error null -1")}));
+}
+
+void tst_DlgSettings::textsStayWhenTheHostInstallsATranslator()
+{
+    HostTranslator hostTranslator;
+    m_machine.onSetLanguage = [&hostTranslator] {
+        Deployment::installTranslation(QStringLiteral("first"), QStringLiteral("second"));
+        CTranslatorMgr::instance()->loadTranslator();
+        // Every window gets QEvent::LanguageChange, and passes it on to its widgets.
+        QVERIFY(QCoreApplication::installTranslator(&hostTranslator));
+    };
+    DlgSettings dialog;
+    dialog.show();
+    const auto texts = [&dialog] {
+        return QStringList(
+            {dialog.windowTitle(), tabWidget(dialog).tabText(0),
+             dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"))->text(),
+             dialog.findChild<QLabel *>(QStringLiteral("label_info1"))->text()});
+    };
+    const QStringList before = texts();
+    press(dialog, true);
+    QCoreApplication::sendPostedEvents();
+    QCOMPARE(texts(), before);
 }
 
 void tst_DlgSettings::formHasNoTextsOfItsOwn()
@@ -366,6 +528,15 @@ void tst_DlgSettings::resultIsOverwrittenAtEveryClose()
     QVERIFY(dialog.changed());
     press(dialog, false);
     dialog.accept();
+    QVERIFY(!dialog.changed());
+}
+
+void tst_DlgSettings::resultIsFalseWithoutAPage()
+{
+    DlgSettings dialog;
+    press(dialog, true);
+    delete dialog.findChild<PageSetLang *>();
+    dialog.reject();
     QVERIFY(!dialog.changed());
 }
 

@@ -3,8 +3,11 @@
 #include "lang/CTranslatorMgr.h"
 #include "plugin/HostMachine.h"
 
+#include "support/DefaultButtons.h"
 #include "support/Deployment.h"
+#include "support/HostTranslator.h"
 #include "support/Operator.h"
+#include "support/Properties.h"
 #include "support/RecordingMachine.h"
 #include "support/Warnings.h"
 
@@ -13,29 +16,18 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QMetaMethod>
+#include <QPointer>
 #include <QPushButton>
+#include <QStandardItemModel>
 #include <QTest>
 #include <QTranslator>
 
+RECORD_DEFAULT_BUTTON(
+    _ZN11QMessageBox11informationEP7QWidgetRK7QStringS4_6QFlagsINS_14StandardButtonEES6_)
+RECORD_DEFAULT_BUTTON(
+    _ZN11QMessageBox8criticalEP7QWidgetRK7QStringS4_6QFlagsINS_14StandardButtonEES6_)
+
 namespace {
-
-/// Translates everything to "host", as a translator of the host application would, and knows what
-/// it was asked for.
-class HostTranslator : public QTranslator
-{
-public:
-    QString translate(const char *context, const char *sourceText, const char *disambiguation,
-                      int n) const override
-    {
-        asked += QStringLiteral("%1 %2 %3 %4")
-                     .arg(QLatin1String(context), QLatin1String(sourceText),
-                          QLatin1String(disambiguation), QString::number(n));
-        return QStringLiteral("host");
-    }
-    bool isEmpty() const override { return false; }
-
-    mutable QStringList asked;
-};
 
 QComboBox &comboBox(const PageSetLang &page)
 {
@@ -95,6 +87,7 @@ private Q_SLOTS:
     void widgetsStandAtTheirPlaces();
     void pageIsAsTheFormHasIt();
     void labelIsAlignedToTheRight();
+    void nothingElseIsSetOnTheWidgets();
     void onlyTheMisspeltSlotIsUnconnected();
     void metaObjectDeclaresTwoPrivateSlots();
 
@@ -110,6 +103,8 @@ private Q_SLOTS:
     void unlistedDefaultSelectsTheFirst();
     void emptyListSelectsNothing();
     void itemDataIsAnIntUnderUserRole();
+    void itemsHaveNothingElse();
+    void itemsAddedMeanwhileAreCleared();
 
     // The change
     void successNotifiesAndInforms();
@@ -123,6 +118,7 @@ private Q_SLOTS:
     void hostOverrideCursorIsGivenBack();
     void lastAttemptCounts();
     void changeOkIsSetBeforeTheBoxShows();
+    void boxesHaveNoDefaultButton();
     void messagesAreEmptyWithoutTranslation();
     void nothingIsRefreshedAfterAChange();
     void newTranslationSpeaksInTheBoxButNotOnThePage();
@@ -205,6 +201,19 @@ void tst_PageSetLang::labelIsAlignedToTheRight()
 {
     const PageSetLang page;
     QCOMPARE(label(page).alignment(), Qt::AlignRight | Qt::AlignTrailing | Qt::AlignVCenter);
+}
+
+void tst_PageSetLang::nothingElseIsSetOnTheWidgets()
+{
+    QWidget parent;
+    const PageSetLang page(&parent);
+    QCOMPARE(differingProperties(page, QWidget(&parent)), QStringLiteral("objectName"));
+    QCOMPARE(differingProperties(button(page), QPushButton(&parent)),
+             QStringLiteral("objectName text"));
+    QCOMPARE(differingProperties(comboBox(page), QComboBox(&parent)),
+             QStringLiteral("objectName currentText currentIndex"));
+    QCOMPARE(differingProperties(label(page), QLabel(&parent)),
+             QStringLiteral("objectName text alignment"));
 }
 
 void tst_PageSetLang::onlyTheMisspeltSlotIsUnconnected()
@@ -355,6 +364,40 @@ void tst_PageSetLang::itemDataIsAnIntUnderUserRole()
     const QVariant data = comboBox(page).itemData(1, Qt::UserRole);
     QCOMPARE(data.userType(), int(QMetaType::Int));
     QCOMPARE(data.toInt(), 2);
+}
+
+void tst_PageSetLang::itemsHaveNothingElse()
+{
+    const PageSetLang page;
+    const auto *const model = qobject_cast<QStandardItemModel *>(comboBox(page).model());
+    QVERIFY(model);
+    QCOMPARE(model->columnCount(), 1);
+    for (int i = 0; i < model->rowCount(); ++i) {
+        const QModelIndex index = model->index(i, 0);
+        QCOMPARE(model->itemData(index).keys(), QList<int>({Qt::DisplayRole, Qt::UserRole}));
+        QCOMPARE(model->flags(index), QStandardItem().flags());
+        QVERIFY(!model->hasChildren(index));
+    }
+}
+
+void tst_PageSetLang::itemsAddedMeanwhileAreCleared()
+{
+    HostTranslator hostTranslator;
+    QVERIFY(QCoreApplication::installTranslator(&hostTranslator));
+    QPointer<QComboBox> added;
+    // Asked while the form is set up.
+    hostTranslator.onPageText = [&added] {
+        const QWidgetList widgets = QApplication::allWidgets();
+        for (QWidget *const widget : widgets) {
+            if (auto *const box = qobject_cast<QComboBox *>(widget)) {
+                box->addItem(QStringLiteral("host"), 1);
+                added = box;
+            }
+        }
+    };
+    const PageSetLang page;
+    QCOMPARE(added, &comboBox(page));
+    QCOMPARE(items(page), QStringList({QStringLiteral("[One:1]"), QStringLiteral("Two:2")}));
 }
 
 void tst_PageSetLang::successNotifiesAndInforms()
@@ -508,6 +551,19 @@ void tst_PageSetLang::changeOkIsSetBeforeTheBoxShows()
     button(page).click();
     QVERIFY(seen);
     m_operator.takeBoxes();
+    m_machine.takeCalls();
+}
+
+void tst_PageSetLang::boxesHaveNoDefaultButton()
+{
+    DefaultButtons::take();
+    const PageSetLang page;
+    for (const bool accepts : {true, false}) {
+        m_machine.accepts = accepts;
+        button(page).click();
+    }
+    QCOMPARE(DefaultButtons::take(), QList<int>({QMessageBox::NoButton, QMessageBox::NoButton}));
+    QCOMPARE(m_operator.takeBoxes(), QStringList({successBox("1"), failureBox("1")}));
     m_machine.takeCalls();
 }
 

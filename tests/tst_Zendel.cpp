@@ -12,6 +12,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDialog>
+#include <QDirIterator>
 #include <QFile>
 #include <QLabel>
 #include <QLibrary>
@@ -119,6 +120,7 @@ private Q_SLOTS:
     void ownerThatIsNoWindowAnyMore();
 
     // Unloading
+    void styleSheetIsTheOnlyResource();
     void unloadingLeavesNothingBehind();
     void everyObjectDiesAtItsTime();
     void translatorIsNeverInstalledIntoTheApplication();
@@ -522,6 +524,22 @@ void tst_Zendel::ownerThatIsNoWindowAnyMore()
     m_machine.takeCalls();
 }
 
+void tst_Zendel::styleSheetIsTheOnlyResource()
+{
+    const auto files = [] {
+        QStringList result;
+        QDirIterator iterator(QStringLiteral(":/"), QDir::Files, QDirIterator::Subdirectories);
+        while (iterator.hasNext())
+            result += iterator.next();
+        result.sort();
+        return result;
+    };
+    QStringList withPlugin = files();
+    unload();
+    QVERIFY(withPlugin.removeOne(QStringLiteral(":/res/qss/style.css")));
+    QCOMPARE(withPlugin, files());
+}
+
 void tst_Zendel::unloadingLeavesNothingBehind()
 {
     const QString styleSheet = QStringLiteral(":/res/qss/style.css");
@@ -556,6 +574,9 @@ void tst_Zendel::everyObjectDiesAtItsTime()
     QList<int> counts;
     load(); // With a manager.
     counts += liveObjects.size();
+    m_mgr->Init(nullptr); // Nothing without a host.
+    m_mgr->ShowSettingsDlg(nullptr);
+    counts += liveObjects.size();
     m_mgr->Init(&m_machine); // The translator manager and its translator.
     counts += liveObjects.size();
     m_mgr->Init(&m_machine);
@@ -566,7 +587,7 @@ void tst_Zendel::everyObjectDiesAtItsTime()
     unload();
     counts += liveObjects.size();
     watchObjects(false);
-    QCOMPARE(counts, QList<int>({1, 3, 3, 2, 0}));
+    QCOMPARE(counts, QList<int>({1, 1, 3, 3, 2, 0}));
 }
 
 void tst_Zendel::translatorIsNeverInstalledIntoTheApplication()

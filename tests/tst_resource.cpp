@@ -49,6 +49,16 @@ private Q_SLOTS:
         QCOMPARE(QByteArray(reinterpret_cast<const char *>(registeredData + 4), int(size)), bytes);
     }
 
+    void contentHasTheKnownHash()
+    {
+        // Stated apart from the file, so that no byte of it changes by accident.
+        const auto size = qFromBigEndian<qint32>(registeredData);
+        QCOMPARE(size, 759);
+        const QByteArray bytes(reinterpret_cast<const char *>(registeredData + 4), size);
+        QCOMPARE(QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex(),
+                 QByteArray("f105a5cc5a83f2c407c057612a76eb5c5b1d3342dc868ef82d38fe59c9ae65d3"));
+    }
+
     void unregistersTheSameData()
     {
         Q_CLEANUP_RESOURCE(style);

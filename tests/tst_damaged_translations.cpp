@@ -5,6 +5,7 @@
 // ZENDEL_STEPS is the number of files, ZENDEL_SEED the seed, ZENDEL_FIRST the number of the first.
 
 #include "lang/CTranslatorMgr.h"
+#include "lang/SourceTexts.h"
 #include "plugin/CZendelIns.h"
 #include "ui/DlgSettings.h"
 
@@ -157,10 +158,9 @@ void tst_damaged_translations::loadAndAskForAllTexts()
 {
     CZendelIns mgr;
     QVERIFY(mgr.Init(&m_machine));
-    const QString texts = text("DlgSettings", "Language") + text("DlgSettings", "Settings")
-        + text("PageSetLang", "Change") + text("PageSetLang", "Language:")
-        + text("PageSetLang", "Change successful!") + text("PageSetLang", "Success")
-        + text("PageSetLang", "Change failed!") + text("PageSetLang", "Error");
+    QString texts;
+    for (const SourceText &source : kSourceTexts)
+        texts += text(source.context, source.text);
 
     const QStringList boxes = m_operator.takeBoxes();
     if (!boxes.isEmpty()) {

@@ -1,6 +1,7 @@
 // The example host as a person starts it, from a folder of its own with the sample deployment.
 
 #include "examples/host/LanguageFile.h"
+#include "lang/SourceTexts.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,8 +11,6 @@
 #include <QTest>
 #include <QTextCodec>
 #include <QTranslator>
-
-#include <utility>
 
 class tst_host : public QObject
 {
@@ -165,16 +164,6 @@ void tst_host::sampleCatalogueIsAsDescribed()
 
 void tst_host::sampleTranslationsAreComplete()
 {
-    const std::pair<const char *, const char *> texts[] = {
-        {"DlgSettings", "Language"},
-        {"DlgSettings", "Settings"},
-        {"PageSetLang", "Change"},
-        {"PageSetLang", "Language:"},
-        {"PageSetLang", "Change successful!"},
-        {"PageSetLang", "Success"},
-        {"PageSetLang", "Change failed!"},
-        {"PageSetLang", "Error"},
-    };
     const QStringList folders =
         QDir(path(QStringLiteral("Lang"))).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     QVERIFY(folders.size() >= 22);
@@ -182,8 +171,8 @@ void tst_host::sampleTranslationsAreComplete()
         QTranslator translator;
         QVERIFY2(translator.load(path(QStringLiteral("Lang/%1/Zendel.qm").arg(folder))),
                  qPrintable(folder));
-        for (const auto &[context, text] : texts)
-            QVERIFY2(!translator.translate(context, text).isEmpty(), text);
+        for (const SourceText &text : kSourceTexts)
+            QVERIFY2(!translator.translate(text.context, text.text).isEmpty(), text.text);
     }
 }
 

@@ -12,11 +12,11 @@ if [[ ${1-} == windows ]]; then
     shift
 fi
 
-tools/install-packages.sh "$platform"
+scripts/install-packages.sh "$platform"
 fresh_qt=()
 if [[ $platform == windows ]]; then
     fresh_qt=(-U 'Qt5*_DIR') # Where an earlier recipe's Qt may still be noted.
-    ZENDEL_QT_WINDOWS=$(tools/qt-windows.sh)
+    ZENDEL_QT_WINDOWS=$(scripts/qt-windows.sh)
     export ZENDEL_QT_WINDOWS
 fi
 cmake --preset "$platform" "${fresh_qt[@]}"
@@ -27,15 +27,14 @@ if [[ $platform == linux ]]; then
     has_display+=${WAYLAND_DISPLAY-} # Wine needs X11.
 fi
 host=(build/linux/bin/zendel-host)
-launcher=(tools/with-xvfb.sh --openbox)
+launcher=(scripts/with-xvfb.sh --openbox)
 if [[ $platform == windows ]]; then
     # Installed, so that it runs with its own DLLs alone.
     cmake --install build/windows --component demo --prefix build/demo-windows >/dev/null
-    host=(tools/wine.sh build/demo-windows/zendel-host.exe)
+    host=(scripts/wine.sh build/demo-windows/zendel-host.exe)
     launcher=()
-    export ZENDEL_WINE_DISPLAY=$has_display
     if [[ -n $has_display ]]; then
-        host=(tools/with-wine.sh "${host[@]}")
+        host=(scripts/wine.sh --visible build/demo-windows/zendel-host.exe)
     fi
 fi
 

@@ -9,7 +9,7 @@ cd "$(dirname "$0")"
 
 if [[ ${1-} == coverage ]]; then
     shift
-    exec tools/coverage.sh "$@"
+    exec scripts/coverage.sh "$@"
 fi
 
 platforms=(linux windows)
@@ -28,19 +28,19 @@ run_tests() {
     local platform=$1
     shift
     step "$platform: packages and build"
-    tools/install-packages.sh "$platform"
+    scripts/install-packages.sh "$platform"
     local emulator=() fresh_qt=()
     if [[ $platform == windows ]]; then
-        ZENDEL_QT_WINDOWS=$(tools/qt-windows.sh)
+        ZENDEL_QT_WINDOWS=$(scripts/qt-windows.sh)
         export ZENDEL_QT_WINDOWS
-        emulator=(tools/with-wine.sh)
+        emulator=(scripts/wine.sh --session)
         fresh_qt=(-U 'Qt5*_DIR') # Where an earlier recipe's Qt may still be noted.
     fi
     cmake --preset "$platform" "${fresh_qt[@]}"
     cmake --build --preset "$platform"
     if (($# == 0)); then
         step "$platform: checks of the sources"
-        tools/check-sources.sh "$platform"
+        scripts/check-sources.sh "$platform"
     fi
     step "$platform: tests"
     # With options, it is for the user to say what there must be on which platform.
@@ -48,7 +48,7 @@ run_tests() {
     "${emulator[@]}" ctest --preset "$platform" "${options[@]}"
     if (($# == 0)) && [[ $platform == linux ]]; then
         step "$platform: the catalogue's reader against its model"
-        tools/fuzz.sh 60
+        scripts/fuzz.sh 60
     fi
 }
 

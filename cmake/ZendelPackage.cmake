@@ -17,7 +17,9 @@ endif()
 set(config_folder lib/cmake/Zendel)
 
 install(TARGETS Zendel LIBRARY DESTINATION ${plugin_folder} COMPONENT plugin)
-install(TARGETS langcheck RUNTIME DESTINATION ${tool_folder} COMPONENT plugin)
+if(ZENDEL_BUILD_LANGCHECK)
+    install(TARGETS langcheck RUNTIME DESTINATION ${tool_folder} COMPONENT plugin)
+endif()
 install(FILES plugin/IHostMachine.h plugin/IZendelMgr.h
         DESTINATION include/Zendel COMPONENT plugin)
 install(FILES README.md DESTINATION ${data_folder} COMPONENT plugin)
@@ -30,19 +32,17 @@ install(FILES cmake/ZendelConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/ZendelConfigV
 
 # install_sample_deployment(COMPONENT FOLDER)
 function(install_sample_deployment component folder)
-    install(FILES examples/Lang/Lang.ini DESTINATION ${folder}/Lang COMPONENT ${component})
+    install(FILES translations/Lang.ini DESTINATION ${folder}/Lang COMPONENT ${component})
     install(DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/Lang/ DESTINATION ${folder}/Lang
             COMPONENT ${component} FILES_MATCHING PATTERN "*.qm")
 endfunction()
 
-if(ZENDEL_BUILD_EXAMPLES)
-    install_sample_deployment(plugin ${data_folder})
-    install(DIRECTORY examples/Lang/ DESTINATION ${data_folder}/translations COMPONENT plugin
-            FILES_MATCHING PATTERN "*.ts")
-endif()
+install_sample_deployment(plugin ${data_folder})
+install(DIRECTORY translations/ DESTINATION ${data_folder}/translations COMPONENT plugin
+        FILES_MATCHING PATTERN "*.ts")
 
 set(CPACK_COMPONENTS_ALL plugin)
-if(WIN32 AND ZENDEL_BUILD_EXAMPLES AND NOT MSVC)
+if(MINGW AND ZENDEL_BUILD_EXAMPLES AND ZENDEL_BUILD_LANGCHECK)
     list(APPEND CPACK_COMPONENTS_ALL demo)
     install(TARGETS zendel-host langcheck RUNTIME DESTINATION . COMPONENT demo)
     install(TARGETS Zendel LIBRARY DESTINATION . COMPONENT demo)
@@ -54,11 +54,7 @@ if(WIN32 AND ZENDEL_BUILD_EXAMPLES AND NOT MSVC)
     install(FILES $<TARGET_FILE:Qt5::QWindowsIntegrationPlugin>
             DESTINATION platforms COMPONENT demo)
     install(FILES $<TARGET_FILE:Qt5::QWindowsVistaStylePlugin> DESTINATION styles COMPONENT demo)
-    foreach(dll libgcc_s_seh-1.dll libstdc++-6.dll libwinpthread-1.dll)
-        execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${dll}
-                        OUTPUT_VARIABLE file OUTPUT_STRIP_TRAILING_WHITESPACE)
-        install(FILES ${file} DESTINATION . COMPONENT demo)
-    endforeach()
+    install(FILES ${ZENDEL_RUNTIME_DLLS} DESTINATION . COMPONENT demo)
 endif()
 
 set(CPACK_GENERATOR ZIP)

@@ -2,7 +2,7 @@
 #
 # Where Qt for Windows lies is said from outside, by CMAKE_PREFIX_PATH or
 # Qt5_DIR, either as a variable (a preset, the command line) or in the
-# environment.  tools/qt-windows.sh prints the folder.
+# environment.  scripts/qt-windows.sh prints the folder.
 
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
@@ -33,4 +33,4 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
 # CTest starts the programs by this script, in a Wine of their own.
-set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/../tools/wine.sh)
+set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/../scripts/wine.sh)

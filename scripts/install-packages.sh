@@ -1,0 +1,51 @@
+#!/usr/bin/env bash
+# install-packages.sh [windows|bench]: installs the Debian packages that building, testing and the
+# demo need, if any is missing, as root or with sudo; with "windows" those for the Windows build too,
+# with "bench" those for the benchmarks.
+# What Qt for Windows needs to be built, scripts/qt-windows.sh installs.
+set -euo pipefail
+
+packages=(
+    # Building
+    cmake g++ ninja-build pkg-config
+    libqt5x11extras5-dev qtbase5-dev qttools5-dev-tools
+    libxcb1-dev
+    # A display to test on, the windows' frames on it, and fonts with all glyphs of the samples
+    openbox xvfb
+    fonts-dejavu-core fonts-noto-cjk fonts-tlwg-loma-ttf
+    # Tests and checks of the sources
+    binutils gcovr libxcb-xtest0-dev valgrind
+    clang clang-format clang-tidy cppcheck
+    doxygen gettext libclang-rt-dev libicu-dev qttranslations5-l10n
+)
+if [[ ${1-} == windows ]]; then
+    packages+=(
+        g++-mingw-w64-x86-64-posix
+        fonts-wine wine wine64
+    )
+elif [[ ${1-} == bench ]]; then
+    packages+=(libbenchmark-dev python3 valgrind)
+fi
+
+missing=()
+for package in "${packages[@]}"; do
+    if [[ $(dpkg-query -W -f '${Status}' "$package" 2>/dev/null) != *" ok installed" ]]; then
+        missing+=("$package")
+    fi
+done
+((${#missing[@]})) || exit 0
+
+as_root=()
+if ((EUID != 0)); then
+    if ! command -v sudo >/dev/null; then
+        echo "Missing packages: ${missing[*]}" >&2
+        echo "Install them as root, or install sudo." >&2
+        exit 1
+    fi
+    as_root=(sudo)
+fi
+
+echo "Installing ${missing[*]}"
+"${as_root[@]}" apt-get update -qq
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y -qq --no-install-recommends "${missing[@]}"

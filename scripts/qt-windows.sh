@@ -1,0 +1,293 @@
+#!/bin/bash
+# Builds Qt 5 (Core, Gui, Widgets, Test) for 64-bit Windows and prints the
+# folder it lies in as the last line on stdout; everything else goes to stderr.
+#
+#   prefix=$(scripts/qt-windows.sh)
+#   cmake --toolchain cmake/mingw-w64.cmake -DCMAKE_PREFIX_PATH="$prefix" ...
+#
+# Debian has the compiler but no Qt for it, so Qt is built here, once, from
+# Debian's own source package with Debian's patches.  The result is kept in
+# ${ZENDEL_CACHE:-~/.cache/zendel} under a name made of this recipe and the
+# version of the source: a changed recipe or a newer Qt is built anew, next to
+# the old one.  The folders there may be deleted at will.
+
+set -euo pipefail
+export LC_ALL=C
+exec 3>&1 4>&2 >&2
+
+source_package=qtbase-opensource-src
+# One of the packages made from it, asked for the version that is current.
+version_package=qtbase5-dev
+
+# Measured with the options below; they serve the messages only.
+minutes=15
+total=1000
+
+packages=(
+    dpkg-dev
+    g++                             # moc, uic and rcc run on this machine
+    g++-mingw-w64-x86-64-posix
+    make
+    perl
+    xz-utils
+)
+
+configure_options=(
+    -opensource
+    -confirm-license
+    -release
+    -shared
+    -silent
+    -pch                            # most of the time goes into reading headers
+    -xplatform win32-g++
+    -device-option CROSS_COMPILE=x86_64-w64-mingw32-
+    -nomake examples
+    -nomake tests
+
+    # Libraries: Qt's own copies or none, whatever this machine has.
+    -no-dbus
+    -no-icu                         # so GB2312 and the like are Qt's own tables
+    -no-libjpeg
+    -no-opengl
+    -no-openssl
+    -qt-freetype
+    -qt-harfbuzz
+    -qt-libpng
+    -qt-pcre
+    -qt-zlib
+
+    # Modules
+    -no-feature-concurrent
+    -no-feature-network
+    -no-feature-printer
+    -no-feature-sql
+    -no-feature-xml
+
+    # Parts of the modules that are left, not needed by the programs: calendars
+    # and time zones, file formats, views and dialogs.  To use one of them,
+    # delete its line.  Not all can go: the windowsvista style needs dockwidget,
+    # inputdialog, tableview and treeview, loading a plugin needs binaryjson.
+    # Features that add a member or a virtual function to a public class stay on
+    # (tabletevent does, for QWidget), because the DLL runs on its host's Qt,
+    # built with other options.  The test qt_layout compares the classes.
+    -no-direct2d
+    -no-feature-calendarwidget
+    -no-feature-colordialog
+    -no-feature-columnview
+    -no-feature-concatenatetablesproxymodel
+    -no-feature-datawidgetmapper
+    -no-feature-datetimeedit
+    -no-feature-dial
+    -no-feature-dirmodel
+    -no-feature-effects
+    -no-feature-errormessage
+    -no-feature-etw
+    -no-feature-filedialog
+    -no-feature-filesystemmodel
+    -no-feature-fontcombobox
+    -no-feature-fontdialog
+    -no-feature-fscompleter
+    -no-feature-gestures
+    -no-feature-gif
+    -no-feature-graphicseffect
+    -no-feature-graphicsview
+    -no-feature-hijricalendar
+    -no-feature-islamiccivilcalendar
+    -no-feature-jalalicalendar
+    -no-feature-keysequenceedit
+    -no-feature-lcdnumber
+    -no-feature-mdiarea
+    -no-feature-movie
+    -no-feature-pdf
+    -no-feature-progressdialog
+    -no-feature-scroller
+    -no-feature-sessionmanager
+    -no-feature-sharedmemory
+    -no-feature-splashscreen
+    -no-feature-statemachine
+    -no-feature-systemsemaphore
+    -no-feature-systemtrayicon
+    -no-feature-tablewidget
+    -no-feature-textmarkdownreader
+    -no-feature-textmarkdownwriter
+    -no-feature-textodfwriter
+    -no-feature-timezone
+    -no-feature-toolbox
+    -no-feature-topleveldomain
+    -no-feature-transposeproxymodel
+    -no-feature-treewidget
+    -no-feature-tuiotouch
+    -no-feature-undocommand
+    -no-feature-undogroup
+    -no-feature-undostack
+    -no-feature-undoview
+    -no-feature-vulkan
+    -no-feature-wizard
+)
+
+fail() {
+    echo "${0##*/}: $*"
+    exit 1
+}
+
+# The lock (descriptor 9) must not live on in anything a package starts.
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then
+        "$@" 9>&-
+    elif command -v sudo > /dev/null; then
+        sudo "$@" 9>&-
+    else
+        fail "needs root or sudo for: $*" >&4
+    fi
+}
+
+# Sets version to what apt would install now, or, when it has no package lists,
+# to what is installed; this needs no network.  Sets prefix accordingly.
+find_prefix() {
+    version=$(apt-cache policy "$version_package" | awk '$1 == "Candidate:" { print $2 }')
+    # The same source built once more, by Debian, has a suffix of its own.
+    version=$(sed 's/+b[0-9]*$//; s/^(none)$//' <<< "$version")
+    prefix=$cache/qt-windows-$({ echo "$version"; cat "$recipe"; } | sha256sum | cut -c1-16)
+}
+
+print_if_built() {
+    if [ -n "$version" ] && [ -d "$prefix" ]; then
+        echo "$prefix" >&3
+        exit 0
+    fi
+}
+
+install_packages() {
+    # Also where nothing is missing: only the current version of a source
+    # package can be had, so the lists must be fresh.  Without a network the
+    # build fails later and says why.
+    as_root apt-get update || echo "The package lists could not be refreshed."
+    local package missing=()
+    for package in "${packages[@]}"; do
+        dpkg-query -W -f '${Status}\n' "$package" 2>/dev/null |
+            grep -q ' installed$' || missing+=("$package")
+    done
+    if [ ${#missing[@]} -gt 0 ]; then
+        as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y \
+            --no-install-recommends -o DPkg::Lock::Timeout=600 "${missing[@]}"
+    fi
+}
+
+# Most machines have no source packages in their apt configuration.  The list
+# for them is made from what apt itself knows of its Debian entries, whatever
+# file format they are written in, and apt is run on that list alone, with
+# folders of its own: the configuration of the machine stays as it is, its
+# mirrors and proxies are used, and the signatures are checked as ever.
+#
+# Entries of other vendors are left out by the "Origin" of their signed index:
+# they do not have the package, and not all of them offer sources.
+fetch_source() {
+    local keyring=/usr/share/keyrings/debian-archive-keyring.gpg
+    mkdir -p apt/lists/partial apt/cache/archives/partial
+    apt-get indextargets 'Created-By: Packages' 'Origin: Debian' \
+        --format "deb-src [signed-by=$keyring] \$(REPO_URI) \$(RELEASE) \$(COMPONENT)" |
+        sort -u > apt/sources.list
+    [ -s apt/sources.list ] || fail "apt has no package lists of Debian"
+
+    local options=(
+        -o Dir::Etc::SourceList="$PWD/apt/sources.list"
+        -o Dir::Etc::SourceParts=/dev/null
+        -o Dir::State::Lists="$PWD/apt/lists"
+        -o Dir::Cache="$PWD/apt/cache"
+        # This folder is closed to the user that apt downloads as.
+        -o APT::Sandbox::User=root
+    )
+    apt-get "${options[@]}" update
+    apt-get "${options[@]}" source --download-only "$source_package=$version"
+
+    # apt has compared the files with the signed index already.
+    dpkg-source --no-check -x "${source_package}_${version#*:}.dsc" source
+}
+
+# Debian's source lacks the header of the tablet drivers.  The platform plugin
+# does without them; in the libraries the feature stays on, see above.
+patch_source() {
+    local folder=source/src/plugins/platforms/windows
+    sed -i 's/^#if QT_CONFIG(tabletevent)/#if 0/' "$folder"/*.cpp
+    sed -i 's/^qtConfig(tabletevent)/false/' "$folder"/windows.pri
+}
+
+# Reads what make prints and says now and then how far it is.
+follow() {
+    awk -v total="$total" '/^compiling / && ++n % 50 == 0 {
+        printf "compiled %d of about %d files\n", n, total
+        fflush()
+    }'
+}
+
+build() {
+    # Debian has two compilers under one name, told apart by their thread
+    # model.  The name is bound to the right one here only: the choice made for
+    # the machine by update-alternatives is not touched.
+    local tool
+    mkdir bin
+    for tool in gcc g++; do
+        ln -s "/usr/bin/x86_64-w64-mingw32-$tool-posix" "bin/x86_64-w64-mingw32-$tool"
+    done
+    export PATH=$PWD/bin:$PATH
+    # Flags of the caller would reach some of the compilers and not others.
+    unset CFLAGS CXXFLAGS CPPFLAGS LDFLAGS
+    unset QMAKESPEC XQMAKESPEC QMAKEPATH QMAKEFEATURES QTDIR
+    # In the environment, for configure runs make itself, to build qmake.
+    MAKEFLAGS=-j$(nproc)
+    export MAKEFLAGS
+
+    mkdir build
+    cd build
+    echo "configuring"
+    # Qt is told its final place, and put there by the rename at the end.
+    ../source/configure -prefix "$prefix" "${configure_options[@]}" >> "$log" 2>&1
+    make 2>&1 | tee -a "$log" | follow
+    echo "installing"
+    make -j1 install INSTALL_ROOT="$work/root" >> "$log" 2>&1
+    cd "$work"
+}
+
+recipe=$(readlink -f "${BASH_SOURCE[0]}")
+cache=$(realpath -m "${ZENDEL_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/zendel}")
+
+find_prefix
+print_if_built
+
+# One build at a time: who comes second waits and then finds the result.
+mkdir -p "$cache"
+exec 9> "$cache/qt-windows.lock"
+if ! flock -n 9; then
+    echo "Waiting for another build of Qt for Windows."
+    flock 9
+fi
+print_if_built
+# Left by builds that were killed.
+rm -rf "$cache"/qt-windows-build.*
+
+echo "Building Qt for Windows, once: about $minutes minutes on 2 cores."
+log=$cache/qt-windows.log
+work=$(mktemp -d "$cache/qt-windows-build.XXXXXX")
+finish() {
+    rm -rf "$work" || true          # what is left, the next build removes
+    if [ -d "$prefix" ]; then
+        rm -f "$log"
+    else
+        echo "${0##*/}: Qt for Windows was not built, see $log"
+    fi
+}
+trap finish EXIT
+: > "$log"
+
+cd "$work"
+echo "installing packages"
+install_packages >> "$log" 2>&1
+find_prefix
+print_if_built
+[ -n "$version" ] || fail "apt does not know $version_package"
+echo "fetching $source_package $version"
+fetch_source >> "$log" 2>&1
+patch_source
+build
+mv -T "$work/root$prefix" "$prefix"
+echo "$prefix" >&3

@@ -1,0 +1,88 @@
+# Fails unless the packages hold what they should, and the demo runs from a folder with blanks in
+# its name with no other DLL in reach.
+# cmake -D CPACK=... -D BUILD_DIR=... -D SOURCE_DIR=... -D VERSION=... -D LAUNCHER=... -P package.cmake
+
+set(folder ${BUILD_DIR}/tests/package)
+file(REMOVE_RECURSE ${folder})
+file(MAKE_DIRECTORY ${folder})
+execute_process(COMMAND ${CPACK} --config ${BUILD_DIR}/CPackConfig.cmake -B ${folder}
+                OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+
+file(GLOB languages RELATIVE ${SOURCE_DIR}/translations ${SOURCE_DIR}/translations/*.ts)
+list(TRANSFORM languages REPLACE "[.]ts$" "")
+list(TRANSFORM languages APPEND .ts OUTPUT_VARIABLE translations)
+list(TRANSFORM translations PREPEND translations/)
+
+# unpack(PACKAGE FOLDER FILE...): FILE... are the files that it must hold, and no others.
+function(unpack package target)
+    file(ARCHIVE_EXTRACT INPUT ${folder}/${package} DESTINATION "${target}")
+    file(GLOB_RECURSE found RELATIVE "${target}" "${target}/*")
+    set(expected ${ARGN})
+    foreach(language IN LISTS languages)
+        list(APPEND expected Lang/${language}/Zendel.qm)
+    endforeach()
+    list(APPEND expected Lang/Lang.ini Zendel.dll langcheck.exe)
+    list(SORT found)
+    list(SORT expected)
+    if(NOT found STREQUAL expected)
+        message(SEND_ERROR "${package} holds\n${found}\nand not\n${expected}")
+    endif()
+endfunction()
+
+unpack(Zendel-${VERSION}-win64.zip ${folder}/plugin
+    README.md
+    docs/developer.md
+    docs/dialog.png
+    docs/host-developer.md
+    docs/languages.png
+    docs/performance.md
+    docs/reliability.md
+    docs/service-engineer.md
+    docs/translator.md
+    include/Zendel/IHostMachine.h
+    include/Zendel/IZendelMgr.h
+    lib/cmake/Zendel/ZendelConfig.cmake
+    lib/cmake/Zendel/ZendelConfigVersion.cmake
+    ${translations}
+)
+
+set(demo "${folder}/demo of the plug-in")
+unpack(Zendel-${VERSION}-win64-demo.zip ${demo}
+    Qt5Core.dll
+    Qt5Gui.dll
+    Qt5Widgets.dll
+    libgcc_s_seh-1.dll
+    libstdc++-6.dll
+    libwinpthread-1.dll
+    platforms/qwindows.dll
+    styles/qwindowsvistastyle.dll
+    zendel-host.exe
+)
+# run(NAME ARGUMENT...): runs a program of the demo with no other DLL in reach; what it prints lies in
+# the variable output. By files, for a pipe would stay open as long as the desktop that Wine may start
+# with the program.
+function(run name)
+    execute_process(COMMAND ${CMAKE_COMMAND} -E env --unset=WINEPATH
+                            ${LAUNCHER} ${demo}/${name}.exe ${ARGN}
+                    WORKING_DIRECTORY ${demo}
+                    OUTPUT_FILE ${folder}/${name}.txt ERROR_FILE ${folder}/${name}.errors.txt
+                    RESULT_VARIABLE result)
+    file(READ ${folder}/${name}.txt output)
+    if(NOT result EQUAL 0)
+        file(READ ${folder}/${name}.errors.txt errors)
+        message(FATAL_ERROR "${name} ended with ${result}:\n${output}${errors}")
+    endif()
+    set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+run(zendel-host --tour pictures)
+file(GLOB pictures ${demo}/pictures/*.png)
+list(LENGTH pictures count)
+if(NOT count EQUAL 5)
+    message(SEND_ERROR "The tour of the demo left ${pictures}")
+endif()
+
+run(langcheck)
+if(NOT output MATCHES "0 errors, 0 warnings")
+    message(SEND_ERROR "langcheck said\n${output}")
+endif()

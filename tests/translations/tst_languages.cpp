@@ -1,0 +1,180 @@
+// The dialog in every language of the sample deployment, with the fonts that it gets here: no text
+// is clipped, and no character is missing. Leaves a picture of all of them, to be looked at.
+
+#include "lang/ApplicationDir.h"
+#include "lang/CTranslatorMgr.h"
+#include "lang/SourceTexts.h"
+#include "langcheck/TextFit.h"
+#include "ui/DlgSettings.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QGlyphRun>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPainter>
+#include <QRawFont>
+#include <QScreen>
+#include <QTabWidget>
+#include <QTest>
+#include <QTextLayout>
+#include <QTranslator>
+
+#include <algorithm>
+#include <tuple>
+
+QString applicationDir()
+{
+    return QStringLiteral(SAMPLE_DIR);
+}
+
+namespace {
+
+QString pageText(const char *source)
+{
+    return CTranslatorMgr::instance()->translator()->translate("PageSetLang", source);
+}
+
+/// Whether every character is in the font of the widget or in one that stands in for it.
+bool hasAllGlyphs(const QWidget &widget, const QString &text)
+{
+    QTextLayout layout(text, widget.font());
+    layout.beginLayout();
+    layout.createLine();
+    layout.endLayout();
+    const QList<QGlyphRun> runs = layout.glyphRuns();
+    return !runs.isEmpty() && std::none_of(runs.begin(), runs.end(), [](const QGlyphRun &run) {
+        return run.glyphIndexes().contains(0);
+    });
+}
+
+} // namespace
+
+class tst_languages : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanupTestCase();
+    void textsAreWhole_data();
+    void textsAreWhole();
+    void tooLongTextsAreNoticed();
+    void missingGlyphsAreNoticed();
+
+private:
+    void addToSheet(int index, const QStringList &titles, const QList<QPixmap> &pictures);
+
+    QList<LangEntry> m_languages;
+    QImage m_sheet;
+};
+
+namespace {
+
+const QSize kCell(760, 230);
+const int kColumns = 2;
+
+} // namespace
+
+void tst_languages::initTestCase()
+{
+    CTranslatorMgr::instance()->loadLangConfig();
+    m_languages = CTranslatorMgr::instance()->visibleLanguages();
+    QVERIFY(m_languages.size() >= 22);
+    const QDir folders(QStringLiteral(SAMPLE_DIR "/Lang"));
+    QCOMPARE(folders.entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), m_languages.size());
+    const int rows = (m_languages.size() + kColumns - 1) / kColumns;
+    m_sheet = QImage(kCell.width() * kColumns, kCell.height() * rows, QImage::Format_RGB32);
+    m_sheet.fill(Qt::lightGray);
+}
+
+void tst_languages::cleanupTestCase()
+{
+    QVERIFY(m_sheet.save(QStringLiteral(SHEET_FILE)));
+}
+
+void tst_languages::textsAreWhole_data()
+{
+    QTest::addColumn<int>("index");
+
+    for (int i = 0; i < m_languages.size(); ++i)
+        QTest::newRow(qPrintable(m_languages.at(i).folder)) << i;
+}
+
+void tst_languages::textsAreWhole()
+{
+    QFETCH(int, index);
+
+    const LangEntry lang = m_languages.at(index);
+    QVERIFY(CTranslatorMgr::instance()->translator()->load(lang.qmPath));
+    DlgSettings dialog;
+    dialog.findChild<QComboBox *>()->setCurrentIndex(index);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QCOMPARE(clippedTexts(dialog), QStringList());
+    QVERIFY(!nameIsClipped(dialog, index));
+
+    QList<QPixmap> pictures {dialog.grab()};
+    QStringList titles {dialog.windowTitle()};
+    for (const auto &[icon, title, text] :
+         {std::make_tuple(QMessageBox::Information, "Success", "Change successful!"),
+          std::make_tuple(QMessageBox::Critical, "Error", "Change failed!")}) {
+        QMessageBox box(icon, pageText(title), pageText(text), QMessageBox::Ok, &dialog);
+        box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        const auto *const label = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"));
+        QVERIFY(label->width() >= label->sizeHint().width());
+        QVERIFY(label->height() >= label->sizeHint().height());
+        QVERIFY(box.width() < box.screen()->geometry().width());
+        pictures += box.grab();
+        titles += box.windowTitle();
+    }
+
+    for (const SourceText &text : kSourceTexts) {
+        const QTranslator &translator = *CTranslatorMgr::instance()->translator();
+        QVERIFY2(hasAllGlyphs(dialog, translator.translate(text.context, text.text)), text.text);
+    }
+    QVERIFY(hasAllGlyphs(dialog, lang.name));
+    addToSheet(index, titles, pictures);
+}
+
+/// The upper part of the dialog, where all is that it shows, and the boxes beside it, each below
+/// its title.
+void tst_languages::addToSheet(int index, const QStringList &titles, const QList<QPixmap> &pictures)
+{
+    const QPoint corner(index % kColumns * kCell.width(), index / kColumns * kCell.height());
+    const QList<QPoint> places {QPoint(10, 0), QPoint(420, 0), QPoint(420, 112)};
+    QPainter painter(&m_sheet);
+    for (int i = 0; i < pictures.size(); ++i) {
+        const QRect title(corner + places.at(i), QSize(330, 25));
+        painter.drawText(title, Qt::AlignVCenter | Qt::AlignLeft, titles.at(i));
+        painter.drawPixmap(title.bottomLeft(), pictures.at(i),
+                           i == 0 ? QRect(0, 0, 400, 195) : pictures.at(i).rect());
+    }
+}
+
+void tst_languages::tooLongTextsAreNoticed()
+{
+    DlgSettings dialog;
+    const QString longText(200, QLatin1Char('x'));
+    dialog.findChild<QLabel *>(QStringLiteral("label_info1"))->setText(longText);
+    QCOMPARE(clippedTexts(dialog), QStringList(longText));
+    dialog.findChild<QTabWidget *>()->setTabText(0, longText);
+    QCOMPARE(clippedTexts(dialog), QStringList({longText, longText}));
+    dialog.setWindowTitle(longText);
+    QCOMPARE(clippedTexts(dialog), QStringList({longText, longText, longText}));
+    dialog.findChild<QComboBox *>()->setItemText(0, longText);
+    QVERIFY(nameIsClipped(dialog, 0));
+    QVERIFY(!nameIsClipped(dialog, 1));
+}
+
+void tst_languages::missingGlyphsAreNoticed()
+{
+    const DlgSettings dialog;
+    QVERIFY(hasAllGlyphs(dialog, QStringLiteral("x")));
+    QVERIFY(!hasAllGlyphs(dialog, QString(QChar(0xE123)))); // For private use
+}
+
+QTEST_MAIN(tst_languages)
+#include "tst_languages.moc"

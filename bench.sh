@@ -6,7 +6,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
-scripts/install-packages.sh bench
+scripts/install-packages.sh linux
 cmake --preset linux-bench
 cmake --build --preset linux-bench
 

@@ -44,6 +44,10 @@ fi
 if (($#)); then
     exec "${launcher[@]}" "${host[@]}" "$@"
 fi
+# The tour begins in the sample's own language, whatever an earlier run has switched to.
+if [[ $platform == linux ]]; then
+    cp translations/Lang.ini build/linux/bin/Lang/
+fi
 pictures=build/pictures-$platform
 echo "There is no display: the host takes the operator's path by itself."
 "${launcher[@]}" "${host[@]}" --tour "$pictures"

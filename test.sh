@@ -29,18 +29,23 @@ run_tests() {
     shift
     step "$platform: packages and build"
     scripts/install-packages.sh "$platform"
-    local emulator=() fresh_qt=()
+    local emulator=() fresh_qt=() docs=ON
     if [[ $platform == windows ]]; then
         ZENDEL_QT_WINDOWS=$(scripts/qt-windows.sh)
         export ZENDEL_QT_WINDOWS
         emulator=(scripts/wine.sh --session)
         fresh_qt=(-U 'Qt5*_DIR') # Where an earlier recipe's Qt may still be noted.
+        docs=OFF                 # They are the same for every platform.
     fi
-    cmake --preset "$platform" "${fresh_qt[@]}"
+    cmake --preset "$platform" -D ZENDEL_BUILD_DOCS="$docs" "${fresh_qt[@]}"
     cmake --build --preset "$platform"
     if (($# == 0)); then
         step "$platform: checks of the sources"
-        scripts/check-sources.sh "$platform"
+        if [[ $platform == linux ]]; then
+            scripts/check-sources.sh
+        fi
+        cmake --preset "$platform-tidy" "${fresh_qt[@]}"
+        cmake --build --preset "$platform-tidy"
     fi
     step "$platform: tests"
     # With options, it is for the user to say what there must be on which platform.

@@ -1,8 +1,7 @@
 #!/usr/bin/env bash
-# install-packages.sh [windows|bench]: installs the Debian packages that building, testing and the
-# demo need, if any is missing, as root or with sudo; with "windows" those for the Windows build too,
-# with "bench" those for the benchmarks.
-# What Qt for Windows needs to be built, scripts/qt-windows.sh installs.
+# install-packages.sh [windows]: names and installs the Debian packages that building, testing and
+# the demo need and that are missing, as root or with sudo; with "windows" also those for the Windows
+# build. scripts/qt-windows.sh installs what it needs to build Qt for Windows.
 set -euo pipefail
 
 packages=(
@@ -14,7 +13,7 @@ packages=(
     openbox xvfb
     fonts-dejavu-core fonts-noto-cjk fonts-tlwg-loma-ttf
     # Tests and checks of the sources
-    binutils gcovr libxcb-xtest0-dev valgrind
+    binutils gcovr libbenchmark-dev libxcb-xtest0-dev python3 valgrind
     clang clang-format clang-tidy cppcheck
     doxygen gettext libclang-rt-dev libicu-dev qttranslations5-l10n
 )
@@ -23,8 +22,6 @@ if [[ ${1-} == windows ]]; then
         g++-mingw-w64-x86-64-posix
         fonts-wine wine wine64
     )
-elif [[ ${1-} == bench ]]; then
-    packages+=(libbenchmark-dev python3 valgrind)
 fi
 
 missing=()

@@ -116,10 +116,6 @@ private:
             position = block.start + block.length;
             if (tag == 0 || block.length == 0)
                 break;
-            if (position > m_size) {
-                m_failed = true; // Another file than Qt has loaded
-                break;
-            }
             if (tag == Contexts)
                 m_contexts = block;
             else if (tag == Hashes)
@@ -139,7 +135,7 @@ private:
         while (!stream.atEnd()) {
             stream >> name;
             QTranslator translator; // Finds the file as it did for Qt.
-            m_failed = !translator.load(name, directory) || m_failed;
+            translator.load(name, directory);
             m_dependencies.emplace_back(translator.filePath(), directory);
         }
     }
@@ -156,7 +152,7 @@ private:
         m_contextIsRuledOut = true;
         const quint32 buckets = number<quint16>(m_contexts.start);
         if (buckets == 0) {
-            m_failed = true; // Qt divides by it.
+            fail(); // Qt divides by it.
             return true;
         }
         const qint64 bucket = m_contexts.start + 2 + 2 * qint64(elfHash(context) % buckets);
@@ -246,7 +242,7 @@ private:
         if (translation.start == 0)
             return false;
         if (translation.start + translation.length / 2 * 2 > m_size)
-            m_failed = true;
+            fail();
         return true;
     }
 

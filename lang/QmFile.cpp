@@ -76,7 +76,7 @@ public:
             look.failed |= !file.open(QIODevice::ReadOnly) || file.size() >= INT_MAX;
             look.files.insert(fileName, look.failed ? QByteArray() : file.readAll());
             // The records that tools write have at least 9 bytes for each step.
-            look.stepsLeft += look.files.value(fileName).size() / 6;
+            look.stepsLeft += look.files.value(fileName).size() / 8;
         }
         m_bytes = look.files.value(fileName);
         m_data = m_bytes.constData();

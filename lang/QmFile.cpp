@@ -55,7 +55,7 @@ QString findFile(const QString &name, const QString &directory)
 struct Look
 {
     QHash<QString, QByteArray> files; ///< Those read so far: one may be named many times.
-    qint64 stepsLeft = 300000;
+    qint64 stepsLeft = 150000;
     bool failed = false;
 };
 

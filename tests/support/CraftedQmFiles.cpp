@@ -313,7 +313,7 @@ QVector<CraftedQmFile> craftedQmFiles()
         {"length at the end of the messages, not of the file",
          fileOfChange(translation("a") + '\x05'), true},
         {"long record", fileOfChange(chain(10000) + good), true, "found"},
-        {"record that many entries share", fileOfSharedRecord(500, 500), true},
+        {"record that many entries share", fileOfSharedRecord(350, 350), true},
         {"many entries, one short record",
          file(tagged(Hashes, entryOfChange(0).repeated(500000))
               + tagged(Messages, field(Source, "other") + end)),

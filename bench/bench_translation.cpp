@@ -57,7 +57,7 @@ int main(int argc, char *argv[])
     add("1 KB", completeQmFile());
     add("4 MB", largeQmFile());
     for (const CraftedQmFile &file : costlyQmFiles())
-        add(file.name, file.bytes, file.usable);
+        add(file.name, file.bytes, false);
 
     benchmark::RunSpecifiedBenchmarks();
     return 0;

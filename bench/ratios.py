@@ -69,6 +69,8 @@ def print_catalogue(times):
 
 def print_translation(times):
     plain = times["load/4 MB"]
+    if max(times.values()) > 10 * plain:
+        missed.append("a crafted translation takes more than ten times as long as a plain one")
     print_table("Loading a translation: loadLangConfig() and loadQmFile() against a plain one of 4 MB",
                 ["file", "time", "4 MB"],
                 [[name.partition("/")[2], f"{time:.0f} us", ratio(time, plain, 10)]
@@ -97,7 +99,10 @@ def print_load(times):
           + ", ".join(f"{library} {times[library]:.0f} us" for library in libraries))
 
 
+missed = []
 print_catalogue(read_medians(sys.argv[1]))
 print_translation(read_medians(sys.argv[2]))
 print_dialog(read_medians(sys.argv[3]))
 print_load(read_medians(sys.argv[4]))
+if missed:
+    sys.exit("\n".join(missed))

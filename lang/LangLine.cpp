@@ -1,15 +1,5 @@
 #include "lang/LangLine.h"
 
-#include <QRegularExpression>
-
-namespace {
-
-// Made when the plug-in is loaded; one made at first use would be guarded against other threads,
-// one made at each reading would be compiled each time.
-const QRegularExpression kLanguageKey(QLatin1String("^LANG(\\d+)_(ID|NAME|FOLDER|SHOW)$"));
-
-} // namespace
-
 LangLine LangLineReader::read(const QString &text)
 {
     LangLine result;
@@ -45,7 +35,7 @@ LangLine LangLineReader::read(const QString &text)
         result.kind = LangLine::Default;
         return result;
     }
-    const QRegularExpressionMatch match = kLanguageKey.match(result.key);
+    const QRegularExpressionMatch match = m_languageKey.match(result.key);
     if (!match.hasMatch()) {
         result.kind = LangLine::OtherKey;
         return result;

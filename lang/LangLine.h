@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QRegularExpression>
 #include <QString>
 
 /// One line of the catalogue, told apart by its form and by the section that it stands in. The
@@ -41,4 +42,5 @@ public:
 
 private:
     QString m_currentSection;
+    QRegularExpression m_languageKey {QLatin1String("^LANG(\\d+)_(ID|NAME|FOLDER|SHOW)$")};
 };

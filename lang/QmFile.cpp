@@ -5,10 +5,12 @@
 #include <QDataStream>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QTranslator>
 #include <QtEndian>
 
 #include <algorithm>
+#include <climits>
 #include <cstring>
 #include <list>
 
@@ -26,23 +28,59 @@ quint32 elfHash(const char *text)
     return hash == 0 ? 1 : hash;
 }
 
+bool isReadableFile(const QString &fileName)
+{
+    const QFileInfo info(fileName);
+    return info.isFile() && info.isReadable();
+}
+
+/// Returns the file that QTranslator::load() takes for @p name: with the suffix, as it is, and then
+/// again without what follows the last "_" or ".".
+QString findFile(const QString &name, const QString &directory)
+{
+    const QString prefix = QFileInfo(name).isRelative() ? directory + QLatin1Char('/') : QString();
+    QString fileName;
+    int length = name.size();
+    do {
+        fileName = prefix + name.left(length);
+        if (isReadableFile(fileName + QLatin1String(".qm")))
+            return fileName + QLatin1String(".qm");
+        length = std::max(name.leftRef(length).lastIndexOf(QLatin1Char('_')),
+                          name.leftRef(length).lastIndexOf(QLatin1Char('.')));
+    } while (!isReadableFile(fileName) && length > 0);
+    return fileName;
+}
+
+/// What the look at a file and its dependencies has in common.
+struct Look
+{
+    QHash<QString, QByteArray> files; ///< Those read so far: one may be named many times.
+    qint64 stepsLeft = 150000;
+    bool failed = false;
+};
+
 /// Looks texts up in a compiled translation as QTranslator::translate() of Qt 5.15 does, read by
 /// read. A read outside the file, which Qt would not notice, is remembered and gives 0. So does any
-/// read after more steps than the file has room for, unless its records overlap: Qt is then going
-/// round in circles, or might as well be. A 0 ends each of the loops below.
+/// read after more steps than a file can need whose lists and records do not overlap. A 0 ends each
+/// of the loops below.
 class QmFile
 {
 public:
     /// Reads a file that Qt has just loaded; @p directory is where its dependencies are looked for.
-    QmFile(const QString &fileName, const QString &directory)
+    QmFile(Look &look, const QString &fileName, const QString &directory)
+        : m_look(look)
     {
-        QFile file(fileName);
-        m_failed = !file.open(QIODevice::ReadOnly);
-        m_bytes = file.readAll();
+        if (!look.files.contains(fileName)) {
+            QFile file(fileName);
+            // Fails as well for more bytes than a QByteArray holds.
+            look.failed |= !file.open(QIODevice::ReadOnly) || file.size() >= INT_MAX;
+            look.files.insert(fileName, look.failed ? QByteArray() : file.readAll());
+            // The records that tools write have at least 9 bytes for each step.
+            look.stepsLeft += look.files.value(fileName).size() / 8;
+        }
+        m_bytes = look.files.value(fileName);
         m_data = m_bytes.constData();
         m_size = m_bytes.size();
-        // An entry and its record take more than 7 bytes for each of their steps.
-        m_stepsLeft = m_size / 6 + 60000;
         readBlocks(directory);
     }
 
@@ -57,14 +95,6 @@ public:
         }
         return std::any_of(m_dependencies.begin(), m_dependencies.end(),
                            [&text](QmFile &file) { return file.lookUp(text); });
-    }
-
-    /// Returns whether any look-up so far would have made Qt crash or hang.
-    bool hasFailed() const
-    {
-        return m_failed
-            || std::any_of(m_dependencies.begin(), m_dependencies.end(),
-                           [](const QmFile &file) { return file.hasFailed(); });
     }
 
 private:
@@ -86,14 +116,14 @@ private:
 
     void fail()
     {
-        m_failed = true;
+        m_look.failed = true;
         m_size = 0; // So that every further read fails too.
     }
 
     /// To be called in each round of a loop that the file's content may keep going.
     void takeStep()
     {
-        if (--m_stepsLeft < 0)
+        if (--m_look.stepsLeft < 0)
             fail();
     }
 
@@ -101,7 +131,7 @@ private:
     {
         if (length > 0 && number<quint8>(position + length - 1) == 0)
             --length;
-        return !m_failed && length == std::strlen(text)
+        return m_size > 0 && length == std::strlen(text)
             && std::memcmp(m_data + position, text, length) == 0;
     }
 
@@ -116,10 +146,6 @@ private:
             position = block.start + block.length;
             if (tag == 0 || block.length == 0)
                 break;
-            if (position > m_size) {
-                m_failed = true; // Another file than Qt has loaded
-                break;
-            }
             if (tag == Contexts)
                 m_contexts = block;
             else if (tag == Hashes)
@@ -138,9 +164,7 @@ private:
         QString name;
         while (!stream.atEnd()) {
             stream >> name;
-            QTranslator translator; // Finds the file as it did for Qt.
-            m_failed = !translator.load(name, directory) || m_failed;
-            m_dependencies.emplace_back(translator.filePath(), directory);
+            m_dependencies.emplace_back(m_look, findFile(name, directory), directory);
         }
     }
 
@@ -156,7 +180,7 @@ private:
         m_contextIsRuledOut = true;
         const quint32 buckets = number<quint16>(m_contexts.start);
         if (buckets == 0) {
-            m_failed = true; // Qt divides by it.
+            fail(); // Qt divides by it.
             return true;
         }
         const qint64 bucket = m_contexts.start + 2 + 2 * qint64(elfHash(context) % buckets);
@@ -195,13 +219,9 @@ private:
         if (entry > last)
             return false;
 
-        while (entry != m_hashes.start && number<quint32>(entry) == number<quint32>(entry - 8)
-               && !m_failed) {
-            takeStep();
+        while (entry != m_hashes.start && number<quint32>(entry) == number<quint32>(entry - 8))
             entry -= 8;
-        }
         for (; entry < m_hashes.start + m_hashes.length; entry += 8) {
-            takeStep();
             if (number<quint32>(entry) != hash)
                 break;
             if (findInRecord(m_messages.start + number<quint32>(entry + 4), text))
@@ -245,20 +265,19 @@ private:
         }
         if (translation.start == 0)
             return false;
-        if (translation.start + translation.length / 2 * 2 > m_size)
-            m_failed = true;
+        if (translation.start + translation.length > m_size)
+            fail();
         return true;
     }
 
+    Look &m_look;
     QByteArray m_bytes;
     const char *m_data = nullptr; ///< Of m_bytes
     qint64 m_size = 0;            ///< Of m_bytes
-    qint64 m_stepsLeft = 0;
-    bool m_failed = false;
     Block m_contexts;
     Block m_hashes;
     Block m_messages;
-    const char *m_context = nullptr; ///< Whether it is ruled out, is known.
+    const char *m_context = nullptr; ///< The one that m_contextIsRuledOut is about.
     bool m_contextIsRuledOut = false;
     std::list<QmFile> m_dependencies;
 };
@@ -270,10 +289,11 @@ bool loadQmFile(QTranslator &translator, const QString &fileName)
     if (!translator.load(fileName))
         return false;
 
-    QmFile file(translator.filePath(), QFileInfo(translator.filePath()).absolutePath());
+    Look look;
+    QmFile file(look, translator.filePath(), QFileInfo(translator.filePath()).absolutePath());
     for (const SourceText &text : kSourceTexts)
         file.lookUp(text);
-    if (!file.hasFailed())
+    if (!look.failed)
         return true;
     translator.load(nullptr, 0); // Empties it.
     return false;

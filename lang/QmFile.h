@@ -9,5 +9,7 @@ class QTranslator;
 ///
 /// QTranslator::load() checks the lengths of a file's blocks and trusts what is inside them, so a
 /// damaged file can make the first look-up crash or never return. A file that Qt loads is refused
-/// only for that reason. What it says about texts of other programs does not matter.
+/// only for that reason, where "never" is more than 150,000 steps and one for every 8 bytes: no
+/// tool writes a file that needs so many. Files of 2 GB and more are refused as well. Damage to
+/// texts of other programs does not matter.
 bool loadQmFile(QTranslator &translator, const QString &fileName);

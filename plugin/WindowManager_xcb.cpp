@@ -2,6 +2,7 @@
 
 #include <QGuiApplication>
 #include <QHash>
+#include <QPointer>
 #include <QWidget>
 #include <QWindow>
 #include <QX11Info>
@@ -29,6 +30,9 @@ using Reply = std::unique_ptr<T, Free>;
 /// The input-only windows that keep the mouse from disabled ones, by the window they lie on.
 QHash<xcb_window_t, xcb_window_t> covers;
 
+/// What had the keyboard in a Qt window that is disabled; it does not get it back by itself.
+QPointer<QWidget> focusWidget;
+
 xcb_connection_t *xcbConnection()
 {
     return QX11Info::isPlatformX11() ? QX11Info::connection() : nullptr;
@@ -48,6 +52,8 @@ bool succeeded(xcb_connection_t *connection, xcb_void_cookie_t cookie)
 QWindow *qtWindow(HWND handle)
 {
     const auto id = reinterpret_cast<WId>(handle);
+    if (const QWidget *const widget = QWidget::find(id))
+        return widget->window()->windowHandle();
     const QWindowList windows = QGuiApplication::topLevelWindows();
     for (QWindow *const window : windows) {
         // Without the first test, winId() would make a native window for each that has none.
@@ -55,6 +61,21 @@ QWindow *qtWindow(HWND handle)
             return window;
     }
     return nullptr;
+}
+
+/// Only widgets can be disabled. From other Qt windows, the modal dialog takes the input.
+void enableQtWindow(HWND handle, bool enable)
+{
+    QWidget *const found = QWidget::find(reinterpret_cast<WId>(handle));
+    if (!found)
+        return;
+
+    QWidget *const window = found->window();
+    if (!enable)
+        focusWidget = window->focusWidget();
+    window->setEnabled(enable);
+    if (enable && focusWidget)
+        focusWidget->setFocus();
 }
 
 /// The window that stands for @p window on the root: the frame that the window manager has put
@@ -102,9 +123,7 @@ void enableWindow(HWND window, bool enable)
 {
     xcb_connection_t *const connection = xcbConnection();
     if (!connection) {
-        // Only widgets can be disabled. From other Qt windows, the modal dialog takes the input.
-        if (QWidget *const widget = QWidget::find(reinterpret_cast<WId>(window)))
-            widget->setEnabled(enable);
+        enableQtWindow(window, enable);
         return;
     }
 

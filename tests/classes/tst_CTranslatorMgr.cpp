@@ -166,6 +166,8 @@ private Q_SLOTS:
 
 private:
     static QString dump();
+    static QMap<int, LangEntry> read(int &defaultLangId);
+    static bool answersAsTheFileSays(const CTranslatorMgr &mgr);
     static bool isEmpty(const CTranslatorMgr &mgr);
 
     Operator m_operator;
@@ -188,15 +190,8 @@ void tst_CTranslatorMgr::cleanup()
 /// number, shown or hidden, name and folder.
 QString tst_CTranslatorMgr::dump()
 {
-    QFile file(applicationPath(QStringLiteral("Lang/Lang.ini")));
-    if (!file.open(QIODevice::ReadOnly))
-        return QStringLiteral("no file");
-    QTextStream in(&file);
-    setCatalogueCodec(in, CTranslatorMgr::detectCodec(&file));
     int defaultLangId = 0;
-    QMap<int, LangEntry> langMap;
-    readCatalogue(in, defaultLangId, langMap);
-
+    const QMap<int, LangEntry> langMap = read(defaultLangId);
     QStringList words {QString::number(defaultLangId), QStringLiteral("|")};
     for (auto it = langMap.constBegin(); it != langMap.constEnd(); ++it) {
         if (it.key() != it->id)
@@ -205,6 +200,38 @@ QString tst_CTranslatorMgr::dump()
             + QLatin1Char(':') + it->folder;
     }
     return words.join(QLatin1Char(' '));
+}
+
+/// Reads the catalogue with the manager's own functions, but not through a manager.
+QMap<int, LangEntry> tst_CTranslatorMgr::read(int &defaultLangId)
+{
+    QMap<int, LangEntry> langMap;
+    QFile file(applicationPath(QStringLiteral("Lang/Lang.ini")));
+    if (!file.open(QIODevice::ReadOnly))
+        return langMap;
+    QTextStream in(&file);
+    setCatalogueCodec(in, CTranslatorMgr::detectCodec(&file));
+    readCatalogue(in, defaultLangId, langMap);
+    return langMap;
+}
+
+/// Whether the manager's answers are those that the records of the catalogue lead to.
+bool tst_CTranslatorMgr::answersAsTheFileSays(const CTranslatorMgr &mgr)
+{
+    int defaultLangId = 0;
+    const QMap<int, LangEntry> langMap = read(defaultLangId);
+    QStringList expected;
+    for (const LangEntry &entry : langMap) {
+        if (mgr.langFilePath(entry.id) != (entry.show ? entry.qmPath : QString()))
+            return false;
+        if (entry.show && !entry.name.isEmpty() && !entry.folder.isEmpty())
+            expected += entry.name + entry.folder + entry.qmPath;
+    }
+    QStringList visible;
+    const QList<LangEntry> languages = mgr.visibleLanguages();
+    for (const LangEntry &entry : languages)
+        visible += entry.name + entry.folder + entry.qmPath;
+    return visible == expected && mgr.defaultLangId() == defaultLangId;
 }
 
 /// Whether the manager answers as without a catalogue, or with an empty one.
@@ -335,6 +362,9 @@ void tst_CTranslatorMgr::catalogue()
 
     Deployment::writeCatalogue(bytes);
     QCOMPARE(dump(), expected);
+    CTranslatorMgr mgr;
+    mgr.loadLangConfig();
+    QVERIFY(answersAsTheFileSays(mgr));
 }
 
 void tst_CTranslatorMgr::encodingByFirstBytes_data()
@@ -496,6 +526,9 @@ void tst_CTranslatorMgr::missingCodecLeavesTheCatalogueReadable()
     for (const QByteArray &mark : {QByteArray(), QByteArray("\xEF\xBB\xBF")}) {
         Deployment::writeCatalogue(mark + "[LANG_MGR]\nDEFAULT=7\nLANG1_NAME=a\n");
         QCOMPARE(dump(), QStringLiteral("7 | 1-a:"));
+        CTranslatorMgr mgr;
+        mgr.loadLangConfig();
+        QVERIFY(answersAsTheFileSays(mgr));
     }
     codecsAreMissing = false;
 }

@@ -29,6 +29,7 @@ private Q_SLOTS:
     void dependencies_data();
     void dependencies();
     void dependencyOfADependencyIsFoundInTheSameFolder();
+    void longChainOfDependenciesIsFollowed();
     void listOfSourceTextsIsComplete();
 
 private:
@@ -113,6 +114,8 @@ void tst_QmFile::dependencies_data()
         true, "CHANGE");
     row("named without its suffix", noTexts + dependenciesBlock({"complete"}) + trailer, true, true,
         "CHANGE");
+    row("named with more than its name", noTexts + dependenciesBlock({"complete_de.x"}) + trailer,
+        true, true, "CHANGE");
     row("endless dependency", noTexts + dependenciesBlock({"endless.qm"}) + trailer, true, false,
         "");
     row("endless dependency after one that has all texts",
@@ -161,6 +164,22 @@ void tst_QmFile::dependencyOfADependencyIsFoundInTheSameFolder()
 
     write("last.qm", endlessQmFile());
     QVERIFY(!loadQmFile(translator, fileName));
+}
+
+void tst_QmFile::longChainOfDependenciesIsFollowed()
+{
+    const QByteArray noTexts = completeQmFile().left(16);
+    const QByteArray trailer(8, '\0');
+    const int length = 400;
+    for (int i = 0; i < length; ++i) {
+        const QByteArray next = "chain" + QByteArray::number(i + 1);
+        write(("chain" + QByteArray::number(i) + ".qm").constData(),
+              noTexts + dependenciesBlock({next}) + trailer);
+    }
+    write(("chain" + QByteArray::number(length) + ".qm").constData(), completeQmFile());
+    QTranslator translator;
+    QVERIFY(loadQmFile(translator, m_folder.filePath(QStringLiteral("chain0.qm"))));
+    QCOMPARE(translator.translate("PageSetLang", "Change"), QStringLiteral("CHANGE"));
 }
 
 /// What the code asks for is what lupdate finds in it.

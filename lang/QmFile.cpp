@@ -187,7 +187,7 @@ private:
             return true;
         }
         const qint64 bucket = m_contexts.start + 2 + 2 * qint64(elfHash(context) % buckets);
-        const quint16 offset = number<quint16>(bucket);
+        const auto offset = number<quint16>(bucket);
         if (offset == 0)
             return true;
         qint64 position = m_contexts.start + 2 + 2 * qint64(buckets) + 2 * qint64(offset);

@@ -137,7 +137,7 @@ void tst_translation_tools::initTestCase()
     while (sources.hasNext())
         m_plain += sources.next();
     m_plain.sort(); // So that a seed means the same on every machine.
-    QCOMPARE(m_plain.size(), 22);
+    QVERIFY(m_plain.size() >= 22);
 
     for (const QString &source : qAsConst(m_plain)) {
         const QString name = QFileInfo(source).baseName();

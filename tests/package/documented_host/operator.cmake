@@ -2,9 +2,9 @@
 
 function(add_operator)
     find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
-    set(tests ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/..)
+    set(tests ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/../..)
     add_library(operator OBJECT
-        ${tests}/documented_host/operator.cpp
+        ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/operator.cpp
         ${tests}/support/Operator.cpp
         ${tests}/support/Operator.h
     )

@@ -76,7 +76,7 @@ void tst_WindowManager_offscreen::handleThatIsNoWindowIsIgnored()
 {
     QFETCH(quintptr, handle);
 
-    const HWND window = handleOf(handle);
+    auto *const window = handleOf(handle);
     QCOMPARE(rectOf(window), QRect(0, 0, 0, 0));
     WindowManager::enableWindow(window, false);
     WindowManager::setForegroundWindow(window);
@@ -99,7 +99,7 @@ void tst_WindowManager_offscreen::disabledWidgetIsEnabledAgain()
 {
     QWidget widget;
     const QWidget other;
-    const HWND handle = handleOf(widget.winId());
+    auto *const handle = handleOf(widget.winId());
     WindowManager::enableWindow(handle, false);
     QVERIFY(!widget.isEnabled());
     QVERIFY(other.isEnabled());
@@ -125,7 +125,7 @@ void tst_WindowManager_offscreen::childStandsForItsWindow()
     QWidget window;
     QWidget child(&window);
     window.show();
-    const HWND handle = handleOf(child.winId());
+    auto *const handle = handleOf(child.winId());
     QCOMPARE(rectOf(handle), window.frameGeometry());
     WindowManager::enableWindow(handle, false);
     QVERIFY(!window.isEnabled());
@@ -153,7 +153,7 @@ void tst_WindowManager_offscreen::windowWithoutAWidgetIsServedToo()
     QWindow window;
     window.setGeometry(100, 50, 800, 600);
     window.show();
-    const HWND handle = handleOf(window.winId());
+    auto *const handle = handleOf(window.winId());
     QCOMPARE(rectOf(handle), window.frameGeometry());
     WindowManager::enableWindow(handle, false);
     WindowManager::setForegroundWindow(handle);

@@ -76,8 +76,10 @@ QVector<Verdict> ask(const QList<QByteArray> &files, const QString &directory)
         if (child == 0) {
             const rlimit none {0, 0};
             setrlimit(RLIMIT_CORE, &none);
-            for (const int number : {SIGSEGV, SIGBUS, SIGFPE, SIGABRT, SIGPROF})
-                std::signal(number, SIG_DFL); // A sanitizer's report would say nothing of us.
+            for (const int number : {SIGSEGV, SIGBUS, SIGFPE, SIGABRT, SIGPROF}) {
+                if (std::signal(number, SIG_DFL) == SIG_ERR) // A sanitizer's would only report.
+                    qFatal("Cannot set a signal's handler");
+            }
             for (; *current < files.size(); *current = *current + 1) {
                 limitProcessorTime();
                 const QByteArray &bytes = files.at(*current);

@@ -24,9 +24,30 @@ namespace {
 
 QString checkedDir;
 
+#ifdef Q_OS_WIN
+const Qt::CaseSensitivity kFileNames = Qt::CaseInsensitive;
+#else
+const Qt::CaseSensitivity kFileNames = Qt::CaseSensitive;
+#endif
+
 QString fallbackPath()
 {
     return checkedDir + QLatin1String("/Lang/chs/") + kQmFileName;
+}
+
+/// Returns the name on disk of a folder in Lang; empty if it differs in more than upper and lower
+/// case from all of them.
+QString nameOnDisk(const QString &folder)
+{
+    const QStringList folders = QDir(checkedDir + QLatin1String("/Lang"))
+                                    .entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden);
+    if (folders.contains(folder))
+        return folder;
+    const auto it =
+        std::find_if(folders.begin(), folders.end(), [&folder](const QString &candidate) {
+            return candidate.compare(folder, Qt::CaseInsensitive) == 0;
+        });
+    return it == folders.end() ? QString() : *it;
 }
 
 QString key(int langId, const char *field)
@@ -51,6 +72,7 @@ public:
         checkDefault();
         checkNumbers();
         checkNames();
+        checkFolders();
         checkTranslations();
     }
 
@@ -74,9 +96,9 @@ private:
                                  {QString::number(it.key())});
             }
             if (it->shown && !it->hasName)
-                addIncomplete(it->show, key(it.key(), "NAME"), "<name>");
-            else if (it->shown && !it->hasFolder)
-                addIncomplete(it->show, key(it.key(), "FOLDER"), "<folder>");
+                addIncomplete(it->name, it->show, key(it.key(), "NAME"), "<name>");
+            if (it->shown && !it->hasFolder)
+                addIncomplete(it->folder, it->show, key(it.key(), "FOLDER"), "<folder>");
         }
         if (!m_lines.hasSection)
             m_report.addLine(FindingKind::NoSection, 0);
@@ -84,9 +106,11 @@ private:
             m_report.addLine(FindingKind::NoLanguages, 0);
     }
 
-    void addIncomplete(int line, const QString &key, const char *value)
+    /// At the empty line, if there is one.
+    void addIncomplete(int line, int showLine, const QString &key, const char *value)
     {
-        m_report.addLine(FindingKind::Incomplete, line, {key, QLatin1String(value)});
+        m_report.addLine(FindingKind::Incomplete, line > 0 ? line : showLine,
+                         {key, QLatin1String(value)});
     }
 
     void checkDefault()
@@ -134,6 +158,34 @@ private:
             if (nameIsClipped(dialog, i)) {
                 m_report.addLine(FindingKind::NameClipped, line,
                                  {key(lang.id, "NAME"), quoted(lang.name)});
+            }
+        }
+    }
+
+    void checkFolders()
+    {
+        QHash<QString, int> idOfPath;
+        for (const LangEntry &lang : qAsConst(m_report.listed)) {
+            const int line = m_lines.languages.value(lang.id).folder;
+            QString path = QDir::cleanPath(QDir::fromNativeSeparators(lang.qmPath));
+            if (kFileNames == Qt::CaseInsensitive)
+                path = path.toCaseFolded();
+            if (idOfPath.contains(path)) {
+                m_report.addLine(FindingKind::SameFolder, line,
+                                 {key(lang.id, "FOLDER"), QString::number(idOfPath.value(path)),
+                                  quoted(lang.folder)});
+            }
+            idOfPath.insert(path, lang.id);
+
+            const QString onDisk = nameOnDisk(lang.folder);
+            if (!onDisk.isEmpty() && onDisk != lang.folder) {
+                Finding &finding =
+                    m_report.addLine(FindingKind::FolderCase, line,
+                                     {key(lang.id, "FOLDER"), quoted(lang.folder), onDisk});
+                if (kFileNames == Qt::CaseSensitive) { // The translation is not found.
+                    finding.severity = Finding::Error;
+                    m_checked.insert(lang.qmPath);
+                }
             }
         }
     }

@@ -74,6 +74,12 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "%1 is an absolute path: %2; it is read as a folder below Lang; use the folder's name alone"},
     {Kind::FolderPercent, "folder-percent", Finding::Warning,
      "%1 contains a percent sign: %2; with a digit after it, the path changes; rename the folder"},
+    {Kind::FolderCase, "folder-case", Finding::Warning,
+     "%1 differs from the folder on disk in upper and lower case: %2; Linux does not find the "
+     "folder; write %1=%3"},
+    {Kind::SameFolder, "same-folder", Finding::Error,
+     "%1 is also the folder of language %2: %3; both languages have the same texts; use a folder "
+     "for each"},
 
     // Shown languages and the default
     {Kind::ShowNumber, "show-number", Finding::Warning,

@@ -47,6 +47,8 @@ enum class FindingKind {
     FolderDots,
     FolderAbsolute,
     FolderPercent,
+    FolderCase,
+    SameFolder,
     ShowNumber,
     ShowOther,
     ShowMissing,

@@ -60,10 +60,10 @@ int main(int argc, char *argv[])
         "Exit code: 0 no findings, 1 warnings only, 2 errors, which the operator would see,\n"
         "3 wrong usage."));
     const QCommandLineOption json(QStringLiteral("json"),
-                                  QStringLiteral("Print one JSON object for programs."));
+                                  QStringLiteral("Prints one JSON object, for programs."));
     parser.addOption(json);
     const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
-                                  QStringLiteral("Print this help."));
+                                  QStringLiteral("Displays this help."));
     parser.addOption(help);
     const QCommandLineOption version = parser.addVersionOption();
     parser.addPositionalArgument(

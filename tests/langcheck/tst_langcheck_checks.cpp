@@ -156,8 +156,21 @@ void tst_langcheck_checks::catalogueLines_data()
     row("no name", good + "LANG3_FOLDER=first\nLANG3_SHOW=1\n", "10 error incomplete");
     row("no folder", good + "LANG3_NAME=x\nLANG3_SHOW=1\n", "10 error incomplete");
     row("empty folder", good + "LANG3_NAME=x\nLANG3_FOLDER=\nLANG3_SHOW=1\n",
-        "11 error incomplete");
+        "10 error incomplete");
+    row("empty name", good + "LANG3_NAME=\nLANG3_FOLDER=x\nLANG3_SHOW=1\n", "9 error incomplete");
+    row("neither name nor folder", good + "LANG3_NAME=\nLANG3_SHOW=1\n",
+        "9 error incomplete\nLang/Lang.ini:10 error incomplete");
     row("same name", with("=Two", "=One"), "6 error same-name");
+    row("same folder", with("=second", "=first"), "7 error same-folder");
+    row("same folder, spelled differently", with("=second", "=../Lang/first"),
+        "7 warning folder-dots\nLang/Lang.ini:7 error same-folder");
+#ifdef Q_OS_WIN
+    row("same folder in upper case", with("=second", "=FIRST"),
+        "7 error same-folder\nLang/Lang.ini:7 warning folder-case");
+    row("folder in upper case", with("=second", "=SECOND"), "7 warning folder-case");
+#else
+    row("folder in upper case", with("=second", "=SECOND"), "7 error folder-case");
+#endif
     row("name too wide", with("=Two", "=A language with a name that no list can hold"),
         "6 error name-clipped");
     row("UTF-8 without a BOM", with("=Two", "=中文"), "0 error utf8-without-bom");

@@ -108,8 +108,8 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "application folder contains a percent sign: %1; the paths of the translations change; rename "
      "the folder"},
     {Kind::QmMissing, "qm-missing", Finding::Error,
-     "file does not exist; the dialog uses the default's translation, else Lang/chs/Zendel.qm, "
-     "else its texts are empty; put the compiled translation there"},
+     "file does not exist; the dialog uses the default's translation, else that in Lang/chs, else "
+     "empty texts; put the compiled translation there"},
     {Kind::QmUnreadable, "qm-unreadable", Finding::Error,
      "not a readable file; a dialog that uses it has empty texts; replace it or correct its "
      "permissions"},

@@ -110,7 +110,7 @@ QJsonObject Report::toJson() const
         all.append(QJsonObject {{QStringLiteral("file"), finding.file},
                                 {QStringLiteral("line"), finding.line},
                                 {QStringLiteral("severity"), severityName(finding)},
-                                {QStringLiteral("id"), finding.id},
+                                {QStringLiteral("kind"), finding.id},
                                 {QStringLiteral("text"), finding.text}});
     }
     return {{QStringLiteral("formatVersion"), 1},

@@ -67,9 +67,9 @@ int main(int argc, char *argv[])
     parser.addOption(help);
     const QCommandLineOption version = parser.addVersionOption();
     parser.addPositionalArgument(
-        QStringLiteral("appdir"),
+        QStringLiteral("folder"),
         QStringLiteral("Folder of the host's executable. Default: the folder of langcheck."),
-        QStringLiteral("[APPDIR]"));
+        QStringLiteral("[FOLDER]"));
 
     if (!parser.parse(QCoreApplication::arguments()))
         return misused(parser.errorText());

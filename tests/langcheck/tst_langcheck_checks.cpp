@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QEvent>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTest>
 #include <QXmlStreamReader>
 
@@ -84,6 +85,7 @@ private Q_SLOTS:
     void repeatedKeyNamesBothLines();
     void valuesAreShortAndOnOneLine();
     void textsNameEffectAndRemedy();
+    void pageListsEveryFinding();
 };
 
 void tst_langcheck_checks::initTestCase()
@@ -480,6 +482,29 @@ void tst_langcheck_checks::textsNameEffectAndRemedy()
 {
     for (const FindingDescription &finding : kFindings)
         QVERIFY2(QByteArray(finding.text).count("; ") >= 2, finding.id);
+}
+
+/// Every id once, with its severity, and no others.
+void tst_langcheck_checks::pageListsEveryFinding()
+{
+    QFile page(QStringLiteral(PAGE_FILE));
+    QVERIFY(page.open(QIODevice::ReadOnly));
+    const QRegularExpression row(QStringLiteral("^\\| `([a-z0-9-]+)` \\| (error|warning)\\b"),
+                                 QRegularExpression::MultilineOption);
+    QStringList listed;
+    auto it = row.globalMatch(QString::fromUtf8(page.readAll()));
+    while (it.hasNext()) {
+        const QRegularExpressionMatch match = it.next();
+        listed += match.captured(1) + QLatin1Char(' ') + match.captured(2);
+    }
+    listed.sort();
+
+    QStringList expected;
+    for (const FindingDescription &finding : kFindings)
+        expected += QLatin1String(finding.id) + QLatin1Char(' ') + severityName(finding.severity);
+    expected.sort();
+    QCOMPARE(listed, expected);
+    QCOMPARE(expected.removeDuplicates(), 0);
 }
 
 QTEST_MAIN(tst_langcheck_checks)

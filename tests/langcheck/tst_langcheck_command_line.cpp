@@ -110,7 +110,7 @@ void tst_langcheck_command_line::programPrintsJson()
     QCOMPARE(finding.value(QStringLiteral("file")).toString(), QStringLiteral("Lang/Lang.ini"));
     QCOMPARE(finding.value(QStringLiteral("line")).toInt(), 9);
     QCOMPARE(finding.value(QStringLiteral("severity")).toString(), QStringLiteral("warning"));
-    QCOMPARE(finding.value(QStringLiteral("id")).toString(), QStringLiteral("repeated-key"));
+    QCOMPARE(finding.value(QStringLiteral("kind")).toString(), QStringLiteral("repeated-key"));
 }
 
 void tst_langcheck_command_line::callsWithoutADeployment_data()
@@ -123,7 +123,7 @@ void tst_langcheck_command_line::callsWithoutADeployment_data()
                         const char *text) {
         QTest::newRow(name) << arguments << code << QString::fromLatin1(text);
     };
-    row("help", {QStringLiteral("--help")}, 0, "[APPDIR]");
+    row("help", {QStringLiteral("--help")}, 0, "[FOLDER]");
     row("version", {QStringLiteral("--version")}, 0, "langcheck " VERSION "\n");
     row("unknown option", {QStringLiteral("--colour")}, 3, "Unknown option 'colour'");
     row("two folders", {QStringLiteral("."), QStringLiteral(".")}, 3, "More than one folder");

@@ -25,10 +25,10 @@ bool looksLikeUtf8(const QByteArray &bytes)
         && state.remainingChars == 0;
 }
 
-/// What GB2312 makes of a line, without its end.
+/// How a line, without its line end, decodes as GB2312.
 struct Decoding
 {
-    bool invalid = false; ///< It holds a byte that is no half of a character, or one half alone.
+    bool invalid = false; ///< A byte is not half of a character, or half of one is missing.
     bool endsInHalf = false;
 };
 
@@ -50,7 +50,7 @@ Decoding decode(const QByteArray &line)
     return result;
 }
 
-/// The table of Qt takes the second half for granted, that of ICU looks at it first.
+/// Qt's own codec does not look at a character's second half, ICU's does.
 bool lineEndsAreSwallowed()
 {
     const QTextCodec *const codec = QTextCodec::codecForName("GB2312");
@@ -64,13 +64,8 @@ bool looksLikeUtf16(const QByteArray &bytes)
     return bytes.count('\0') > bytes.size() / 4;
 }
 
-void checkUnmarkedBytes(const QByteArray &bytes, QList<Finding> &findings)
+void checkBytesWithoutBom(const QByteArray &bytes, Report &report)
 {
-    const auto add = [&findings](int line, Finding::Severity severity, const char *kind,
-                                 const QString &text) {
-        findings.append(
-            {QStringLiteral("Lang/Lang.ini"), line, severity, QLatin1String(kind), text});
-    };
     const bool utf8 = looksLikeUtf8(bytes);
     bool onlyComments = true;
     int number = 0;
@@ -82,25 +77,23 @@ void checkUnmarkedBytes(const QByteArray &bytes, QList<Finding> &findings)
         const Decoding decoding = decode(line);
         onlyComments = onlyComments && (comment || std::all_of(line.begin(), line.end(), isAscii));
         if (decoding.endsInHalf && number < lines.size()) {
-            add(number, Finding::Error, "swallowed-line",
-                QStringLiteral("ends in half a character, which swallows the end of the line: the "
-                               "next line is lost; save the file as UTF-8 or UTF-16 with a mark"));
+            report.addLine(FindingKind::SwallowedLine, number,
+                           {QString::fromLatin1(line.right(1).toHex().toUpper())});
         } else if (decoding.invalid && !utf8) {
-            add(number, comment ? Finding::Warning : Finding::Error, "undecodable",
-                QStringLiteral("holds bytes that are no GB2312, as which a file without a mark is "
-                               "read; save the file as UTF-8 or UTF-16 with a mark"));
+            Finding &finding =
+                report.addLine(FindingKind::Undecodable, number, {QStringLiteral("GB2312")});
+            if (comment) // The operator does not see it.
+                finding.severity = Finding::Warning;
         }
     }
     if (utf8) {
-        add(0, onlyComments ? Finding::Warning : Finding::Error, "utf8-without-mark",
-            QStringLiteral("looks like UTF-8 but has no mark, so it is read as GB2312, and all but "
-                           "English letters %1; save it with its mark (\"UTF-8 with BOM\")")
-                .arg(onlyComments ? QStringLiteral("would be wrong, though only comments have any")
-                                  : QStringLiteral("are wrong")));
+        Finding &finding = report.addLine(FindingKind::Utf8WithoutBom, 0);
+        if (onlyComments) // Of all non-ASCII characters; the operator does not see them.
+            finding.severity = Finding::Warning;
     }
 }
 
-QVector<int> unmarkedLineNumbers(const QByteArray &bytes)
+QVector<int> lineNumbersWithoutBom(const QByteArray &bytes)
 {
     const bool swallowed = lineEndsAreSwallowed();
     QVector<int> result;

@@ -5,13 +5,14 @@
 #include <QByteArray>
 #include <QVector>
 
-/// Whether bytes without a mark are UTF-16 all the same.
+// Checks of a catalogue without a BOM, which is read as GB2312.
+
+/// Returns whether the bytes are probably UTF-16.
 bool looksLikeUtf16(const QByteArray &bytes);
 
-/// Adds to @p findings what is wrong with the bytes of a catalogue that has no mark and is
-/// therefore read as GB2312.
-void checkUnmarkedBytes(const QByteArray &bytes, QList<Finding> &findings);
+/// Adds to @p report what is wrong with the encoding of the bytes.
+void checkBytesWithoutBom(const QByteArray &bytes, Report &report);
 
-/// The numbers, from 1, of the lines that come out when the bytes are decoded as GB2312 on this
-/// platform: half a character at the end of a line may swallow the end.
-QVector<int> unmarkedLineNumbers(const QByteArray &bytes);
+/// Returns the numbers, from 1, of the lines that remain when this platform decodes the bytes: half
+/// a character at the end of a line may swallow the line end.
+QVector<int> lineNumbersWithoutBom(const QByteArray &bytes);

@@ -1,8 +1,8 @@
 #include "langcheck/CatalogueCheck.h"
 
 #include "lang/ApplicationDir.h"
-#include "lang/Catalogue.h"
 #include "lang/CTranslatorMgr.h"
+#include "lang/Catalogue.h"
 #include "lang/LangLine.h"
 #include "lang/OpenFile.h"
 #include "langcheck/BytesCheck.h"
@@ -13,11 +13,6 @@
 
 namespace {
 
-QString quoted(const QStringRef &text)
-{
-    return QLatin1Char('"') + text.toString() + QLatin1Char('"');
-}
-
 bool isNumber(const QStringRef &value)
 {
     bool ok = false;
@@ -25,13 +20,13 @@ bool isNumber(const QStringRef &value)
     return ok;
 }
 
-/// Tells of single lines, in their order.
+/// Checks single lines, in their order.
 class LineCheck
 {
 public:
-    /// The numbers of the lines, where they are not 1, 2, 3.
-    LineCheck(QList<Finding> &findings, const QVector<int> &numbers)
-        : m_findings(findings)
+    /// @p numbers are the lines' numbers where those are not 1, 2, 3.
+    LineCheck(Report &report, const QVector<int> &numbers)
+        : m_report(report)
         , m_numbers(numbers)
     {
     }
@@ -43,22 +38,12 @@ public:
         m_line = m_numbers.value(m_count, m_count + 1);
         ++m_count;
         const QString trimmed = text.trimmed();
-        if (trimmed.contains(QLatin1Char('\r'))) {
-            warn(
-                "carriage-return",
-                QStringLiteral("holds a carriage return with no line feed behind it, which ends no "
-                               "line: all that follows it here is part of this line; end the "
-                               "lines with CR LF or LF"));
-        }
-        if (m_numbers.isEmpty() && text.contains(QChar(QChar::ReplacementCharacter))) {
-            add("undecodable", Finding::Error,
-                QStringLiteral("holds bytes that the encoding of the file does not know"));
-        }
-        if (text.startsWith(QChar(QChar::ByteOrderMark))) {
-            warn("second-mark",
-                 QStringLiteral("starts with a byte-order mark that is not the file's own, and "
-                                "makes the line another one than it seems; delete it"));
-        }
+        if (trimmed.contains(QLatin1Char('\r')))
+            add(FindingKind::CarriageReturn);
+        if (m_numbers.isEmpty() && text.contains(QChar(QChar::ReplacementCharacter)))
+            add(FindingKind::Undecodable, {m_report.encoding});
+        if (text.startsWith(QChar(QChar::ByteOrderMark)))
+            add(FindingKind::SecondBom);
         checkLine(m_reader.read(text), trimmed);
     }
 
@@ -70,21 +55,21 @@ private:
         case LangLine::Comment:
             break;
         case LangLine::Header:
-            checkHeader(line);
+            checkHeader(line, text);
             break;
         case LangLine::Outside:
             checkOutside(text);
             break;
         case LangLine::NoKey:
-            warn("no-key",
-                 QStringLiteral("is ignored: it has no \"=\" with a key in front of it; "
-                                "begin a comment with ;"));
+            add(FindingKind::NoKey, {quoted(text)});
             break;
         case LangLine::OtherKey:
             checkOtherKey(line);
             break;
         case LangLine::Default:
-            checkDefault(line);
+            checkRepetition(m_lines.defaultLine, line);
+            if (!isNumber(line.value))
+                add(FindingKind::DefaultNumber, {quoted(line.value.toString())});
             break;
         case LangLine::Id:
         case LangLine::Name:
@@ -97,167 +82,105 @@ private:
 
     void checkOutside(const QString &text)
     {
-        if (!text.startsWith(QLatin1Char('['))) {
-            warn("outside-section",
-                 QStringLiteral("is ignored: it stands outside the section [LANG_MGR]"));
-        } else if (!text.contains(QLatin1Char('\r'))) {
-            warn("header",
-                 QStringLiteral("is ignored: a header must end with its \"]\"; write "
-                                "[LANG_MGR] and nothing behind it"));
-        }
+        if (!text.startsWith(QLatin1Char('[')))
+            add(FindingKind::OutsideSection, {quoted(text)});
+        else if (!text.contains(QLatin1Char('\r')))
+            add(FindingKind::Header, {quoted(text)});
     }
 
-    void checkHeader(const LangLine &line)
+    void checkHeader(const LangLine &line, const QString &text)
     {
-        m_lines.hasSection = m_lines.hasSection || line.key == QLatin1String("LANG_MGR");
-        const QString name = line.key.trimmed().toString();
-        if (name.compare(QLatin1String("LANG_MGR"), Qt::CaseInsensitive) == 0
-            && line.key != QLatin1String("LANG_MGR")) {
-            warn(
-                "header",
-                QStringLiteral("opens the section [%1], whose lines are ignored; write [LANG_MGR], "
-                               "in upper case and without blanks")
-                    .arg(line.key));
-        }
+        const QLatin1String section("LANG_MGR");
+        m_lines.hasSection = m_lines.hasSection || line.key == section;
+        if (line.key != section && line.key.trimmed().compare(section, Qt::CaseInsensitive) == 0)
+            add(FindingKind::Header, {quoted(text)});
     }
 
     void checkOtherKey(const LangLine &line)
     {
-        // The reader itself is asked whether the key would do in upper case.
-        const QString upper = line.key.toString().toUpper();
-        const QString corrected = upper + QLatin1Char('=');
-        if (LangLineReader(m_reader).read(corrected).kind != LangLine::OtherKey) {
-            warn("key-case",
-                 QStringLiteral("is ignored: keys are written in upper case; write %1").arg(upper));
-        } else {
-            warn("unknown-key",
-                 QStringLiteral(
-                     "is ignored: there is no key %1; the keys are DEFAULT and LANG<n>_ID, "
-                     "_NAME, _FOLDER and _SHOW")
-                     .arg(quoted(line.key)));
-        }
-    }
-
-    void checkDefault(const LangLine &line)
-    {
-        checkRepetition(m_lines.defaultLine);
-        if (!isNumber(line.value)) {
-            warn("default-number",
-                 QStringLiteral("makes 0 the default: %1 is no number that can be read")
-                     .arg(quoted(line.value)));
-        }
+        const QString key = line.key.toString();
+        // The plug-in's own reader decides whether the key is known in upper case.
+        const QString corrected = key.toUpper() + QLatin1Char('=');
+        if (LangLineReader(m_reader).read(corrected).kind != LangLine::OtherKey)
+            add(FindingKind::KeyCase, {quoted(key), key.toUpper()});
+        else
+            add(FindingKind::UnknownKey, {quoted(key)});
     }
 
     void checkLanguageKey(const LangLine &line)
     {
-        const QStringRef digits = line.key.mid(4, line.key.indexOf(QLatin1Char('_')) - 4);
-        if (!isNumber(digits)) {
-            warn("number-too-long",
-                 QStringLiteral("belongs to language 0: the number %1 is too long to be read")
-                     .arg(digits));
-        }
+        if (!isNumber(line.key.mid(4, line.key.indexOf(QLatin1Char('_')) - 4)))
+            add(FindingKind::NumberTooLong, {line.key.toString()});
 
         LanguageLines &language = m_lines.languages[line.langId];
         if (line.kind == LangLine::Id) {
-            checkRepetition(language.id);
-            checkId(line);
+            checkRepetition(language.id, line);
+            if (!isNumber(line.value) || line.value.toInt() != line.langId)
+                addValue(FindingKind::IdDiffers, line, {QString::number(line.langId)});
         } else if (line.kind == LangLine::Name) {
-            checkRepetition(language.name);
+            checkRepetition(language.name, line);
             checkText(line);
+            language.hasName = !line.value.isEmpty();
         } else if (line.kind == LangLine::Folder) {
-            checkRepetition(language.folder);
+            checkRepetition(language.folder, line);
+            checkText(line);
             checkFolder(line);
+            language.hasFolder = !line.value.isEmpty();
         } else {
-            checkRepetition(language.show);
-            checkShow(line);
+            checkRepetition(language.show, line);
+            if (!isNumber(line.value))
+                addValue(FindingKind::ShowNumber, line);
+            else if (line.value.toInt() != 0 && line.value.toInt() != 1)
+                addValue(FindingKind::ShowOther, line);
             language.shown = line.value.toInt() == 1;
         }
     }
 
-    void checkId(const LangLine &line)
-    {
-        if (!isNumber(line.value) || line.value.toInt() != line.langId) {
-            warn("id-differs",
-                 QStringLiteral("is never read: the language has the number of its keys, %1, and "
-                                "not %2; write %1 here or rename the keys")
-                     .arg(line.langId)
-                     .arg(quoted(line.value)));
-        }
-    }
-
-    /// A value is taken as it stands, which its author may not have thought.
+    /// Checks for what other INI files allow around a value, and is part of the value here.
     void checkText(const LangLine &line)
     {
-        const QString text = line.value.toString();
-        if (text.size() > 1 && text.startsWith(QLatin1Char('"'))
-            && text.endsWith(QLatin1Char('"'))) {
-            warn("quoted-value",
-                 QStringLiteral("has quotation marks that are part of the value; delete them"));
-        }
-        if (text.contains(QLatin1String(" ;")) || text.contains(QLatin1String(" #"))) {
-            warn("comment-in-value",
-                 QStringLiteral(
-                     "has a comment that is part of the value; give it a line of its own"));
-        }
+        const QStringRef text = line.value;
+        const QLatin1Char mark('"');
+        if (text.size() > 1 && text.startsWith(mark) && text.endsWith(mark))
+            add(FindingKind::QuotedValue, {line.key.toString(), text.toString()});
+        if (text.contains(QLatin1String(" ;")) || text.contains(QLatin1String(" #")))
+            addValue(FindingKind::CommentInValue, line);
     }
 
     void checkFolder(const LangLine &line)
     {
-        checkText(line);
         const QString path = line.value.toString().replace(QLatin1Char('\\'), QLatin1Char('/'));
-        if (path.split(QLatin1Char('/')).contains(QLatin1String(".."))) {
-            warn("folder-dots",
-                 QStringLiteral("goes up with \"..\": %1; name a folder that lies in Lang itself")
-                     .arg(quoted(line.value)));
-        }
+        if (path.split(QLatin1Char('/')).contains(QLatin1String("..")))
+            addValue(FindingKind::FolderDots, line);
         const bool drive = path.size() > 1 && path.at(1) == QLatin1Char(':');
-        if (drive || path.startsWith(QLatin1Char('/'))) {
-            warn("folder-absolute",
-                 QStringLiteral("is an absolute path, but taken for a folder below Lang: %1; write "
-                                "the folder's name alone")
-                     .arg(quoted(line.value)));
-        }
-        if (line.value.contains(QLatin1Char('%'))) {
-            warn("folder-percent",
-                 QStringLiteral("holds a percent sign: with a digit behind it, it becomes part of "
-                                "another path; rename the folder: %1")
-                     .arg(quoted(line.value)));
-        }
+        if (drive || path.startsWith(QLatin1Char('/')))
+            addValue(FindingKind::FolderAbsolute, line);
+        if (line.value.contains(QLatin1Char('%')))
+            addValue(FindingKind::FolderPercent, line);
     }
 
-    void checkShow(const LangLine &line)
-    {
-        if (!isNumber(line.value)) {
-            warn("show-number",
-                 QStringLiteral("hides the language: %1 is no number that can be read; write 1 to "
-                                "show it or 0 to hide it")
-                     .arg(quoted(line.value)));
-        } else if (line.value.toInt() != 0 && line.value.toInt() != 1) {
-            warn("show-other",
-                 QStringLiteral("hides the language: only 1 shows it; write 1 or 0, not %1")
-                     .arg(line.value));
-        }
-    }
-
-    /// Notes this line in place of the @p earlier one with the same key.
-    void checkRepetition(int &earlier)
+    /// Replaces the number of an @p earlier line with the same key by this line's.
+    void checkRepetition(int &earlier, const LangLine &line)
     {
         if (earlier > 0) {
-            warn("repeated-key",
-                 QStringLiteral("overwrites line %1; delete one of the two").arg(earlier));
+            add(FindingKind::RepeatedKey,
+                {line.key.toString(), QString::number(earlier), quoted(line.value.toString())});
         }
         earlier = m_line;
     }
 
-    void warn(const char *kind, const QString &text) { add(kind, Finding::Warning, text); }
-
-    void add(const char *kind, Finding::Severity severity, const QString &text)
+    /// Adds a finding about the line's key and value, and further values.
+    void addValue(FindingKind kind, const LangLine &line, const QStringList &further = {})
     {
-        m_findings.append(
-            {QStringLiteral("Lang/Lang.ini"), m_line, severity, QLatin1String(kind), text});
+        add(kind, QStringList {line.key.toString(), quoted(line.value.toString())} + further);
     }
 
-    QList<Finding> &m_findings;
+    void add(FindingKind kind, const QStringList &values = {})
+    {
+        m_report.addLine(kind, m_line, values);
+    }
+
+    Report &m_report;
     const QVector<int> m_numbers;
     int m_count = 0;
     int m_line = 0;
@@ -277,18 +200,18 @@ int LanguageLines::first() const
     return result;
 }
 
+QString quoted(const QString &text)
+{
+    const int most = 60;
+    QString shown = text.size() > most ? text.left(most) + QLatin1String("...") : text;
+    return QLatin1Char('"') + shown.replace(QLatin1Char('\r'), QLatin1Char(' ')) + QLatin1Char('"');
+}
+
 CatalogueLines checkCatalogue(Report &report)
 {
-    const auto addError = [&report](const char *kind, const QString &text) {
-        report.findings.append(
-            {QStringLiteral("Lang/Lang.ini"), 0, Finding::Error, QLatin1String(kind), text});
-    };
     QFile file(applicationDir() + QLatin1String("/Lang/Lang.ini"));
     if (!openForReading(file)) {
-        addError("catalogue-unreadable",
-                 QStringLiteral("%1, so there are no languages")
-                     .arg(file.exists() ? QStringLiteral("is no file that can be read")
-                                        : QStringLiteral("is missing")));
+        report.addLine(FindingKind::CatalogueUnreadable, 0);
         return {};
     }
     const QByteArray bytes = file.readAll();
@@ -297,7 +220,7 @@ CatalogueLines checkCatalogue(Report &report)
     QTextStream in(&file);
     setCatalogueCodec(in, CTranslatorMgr::detectCodec(&file));
     QString text = in.readLine();
-    // The stream knows more marks than the plug-in, and takes the codec that they call for.
+    // The stream knows more BOMs than the plug-in and switches to the codec of each.
     report.encoding = QString::fromLatin1(in.codec()->name());
     QVector<int> numbers;
     if (report.encoding.startsWith(QLatin1String("UTF"))) {
@@ -305,23 +228,20 @@ CatalogueLines checkCatalogue(Report &report)
             : report.encoding.startsWith(QLatin1String("UTF-16"))    ? 2
                                                                      : 4;
         report.encodingReason =
-            QStringLiteral("it starts with the mark %1")
+            QStringLiteral("it starts with the BOM %1")
                 .arg(QString::fromLatin1(bytes.left(length).toHex(' ').toUpper()));
     } else {
         report.encoding = QStringLiteral("GB2312"); // Its codec may have the name of a superset.
-        report.encodingReason = QStringLiteral("it starts with no mark");
+        report.encodingReason = QStringLiteral("it has no BOM");
         if (looksLikeUtf16(bytes)) {
-            addError(
-                "utf16-without-mark",
-                QStringLiteral("looks like UTF-16 but has no mark, so it is read as GB2312 and "
-                               "nothing in it is understood; save it with its mark"));
+            report.addLine(FindingKind::Utf16WithoutBom, 0);
             return {};
         }
-        checkUnmarkedBytes(bytes, report.findings);
-        numbers = unmarkedLineNumbers(bytes);
+        checkBytesWithoutBom(bytes, report);
+        numbers = lineNumbersWithoutBom(bytes);
     }
 
-    LineCheck lines(report.findings, numbers);
+    LineCheck lines(report, numbers);
     if (!bytes.isEmpty())
         lines.check(text);
     while (in.readLineInto(&text))

@@ -24,7 +24,38 @@ namespace {
 
 QString checkedDir;
 
-/// Tells of the catalogue as a whole and of the files that it names.
+#ifdef Q_OS_WIN
+const Qt::CaseSensitivity kFileNames = Qt::CaseInsensitive;
+#else
+const Qt::CaseSensitivity kFileNames = Qt::CaseSensitive;
+#endif
+
+QString fallbackPath()
+{
+    return checkedDir + QLatin1String("/Lang/chs/") + kQmFileName;
+}
+
+/// Returns the name on disk of a folder in Lang; empty if it differs in more than upper and lower
+/// case from all of them.
+QString nameOnDisk(const QString &folder)
+{
+    const QStringList folders = QDir(checkedDir + QLatin1String("/Lang"))
+                                    .entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden);
+    if (folders.contains(folder))
+        return folder;
+    const auto it =
+        std::find_if(folders.begin(), folders.end(), [&folder](const QString &candidate) {
+            return candidate.compare(folder, Qt::CaseInsensitive) == 0;
+        });
+    return it == folders.end() ? QString() : *it;
+}
+
+QString key(int langId, const char *field)
+{
+    return QStringLiteral("LANG%1_%2").arg(langId).arg(QLatin1String(field));
+}
+
+/// Checks the catalogue as a whole and the files that it names.
 class LanguageCheck
 {
 public:
@@ -41,6 +72,7 @@ public:
         checkDefault();
         checkNumbers();
         checkNames();
+        checkFolders();
         checkTranslations();
     }
 
@@ -52,83 +84,59 @@ private:
             checkedDir + QLatin1String("/Lang/") + any.folder + QLatin1Char('/') + kQmFileName;
         if (!any.folder.contains(QLatin1Char('%')) && !any.qmPath.isEmpty()
             && any.qmPath != plain) {
-            addFile(checkedDir, "application-folder", Finding::Error,
-                    QStringLiteral("the percent sign in the name of this folder makes another path "
-                                   "of each translation's; rename the folder"));
+            m_report.addFile(FindingKind::ApplicationFolder, checkedDir, {quoted(checkedDir)});
         }
     }
 
     void checkShown()
     {
         for (auto it = m_lines.languages.begin(); it != m_lines.languages.end(); ++it) {
-            const bool listed =
-                std::any_of(m_report.listed.begin(), m_report.listed.end(),
-                            [&it](const LangEntry &lang) { return lang.id == it.key(); });
             if (it->show == 0) {
-                addLine(it->first(), "show-missing", Finding::Warning,
-                        QStringLiteral("language %1 is hidden, for no line says that it is shown; "
-                                       "write LANG%1_SHOW=1, or 0")
-                            .arg(it.key()));
-            } else if (it->shown && !listed) {
-                addLine(it->show, "incomplete", Finding::Error,
-                        QStringLiteral("language %1 is shown but not listed: it lacks a name or a "
-                                       "folder; write LANG%1_NAME and LANG%1_FOLDER")
-                            .arg(it.key()));
+                m_report.addLine(FindingKind::ShowMissing, it->first(),
+                                 {QString::number(it.key())});
             }
+            if (it->shown && !it->hasName)
+                addIncomplete(it->name, it->show, key(it.key(), "NAME"), "<name>");
+            if (it->shown && !it->hasFolder)
+                addIncomplete(it->folder, it->show, key(it.key(), "FOLDER"), "<folder>");
         }
-        if (!m_lines.hasSection) {
-            addLine(0, "no-section", Finding::Error,
-                    QStringLiteral("the operator's list is empty: there is no line [LANG_MGR], and "
-                                   "only what stands below it counts"));
-        } else if (m_report.listed.isEmpty()) {
-            addLine(0, "no-languages", Finding::Error,
-                    QStringLiteral("the operator's list is empty: no language has a name, a folder "
-                                   "and SHOW=1"));
-        }
+        if (!m_lines.hasSection)
+            m_report.addLine(FindingKind::NoSection, 0);
+        else if (m_report.listed.isEmpty())
+            m_report.addLine(FindingKind::NoLanguages, 0);
+    }
+
+    /// At the empty line, if there is one.
+    void addIncomplete(int line, int showLine, const QString &key, const char *value)
+    {
+        m_report.addLine(FindingKind::Incomplete, line > 0 ? line : showLine,
+                         {key, QLatin1String(value)});
     }
 
     void checkDefault()
     {
         const int id = m_report.defaultLangId;
-        if (m_report.listed.isEmpty())
+        if (m_report.listed.isEmpty() || m_lines.languages.value(id).shown)
             return;
-        if (!m_lines.languages.contains(id)) {
-            addLine(m_lines.defaultLine, "default-unknown", Finding::Error,
-                    (m_lines.defaultLine > 0
-                         ? QStringLiteral("the default, %1, is no language of the catalogue")
-                         : QStringLiteral("no line tells the default, so it is %1, which is no "
-                                          "language of the catalogue"))
-                            .arg(id)
-                        + QStringLiteral(": the dialog speaks the language of the folder chs; "
-                                         "write DEFAULT= with the number of a shown language"));
-        } else if (!m_lines.languages.value(id).shown) {
-            addLine(m_lines.defaultLine, "default-hidden", Finding::Error,
-                    QStringLiteral("the default, language %1, is hidden: the dialog speaks the "
-                                   "language of the folder chs; show it with LANG%1_SHOW=1")
-                        .arg(id));
-        }
+        m_report.addLine(m_lines.languages.contains(id) ? FindingKind::DefaultHidden
+                                                        : FindingKind::DefaultUnknown,
+                         m_lines.defaultLine, {QString::number(id)});
     }
 
     void checkNumbers()
     {
         QHash<int, int> idOfMachineNumber;
         for (const LangEntry &lang : qAsConst(m_report.listed)) {
-            const LanguageLines lines = m_lines.languages.value(lang.id);
+            const int line = m_lines.languages.value(lang.id).first();
             const int machineNumber = lang.id & 0xFF;
+            const QString number = QString::number(machineNumber);
             if (idOfMachineNumber.contains(machineNumber)) {
-                addLine(lines.first(), "same-machine-number", Finding::Error,
-                        QStringLiteral("the machine cannot tell language %1 from language %2: it "
-                                       "takes the low 8 bits of a number, and is asked for %3; "
-                                       "choose another number")
-                            .arg(lang.id)
-                            .arg(idOfMachineNumber.value(machineNumber))
-                            .arg(machineNumber));
+                m_report.addLine(FindingKind::SameMachineNumber, line,
+                                 {QString::number(lang.id),
+                                  QString::number(idOfMachineNumber.value(machineNumber)), number});
             } else if (machineNumber != lang.id) {
-                addLine(lines.first(), "number-above-255", Finding::Warning,
-                        QStringLiteral("the machine takes numbers up to 255: for language %1 it is "
-                                       "asked for %2; choose a smaller number")
-                            .arg(lang.id)
-                            .arg(machineNumber));
+                m_report.addLine(FindingKind::NumberAbove255, line,
+                                 {QString::number(lang.id), number});
             }
             idOfMachineNumber.insert(machineNumber, lang.id);
         }
@@ -142,67 +150,76 @@ private:
             const LangEntry &lang = m_report.listed.at(i);
             const int line = m_lines.languages.value(lang.id).name;
             if (idOfName.contains(lang.name)) {
-                addLine(line, "same-name", Finding::Error,
-                        QStringLiteral("language %1 has the name of language %2, and the operator "
-                                       "cannot tell them apart")
-                            .arg(lang.id)
-                            .arg(idOfName.value(lang.name)));
+                m_report.addLine(FindingKind::SameName, line,
+                                 {key(lang.id, "NAME"), QString::number(idOfName.value(lang.name)),
+                                  quoted(lang.name)});
             }
             idOfName.insert(lang.name, lang.id);
             if (nameIsClipped(dialog, i)) {
-                addLine(line, "name-clipped", Finding::Error,
-                        QStringLiteral("the name is wider than the list; find a shorter one"));
+                m_report.addLine(FindingKind::NameClipped, line,
+                                 {key(lang.id, "NAME"), quoted(lang.name)});
             }
         }
     }
 
-    /// Of the languages that can be chosen, of the default, and the fallback.
-    void checkTranslations()
+    void checkFolders()
     {
-        QSet<QString> checked {QString()};
-        const auto checkOnce = [this, &checked](const QString &path, Finding::Severity severity,
-                                                const QString &whenMissing) {
-            if (checked.contains(path))
-                return;
-            checked.insert(path);
-            m_severity = severity;
-            checkTranslation(path, whenMissing);
-        };
-        const QString chsIsSpoken =
-            QStringLiteral("is missing: with this language as default the dialog speaks that of "
-                           "the folder chs; put the compiled translation there");
-        for (const LangEntry &lang : qAsConst(m_report.listed))
-            checkOnce(lang.qmPath, Finding::Error, chsIsSpoken);
-        const QString own = CTranslatorMgr::instance()->langFilePath(m_report.defaultLangId);
-        checkOnce(own, Finding::Error, chsIsSpoken);
+        QHash<QString, int> idOfPath;
+        for (const LangEntry &lang : qAsConst(m_report.listed)) {
+            const int line = m_lines.languages.value(lang.id).folder;
+            QString path = QDir::cleanPath(QDir::fromNativeSeparators(lang.qmPath));
+            if (kFileNames == Qt::CaseInsensitive)
+                path = path.toCaseFolded();
+            if (idOfPath.contains(path)) {
+                m_report.addLine(FindingKind::SameFolder, line,
+                                 {key(lang.id, "FOLDER"), QString::number(idOfPath.value(path)),
+                                  quoted(lang.folder)});
+            }
+            idOfPath.insert(path, lang.id);
 
-        const bool inUse = !QFileInfo::exists(own);
-        checkOnce(
-            checkedDir + QLatin1String("/Lang/chs/") + kQmFileName,
-            inUse ? Finding::Error : Finding::Warning,
-            inUse ? QStringLiteral("is missing, and so is the default's translation: all texts "
-                                   "are empty")
-                  : QStringLiteral("is missing: should the default's translation ever be missing "
-                                   "too, all texts are empty"));
+            const QString onDisk = nameOnDisk(lang.folder);
+            if (!onDisk.isEmpty() && onDisk != lang.folder) {
+                Finding &finding =
+                    m_report.addLine(FindingKind::FolderCase, line,
+                                     {key(lang.id, "FOLDER"), quoted(lang.folder), onDisk});
+                if (kFileNames == Qt::CaseSensitive) { // The translation is not found.
+                    finding.severity = Finding::Error;
+                    m_checked.insert(lang.qmPath);
+                }
+            }
+        }
     }
 
-    void checkTranslation(const QString &path, const QString &whenMissing)
+    /// Checks the translations that can be chosen, that of the default, and the fallback.
+    void checkTranslations()
+    {
+        for (const LangEntry &lang : qAsConst(m_report.listed))
+            checkOnce(lang.qmPath);
+        const QString own = CTranslatorMgr::instance()->langFilePath(m_report.defaultLangId);
+        checkOnce(own);
+        m_unused = QFileInfo::exists(own);
+        checkOnce(fallbackPath());
+    }
+
+    void checkOnce(const QString &path)
+    {
+        if (m_checked.contains(path))
+            return;
+        m_checked.insert(path);
+        checkTranslation(path);
+    }
+
+    void checkTranslation(const QString &path)
     {
         QFile file(path);
-        if (!QFileInfo::exists(path)) {
-            addFile(path, "qm-missing", m_severity, whenMissing);
-        } else if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) {
-            addFile(path, "qm-unreadable", m_severity,
-                    QStringLiteral("is no file that can be read: where it is needed, all texts are "
-                                   "empty"));
-        } else if (!loadQmFile(*CTranslatorMgr::instance()->translator(), path)) {
-            addFile(path, "qm-foreign", m_severity,
-                    QStringLiteral("is no compiled translation, or a damaged one: where it is "
-                                   "needed, all texts are empty; compile the .ts file with "
-                                   "lrelease"));
-        } else {
+        if (!QFileInfo::exists(path))
+            addTranslation(FindingKind::QmMissing, path);
+        else if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+            addTranslation(FindingKind::QmUnreadable, path);
+        else if (!loadQmFile(*CTranslatorMgr::instance()->translator(), path))
+            addTranslation(FindingKind::QmForeign, path);
+        else
             checkTexts(path);
-        }
     }
 
     void checkTexts(const QString &path)
@@ -214,44 +231,31 @@ private:
                 .isEmpty();
         };
         if (std::all_of(std::begin(kSourceTexts), std::end(kSourceTexts), isMissing)) {
-            addFile(path, "qm-foreign", m_severity,
-                    QStringLiteral("holds no text of this plug-in: where it is needed, all are "
-                                   "empty; is it another program's?"));
+            addTranslation(FindingKind::QmForeign, path);
             return;
         }
         for (const SourceText &text : kSourceTexts) {
             if (isMissing(text)) {
-                addFile(path, "text-missing", m_severity,
-                        QStringLiteral("lacks \"%1\" of %2, which shows empty; translate it and "
-                                       "compile again")
-                            .arg(QLatin1String(text.text), QLatin1String(text.context)));
+                addTranslation(FindingKind::TextMissing, path,
+                               {QLatin1String(text.text), QLatin1String(text.context)});
             }
         }
         const QStringList clipped = clippedTexts(DlgSettings());
-        for (const QString &text : clipped) {
-            addFile(path, "text-clipped", m_severity,
-                    QStringLiteral("\"%1\" is wider than its place in the dialog; find a shorter "
-                                   "word")
-                        .arg(text));
-        }
+        for (const QString &text : clipped)
+            addTranslation(FindingKind::TextClipped, path, {quoted(text)});
     }
 
-    void addLine(int line, const char *kind, Finding::Severity severity, const QString &text)
+    void addTranslation(FindingKind kind, const QString &path, const QStringList &values = {})
     {
-        m_report.findings.append(
-            {QStringLiteral("Lang/Lang.ini"), line, severity, QLatin1String(kind), text});
-    }
-
-    void addFile(const QString &path, const char *kind, Finding::Severity severity,
-                 const QString &text)
-    {
-        m_report.findings.append(
-            {QDir(checkedDir).relativeFilePath(path), 0, severity, QLatin1String(kind), text});
+        Finding &finding = m_report.addFile(kind, path, values);
+        if (m_unused)
+            finding.severity = Finding::Warning;
     }
 
     Report &m_report;
     const CatalogueLines &m_lines;
-    Finding::Severity m_severity = Finding::Error; ///< Of what is wrong with a translation.
+    QSet<QString> m_checked {QString()}; ///< Paths of translations.
+    bool m_unused = false; ///< The translation is a fallback that the default does not need.
 };
 
 } // namespace

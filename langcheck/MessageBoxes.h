@@ -4,8 +4,7 @@
 
 #include <QObject>
 
-/// While it exists, every message box of the process is written down and closed, and none reaches
-/// the screen.
+/// Records and closes every message box of the process while it exists. None reaches the screen.
 class MessageBoxes : public QObject
 {
     Q_OBJECT
@@ -13,7 +12,7 @@ class MessageBoxes : public QObject
 public:
     explicit MessageBoxes(QObject *parent = nullptr);
 
-    /// The boxes so far, in order.
+    /// Returns the message boxes so far, in order.
     const QList<Box> &seen() const { return m_seen; }
 
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -21,6 +21,18 @@ QString count(int number, const QString &noun)
 
 } // namespace
 
+Finding &Report::addLine(FindingKind kind, int line, const QStringList &values)
+{
+    findings.append(makeFinding(kind, QStringLiteral("Lang/Lang.ini"), line, values));
+    return findings.last();
+}
+
+Finding &Report::addFile(FindingKind kind, const QString &path, const QStringList &values)
+{
+    findings.append(makeFinding(kind, QDir(applicationDir).relativeFilePath(path), 0, values));
+    return findings.last();
+}
+
 int Report::exitCode() const
 {
     int code = 0;
@@ -41,18 +53,18 @@ QString Report::toText() const
 
     out << "Languages:    ";
     if (listed.isEmpty())
-        out << "none, the operator's list is empty\n";
+        out << "none; the operator's list is empty\n";
     for (int i = 0; i < listed.size(); ++i) {
         out << (i == 0 ? "" : "              ") << listed.at(i).id << ' ' << listed.at(i).name
             << (i == selected ? " (selected)" : "") << '\n';
     }
     out << "Default:      " << defaultLangId << '\n';
     out << "Translation:  "
-        << (translation.isEmpty() ? QStringLiteral("none, all texts are empty")
+        << (translation.isEmpty() ? QStringLiteral("none; all texts are empty")
                                   : QDir(applicationDir).relativeFilePath(translation))
         << (fallback ? ", the fallback" : "") << '\n';
 
-    out << "Boxes:        ";
+    out << "Messages:     ";
     if (boxes.isEmpty())
         out << "none\n";
     for (int i = 0; i < boxes.size(); ++i) {
@@ -66,8 +78,7 @@ QString Report::toText() const
         out << finding.file;
         if (finding.line > 0)
             out << ':' << finding.line;
-        out << ": " << severityName(finding) << ": " << finding.text << " [" << finding.kind
-            << "]\n";
+        out << ": " << severityName(finding) << ": " << finding.text << " [" << finding.id << "]\n";
     }
     const int errors = static_cast<int>(
         std::count_if(findings.begin(), findings.end(),
@@ -99,10 +110,11 @@ QJsonObject Report::toJson() const
         all.append(QJsonObject {{QStringLiteral("file"), finding.file},
                                 {QStringLiteral("line"), finding.line},
                                 {QStringLiteral("severity"), severityName(finding)},
-                                {QStringLiteral("kind"), finding.kind},
+                                {QStringLiteral("kind"), finding.id},
                                 {QStringLiteral("text"), finding.text}});
     }
-    return {{QStringLiteral("applicationDir"), applicationDir},
+    return {{QStringLiteral("formatVersion"), 1},
+            {QStringLiteral("applicationDir"), applicationDir},
             {QStringLiteral("encoding"), encoding},
             {QStringLiteral("encodingReason"), encodingReason},
             {QStringLiteral("languages"), languages},

@@ -1,27 +1,13 @@
 #pragma once
 
 #include "lang/LangEntry.h"
+#include "langcheck/Findings.h"
 
 #include <QJsonObject>
 #include <QList>
 #include <QString>
 
-/// Something that the author of the deployment probably did not mean.
-struct Finding
-{
-    enum Severity {
-        Warning, ///< Has no effect, or another one than it seems to have.
-        Error    ///< The operator would see something go wrong.
-    };
-
-    QString file; ///< Path below the application directory.
-    int line = 0; ///< From 1; 0 for the file as a whole.
-    Severity severity = Warning;
-    QString kind; ///< The same word for all findings of one kind.
-    QString text; ///< What happens, and what to do.
-};
-
-/// A message box that the operator gets.
+/// A message box that the operator sees.
 struct Box
 {
     QString icon; ///< "warning" or "critical".
@@ -33,21 +19,27 @@ struct Box
 struct Report
 {
     QString applicationDir;
-    QString encoding;        ///< Empty if the catalogue cannot be read.
-    QString encodingReason;  ///< Why this encoding.
+    QString encoding;        ///< The catalogue's; empty if it cannot be read.
+    QString encodingReason;  ///< Why it is read in this encoding.
     QList<LangEntry> listed; ///< The operator's list, in its order.
     int selected = -1;       ///< Index into the list; -1 if it is empty.
-    int defaultLangId = 0;   ///< As the catalogue names it.
+    int defaultLangId = 0;   ///< The catalogue's DEFAULT.
     QString translation;     ///< The file that is loaded; empty for none.
-    bool fallback = false;   ///< Whether that is the fallback's file and not the default's own.
-    QList<Box> boxes;        ///< At start, in order.
+    bool fallback = false;   ///< Whether that is the fallback instead of the default's own.
+    QList<Box> boxes;        ///< Those at start, in order.
     QList<Finding> findings;
 
-    /// 0 for no finding, 1 for warnings alone, 2 if there is an error.
+    /// Adds a finding about line @p line of the catalogue, 0 for the file as a whole, and returns
+    /// it.
+    Finding &addLine(FindingKind kind, int line, const QStringList &values = {});
+    /// Adds a finding about the file @p path, and returns it.
+    Finding &addFile(FindingKind kind, const QString &path, const QStringList &values = {});
+
+    /// Returns 0 without findings, 1 if all are warnings, 2 if there is an error.
     int exitCode() const;
 
-    /// For people: the verdict, then a line a finding.
+    /// Returns the report for people: what the operator sees, then a line for each finding.
     QString toText() const;
-    /// For programs: the same content.
+    /// Returns the same content for programs.
     QJsonObject toJson() const;
 };

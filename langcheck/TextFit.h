@@ -4,11 +4,11 @@
 
 class QDialog;
 
-// What the widgets of the settings dialog are too small for, with the fonts and the style of this
-// application. Message boxes grow with their text and are not asked.
+// Texts too large for the settings dialog's widgets, in the fonts and style of this application.
+// Message boxes are left out because they grow with their text.
 
-/// The texts of label, button, tab and title that are clipped.
+/// Returns the texts of label, button, tab and title that are clipped.
 QStringList clippedTexts(const QDialog &dialog);
 
-/// Whether the name at @p index of the list of languages is clipped.
+/// Returns whether the name at @p index of the language list is clipped.
 bool nameIsClipped(const QDialog &dialog, int index);

@@ -9,9 +9,9 @@
 
 namespace {
 
-const int kNoUsableCall = 3;
+const int kWrongUsage = 3;
 
-/// In UTF-8 everywhere: names of languages are in all scripts.
+/// Prints in UTF-8 on all platforms, because language names are in all scripts.
 void print(FILE *stream, const QString &text)
 {
     QTextStream out(stream);
@@ -19,7 +19,8 @@ void print(FILE *stream, const QString &text)
     out << text;
 }
 
-/// The others are of the dialog's slot without a signal and the like, nothing about the deployment.
+/// Drops all other messages: they are about the dialog's unconnected slot and the like, not about
+/// the deployment.
 void printFatalMessage(QtMsgType type, const QMessageLogContext & /*context*/,
                        const QString &message)
 {
@@ -29,8 +30,8 @@ void printFatalMessage(QtMsgType type, const QMessageLogContext & /*context*/,
 
 int misused(const QString &reason)
 {
-    print(stderr, QStringLiteral("langcheck: %1\nTry langcheck --help.\n").arg(reason));
-    return kNoUsableCall;
+    print(stderr, QStringLiteral("langcheck: %1\nSee langcheck --help.\n").arg(reason));
+    return kWrongUsage;
 }
 
 } // namespace
@@ -41,10 +42,10 @@ int main(int argc, char *argv[])
 #ifdef Q_OS_WIN
     const QApplication app(argc, argv);
 #else
-    // Texts are measured, but nothing is shown, and there may be no display. The font is the one
-    // that Qt takes on a display, and is wider than the usual ones of Windows.
+    // Texts are measured but not shown, and there may not be a display. The font is Qt's choice on
+    // a display, and wider than the usual ones of Windows.
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    // Where Qt would make a folder for its user.
+    // Qt would create a folder for its user there.
     qputenv("TMPDIR", "/dev/null");
     const QApplication app(argc, argv);
     QApplication::setFont(QFont(QStringLiteral("Sans Serif"), 9));
@@ -54,21 +55,21 @@ int main(int argc, char *argv[])
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
-        "Tells what the settings plug-in makes of a deployment, Lang/Lang.ini and the translations "
-        "that it\nnames, and what its author probably did not mean. Changes nothing.\n\n"
-        "Exit code: 0 clean, 1 warnings, 2 errors, which the operator would see, 3 no usable "
-        "call."));
+        "Checks Lang/Lang.ini and the translations that it names, as the settings plug-in reads "
+        "them.\nPrints what the operator will see, then errors and warnings. Changes nothing.\n\n"
+        "Exit code: 0 no findings, 1 warnings only, 2 errors, which the operator would see,\n"
+        "3 wrong usage."));
     const QCommandLineOption json(QStringLiteral("json"),
-                                  QStringLiteral("Print one JSON object, for programs."));
+                                  QStringLiteral("Prints one JSON object, for programs."));
     parser.addOption(json);
     const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
-                                  QStringLiteral("Print this."));
+                                  QStringLiteral("Displays this help."));
     parser.addOption(help);
     const QCommandLineOption version = parser.addVersionOption();
     parser.addPositionalArgument(
-        QStringLiteral("appdir"),
-        QStringLiteral("The folder of the host's executable; that of langcheck by default."),
-        QStringLiteral("[APPDIR]"));
+        QStringLiteral("folder"),
+        QStringLiteral("Folder of the host's executable. Default: the folder of langcheck."),
+        QStringLiteral("[FOLDER]"));
 
     if (!parser.parse(QCoreApplication::arguments()))
         return misused(parser.errorText());
@@ -82,11 +83,11 @@ int main(int argc, char *argv[])
     }
     const QStringList arguments = parser.positionalArguments();
     if (arguments.size() > 1)
-        return misused(QStringLiteral("More than one folder is given."));
+        return misused(QStringLiteral("More than one folder given."));
     const QFileInfo folder(arguments.isEmpty() ? QCoreApplication::applicationDirPath()
                                                : arguments.first());
     if (!folder.isDir())
-        return misused(QStringLiteral("\"%1\" is no folder.").arg(folder.filePath()));
+        return misused(QStringLiteral("\"%1\" is not a folder.").arg(folder.filePath()));
 
     const Report report = checkDeployment(folder.canonicalFilePath());
     print(stdout,

@@ -10,6 +10,7 @@
 #include "support/Operator.h"
 #include "support/Plugin.h"
 #include "support/RecordingMachine.h"
+#include "support/Settings.h"
 #include "support/Warnings.h"
 
 #include <QDialog>
@@ -72,9 +73,7 @@ void tst_cycles::initTestCase()
 /// Bytes that the heap grows by with every run of @p cycle, at the least.
 double tst_cycles::growth(const char *name, const std::function<void()> &cycle)
 {
-    const int count = qEnvironmentVariableIsSet("ZENDEL_STEPS")
-        ? qEnvironmentVariableIntValue("ZENDEL_STEPS")
-        : 1000;
+    const int count = static_cast<int>(Settings::stepCount(1000));
     const auto run = [&](int times) {
         for (int i = 0; i < times; ++i) {
             cycle();

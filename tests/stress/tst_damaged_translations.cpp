@@ -14,6 +14,7 @@
 #include "support/Operator.h"
 #include "support/RecordingMachine.h"
 #include "support/RecordingWindowManager.h"
+#include "support/Settings.h"
 #include "support/TranslationBoxes.h"
 #include "support/Warnings.h"
 
@@ -28,11 +29,6 @@
 #include <random>
 
 namespace {
-
-quint32 setting(const char *name, quint32 otherwise)
-{
-    return qEnvironmentVariableIsSet(name) ? qEnvironmentVariable(name).toUInt() : otherwise;
-}
 
 QByteArray contents(const QString &fileName)
 {
@@ -125,12 +121,12 @@ void tst_damaged_translations::filesThatQtDoesNotSurviveAreRefused()
 
 void tst_damaged_translations::everyFileIsSurvived()
 {
-    const quint32 seed = setting("ZENDEL_SEED", 1);
-    const quint32 first = setting("ZENDEL_FIRST", 0);
+    const quint32 seed = Settings::seed();
+    const quint32 first = Settings::firstStep();
 #ifdef Q_OS_WIN
-    const quint32 count = setting("ZENDEL_STEPS", 500); // Files take their time under Wine.
+    const quint32 count = Settings::stepCount(500); // Files take their time under Wine.
 #else
-    const quint32 count = setting("ZENDEL_STEPS", 5000);
+    const quint32 count = Settings::stepCount(5000);
 #endif
     m_refused = 0;
     for (quint32 i = first; i < first + count; ++i) {

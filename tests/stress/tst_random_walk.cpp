@@ -10,6 +10,7 @@
 #include "support/NativeWindow.h"
 #include "support/Operator.h"
 #include "support/Plugin.h"
+#include "support/Settings.h"
 #include "support/TranslationBoxes.h"
 #include "support/Warnings.h"
 
@@ -223,18 +224,14 @@ void tst_random_walk::initTestCase()
 
 void tst_random_walk::walk()
 {
-    const quint32 seed =
-        qEnvironmentVariableIsSet("ZENDEL_SEED") ? qEnvironmentVariable("ZENDEL_SEED").toUInt() : 1;
+    const quint32 seed = Settings::seed();
 #ifdef Q_OS_WIN
-    const int usual = 300; // Windows take their time under Wine.
+    const quint32 steps = Settings::stepCount(300); // Windows are slow to open under Wine.
 #else
-    const int usual = 2000;
+    const quint32 steps = Settings::stepCount(2000);
 #endif
-    const int steps = qEnvironmentVariableIsSet("ZENDEL_STEPS")
-        ? qEnvironmentVariableIntValue("ZENDEL_STEPS")
-        : usual;
     m_random.seed(seed);
-    for (int i = 0; i < steps && !m_failed; ++i) {
+    for (quint32 i = 0; i < steps && !m_failed; ++i) {
         step();
         compare("calls", std::exchange(m_calls, {}), std::exchange(m_expectedCalls, {}));
         compare("boxes", m_operator.takeBoxes(), std::exchange(m_expectedBoxes, {}));
@@ -245,7 +242,7 @@ void tst_random_walk::walk()
         while (m_log.size() > 50)
             m_log.removeFirst();
         if (m_failed) {
-            qInfo("ZENDEL_SEED=%u ZENDEL_STEPS=%d, the last steps were\n%s", seed, i + 1,
+            qInfo("ZENDEL_SEED=%u ZENDEL_STEPS=%u, the last steps were\n%s", seed, i + 1,
                   qPrintable(m_log.join(QLatin1Char('\n'))));
         }
     }

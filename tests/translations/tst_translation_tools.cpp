@@ -10,6 +10,7 @@
 #include "support/CraftedQmFiles.h"
 #include "support/Damage.h"
 #include "support/QmOracle_unix.h"
+#include "support/Settings.h"
 
 #include <QDirIterator>
 #include <QFile>
@@ -23,11 +24,6 @@
 #include <random>
 
 namespace {
-
-quint32 setting(const char *name, quint32 otherwise)
-{
-    return qEnvironmentVariableIsSet(name) ? qEnvironmentVariable(name).toUInt() : otherwise;
-}
 
 QByteArray read(const QString &fileName)
 {
@@ -252,7 +248,7 @@ void tst_translation_tools::whatMsgfmtWritesIsAccepted()
 
 void tst_translation_tools::compressedFilesWithAnyOtherContextsAreAccepted()
 {
-    const quint32 seed = setting("ZENDEL_SEED", 1);
+    const quint32 seed = Settings::seed();
     qInfo("seed %u", seed);
     std::mt19937 random(seed);
     const QByteArray source = read(m_plain.constFirst());
@@ -318,8 +314,8 @@ void tst_translation_tools::craftedFilesAreUsableWhereQtAnswers()
 
 void tst_translation_tools::damagedFilesAreRefusedWhereQtFails()
 {
-    const quint32 seed = setting("ZENDEL_SEED", 1);
-    const quint32 count = setting("ZENDEL_STEPS", 20000);
+    const quint32 seed = Settings::seed();
+    const quint32 count = Settings::stepCount(20000);
     QList<QByteArray> originals; // Plain and compressed in turns
     const QString qm = path(QStringLiteral("Zendel.qm"));
     for (int i = 0; i < m_plain.size(); ++i) {

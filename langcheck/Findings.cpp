@@ -1,0 +1,152 @@
+#include "langcheck/Findings.h"
+
+using Kind = FindingKind;
+
+constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> kFindings = {{
+    // The file
+    {Kind::CatalogueUnreadable, "catalogue-unreadable", Finding::Error,
+     "missing or not a readable file; the operator's list is empty; put the catalogue there or "
+     "correct its permissions"},
+    {Kind::Utf16WithoutBom, "utf16-without-bom", Finding::Error,
+     "UTF-16 without a BOM; the file is read as GB2312 and all lines are ignored; save it as "
+     "UTF-16 LE with a BOM"},
+    {Kind::Utf8WithoutBom, "utf8-without-bom", Finding::Error,
+     "UTF-8 without a BOM; the file is read as GB2312 and all characters but ASCII are wrong; save "
+     "it as \"UTF-8 with BOM\""},
+    {Kind::SecondBom, "second-bom", Finding::Warning,
+     "line starts with a second BOM; its key or header is not recognized; delete the BOM"},
+    {Kind::Undecodable, "undecodable", Finding::Error,
+     "line is not valid %1; some of its characters are wrong; save the file as \"UTF-8 with "
+     "BOM\""},
+    {Kind::SwallowedLine, "swallowed-line", Finding::Error,
+     "line ends in half a GB2312 character: 0x%1; the next line is lost; save the file as \"UTF-8 "
+     "with BOM\""},
+    {Kind::CarriageReturn, "carriage-return", Finding::Warning,
+     "line contains a carriage return without a line feed; the text after it is part of the same "
+     "line; end lines with CR LF or LF"},
+
+    // Sections and keys
+    {Kind::NoSection, "no-section", Finding::Error,
+     "section header [LANG_MGR] is missing; all lines are ignored and the operator's list is "
+     "empty; write [LANG_MGR] above the keys"},
+    {Kind::Header, "header", Finding::Warning,
+     "section header is not [LANG_MGR]: %1; the lines below it are ignored; write [LANG_MGR] and "
+     "nothing after it"},
+    {Kind::OutsideSection, "outside-section", Finding::Warning,
+     "line is not in the section [LANG_MGR]: %1; it is ignored; move it below [LANG_MGR]"},
+    {Kind::NoKey, "no-key", Finding::Warning,
+     "line is not a key with a value: %1; it is ignored; write KEY=value, or start a comment with "
+     "\";\""},
+    {Kind::KeyCase, "key-case", Finding::Warning,
+     "key is not in upper case: %1; it is ignored; write %2"},
+    {Kind::UnknownKey, "unknown-key", Finding::Warning,
+     "key is not known: %1; it is ignored; use DEFAULT or LANG<n>_ID, _NAME, _FOLDER or _SHOW"},
+    {Kind::RepeatedKey, "repeated-key", Finding::Warning,
+     "%1 repeats line %2: %3; line %2 has no effect; delete one of the two"},
+
+    // Numbers of languages
+    {Kind::NumberTooLong, "number-too-long", Finding::Warning,
+     "%1 has a number that is too large; the line is read as one of language 0; use a number up "
+     "to 255"},
+    {Kind::NumberAbove255, "number-above-255", Finding::Warning,
+     "language number is above 255: %1; the machine is asked for language %2; use a number up to "
+     "255"},
+    {Kind::SameMachineNumber, "same-machine-number", Finding::Error,
+     "language number is the same as %2 in its low 8 bits: %1; the machine is asked for language "
+     "%3 in both cases; use numbers up to 255"},
+    {Kind::IdDiffers, "id-differs", Finding::Warning,
+     "%1 is not the number in its key: %2; the value is never read; write %3 or rename the keys"},
+
+    // Names and folders
+    {Kind::QuotedValue, "quoted-value", Finding::Warning,
+     "%1 is in quotation marks: %2; they are part of the value; delete them"},
+    {Kind::CommentInValue, "comment-in-value", Finding::Warning,
+     "%1 has a comment after its value: %2; the comment is part of the value; move it to a line of "
+     "its own"},
+    {Kind::SameName, "same-name", Finding::Error,
+     "%1 is also the name of language %2: %3; the operator cannot tell them apart; use another "
+     "name"},
+    {Kind::NameClipped, "name-clipped", Finding::Error,
+     "%1 is too wide for the operator's list: %2; its end is cut off; use a shorter name"},
+    {Kind::FolderDots, "folder-dots", Finding::Warning,
+     "%1 contains \"..\": %2; the path leaves the folder Lang; use the name of a folder in Lang"},
+    {Kind::FolderAbsolute, "folder-absolute", Finding::Warning,
+     "%1 is an absolute path: %2; it is read as a folder below Lang; use the folder's name alone"},
+    {Kind::FolderPercent, "folder-percent", Finding::Warning,
+     "%1 contains a percent sign: %2; with a digit after it, the path changes; rename the folder"},
+    {Kind::FolderCase, "folder-case", Finding::Warning,
+     "%1 differs from the folder on disk in upper and lower case: %2; Linux does not find the "
+     "folder; write %1=%3"},
+    {Kind::SameFolder, "same-folder", Finding::Error,
+     "%1 is also the folder of language %2: %3; both languages have the same texts; use a folder "
+     "for each"},
+
+    // Shown languages and the default
+    {Kind::ShowNumber, "show-number", Finding::Warning,
+     "%1 is not a number: %2; the language is hidden; use 1 to show it"},
+    {Kind::ShowOther, "show-other", Finding::Warning,
+     "%1 is not 0 or 1: %2; the language is hidden; use 1 to show it"},
+    {Kind::ShowMissing, "show-missing", Finding::Warning,
+     "LANG%1_SHOW is missing; the language is hidden; write LANG%1_SHOW=1 to show it or "
+     "LANG%1_SHOW=0 to hide it"},
+    {Kind::Incomplete, "incomplete", Finding::Error,
+     "%1 is missing or empty; the language is shown but not in the operator's list; write %1=%2"},
+    {Kind::NoLanguages, "no-languages", Finding::Error,
+     "catalogue does not have a language with a name, a folder and SHOW=1; the operator's list is "
+     "empty; write all three for a language"},
+    {Kind::DefaultNumber, "default-number", Finding::Warning,
+     "DEFAULT is not a number: %1; the default language is 0; use the number of a shown language"},
+    {Kind::DefaultUnknown, "default-unknown", Finding::Error,
+     "default language is not in the catalogue: %1; the dialog uses Lang/chs/Zendel.qm; write "
+     "DEFAULT= with the number of a shown language"},
+    {Kind::DefaultHidden, "default-hidden", Finding::Error,
+     "default language is hidden: %1; the dialog uses Lang/chs/Zendel.qm; write LANG%1_SHOW=1 or "
+     "another DEFAULT"},
+
+    // Folders and translations
+    {Kind::ApplicationFolder, "application-folder", Finding::Error,
+     "application folder contains a percent sign: %1; the paths of the translations change; rename "
+     "the folder"},
+    {Kind::QmMissing, "qm-missing", Finding::Error,
+     "file does not exist; the dialog uses the default's translation, else that in Lang/chs, else "
+     "empty texts; put the compiled translation there"},
+    {Kind::QmUnreadable, "qm-unreadable", Finding::Error,
+     "not a readable file; a dialog that uses it has empty texts; replace it or correct its "
+     "permissions"},
+    {Kind::QmForeign, "qm-foreign", Finding::Error,
+     "not a compiled translation of the plug-in, or damaged; a dialog that uses it has empty "
+     "texts; compile the plug-in's .ts file with lrelease"},
+    {Kind::TextMissing, "text-missing", Finding::Error,
+     "text is not translated: \"%1\" of %2; it is empty in the dialog; translate it and compile "
+     "the file again"},
+    {Kind::TextClipped, "text-clipped", Finding::Error,
+     "text is too wide for the dialog: %1; its end is cut off; use a shorter translation"},
+}};
+
+namespace {
+
+constexpr bool isInOrder()
+{
+    for (std::size_t i = 0; i < kFindings.size(); ++i) {
+        if (static_cast<std::size_t>(kFindings[i].kind) != i)
+            return false;
+    }
+    return true;
+}
+static_assert(isInOrder());
+
+} // namespace
+
+Finding makeFinding(FindingKind kind, const QString &file, int line, const QStringList &values)
+{
+    const FindingDescription &description = kFindings[static_cast<std::size_t>(kind)];
+    // In one pass: a value may contain a percent sign itself.
+    QString text;
+    for (const char *c = description.text; *c != '\0'; ++c) {
+        if (*c == '%')
+            text += values.at(*++c - '1');
+        else
+            text += QLatin1Char(*c);
+    }
+    return {file, line, description.severity, QLatin1String(description.id), text};
+}

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <array>
+
+/// Something that the author of the deployment probably did not mean.
+struct Finding
+{
+    enum Severity {
+        Warning, ///< Has no effect, or a surprising one.
+        Error    ///< The operator sees something go wrong.
+    };
+
+    QString file; ///< Path below the application directory.
+    int line = 0; ///< From 1; 0 for the file as a whole.
+    Severity severity = Warning;
+    QString id;   ///< The id of its kind.
+    QString text; ///< What is wrong, the effect and the remedy.
+};
+
+/// What langcheck can find, in the order of kFindings.
+enum class FindingKind {
+    CatalogueUnreadable,
+    Utf16WithoutBom,
+    Utf8WithoutBom,
+    SecondBom,
+    Undecodable,
+    SwallowedLine,
+    CarriageReturn,
+    NoSection,
+    Header,
+    OutsideSection,
+    NoKey,
+    KeyCase,
+    UnknownKey,
+    RepeatedKey,
+    NumberTooLong,
+    NumberAbove255,
+    SameMachineNumber,
+    IdDiffers,
+    QuotedValue,
+    CommentInValue,
+    SameName,
+    NameClipped,
+    FolderDots,
+    FolderAbsolute,
+    FolderPercent,
+    FolderCase,
+    SameFolder,
+    ShowNumber,
+    ShowOther,
+    ShowMissing,
+    Incomplete,
+    NoLanguages,
+    DefaultNumber,
+    DefaultUnknown,
+    DefaultHidden,
+    ApplicationFolder,
+    QmMissing,
+    QmUnreadable,
+    QmForeign,
+    TextMissing,
+    TextClipped,
+    Count
+};
+
+/// A row of kFindings.
+struct FindingDescription
+{
+    FindingKind kind;
+    const char *id;
+    Finding::Severity severity; ///< The usual one.
+    const char *text;           ///< With %1 to %9 for the values.
+};
+
+/// Everything that langcheck can find, a row each.
+extern const std::array<FindingDescription, static_cast<std::size_t>(FindingKind::Count)> kFindings;
+
+/// Returns a finding with its usual severity and with @p values in its text.
+Finding makeFinding(FindingKind kind, const QString &file, int line, const QStringList &values);

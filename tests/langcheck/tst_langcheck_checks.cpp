@@ -1,0 +1,511 @@
+// The checks: for each kind of finding a small deployment that has it and nothing else.
+
+#include "langcheck/DeploymentCheck.h"
+
+#include "GoodDeployment.h"
+#include "support/Warnings.h"
+
+#include <QDir>
+#include <QEvent>
+#include <QFile>
+#include <QRegularExpression>
+#include <QTest>
+#include <QXmlStreamReader>
+
+namespace {
+
+using GoodDeployment::kCatalogue;
+
+Report check()
+{
+    return checkDeployment(QCoreApplication::applicationDirPath());
+}
+
+QString severityName(Finding::Severity severity)
+{
+    return severity == Finding::Error ? QStringLiteral("error") : QStringLiteral("warning");
+}
+
+QString shortForms(const Report &report)
+{
+    QStringList result;
+    for (const Finding &finding : report.findings) {
+        result += QStringLiteral("%1:%2 %3 %4")
+                      .arg(finding.file)
+                      .arg(finding.line)
+                      .arg(severityName(finding.severity), finding.id);
+    }
+    return result.join(QLatin1Char('\n'));
+}
+
+} // namespace
+
+/// Counts the windows that come to the screen.
+class Exposures : public QObject
+{
+public:
+    Exposures() { QCoreApplication::instance()->installEventFilter(this); }
+
+    bool eventFilter(QObject * /*watched*/, QEvent *event) override
+    {
+        if (event->type() == QEvent::Expose)
+            ++count;
+        return false;
+    }
+
+    int count = 0;
+};
+
+class tst_langcheck_checks : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void cleanDeploymentHasNoFindings();
+    void catalogueLines_data();
+    void catalogueLines();
+    void zeroBytesDoNotHideTheRest();
+    void translationFiles_data();
+    void translationFiles();
+    void fallback_data();
+    void fallback();
+    void defaultWithoutANameIsChecked();
+    void percentInTheApplicationFolder();
+    void missingCatalogue();
+    void unreadableCatalogue();
+    void everyEncodingIsNamed_data();
+    void everyEncodingIsNamed();
+    void messageBoxesAreReported();
+    void nothingComesToTheScreen();
+    void fallbackIsReported();
+    void textsAreThoseOfTheCode();
+    void repeatedKeyNamesBothLines();
+    void valuesAreShortAndOnOneLine();
+    void textsNameEffectAndRemedy();
+    void pageListsEveryFinding();
+};
+
+void tst_langcheck_checks::initTestCase()
+{
+    Warnings::collect();
+    GoodDeployment::setFont();
+}
+
+void tst_langcheck_checks::init()
+{
+    GoodDeployment::install();
+}
+
+void tst_langcheck_checks::cleanDeploymentHasNoFindings()
+{
+    const Report report = check();
+    QCOMPARE(shortForms(report), QString());
+    QCOMPARE(report.exitCode(), 0);
+    QCOMPARE(report.listed.size(), 2);
+    QCOMPARE(report.listed.at(1).name, QStringLiteral("Two"));
+    QCOMPARE(report.selected, 0);
+    QCOMPARE(report.defaultLangId, 1);
+    QCOMPARE(report.translation, Deployment::path(QStringLiteral("Lang/first/Zendel.qm")));
+    QVERIFY(!report.fallback);
+    QVERIFY(report.boxes.isEmpty());
+}
+
+void tst_langcheck_checks::catalogueLines_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("finding");
+
+    const auto row = [](const char *name, const QByteArray &bytes, const char *finding) {
+        QTest::newRow(name) << bytes << QStringLiteral("Lang/Lang.ini:") + QLatin1String(finding);
+    };
+    const QByteArray good = kCatalogue;
+    const auto with = [&good](const char *before, const char *after) {
+        QByteArray bytes = good;
+        if (!bytes.contains(before))
+            qFatal("No %s", before);
+        return bytes.replace(before, after);
+    };
+
+    row("line before the section", "x=1\n" + good, "1 warning outside-section");
+    row("line in another section", good + "[OTHER]\nx=1\n", "10 warning outside-section");
+    row("no equals sign", good + "LANG1_SHOW\n", "9 warning no-key");
+    row("no key", good + "=1\n", "9 warning no-key");
+    row("unknown key", good + "LANG1_ICON=x\n", "9 warning unknown-key");
+    row("key in lower case", good + "lang1_show=1\n", "9 warning key-case");
+    row("default in lower case", good + "Default=1\n", "9 warning key-case");
+    row("header in lower case", good + "[lang_mgr]\n", "9 warning header");
+    row("header with spaces", good + "[ LANG_MGR ]\n", "9 warning header");
+    row("header without its end", "[LANG_MGR\n" + good, "1 warning header");
+    row("carriage return alone", good + "; one\r; two\n", "9 warning carriage-return");
+    row("repeated key", good + "LANG2_NAME=Other\n", "9 warning repeated-key");
+    row("repeated default", good + "DEFAULT=2\n", "9 warning repeated-key");
+    row("show is a word", good + "LANG3_SHOW=yes\n", "9 warning show-number");
+    row("show is empty", good + "LANG3_SHOW=\n", "9 warning show-number");
+    row("show is another number", good + "LANG3_SHOW=2\n", "9 warning show-other");
+    row("number too long", good + "LANG99999999999_SHOW=0\n", "9 warning number-too-long");
+    row("ID differs", good + "LANG1_ID=7\n", "9 warning id-differs");
+    row("ID is a word", good + "LANG1_ID=one\n", "9 warning id-differs");
+    row("number above 255", with("LANG2", "LANG300"), "6 warning number-above-255");
+    row("same number for the machine", with("LANG2", "LANG257"), "6 error same-machine-number");
+    row("no default", with("DEFAULT=1", ";"), "0 error default-unknown");
+    row("unknown default", with("DEFAULT=1", "DEFAULT=5"), "2 error default-unknown");
+    row("hidden default", with("LANG1_SHOW=1", "LANG1_SHOW=0"), "2 error default-hidden");
+    row("default is a word", with("LANG1_", "LANG0_").replace("DEFAULT=1", "DEFAULT=One"),
+        "2 warning default-number");
+    row("no name", good + "LANG3_FOLDER=first\nLANG3_SHOW=1\n", "10 error incomplete");
+    row("no folder", good + "LANG3_NAME=x\nLANG3_SHOW=1\n", "10 error incomplete");
+    row("empty folder", good + "LANG3_NAME=x\nLANG3_FOLDER=\nLANG3_SHOW=1\n",
+        "10 error incomplete");
+    row("empty name", good + "LANG3_NAME=\nLANG3_FOLDER=x\nLANG3_SHOW=1\n", "9 error incomplete");
+    row("neither name nor folder", good + "LANG3_NAME=\nLANG3_SHOW=1\n",
+        "9 error incomplete\nLang/Lang.ini:10 error incomplete");
+    row("same name", with("=Two", "=One"), "6 error same-name");
+    row("same folder", with("=second", "=first"), "7 error same-folder");
+    row("same folder, spelled differently", with("=second", "=../Lang/first"),
+        "7 warning folder-dots\nLang/Lang.ini:7 error same-folder");
+#ifdef Q_OS_WIN
+    row("same folder in upper case", with("=second", "=FIRST"),
+        "7 error same-folder\nLang/Lang.ini:7 warning folder-case");
+    row("folder in upper case", with("=second", "=SECOND"), "7 warning folder-case");
+#else
+    row("folder in upper case", with("=second", "=SECOND"), "7 error folder-case");
+#endif
+    row("name too wide", with("=Two", "=A language with a name that no list can hold"),
+        "6 error name-clipped");
+    row("UTF-8 without a BOM", with("=Two", "=中文"), "0 error utf8-without-bom");
+    row("UTF-8 without a BOM, in a comment", good + "; 中文\n", "0 warning utf8-without-bom");
+    row("UTF-16 without a BOM", Deployment::utf16(QString::fromLatin1(good)),
+        "0 error utf16-without-bom");
+    row("bytes that are not GB2312", with("=Two", "=\xB0 0"), "6 error undecodable");
+    row("folder with dots", with("=second", "=../Lang/second"), "7 warning folder-dots");
+    row("folder with dots and backslashes", good + "LANG3_FOLDER=..\\second\nLANG3_SHOW=0\n",
+        "9 warning folder-dots");
+    row("absolute folder", with("=second", "=/second"), "7 warning folder-absolute");
+    row("folder on a drive", good + "LANG3_FOLDER=C:\\second\nLANG3_SHOW=0\n",
+        "9 warning folder-absolute");
+    row("folder with a percent sign", good + "LANG3_FOLDER=100%\nLANG3_SHOW=0\n",
+        "9 warning folder-percent");
+    row("nobody listed", "[LANG_MGR]\nDEFAULT=1\n", "0 error no-languages");
+    row("no section", "DEFAULT=1\n", "1 warning outside-section\nLang/Lang.ini:0 error no-section");
+    row("empty file", "", "0 error no-section");
+    row("lines ended by carriage returns alone", QByteArray(good).replace('\n', '\r'),
+        "1 warning carriage-return\nLang/Lang.ini:0 error no-section");
+    row("language without SHOW", good + "LANG3_NAME=x\nLANG3_FOLDER=first\n",
+        "9 warning show-missing");
+    row("name in quotation marks", with("=Two", "=\"Two\""), "6 warning quoted-value");
+    row("comment after a name", with("=Two", "=Two ; 2"), "6 warning comment-in-value");
+    row("header with a comment", good + "[OTHER]\n[LANG_MGR] ; again\n", "10 warning header");
+    row("second BOM", "\xEF\xBB\xBF\xEF\xBB\xBF;\n" + good,
+        "1 warning second-bom\n"
+        "Lang/Lang.ini:1 warning outside-section");
+    row("end of a line swallowed", good + ";\xD6\n;\n", "9 error swallowed-line");
+    row("end of a line in UTF-8 swallowed", good + ";\xE4\xB8\xAD\n;\n;\n=\n",
+        "9 error swallowed-line\nLang/Lang.ini:0 warning utf8-without-bom\n"
+        "Lang/Lang.ini:12 warning no-key");
+    row("Latin-1",
+        with("=Two",
+             "=Fran\xE7"
+             "ais"),
+        "6 error undecodable");
+    row("GBK", with("=Two", "=\xB7\xB1\xF3\x77"), "6 error undecodable");
+    row("Latin-1 in a comment",
+        good
+            + "; Fran\xE7"
+              "ais\n",
+        "9 warning undecodable");
+    row("undecodable UTF-8 with a BOM", "\xEF\xBB\xBF" + with("=Two", "=\xE4 x"),
+        "6 error undecodable");
+}
+
+void tst_langcheck_checks::catalogueLines()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, finding);
+
+    Deployment::writeCatalogue(bytes);
+    const Report report = check();
+    QCOMPARE(shortForms(report), finding);
+    QCOMPARE(report.exitCode(), finding.contains(QLatin1String("error")) ? 2 : 1);
+}
+
+/// One zero byte does not make a file UTF-16; the rest of it is checked as usual.
+void tst_langcheck_checks::zeroBytesDoNotHideTheRest()
+{
+    Deployment::writeCatalogue(kCatalogue + QByteArray("; \0\nLANG1_ICON=x\n", 17));
+    QCOMPARE(shortForms(check()), QStringLiteral("Lang/Lang.ini:10 warning unknown-key"));
+}
+
+void tst_langcheck_checks::translationFiles_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QStringList>("ids");
+
+    const auto translation = [](const char *name) {
+        QFile compiled(QStringLiteral(":/translations/%1.qm").arg(QLatin1String(name)));
+        if (!compiled.open(QIODevice::ReadOnly))
+            qFatal("No test translation %s", name);
+        return compiled.readAll();
+    };
+    QTest::newRow("missing") << QByteArray() << QStringList(QStringLiteral("qm-missing"));
+    QTest::newRow("unreadable") << QByteArray("folder")
+                                << QStringList(QStringLiteral("qm-unreadable"));
+    QTest::newRow("not a translation")
+        << QByteArray("not a translation") << QStringList(QStringLiteral("qm-foreign"));
+    QTest::newRow("of another program")
+        << translation("other_program") << QStringList(QStringLiteral("qm-foreign"));
+    QStringList seven;
+    while (seven.size() < 7)
+        seven += QStringLiteral("text-missing");
+    QTest::newRow("one text of eight") << translation("one_text") << seven;
+    QTest::newRow("too long") << translation("long_texts")
+                              << QStringList(QStringLiteral("text-clipped"));
+}
+
+void tst_langcheck_checks::translationFiles()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QStringList, ids);
+
+    const QString file = Deployment::path(QStringLiteral("Lang/second/Zendel.qm"));
+    QVERIFY(QFile::remove(file));
+    if (bytes == "folder")
+        QVERIFY(QDir().mkpath(file));
+    else if (!bytes.isEmpty())
+        Deployment::writeTranslation(QStringLiteral("second"), bytes);
+    QStringList expected;
+    for (const QString &id : ids)
+        expected += QStringLiteral("Lang/second/Zendel.qm:0 error ") + id;
+    QCOMPARE(shortForms(check()), expected.join(QLatin1Char('\n')));
+}
+
+void tst_langcheck_checks::fallback_data()
+{
+    QTest::addColumn<QByteArray>("catalogue");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("finding");
+
+    const QByteArray good = kCatalogue;
+    QByteArray unused = good;
+    unused.replace("DEFAULT=1", "DEFAULT=2").replace("=second", "=none");
+    QTest::newRow("missing, not needed")
+        << good << QByteArray() << QStringLiteral("Lang/chs/Zendel.qm:0 warning qm-missing");
+    QTest::newRow("foreign, not needed")
+        << good << QByteArray("x") << QStringLiteral("Lang/chs/Zendel.qm:0 warning qm-foreign");
+    QTest::newRow("missing, needed") << unused << QByteArray()
+                                     << QStringLiteral("Lang/none/Zendel.qm:0 error qm-missing\n"
+                                                       "Lang/chs/Zendel.qm:0 error qm-missing");
+    QTest::newRow("foreign, needed") << unused << QByteArray("x")
+                                     << QStringLiteral("Lang/none/Zendel.qm:0 error qm-missing\n"
+                                                       "Lang/chs/Zendel.qm:0 error qm-foreign");
+}
+
+void tst_langcheck_checks::fallback()
+{
+    QFETCH(QByteArray, catalogue);
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, finding);
+
+    Deployment::writeCatalogue(catalogue);
+    QVERIFY(QDir(Deployment::path(QStringLiteral("Lang/chs"))).removeRecursively());
+    if (!bytes.isEmpty())
+        Deployment::writeTranslation(QStringLiteral("chs"), bytes);
+    QCOMPARE(shortForms(check()), finding);
+}
+
+/// The dialog uses it although it is not in the list.
+void tst_langcheck_checks::defaultWithoutANameIsChecked()
+{
+    Deployment::writeCatalogue(QByteArray(kCatalogue).replace("LANG1_NAME=One", ""));
+    Deployment::writeTranslation(QStringLiteral("first"), "x");
+    QCOMPARE(shortForms(check()),
+             QStringLiteral("Lang/Lang.ini:5 error incomplete\n"
+                            "Lang/first/Zendel.qm:0 error qm-foreign"));
+}
+
+void tst_langcheck_checks::percentInTheApplicationFolder()
+{
+    const QString folder = Deployment::path(QStringLiteral("Lang/a%2b"));
+    QVERIFY(QDir().mkpath(folder + QStringLiteral("/Lang")));
+    QVERIFY(QFile::rename(Deployment::path(QStringLiteral("Lang/Lang.ini")),
+                          folder + QStringLiteral("/Lang/Lang.ini")));
+    QVERIFY(shortForms(checkDeployment(folder))
+                .startsWith(QStringLiteral(".:0 error application-folder\n")));
+}
+
+void tst_langcheck_checks::missingCatalogue()
+{
+    QVERIFY(QFile::remove(Deployment::path(QStringLiteral("Lang/Lang.ini"))));
+    const Report report = check();
+    QCOMPARE(shortForms(report), QStringLiteral("Lang/Lang.ini:0 error catalogue-unreadable"));
+    QCOMPARE(report.boxes.size(), 1);
+    QCOMPARE(report.boxes.first().icon, QStringLiteral("warning"));
+    QCOMPARE(report.boxes.first().title, QStringLiteral("Warning"));
+    QCOMPARE(report.boxes.first().text,
+             QStringLiteral("Failed to open INI file:")
+                 + Deployment::path(QStringLiteral("Lang/Lang.ini")));
+    QCOMPARE(report.selected, -1);
+}
+
+void tst_langcheck_checks::unreadableCatalogue()
+{
+    const QString catalogue = Deployment::path(QStringLiteral("Lang/Lang.ini"));
+    QVERIFY(QFile::remove(catalogue));
+    QVERIFY(QDir().mkpath(catalogue));
+    QCOMPARE(shortForms(check()), QStringLiteral("Lang/Lang.ini:0 error catalogue-unreadable"));
+}
+
+void tst_langcheck_checks::everyEncodingIsNamed_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("encoding");
+    QTest::addColumn<QString>("reason");
+
+    const QByteArray good = kCatalogue;
+    const QString marked = QChar(QChar::ByteOrderMark) + QString::fromLatin1(good);
+    QTest::newRow("GB2312") << good << QStringLiteral("GB2312") << QStringLiteral("it has no BOM");
+    QTest::newRow("UTF-8") << "\xEF\xBB\xBF" + good << QStringLiteral("UTF-8")
+                           << QStringLiteral("it starts with the BOM EF BB BF");
+    QTest::newRow("UTF-16") << Deployment::utf16(marked) << QStringLiteral("UTF-16LE")
+                            << QStringLiteral("it starts with the BOM FF FE");
+    QTest::newRow("UTF-16 with two BOMs, both skipped")
+        << Deployment::utf16(QChar(QChar::ByteOrderMark) + marked) << QStringLiteral("UTF-16LE")
+        << QStringLiteral("it starts with the BOM FF FE");
+    QTest::newRow("UTF-16, the other way round")
+        << Deployment::utf16(marked, false) << QStringLiteral("UTF-16BE")
+        << QStringLiteral("it starts with the BOM FE FF");
+}
+
+void tst_langcheck_checks::everyEncodingIsNamed()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, encoding);
+    QFETCH(QString, reason);
+
+    Deployment::writeCatalogue(bytes);
+    const Report report = check();
+    QCOMPARE(report.encoding, encoding);
+    QCOMPARE(report.encodingReason, reason);
+    QCOMPARE(report.listed.size(), 2);
+    QCOMPARE(shortForms(report), QString());
+}
+
+void tst_langcheck_checks::messageBoxesAreReported()
+{
+    Deployment::writeCatalogue("[LANG_MGR]\nDEFAULT=1\nLANG1_NAME=One\nLANG1_FOLDER=none\n"
+                               "LANG1_SHOW=1\n");
+    QVERIFY(QFile::remove(Deployment::path(QStringLiteral("Lang/chs/Zendel.qm"))));
+    const Report report = check();
+    QCOMPARE(report.boxes.size(), 2);
+    QCOMPARE(report.boxes.at(0).icon, QStringLiteral("critical"));
+    QCOMPARE(report.boxes.at(0).title, QStringLiteral("Error"));
+    QCOMPARE(report.boxes.at(0).text,
+             QStringLiteral("Cannot find the \"%1\" file")
+                 .arg(Deployment::path(QStringLiteral("Lang/none/Zendel.qm"))));
+    QCOMPARE(report.boxes.at(1).icon, QStringLiteral("warning"));
+    QCOMPARE(report.boxes.at(1).text,
+             QStringLiteral("Load translator file%1failed!")
+                 .arg(Deployment::path(QStringLiteral("Lang/chs/Zendel.qm"))));
+    QCOMPARE(report.translation, QString());
+}
+
+void tst_langcheck_checks::nothingComesToTheScreen()
+{
+    QVERIFY(QFile::remove(Deployment::path(QStringLiteral("Lang/Lang.ini"))));
+    const Exposures exposures;
+    const Report report = check();
+    QCOMPARE(report.boxes.size(), 1);
+    QCoreApplication::processEvents();
+    QCOMPARE(exposures.count, 0);
+}
+
+void tst_langcheck_checks::fallbackIsReported()
+{
+    Deployment::writeCatalogue(QByteArray(kCatalogue).replace("DEFAULT=1", "DEFAULT=9"));
+    const Report report = check();
+    QCOMPARE(report.translation, Deployment::path(QStringLiteral("Lang/chs/Zendel.qm")));
+    QVERIFY(report.fallback);
+    QCOMPARE(report.defaultLangId, 9);
+    QCOMPARE(report.selected, 0);
+}
+
+/// Seven of the eight texts are missing, and each is named with its context.
+void tst_langcheck_checks::textsAreThoseOfTheCode()
+{
+    Deployment::installTranslation(QStringLiteral("second"), QStringLiteral("one_text"));
+    QStringList named;
+    const QList<Finding> findings = check().findings;
+    for (const Finding &finding : findings)
+        named += finding.text.section(QLatin1String("; "), 0, 0);
+    named.sort();
+
+    QStringList expected;
+    QFile source(QStringLiteral(SAMPLE_SOURCE)); // Another test holds it complete.
+    QVERIFY(source.open(QIODevice::ReadOnly));
+    QXmlStreamReader xml(&source);
+    QString context;
+    while (!xml.atEnd()) {
+        xml.readNext();
+        if (!xml.isStartElement())
+            continue;
+        if (xml.name() == QLatin1String("name"))
+            context = xml.readElementText();
+        else if (xml.name() == QLatin1String("source"))
+            expected += QStringLiteral("text is not translated: \"%1\" of %2")
+                            .arg(xml.readElementText(), context);
+    }
+    QVERIFY(
+        expected.removeOne(QStringLiteral("text is not translated: \"Change\" of PageSetLang")));
+    expected.sort();
+    QCOMPARE(named, expected);
+}
+
+void tst_langcheck_checks::repeatedKeyNamesBothLines()
+{
+    Deployment::writeCatalogue(kCatalogue + QByteArray("LANG2_FOLDER=second\n"));
+    const Finding finding = check().findings.value(0);
+    QCOMPARE(finding.line, 9);
+    QVERIFY(finding.text.startsWith(QLatin1String("LANG2_FOLDER repeats line 7: \"second\"; ")));
+}
+
+void tst_langcheck_checks::valuesAreShortAndOnOneLine()
+{
+    Deployment::writeCatalogue(kCatalogue + QByteArray("LANG3_SHOW=%1\r") + QByteArray(99, 'x'));
+    const QString shown = QStringLiteral("\"%1 ") + QString(57, QLatin1Char('x'));
+    QVERIFY(check().findings.last().text.startsWith(QLatin1String("LANG3_SHOW is not a number: ")
+                                                    + shown + QLatin1String("...\"; ")));
+}
+
+void tst_langcheck_checks::textsNameEffectAndRemedy()
+{
+    for (const FindingDescription &finding : kFindings)
+        QVERIFY2(QByteArray(finding.text).count("; ") >= 2, finding.id);
+}
+
+/// Every id once, with its severity, and no others.
+void tst_langcheck_checks::pageListsEveryFinding()
+{
+    QFile page(QStringLiteral(PAGE_FILE));
+    QVERIFY(page.open(QIODevice::ReadOnly));
+    const QRegularExpression row(QStringLiteral("^\\| `([a-z0-9-]+)` \\| (error|warning)\\b"),
+                                 QRegularExpression::MultilineOption);
+    QStringList listed;
+    auto it = row.globalMatch(QString::fromUtf8(page.readAll()));
+    while (it.hasNext()) {
+        const QRegularExpressionMatch match = it.next();
+        listed += match.captured(1) + QLatin1Char(' ') + match.captured(2);
+    }
+    listed.sort();
+
+    QStringList expected;
+    for (const FindingDescription &finding : kFindings)
+        expected += QLatin1String(finding.id) + QLatin1Char(' ') + severityName(finding.severity);
+    expected.sort();
+    QCOMPARE(listed, expected);
+    QCOMPARE(expected.removeDuplicates(), 0);
+}
+
+QTEST_MAIN(tst_langcheck_checks)
+#include "tst_langcheck_checks.moc"

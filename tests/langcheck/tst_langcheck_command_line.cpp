@@ -1,0 +1,178 @@
+// The program: its options, output and exit codes, and that it changes nothing.
+
+#include "langcheck/DeploymentCheck.h"
+
+#include "GoodDeployment.h"
+#include "support/Warnings.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QProcess>
+#include <QTest>
+
+using GoodDeployment::kCatalogue;
+
+class tst_langcheck_command_line : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void programPrintsFindingsAsCompilersDo();
+    void programPrintsJson();
+    void callsWithoutADeployment_data();
+    void callsWithoutADeployment();
+    void sampleDeploymentIsClean();
+    void programWritesNothing();
+
+private:
+    QByteArray run(const QStringList &arguments, int exitCode);
+};
+
+void tst_langcheck_command_line::initTestCase()
+{
+    Warnings::collect();
+    GoodDeployment::setFont();
+}
+
+void tst_langcheck_command_line::init()
+{
+    GoodDeployment::install();
+}
+
+QByteArray tst_langcheck_command_line::run(const QStringList &arguments, int exitCode)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(QStringLiteral(LANGCHECK_FILE), arguments);
+    if (!process.waitForFinished())
+        QTest::qFail(qPrintable(process.errorString()), __FILE__, __LINE__);
+    QByteArray output = process.readAll().replace("\r\n", "\n");
+    QTest::qCompare(process.exitCode(), exitCode, output.constData(), "exit code", __FILE__,
+                    __LINE__);
+    return output;
+}
+
+void tst_langcheck_command_line::programPrintsFindingsAsCompilersDo()
+{
+    Deployment::writeCatalogue(kCatalogue + QByteArray("LANG2_NAME=Deux\n"));
+    QCOMPARE(QString::fromUtf8(run({QCoreApplication::applicationDirPath()}, 1)),
+             QStringLiteral(
+                 "Catalogue:    Lang/Lang.ini, read as GB2312 because it has no BOM\n"
+                 "Languages:    1 One (selected)\n"
+                 "              2 Deux\n"
+                 "Default:      1\n"
+                 "Translation:  Lang/first/Zendel.qm\n"
+                 "Messages:     none\n"
+                 "\n"
+                 "Lang/Lang.ini:9: warning: LANG2_NAME repeats line 6: \"Deux\"; line 6 has no "
+                 "effect; delete one of the two [repeated-key]\n"
+                 "0 errors, 1 warning\n"));
+
+    QVERIFY(QDir(Deployment::path(QStringLiteral("Lang"))).removeRecursively());
+    const QString path = QCoreApplication::applicationDirPath();
+    QCOMPARE(
+        QString::fromUtf8(run({path}, 2)),
+        QStringLiteral(
+            "Catalogue:    Lang/Lang.ini, cannot be opened\n"
+            "Languages:    none; the operator's list is empty\n"
+            "Default:      0\n"
+            "Translation:  none; all texts are empty\n"
+            "Messages:     warning, \"Warning\": Failed to open INI file:%1/Lang/Lang.ini\n"
+            "              critical, \"Error\": Cannot find the \"\" file\n"
+            "              warning, \"Warning\": Load translator file%1/Lang/chs/Zendel.qmfailed!\n"
+            "\n"
+            "Lang/Lang.ini: error: missing or not a readable file; the operator's list is empty; "
+            "put the catalogue there or correct its permissions [catalogue-unreadable]\n"
+            "1 error, 0 warnings\n")
+            .arg(path));
+}
+
+void tst_langcheck_command_line::programPrintsJson()
+{
+    Deployment::writeCatalogue(kCatalogue + QByteArray("LANG2_NAME=Deux\n"));
+    const QByteArray output =
+        run({QCoreApplication::applicationDirPath(), QStringLiteral("--json")}, 1);
+    QJsonParseError error = {};
+    const QJsonDocument json = QJsonDocument::fromJson(output, &error);
+    QVERIFY2(error.error == QJsonParseError::NoError, output.constData());
+    QCOMPARE(json.object(), checkDeployment(QCoreApplication::applicationDirPath()).toJson());
+    QCOMPARE(json.object().value(QStringLiteral("formatVersion")).toInt(), 1);
+    const QJsonArray findings = json.object().value(QStringLiteral("findings")).toArray();
+    QCOMPARE(findings.size(), 1);
+    const QJsonObject finding = findings.first().toObject();
+    QCOMPARE(finding.value(QStringLiteral("file")).toString(), QStringLiteral("Lang/Lang.ini"));
+    QCOMPARE(finding.value(QStringLiteral("line")).toInt(), 9);
+    QCOMPARE(finding.value(QStringLiteral("severity")).toString(), QStringLiteral("warning"));
+    QCOMPARE(finding.value(QStringLiteral("kind")).toString(), QStringLiteral("repeated-key"));
+}
+
+void tst_langcheck_command_line::callsWithoutADeployment_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("text");
+
+    const auto row = [](const char *name, const QStringList &arguments, int code,
+                        const char *text) {
+        QTest::newRow(name) << arguments << code << QString::fromLatin1(text);
+    };
+    row("help", {QStringLiteral("--help")}, 0, "[FOLDER]");
+    row("version", {QStringLiteral("--version")}, 0, "langcheck " VERSION "\n");
+    row("unknown option", {QStringLiteral("--colour")}, 3, "Unknown option 'colour'");
+    row("two folders", {QStringLiteral("."), QStringLiteral(".")}, 3, "More than one folder");
+    row("not a folder", {QStringLiteral("no/such")}, 3, "\"no/such\" is not a folder");
+}
+
+void tst_langcheck_command_line::callsWithoutADeployment()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, exitCode);
+    QFETCH(QString, text);
+
+    const QByteArray output = run(arguments, exitCode);
+    QVERIFY2(output.contains(text.toUtf8()), output.constData());
+}
+
+/// The program is next to the sample and needs no argument.
+void tst_langcheck_command_line::sampleDeploymentIsClean()
+{
+    const QByteArray output = run({}, 0);
+    QVERIFY2(output.contains("22 العربية\n"), output.constData());
+    QVERIFY(output.endsWith("\n0 errors, 0 warnings\n"));
+}
+
+void tst_langcheck_command_line::programWritesNothing()
+{
+    const auto files = [] {
+        QStringList result;
+        QDirIterator it(Deployment::path(QStringLiteral("Lang")),
+                        QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot,
+                        QDirIterator::Subdirectories);
+        while (it.hasNext()) {
+            const QFileInfo file(it.next());
+            result += file.filePath() + file.lastModified().toString(Qt::ISODateWithMs);
+        }
+        result.sort();
+        return result;
+    };
+    // Including temporary files, which get a folder of their own here, and files of the user.
+    const QString temporary = Deployment::path(QStringLiteral("Lang/temporary"));
+    QVERIFY(QDir().mkpath(temporary));
+    qputenv("TMPDIR", QFile::encodeName(temporary));
+    qunsetenv("XDG_RUNTIME_DIR");
+    const QStringList before = files();
+    QCOMPARE(before.size(), 8);
+    run({QCoreApplication::applicationDirPath()}, 0);
+    QCOMPARE(files(), before);
+    qunsetenv("TMPDIR");
+}
+
+QTEST_MAIN(tst_langcheck_command_line)
+#include "tst_langcheck_command_line.moc"

@@ -1,8 +1,8 @@
 #include "tools/langcheck/CatalogueCheck.h"
 
 #include "lang/ApplicationDir.h"
-#include "lang/Catalogue.h"
 #include "lang/CTranslatorMgr.h"
+#include "lang/Catalogue.h"
 #include "lang/LangLine.h"
 #include "lang/OpenFile.h"
 #include "tools/langcheck/BytesCheck.h"

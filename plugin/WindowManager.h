@@ -7,8 +7,8 @@
 /// more is ignored.
 namespace WindowManager {
 
-/// A rectangle on the screen, in the window system's pixels, which unlike Qt's are never scaled. Where
-/// Qt itself stands in for the window system, in Qt's.
+/// A rectangle on the screen, in the window system's pixels, which unlike Qt's are never scaled.
+/// Where Qt itself stands in for the window system, in Qt's.
 struct Rect
 {
     int left = 0;   ///< In screen pixels, as all four; negative on a screen left of the first.

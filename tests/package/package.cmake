@@ -2,7 +2,7 @@
 # its name with no other DLL in reach.
 # cmake -D CPACK=... -D BUILD_DIR=... -D SOURCE_DIR=... -D VERSION=... -D LAUNCHER=... -P package.cmake
 
-set(folder ${BUILD_DIR}/tests/package)
+set(folder ${BUILD_DIR}/tests/unpacked)
 file(REMOVE_RECURSE ${folder})
 file(MAKE_DIRECTORY ${folder})
 execute_process(COMMAND ${CPACK} --config ${BUILD_DIR}/CPackConfig.cmake -B ${folder}

@@ -1,15 +1,18 @@
 #!/bin/bash
-# Builds Qt 5 (Core, Gui, Widgets, Test) for 64-bit Windows and prints the
-# folder it lies in as the last line on stdout; everything else goes to stderr.
+# qt-windows.sh [mingw|msvc]
+# Builds Qt 5 (Core, Gui, Widgets, Test) for 64-bit Windows and prints its folder
+# as the last line on stdout; everything else goes to stderr.  mingw, the
+# default, is for GCC and its C++ ABI.  msvc is for Clang and Microsoft's; the
+# folder then also has the headers and libraries that Clang needs, in sysroot/.
 #
-#   prefix=$(scripts/qt-windows.sh)
-#   cmake --toolchain cmake/mingw-w64.cmake -DCMAKE_PREFIX_PATH="$prefix" ...
+#   ZENDEL_QT_WINDOWS=$(scripts/qt-windows.sh) cmake --preset windows
+#   ZENDEL_QT_MSVC=$(scripts/qt-windows.sh msvc) cmake --preset windows-msvc
 #
-# Debian has the compiler but no Qt for it, so Qt is built here, once, from
+# Debian has the compilers but no Qt for them, so Qt is built here, once, from
 # Debian's own source package with Debian's patches.  The result is kept in
 # ${ZENDEL_CACHE:-~/.cache/zendel} under a name made of this recipe and the
-# version of the source: a changed recipe or a newer Qt is built anew, next to
-# the old one.  The folders there may be deleted at will.
+# version of the source: a changed recipe or a newer Qt is built again, next to
+# the old one.  The folders there may be deleted at any time.
 
 set -euo pipefail
 export LC_ALL=C
@@ -19,16 +22,12 @@ source_package=qtbase-opensource-src
 # One of the packages made from it, asked for the version that is current.
 version_package=qtbase5-dev
 
-# Measured with the options below; they serve the messages only.
-minutes=15
-total=1000
-
 packages=(
     dpkg-dev
-    g++                             # moc, uic and rcc run on this machine
-    g++-mingw-w64-x86-64-posix
     make
     perl
+    qt5-qmake                       # with moc, uic and rcc, they run here
+    qtbase5-dev-tools
     xz-utils
 )
 
@@ -39,8 +38,7 @@ configure_options=(
     -shared
     -silent
     -pch                            # most of the time goes into reading headers
-    -xplatform win32-g++
-    -device-option CROSS_COMPILE=x86_64-w64-mingw32-
+    -external-hostbindir /usr/lib/qt5/bin
     -nomake examples
     -nomake tests
 
@@ -130,6 +128,35 @@ fail() {
     exit 1
 }
 
+here=$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")
+flavour=${1-mingw}
+# Minutes and files were measured with the options above, for the messages.
+case $flavour in
+mingw)
+    minutes=15
+    total=1000
+    packages+=(g++-mingw-w64-x86-64-posix)
+    recipe=("$here/qt-windows.sh")
+    ;;
+msvc)
+    minutes=25
+    total=1000
+    packages+=(
+        binutils-mingw-w64-x86-64   # windres
+        clang-19
+        lld-19
+        libwine                     # names what vcruntime140.dll exports
+        libwine-dev                 # headers of C and of Windows
+        llvm-19
+        mingw-w64-x86-64-dev        # import libraries of Windows
+    )
+    recipe=("$here/qt-windows.sh" "$here/msvc-sysroot.sh" "$here"/../cmake/msvc/*/*)
+    ;;
+*)
+    fail "unknown flavour: $flavour; use mingw or msvc"
+    ;;
+esac
+
 # The lock (descriptor 9) must not live on in anything a package starts.
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then
@@ -147,7 +174,9 @@ find_prefix() {
     version=$(apt-cache policy "$version_package" | awk '$1 == "Candidate:" { print $2 }')
     # The same source built once more, by Debian, has a suffix of its own.
     version=$(sed 's/+b[0-9]*$//; s/^(none)$//' <<< "$version")
-    prefix=$cache/qt-windows-$({ echo "$version"; cat "$recipe"; } | sha256sum | cut -c1-16)
+    local key
+    key=$({ echo "$version"; cat "${recipe[@]}"; } | sha256sum | cut -c1-16)
+    prefix=$cache/qt-windows-$flavour-$key
 }
 
 print_if_built() {
@@ -181,7 +210,7 @@ install_packages() {
 #
 # Entries of other vendors are left out by the "Origin" of their signed index:
 # they do not have the package, and not all of them offer sources.
-fetch_source() {
+fetch_sources() {
     local keyring=/usr/share/keyrings/debian-archive-keyring.gpg
     mkdir -p apt/lists/partial apt/cache/archives/partial
     apt-get indextargets 'Created-By: Packages' 'Origin: Debian' \
@@ -199,14 +228,23 @@ fetch_source() {
     )
     apt-get "${options[@]}" update
     apt-get "${options[@]}" source --download-only "$source_package=$version"
-
     # apt has compared the files with the signed index already.
     dpkg-source --no-check -x "${source_package}_${version#*:}.dsc" source
+
+    if [ "$flavour" = msvc ]; then
+        apt-get "${options[@]}" source --download-only --tar-only llvm-toolchain-19
+        mkdir llvm
+        tar -xf llvm-toolchain-19_*.orig.tar.* -C llvm --strip-components=1 --wildcards \
+            '*/libcxx/include' '*/libcxx/src' '*/libcxx/vendor' '*/compiler-rt/lib/builtins'
+    fi
 }
 
-# Debian's source lacks the header of the tablet drivers.  The platform plugin
-# does without them; in the libraries the feature stays on, see above.
 patch_source() {
+    # The tools of Debian's own Qt, of the same version, serve.
+    sed -i -E 's/\bsrc_tools_[a-z0-9_]+([^.a-z0-9_]|$)/\1/g' source/src/src.pro
+
+    # Debian's source lacks the header of the tablet drivers.  The platform plugin
+    # does without them; in the libraries the feature stays on, see above.
     local folder=source/src/plugins/platforms/windows
     sed -i 's/^#if QT_CONFIG(tabletevent)/#if 0/' "$folder"/*.cpp
     sed -i 's/^qtConfig(tabletevent)/false/' "$folder"/windows.pri
@@ -220,23 +258,41 @@ follow() {
     }'
 }
 
-build() {
-    # Debian has two compilers under one name, told apart by their thread
-    # model.  The name is bound to the right one here only: the choice made for
-    # the machine by update-alternatives is not touched.
+# Debian has two MinGW compilers under one name, told apart by their thread
+# model.  The name is bound to the right one here only: the choice made for the
+# machine by update-alternatives is not touched.
+set_up_mingw() {
     local tool
     mkdir bin
     for tool in gcc g++; do
         ln -s "/usr/bin/x86_64-w64-mingw32-$tool-posix" "bin/x86_64-w64-mingw32-$tool"
     done
     export PATH=$PWD/bin:$PATH
+    configure_options+=(
+        -xplatform win32-g++
+        -device-option CROSS_COMPILE=x86_64-w64-mingw32-
+    )
+}
+
+set_up_msvc() {
+    local sysroot=$work/root$prefix/sysroot
+    echo "building the C++ library"
+    "$here/msvc-sysroot.sh" "$sysroot" llvm >> "$log" 2>&1
+    cp -r "$here/../cmake/msvc/mkspec" source/mkspecs/win32-clang-cross
+    configure_options+=(
+        -xplatform win32-clang-cross
+        -device-option MSVC_SYSROOT="$sysroot"
+    )
+}
+
+build() {
     # Flags of the caller would reach some of the compilers and not others.
     unset CFLAGS CXXFLAGS CPPFLAGS LDFLAGS
     unset QMAKESPEC XQMAKESPEC QMAKEPATH QMAKEFEATURES QTDIR
-    # In the environment, for configure runs make itself, to build qmake.
     MAKEFLAGS=-j$(nproc)
     export MAKEFLAGS
 
+    "set_up_$flavour"
     mkdir build
     cd build
     echo "configuring"
@@ -248,7 +304,6 @@ build() {
     cd "$work"
 }
 
-recipe=$(readlink -f "${BASH_SOURCE[0]}")
 cache=$(realpath -m "${ZENDEL_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/zendel}")
 
 find_prefix
@@ -256,18 +311,18 @@ print_if_built
 
 # One build at a time: who comes second waits and then finds the result.
 mkdir -p "$cache"
-exec 9> "$cache/qt-windows.lock"
+exec 9> "$cache/qt-windows-$flavour.lock"
 if ! flock -n 9; then
     echo "Waiting for another build of Qt for Windows."
     flock 9
 fi
 print_if_built
 # Left by builds that were killed.
-rm -rf "$cache"/qt-windows-build.*
+rm -rf "$cache/build-$flavour".*
 
-echo "Building Qt for Windows, once: about $minutes minutes on 2 cores."
-log=$cache/qt-windows.log
-work=$(mktemp -d "$cache/qt-windows-build.XXXXXX")
+echo "Building Qt for Windows ($flavour), once: about $minutes minutes on 2 cores."
+log=$cache/qt-windows-$flavour.log
+work=$(mktemp -d "$cache/build-$flavour.XXXXXX")
 finish() {
     rm -rf "$work" || true          # what is left, the next build removes
     if [ -d "$prefix" ]; then
@@ -286,7 +341,7 @@ find_prefix
 print_if_built
 [ -n "$version" ] || fail "apt does not know $version_package"
 echo "fetching $source_package $version"
-fetch_source >> "$log" 2>&1
+fetch_sources >> "$log" 2>&1
 patch_source
 build
 mv -T "$work/root$prefix" "$prefix"

@@ -1,0 +1,3 @@
+// Wine declares these functions in winbase.h.
+#pragma once
+#include <windows.h>

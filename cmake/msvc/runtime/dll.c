@@ -1,0 +1,31 @@
+// The entry point of a DLL.
+#include "startup.h"
+
+#include <windows.h>
+
+// A DLL without a DllMain() of its own gets this one.
+#pragma comment(linker, "/alternatename:DllMain=default_DllMain")
+BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void *reserved);
+BOOL WINAPI default_DllMain(HINSTANCE instance, DWORD reason, void *reserved)
+{
+    (void)instance;
+    (void)reason;
+    (void)reserved;
+    return TRUE;
+}
+
+__attribute__((no_stack_protector)) // It fills the cookie itself.
+BOOL WINAPI _DllMainCRTStartup(HINSTANCE instance, DWORD reason, void *reserved)
+{
+    if (reason == DLL_PROCESS_ATTACH) {
+        __security_init_cookie();
+        if (!keep_atexit_functions() || !run_initializers())
+            return FALSE;
+    }
+
+    const BOOL succeeded = DllMain(instance, reason, reserved);
+
+    if (reason == DLL_PROCESS_DETACH || (reason == DLL_PROCESS_ATTACH && !succeeded))
+        run_atexit_functions();
+    return succeeded;
+}

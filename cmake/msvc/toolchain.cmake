@@ -1,0 +1,28 @@
+# Toolchain file: 64-bit Windows programs with Microsoft's C++ ABI, built on Linux with Clang.
+#
+# CMAKE_PREFIX_PATH is the folder that "scripts/qt-windows.sh msvc" prints.
+
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR x86_64)
+set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES CMAKE_PREFIX_PATH)
+set(CMAKE_TRY_COMPILE_CONFIGURATION Release) # There is no run-time library for debugging.
+
+set(CMAKE_C_COMPILER clang-19)
+set(CMAKE_CXX_COMPILER clang++-19)
+set(CMAKE_C_FLAGS_INIT --config=${CMAKE_PREFIX_PATH}/sysroot/clang.cfg)
+set(CMAKE_CXX_FLAGS_INIT --config=${CMAKE_PREFIX_PATH}/sysroot/clang++.cfg)
+set(CMAKE_AR llvm-ar-19)
+set(CMAKE_LINKER lld-link-19)
+set(CMAKE_MT llvm-mt-19)
+set(CMAKE_RC_COMPILER llvm-rc-19)
+
+# Programs run during the build (moc, uic, rcc) and are Linux ones; headers, libraries and packages
+# must never be those of this machine.
+set(CMAKE_FIND_ROOT_PATH ${CMAKE_PREFIX_PATH})
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+
+# CTest starts the programs by this script, in a Wine of their own.
+set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/../../scripts/wine.sh)

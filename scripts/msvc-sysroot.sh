@@ -1,0 +1,88 @@
+#!/bin/bash
+# msvc-sysroot.sh FOLDER LLVM-SOURCE: puts together what clang needs to compile and link for
+# Microsoft's C++ ABI, without anything of Microsoft's: libc++ and the stack probe, from LLVM's
+# source; the start of programs and DLLs, from cmake/msvc/runtime; import libraries. Libraries have
+# the names that Microsoft's have, so that clang and CMake find them.
+set -euo pipefail
+
+folder=$(realpath -m "$1")
+llvm=$(realpath "$2")
+msvc=$(cd "$(dirname "${BASH_SOURCE[0]}")/../cmake/msvc" && pwd)
+mingw=/usr/x86_64-w64-mingw32/lib
+export PATH=/usr/lib/llvm-19/bin:$PATH
+
+mkdir -p "$folder/include" "$folder/lib" "$folder/objects"
+cp -r "$llvm/libcxx/include" "$folder/include/c++"
+cp "$llvm/libcxx/vendor/llvm/default_assertion_handler.in" "$folder/include/c++/__assertion_handler"
+cp "$msvc/__config_site" "$folder/include/c++/"
+cp -r "$msvc/include" "$folder/include/windows"
+headers=$(clang -print-resource-dir)/include
+sed "s|@CLANG_HEADERS@|$headers|; /^@/d" "$msvc/clang.cfg.in" > "$folder/clang.cfg"
+sed "s|@CLANG_HEADERS@|$headers|; s|@CXX_OPTION@|-fcxx-exceptions|
+     s|@CXX_HEADERS@|-isystem <CFGDIR>/include/c++|" "$msvc/clang.cfg.in" > "$folder/clang++.cfg"
+
+# compile SOURCE OPTION...
+compile() {
+    local source=$1 compiler=(clang --config="$folder/clang.cfg")
+    shift
+    [[ $source != *.cpp ]] || compiler=(clang++ --config="$folder/clang++.cfg")
+    "${compiler[@]}" -O2 "$@" -c "$source" -o "$folder/objects/$(basename "$source").o"
+}
+
+# The parts of libc++ for which Windows needs no other library. The rest, complex numbers of long
+# double and the experimental part, is not used.
+libcxx() {
+    (cd "$llvm/libcxx/src" && ls ./*.cpp filesystem/*.cpp support/win32/*.cpp) |
+        grep -vE '/exception\.cpp|compiler_rt_shims|legacy_|int128|print|random_shuffle|strstream|tz|debug'
+}
+echo "compiling libc++"
+options=(-std=c++23 -w -DNDEBUG -DNOMINMAX -D_LIBCPP_BUILDING_LIBRARY
+    -I "$llvm/libcxx/src" -I "$llvm/libcxx/src/include")
+export -f compile
+export folder
+libcxx | while read -r source; do printf '%s\0' "$llvm/libcxx/src/$source"; done |
+    xargs -0 -P "$(nproc)" -I{} bash -c 'compile "$@"' - {} "${options[@]}"
+compile "$msvc/runtime/exception.cpp" "${options[@]}"
+llvm-ar qcs "$folder/lib/libc++.lib" "$folder"/objects/*.o
+rm "$folder"/objects/*
+
+for source in "$msvc"/runtime/*.c; do
+    compile "$source" -Wall -Wextra -Werror -ffreestanding
+done
+compile "$llvm/compiler-rt/lib/builtins/x86_64/chkstk.S"
+# The TLS directory, and the initialization of what is thread-local
+(cd "$folder/objects" && x86_64-w64-mingw32-ar x $mingw/libmingw32.a \
+    lib64_libmingw32_a-tlssup.o lib64_libmingw32_a-tlsthrd.o)
+llvm-objcopy --strip-debug "$folder"/objects/lib64_*.o
+llvm-ar qcs "$folder/lib/msvcrt.lib" "$folder"/objects/*.o
+rm -r "$folder/objects"
+
+# import_library DLL < NAMES
+import_library() {
+    { printf 'LIBRARY %s\nEXPORTS\n' "$1" && cat; } > "$folder/lib/$1.def"
+    llvm-dlltool -m i386:x86-64 -d "$folder/lib/$1.def" -l "$folder/lib/$1.lib"
+    rm "$folder/lib/$1.def"
+}
+# One for each API set of the Universal C run-time library, from mingw-w64's single one. That has
+# functions of mingw-w64's own too, and the "private" API set, which has what vcruntime140.dll is for.
+llvm-nm -A $mingw/libucrt.a 2>/dev/null |
+    sed -nE 's/.*lib(api-ms-win-crt-[a-z]+-l1-1-0)s[0-9]+\.o:.* __imp_(.+)$/\1.dll \2/p' |
+    grep -v private | sort -u > "$folder/ucrt"
+for dll in $(cut -d ' ' -f 1 "$folder/ucrt" | sort -u); do
+    sed -n "s/^$dll //p" "$folder/ucrt" | import_library "$dll"
+done
+(cd "$folder/lib" && llvm-ar qcsL ucrt.lib api-ms-win-crt-*.lib && rm api-ms-win-crt-*.lib)
+rm "$folder/ucrt"
+llvm-readobj --coff-exports /usr/lib/x86_64-linux-gnu/wine/x86_64-windows/vcruntime140.dll |
+    sed -n 's/^ *Name: //p' | import_library vcruntime140.dll
+mv "$folder/lib/vcruntime140.dll.lib" "$folder/lib/vcruntime.lib"
+# Windows' own DLLs
+for library in "$mingw"/lib*.a; do
+    name=$(basename "$library" .a)
+    [[ $name =~ ^lib(crtdll|gmon|largeint|m|mingw.*|moldname|msvc.*|pthread|ucrt.*|vcruntime.*|winpthread)$ ]] ||
+        ln -s "$library" "$folder/lib/${name#lib}.lib"
+done
+# CMake always links it. Microsoft's has the names of C functions without their underscore.
+llvm-ar qcs "$folder/lib/oldnames.lib"
+
+cp "$msvc/link" "$folder/"

@@ -30,6 +30,7 @@ function(unpack package target)
 endfunction()
 
 unpack(Zendel-${VERSION}-win64.zip ${folder}/plugin
+    CHANGELOG.md
     README.md
     docs/developer.md
     docs/dialog.png

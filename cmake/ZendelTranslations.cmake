@@ -12,7 +12,8 @@ function(zendel_compile_translation ts qm)
     add_custom_command(
         OUTPUT ${qm}
         COMMAND ${CMAKE_COMMAND} -E make_directory ${folder}
-        COMMAND ${ZENDEL_LRELEASE} -silent ${CMAKE_CURRENT_SOURCE_DIR}/${ts} -qm ${qm}
+        COMMAND ${ZENDEL_LRELEASE} -silent ${ts} -qm ${qm}
+        WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR}
         DEPENDS ${ts}
         VERBATIM
     )

@@ -1,8 +1,6 @@
 #!/usr/bin/env bash
-# bench.sh [OPTION...]
-# Installs what is missing, builds, runs the benchmarks and prints what came out, as ratios against
-# peers of the same run. What it all means stands in docs/performance.md. Options go to Google
-# Benchmark: with --benchmark_repetitions=3 it takes less time and tells less.
+# bench.sh [OPTION...]: builds and runs the benchmarks and prints the results, which
+# docs/performance.md explains. Options go to Google Benchmark: --benchmark_repetitions=3 is faster.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
@@ -10,9 +8,8 @@ scripts/install-packages.sh linux
 cmake --preset linux-bench
 cmake --build --preset linux-bench
 
-# All repetitions of all benchmarks of a program are run in a random order, so that a spell of other
-# work on the machine hits them alike. Offscreen: a display's time would come on top of everything,
-# and a program does not get to know how much it was.
+# Offscreen, because a program can't measure the X server's processor time. Repetitions run in random
+# order, so that other load on the machine affects all benchmarks alike.
 export QT_QPA_PLATFORM=offscreen
 results=build/linux-bench/results
 mkdir -p "$results"

@@ -1,9 +1,8 @@
 #!/usr/bin/env bash
-# ./test.sh [linux|windows|coverage] [CTEST-OPTION...]
-# Installs what is missing, builds, checks the sources and runs all tests: on Linux and, through
-# Wine, on Windows, or on one of them. With options, which go to CTest, it runs the tests alone:
-# "./test.sh linux -R tst_Zendel" runs one. "./test.sh coverage" tells which lines and branches of
-# the plug-in the tests run.
+# test.sh [linux|windows|coverage] [CTEST-OPTION...]: installs missing packages, builds, checks the
+# sources and runs all tests, on Linux and through Wine on Windows, or on one of the two. With CTest
+# options it skips the source checks: "./test.sh linux -R tst_Zendel" runs one test. "coverage" runs
+# scripts/coverage.sh.
 set -euo pipefail
 cd "$(dirname "$0")"
 
@@ -34,13 +33,13 @@ run_tests() {
         ZENDEL_QT_WINDOWS=$(scripts/qt-windows.sh)
         export ZENDEL_QT_WINDOWS
         emulator=(scripts/wine.sh --session)
-        fresh_qt=(-U 'Qt5*_DIR') # Where an earlier recipe's Qt may still be noted.
-        docs=OFF                 # They are the same for every platform.
+        fresh_qt=(-U 'Qt5*_DIR') # The cache may refer to an earlier build of Qt.
+        docs=OFF                 # They are the same on both platforms.
     fi
     cmake --preset "$platform" -D ZENDEL_BUILD_DOCS="$docs" "${fresh_qt[@]}"
     cmake --build --preset "$platform"
     if (($# == 0)); then
-        step "$platform: checks of the sources"
+        step "$platform: source checks"
         if [[ $platform == linux ]]; then
             scripts/check-sources.sh
         fi
@@ -48,21 +47,20 @@ run_tests() {
         cmake --build --preset "$platform-tidy"
     fi
     step "$platform: tests"
-    # With options, it is for the user to say what there must be on which platform.
+    # Options may select tests that only one platform has.
     local options=("${@---no-tests=error}")
     "${emulator[@]}" ctest --preset "$platform" "${options[@]}"
     if (($# == 0)) && [[ $platform == linux ]]; then
-        step "$platform: the catalogue's reader against its model"
+        step "$platform: catalogue fuzzer"
         scripts/fuzz.sh 60
     fi
 }
 
-# The second platform is tested even if the first fails.
+# Tests the second platform even if the first fails
+set +e
 status=0
 for platform in "${platforms[@]}"; do
-    set +e
     (set -e; run_tests "$platform" "$@")
     (($? == 0)) || status=1
-    set -e
 done
 exit "$status"

@@ -2,7 +2,7 @@
 
 #include <ctime>
 
-/// The processor time of the calling thread, which other programs on the machine do not add to.
+/// Measures the processor time of the calling thread, which excludes that of other programs.
 class CpuTimer
 {
 public:

@@ -4,12 +4,11 @@
 
 #include <QDir>
 #include <QFile>
-#include <QMap>
-#include <QPair>
 #include <QTemporaryDir>
 #include <QTextStream>
 
-#include <memory>
+#include <map>
+#include <utility>
 
 namespace {
 
@@ -45,14 +44,12 @@ bool write(const QString &folder, int languages, const QByteArray &encoding)
 
 QString useDeployment(int languages, const QByteArray &encoding)
 {
-    static QMap<QPair<int, QByteArray>, std::shared_ptr<QTemporaryDir>> deployments;
-    std::shared_ptr<QTemporaryDir> &deployment = deployments[qMakePair(languages, encoding)];
-    if (!deployment) {
-        deployment = std::make_shared<QTemporaryDir>();
-        if (!deployment->isValid() || !write(deployment->path(), languages, encoding))
-            return QString();
-    }
-    currentFolder = deployment->path();
+    static std::map<std::pair<int, QByteArray>, QTemporaryDir> folders;
+    const auto [it, isNew] = folders.try_emplace({languages, encoding});
+    const QTemporaryDir &folder = it->second;
+    if (isNew && (!folder.isValid() || !write(folder.path(), languages, encoding)))
+        return QString();
+    currentFolder = folder.path();
     return currentFolder + QStringLiteral("/Lang/Lang.ini");
 }
 

@@ -3,9 +3,9 @@
 #include <QByteArray>
 #include <QString>
 
-/// Makes a folder Lang with a catalogue of @p languages languages, numbered from 1, all shown, the
-/// last one the default and the only one with a translation, and has the plug-in read that one
-/// from now on. Each is made once and lasts until the program ends.
-/// @p encoding is one of those that the reader knows; where it has a mark, the file has it.
-/// Returns the path of the catalogue, or nothing if it cannot be written.
+/// Makes applicationDir() return a folder whose catalogue has @p languages shown languages,
+/// numbered from 1. Only the last one, which is the default, has a translation. The catalogue is
+/// written in
+/// @p encoding, with its BOM if it has one, on the first call with these arguments.
+/// Returns the path of the catalogue, or an empty string if it can't be written.
 QString useDeployment(int languages, const QByteArray &encoding = "UTF-8");

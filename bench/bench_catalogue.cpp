@@ -1,4 +1,4 @@
-// What it costs to read the language catalogue, against other ways to read the same file.
+// Measures reading the language catalogue, compared with other ways to read the same file.
 
 #include "bench/Deployment.h"
 #include "lang/CTranslatorMgr.h"
@@ -20,7 +20,7 @@ namespace {
 
 using Routine = void (*)(benchmark::State &state, const QString &path, int languages);
 
-/// What the host's Init() does: the catalogue, and the translation of its default language.
+/// Loads the catalogue and the translation of its default language, as Init() does.
 void loadTranslator(benchmark::State &state, const QString & /*path*/, int languages)
 {
     CTranslatorMgr mgr;
@@ -32,16 +32,32 @@ void loadTranslator(benchmark::State &state, const QString & /*path*/, int langu
         state.SkipWithError("the translation is not loaded");
 }
 
-/// The floor: lines, split and trimmed, and nothing made of them.
-void splitLines(benchmark::State &state, const QString &path, int languages)
+void checkKeys(benchmark::State &state, int keys, int languages)
+{
+    if (keys != 4 * languages + 1)
+        state.SkipWithError("not all keys are read");
+}
+
+/// Measures @p readKeys, which reads the keys from a stream and returns their number.
+template<typename Function>
+void readStream(benchmark::State &state, const QString &path, int languages, Function readKeys)
 {
     int keys = 0;
     for ([[maybe_unused]] auto _ : state) {
-        keys = 0;
         QFile file(path);
         file.open(QIODevice::ReadOnly);
         QTextStream in(&file);
         in.setCodec("UTF-8");
+        keys = readKeys(in);
+    }
+    checkKeys(state, keys, languages);
+}
+
+/// The baseline: splits and trims the lines.
+void splitLines(benchmark::State &state, const QString &path, int languages)
+{
+    readStream(state, path, languages, [](QTextStream &in) {
+        int keys = 0;
         while (!in.atEnd()) {
             const QString line = in.readLine().trimmed();
             const int equals = line.indexOf(QLatin1Char('='));
@@ -51,23 +67,18 @@ void splitLines(benchmark::State &state, const QString &path, int languages)
             benchmark::DoNotOptimize(line.mid(equals + 1).trimmed());
             ++keys;
         }
-    }
-    if (keys != 4 * languages + 1)
-        state.SkipWithError("not all keys are read");
+        return keys;
+    });
 }
 
-/// The same as parts of one text, nothing copied, as the plug-in's reader does it; with @p match
-/// the keys are matched, too, as the plug-in's reader has to.
-void splitInPlace(benchmark::State &state, const QString &path, int languages, bool match)
+/// Does the same without copying text, as the plug-in's reader; with @p match, also matches the
+/// keys, as the plug-in's reader has to.
+template<bool match>
+void splitInPlace(benchmark::State &state, const QString &path, int languages)
 {
     const QRegularExpression pattern(QStringLiteral("^LANG(\\d+)_(ID|NAME|FOLDER|SHOW)$"));
-    int keys = 0;
-    for ([[maybe_unused]] auto _ : state) {
-        keys = 0;
-        QFile file(path);
-        file.open(QIODevice::ReadOnly);
-        QTextStream in(&file);
-        in.setCodec("UTF-8");
+    readStream(state, path, languages, [&pattern](QTextStream &in) {
+        int keys = 0;
         QString text;
         while (in.readLineInto(&text)) {
             const QStringRef line = QStringRef(&text).trimmed();
@@ -81,25 +92,14 @@ void splitInPlace(benchmark::State &state, const QString &path, int languages, b
                 benchmark::DoNotOptimize(pattern.match(key).hasMatch());
             ++keys;
         }
-    }
-    if (keys != 4 * languages + 1)
-        state.SkipWithError("not all keys are read");
+        return keys;
+    });
 }
 
-void splitInPlace(benchmark::State &state, const QString &path, int languages)
-{
-    splitInPlace(state, path, languages, false);
-}
-
-void matchInPlace(benchmark::State &state, const QString &path, int languages)
-{
-    splitInPlace(state, path, languages, true);
-}
-
-/// Qt's own reader of such files, with all values taken from it.
+/// Reads all values with QSettings.
 void settings(benchmark::State &state, const QString &path, int languages)
 {
-    // QSettings keeps what it has read of a file until that changes.
+    // QSettings caches a file until it changes.
     QFile file(path);
     static QDateTime modified = QDateTime::currentDateTime();
 
@@ -123,11 +123,10 @@ void settings(benchmark::State &state, const QString &path, int languages)
             benchmark::DoNotOptimize(ini.value(name).toString());
         keys = names.size();
     }
-    if (keys != 4 * languages + 1)
-        state.SkipWithError("not all keys are read");
+    checkKeys(state, keys, languages);
 }
 
-/// The bytes of the file, and the text that they are.
+/// Reads and decodes the file's bytes.
 void decode(benchmark::State &state, const QString &path, int languages)
 {
     int size = 0;
@@ -165,8 +164,8 @@ int main(int argc, char *argv[])
     for (const int languages : {10, 100, 1000, 10000, 100000}) {
         add("loadTranslator", loadTranslator, languages);
         add("splitLines", splitLines, languages);
-        add("splitInPlace", splitInPlace, languages);
-        add("matchInPlace", matchInPlace, languages);
+        add("splitInPlace", splitInPlace<false>, languages);
+        add("matchInPlace", splitInPlace<true>, languages);
         add("QSettings", settings, languages);
         add("decode", decode, languages);
     }

@@ -1,6 +1,5 @@
-// From the host's call to the settings dialog's first paint, against a bare dialog of the same
-// widgets that takes the same steps. Both close as soon as they are painted; only the time until
-// then counts.
+// Measures the time from the host's call to the settings dialog's first paint, compared with a bare
+// dialog with the same widgets that takes the same steps.
 
 #include "bench/CpuTimer.h"
 #include "bench/Deployment.h"
@@ -37,7 +36,7 @@ QString text(const char *context, const char *source)
     return CTranslatorMgr::instance()->translator()->translate(context, source);
 }
 
-/// Takes the time until the first paint of the next dialog, and closes that.
+/// Measures the time until the first paint of the next dialog, and closes it.
 class FirstPaint : public QObject
 {
 public:
@@ -51,7 +50,7 @@ public:
             event->type() == QEvent::Paint && !m_seen ? qobject_cast<QDialog *>(watched) : nullptr;
         if (dialog) {
             m_seen = true;
-            // The widgets in the dialog are painted behind it, in the same go.
+            // Queued, because the dialog's widgets are painted after it, before the next event.
             QMetaObject::invokeMethod(
                 dialog,
                 [this, dialog] {
@@ -87,7 +86,7 @@ void showBareDialog()
     dialog.exec();
 }
 
-/// Processor time, in seconds, from the call of @p show until what it shows is painted.
+/// Returns the processor time, in seconds, from the call of @p show until its dialog is painted.
 double openingTime(void (*show)())
 {
     const FirstPaint firstPaint;
@@ -95,9 +94,9 @@ double openingTime(void (*show)())
     return firstPaint.seconds();
 }
 
-/// Opens both in turns, since the difference is less than what a busy machine adds from one moment
-/// to the next; the counter is the median of the ratios of each two.
-void open(benchmark::State &state, int languages)
+/// Opens both dialogs alternately, because they differ by less than the load of a busy machine. The
+/// counter is the median of the ratios of the pairs.
+void openBoth(benchmark::State &state, int languages)
 {
     if (useDeployment(languages).isEmpty() || !CZendelIns().Init(&machine)) {
         state.SkipWithError("the catalogue can't be written");
@@ -131,13 +130,12 @@ int main(int argc, char *argv[])
 {
     benchmark::Initialize(&argc, argv);
     const QApplication application(argc, argv);
-    // Each opening logs a slot that is connected to nothing, deliberately.
+    // Drops the warning about the page's unconnected slot.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
 
     for (const int languages : {10, 57, 255, 10000}) {
         const std::string name = "ShowSettingsDlg/" + std::to_string(languages);
-        benchmark::RegisterBenchmark(name.c_str(),
-                                     [=](benchmark::State &state) { open(state, languages); })
+        benchmark::RegisterBenchmark(name.c_str(), openBoth, languages)
             ->UseManualTime()
             ->Unit(benchmark::kMicrosecond);
     }

@@ -1,5 +1,5 @@
-// What it costs to load the plug-in, until NewInterface() has returned, and the Qt libraries below
-// it, where the host has not loaded those already.
+// Measures loading the plug-in, until NewInterface() has returned, and the Qt libraries that it
+// needs if the host has not loaded them.
 
 #include "bench/CpuTimer.h"
 
@@ -15,8 +15,8 @@ namespace {
 
 using Files = std::vector<const char *>;
 
-/// Seconds until @p file is loaded and its NewInterface(), if it has one, has returned, with the
-/// files @p before loaded already; negative if anything fails.
+/// Loads the files @p before. Then returns the seconds until @p file is loaded and its
+/// NewInterface(), if there is one, has returned; -1 if anything fails.
 double loadTime(const Files &before, const char *file)
 {
     for (const char *library : before) {
@@ -33,7 +33,7 @@ double loadTime(const Files &before, const char *file)
     return timer.seconds();
 }
 
-/// loadTime() in a process of its own, since Qt's libraries cannot be unloaded.
+/// Calls loadTime() in a new process, because Qt's libraries can't be unloaded.
 double loadTimeInChild(const Files &before, const char *file)
 {
     int ends[2];
@@ -54,19 +54,21 @@ double loadTimeInChild(const Files &before, const char *file)
     return seconds;
 }
 
+void load(benchmark::State &state, const Files &before, const char *file)
+{
+    for ([[maybe_unused]] auto _ : state) {
+        const double seconds = loadTimeInChild(before, file);
+        if (seconds < 0) {
+            state.SkipWithError("a file can't be loaded");
+            break;
+        }
+        state.SetIterationTime(seconds);
+    }
+}
+
 void add(const char *name, const Files &before, const char *file)
 {
-    benchmark::RegisterBenchmark(name,
-                                 [=](benchmark::State &state) {
-                                     for ([[maybe_unused]] auto _ : state) {
-                                         const double seconds = loadTimeInChild(before, file);
-                                         if (seconds < 0) {
-                                             state.SkipWithError("a file can't be loaded");
-                                             break;
-                                         }
-                                         state.SetIterationTime(seconds);
-                                     }
-                                 })
+    benchmark::RegisterBenchmark(name, load, before, file)
         ->UseManualTime()
         ->Iterations(20)
         ->Unit(benchmark::kMicrosecond);
@@ -78,19 +80,18 @@ int main(int argc, char *argv[])
 {
     benchmark::Initialize(&argc, argv);
 
-    // A host in widgets has Qt Widgets already; X11Extras comes with the plug-in.
-    const Files none;
+    // Hosts have loaded Qt Widgets already, but X11Extras only because of the plug-in.
     const Files core = {QT_CORE_FILE};
     const Files gui = {QT_CORE_FILE, QT_GUI_FILE};
     const Files widgets = {QT_CORE_FILE, QT_GUI_FILE, QT_WIDGETS_FILE};
     const Files all = {QT_CORE_FILE, QT_GUI_FILE, QT_WIDGETS_FILE, QT_X11EXTRAS_FILE};
     add("Zendel/all", all, PLUGIN_FILE);
     add("Zendel/widgets", widgets, PLUGIN_FILE);
-    add("Zendel/none", none, PLUGIN_FILE);
+    add("Zendel/none", {}, PLUGIN_FILE);
     add("bareModule/all", all, BARE_MODULE_FILE);
     add("bareModule/widgets", widgets, BARE_MODULE_FILE);
-    add("bareModule/none", none, BARE_MODULE_FILE);
-    add("Qt5Core", none, QT_CORE_FILE);
+    add("bareModule/none", {}, BARE_MODULE_FILE);
+    add("Qt5Core", {}, QT_CORE_FILE);
     add("Qt5Gui", core, QT_GUI_FILE);
     add("Qt5Widgets", gui, QT_WIDGETS_FILE);
     add("Qt5X11Extras", widgets, QT_X11EXTRAS_FILE);

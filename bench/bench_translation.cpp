@@ -1,5 +1,5 @@
-// What it costs to load a translation and to see that its texts can be looked up: a plain one, and
-// files that were made to keep a reader busy.
+// Measures loading a translation and checking that its texts can be looked up: plain ones, and
+// files crafted to keep a reader busy.
 
 #include "bench/Deployment.h"
 #include "lang/CTranslatorMgr.h"
@@ -18,12 +18,12 @@
 
 namespace {
 
-/// Reads the catalogue and loads the file, as Init() does, but for the box of a refused file.
+/// Reads the catalogue and loads the file, as Init() does, but without a message box on failure.
 void load(benchmark::State &state, const QByteArray &bytes, bool usable)
 {
     const QString catalogue = useDeployment(10, "UTF-8");
     const QString fileName = QFileInfo(catalogue).path() + QStringLiteral("/bench.qm");
-    QFile::remove(fileName); // Qt may still have the old one mapped into memory.
+    QFile::remove(fileName); // Not overwritten, because Qt may have it mapped into memory.
     QFile file(fileName);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
         state.SkipWithError("the translation can't be written");
@@ -43,8 +43,7 @@ void load(benchmark::State &state, const QByteArray &bytes, bool usable)
 
 void add(const char *name, const QByteArray &bytes, bool usable = true)
 {
-    benchmark::RegisterBenchmark((std::string("load/") + name).c_str(),
-                                 [=](benchmark::State &state) { load(state, bytes, usable); });
+    benchmark::RegisterBenchmark((std::string("load/") + name).c_str(), load, bytes, usable);
 }
 
 } // namespace

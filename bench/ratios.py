@@ -1,8 +1,7 @@
 #!/usr/bin/env python3
-"""ratios.py catalogue.json translation.json dialog.json load.json: prints the benchmarks' results as ratios.
+"""ratios.py catalogue.json translation.json dialog.json load.json: prints the results as ratios.
 
-Times are the medians of a run's repetitions, in processor time. A ratio beyond its goal is marked
-with "!".
+The times are medians of the repetitions, in processor time. "!" marks a ratio that misses its goal.
 """
 
 import json
@@ -11,7 +10,7 @@ import sys
 
 
 def read_medians(path):
-    """The median time of each benchmark of a file, in microseconds; ratios as they are."""
+    """Returns the median time, in microseconds, or ratio of each benchmark in a file."""
     with open(path, encoding="utf-8") as file:
         runs = json.load(file)["benchmarks"]
     times = {}
@@ -20,7 +19,7 @@ def read_medians(path):
             sys.exit(f"{run['name']}: {run['error_message']}")
         if run["run_type"] != "iteration":
             continue
-        # A benchmark that takes its time itself gives that as the real time.
+        # Benchmarks that measure their time themselves report it as real time.
         name, manual, _ = run["run_name"].partition("/iterations:")
         name, manual2, _ = name.partition("/manual_time")
         time = run["real_time" if manual or manual2 else "cpu_time"]
@@ -58,21 +57,21 @@ def print_catalogue(times):
             ratio(load, time("matchInPlace")),
             ratio(load, time("decode")),
         ])
-    print_table("Reading the catalogue: loadTranslator() against",
+    print_table("Reading the catalogue: loadTranslator() compared with",
                 ["languages", "time", "splitLines", "QSettings", "a tenth", "splitInPlace",
                  "matchInPlace", "decode"], rows)
     for encoding in ["UTF-16LE", "GB2312"]:
         other = ratio(times[f"loadTranslator/{encoding}/10000"],
                       times["loadTranslator/UTF-8/10000"])
-        print(f"10000 languages in {encoding} against UTF-8: {other}")
+        print(f"10000 languages in {encoding} compared with UTF-8: {other}")
 
 
 def print_translation(times):
     plain = times["load/4 MB"]
     if max(times.values()) > 10 * plain:
         missed.append("a crafted translation takes more than ten times as long as a plain one")
-    print_table("Loading a translation: loadLangConfig() and loadQmFile() against a plain one of 4 MB",
-                ["file", "time", "4 MB"],
+    print_table("Loading a translation: loadLangConfig() and loadQmFile() compared with",
+                ["file", "time", "plain 4 MB"],
                 [[name.partition("/")[2], f"{time:.0f} us", ratio(time, plain, 10)]
                  for name, time in times.items()])
 
@@ -83,7 +82,7 @@ def print_dialog(times):
         name = f"ShowSettingsDlg/{size}"
         rows.append([str(size), f"{times[name]:.0f} us",
                      ratio(times[f"{name} to bareDialog"], 1, 1 if size <= 255 else 2)])
-    print_table("Opening: ShowSettingsDlg() until the first paint against",
+    print_table("Opening: ShowSettingsDlg() until the first paint compared with",
                 ["languages", "time", "bareDialog"], rows)
 
 
@@ -92,10 +91,10 @@ def print_load(times):
     for loaded, text in [("all", "all"), ("widgets", "Qt Widgets"), ("none", "nothing")]:
         ours, bare = times[f"Zendel/{loaded}"], times[f"bareModule/{loaded}"]
         rows.append([text, f"{ours:.0f} us", ratio(ours, bare)])
-    print_table("Loading: until NewInterface() has returned against",
+    print_table("Loading: until NewInterface() has returned compared with",
                 ["loaded before", "time", "bareModule"], rows)
     libraries = ["Qt5Core", "Qt5Gui", "Qt5Widgets", "Qt5X11Extras"]
-    print("Each library, with those it needs: "
+    print("Each library, including those it needs: "
           + ", ".join(f"{library} {times[library]:.0f} us" for library in libraries))
 
 

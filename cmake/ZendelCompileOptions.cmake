@@ -1,8 +1,8 @@
-# What every target of this project is compiled with. None of it reaches a host.
+# The compile options of all targets. Hosts do not inherit them.
 
 add_library(zendel_compile_options INTERFACE)
 
-# Every conversion between bytes and text is to be visible in the code.
+# Make conversions between bytes and strings explicit.
 target_compile_definitions(zendel_compile_options INTERFACE
     QT_NO_CAST_FROM_ASCII
     QT_NO_CAST_TO_ASCII
@@ -22,13 +22,13 @@ else()
 endif()
 
 if(ZENDEL_SANITIZE)
-    # Through the options of all targets, generated sources included.
+    # For all targets, including generated sources
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined
                         -fno-omit-frame-pointer)
     add_link_options(-fsanitize=address,undefined)
 elseif(WIN32)
     if(NOT MSVC)
-        # As any Windows program today: anywhere in the address space, and no code in the data.
+        # Address space randomization and no executable data, as in any Windows program today
         add_link_options(LINKER:--dynamicbase,--high-entropy-va,--nxcompat)
     endif()
 else()
@@ -36,8 +36,7 @@ else()
 endif()
 
 if(ZENDEL_COVERAGE)
-    # Without the branches that the compiler makes by itself: to clean up behind exceptions, and to
-    # keep two threads from constructing one static object.
+    # Without the branches that the compiler adds for exceptions and for thread-safe statics
     add_compile_options(--coverage -fno-exceptions -fno-threadsafe-statics)
     add_link_options(--coverage)
     list(TRANSFORM ZENDEL_PLUGIN_FOLDERS REPLACE "(.+)" "filter = \\1/" OUTPUT_VARIABLE filters)

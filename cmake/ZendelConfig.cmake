@@ -1,5 +1,5 @@
-# find_package(Zendel) gives Zendel::Interface: the headers that a host compiles against. The plug-in
-# itself is loaded at run time.
+# find_package(Zendel) provides Zendel::Interface, the headers for a host. The host loads the plug-in
+# itself at run time.
 
 if(NOT TARGET Zendel::Interface)
     add_library(Zendel::Interface INTERFACE IMPORTED)

@@ -1,10 +1,10 @@
-# What is installed and packed: the component "plugin" for those who develop a host or deploy the
-# plug-in, and on Windows the component "demo", which runs where nothing else is installed.
+# Installs and packs two components: "plugin" for developing a host or deploying the plug-in, and on
+# Windows "demo", which runs without anything else installed.
 
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
-# On Windows all lies at the top of the package, ready to be copied to a host.
+# On Windows everything is at the top of the package, ready to be copied to a host.
 if(WIN32)
     set(plugin_folder .)
     set(tool_folder .)
@@ -22,7 +22,7 @@ if(ZENDEL_BUILD_LANGCHECK)
 endif()
 install(FILES plugin/IHostMachine.h plugin/IZendelMgr.h
         DESTINATION include/Zendel COMPONENT plugin)
-install(FILES README.md DESTINATION ${data_folder} COMPONENT plugin)
+install(FILES CHANGELOG.md README.md DESTINATION ${data_folder} COMPONENT plugin)
 install(DIRECTORY docs/ DESTINATION ${data_folder}/docs COMPONENT plugin
         FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
 write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/ZendelConfigVersion.cmake
@@ -48,13 +48,11 @@ if(MINGW AND ZENDEL_BUILD_EXAMPLES AND ZENDEL_BUILD_LANGCHECK)
     install(TARGETS Zendel LIBRARY DESTINATION . COMPONENT demo)
     install_sample_deployment(demo .)
 
-    foreach(library Core Gui Widgets)
-        install(FILES $<TARGET_FILE:Qt5::${library}> DESTINATION . COMPONENT demo)
-    endforeach()
+    install(FILES $<TARGET_FILE:Qt5::Core> $<TARGET_FILE:Qt5::Gui> $<TARGET_FILE:Qt5::Widgets>
+                  ${ZENDEL_RUNTIME_DLLS} DESTINATION . COMPONENT demo)
     install(FILES $<TARGET_FILE:Qt5::QWindowsIntegrationPlugin>
             DESTINATION platforms COMPONENT demo)
     install(FILES $<TARGET_FILE:Qt5::QWindowsVistaStylePlugin> DESTINATION styles COMPONENT demo)
-    install(FILES ${ZENDEL_RUNTIME_DLLS} DESTINATION . COMPONENT demo)
 endif()
 
 set(CPACK_GENERATOR ZIP)

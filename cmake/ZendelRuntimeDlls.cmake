@@ -1,4 +1,4 @@
-# ZENDEL_RUNTIME_DLLS: the compiler's run-time DLLs that a program of ours needs on Windows, by path.
+# Sets ZENDEL_RUNTIME_DLLS to the paths of the compiler's DLLs that programs need on Windows.
 
 set(ZENDEL_RUNTIME_DLLS)
 if(MINGW)

@@ -1,10 +1,10 @@
-# zendel_compile_translation(TS QM): a rule that compiles a translation source into the file QM.
+# zendel_compile_translation(TS QM): adds a rule that compiles the translation source TS to QM.
 
-# The tools run on the building machine, so a Qt for another one need not bring them.
+# These tools run on the build machine, so they may come from another Qt than the target's.
 find_program(ZENDEL_LRELEASE NAMES lrelease lrelease-qt5 HINTS /usr/lib/qt5/bin REQUIRED
-             DOC "Compiles translations")
+             DOC "Compiles translation sources")
 find_program(ZENDEL_LUPDATE NAMES lupdate lupdate-qt5 HINTS /usr/lib/qt5/bin REQUIRED
-             DOC "Brings the texts of the code into the sources of the translations")
+             DOC "Updates translation sources from the code")
 mark_as_advanced(ZENDEL_LRELEASE ZENDEL_LUPDATE)
 
 function(zendel_compile_translation ts qm)
@@ -12,7 +12,8 @@ function(zendel_compile_translation ts qm)
     add_custom_command(
         OUTPUT ${qm}
         COMMAND ${CMAKE_COMMAND} -E make_directory ${folder}
-        COMMAND ${ZENDEL_LRELEASE} -silent ${CMAKE_CURRENT_SOURCE_DIR}/${ts} -qm ${qm}
+        COMMAND ${ZENDEL_LRELEASE} -silent ${ts} -qm ${qm}
+        WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR}
         DEPENDS ${ts}
         VERBATIM
     )

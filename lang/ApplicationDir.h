@@ -1,10 +1,10 @@
 #pragma once
 
 /// @file
-/// Where the deployment lies.
+/// The location of the deployment.
 
 #include <QString>
 
-/// The folder that holds the folder Lang: the one of the host's executable, with forward slashes
-/// and none at the end. A function of its own, so that langcheck can look at any other folder.
+/// Returns the folder that contains Lang, with forward slashes and none at the end: the folder of
+/// the host's executable. Programs such as langcheck define this function to return another folder.
 QString applicationDir();

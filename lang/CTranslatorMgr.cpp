@@ -12,8 +12,8 @@
 #include <QTextStream>
 #include <QTranslator>
 
-// QLatin1String and not QStringLiteral, here and everywhere: Qt may keep a text longer than the
-// plug-in stays loaded, so no text may share the plug-in's read-only data.
+// The plug-in uses QLatin1String instead of QStringLiteral because Qt may keep a string after the
+// plug-in has been unloaded, so strings must not refer to the plug-in's read-only data.
 const QString kQmFileName = QLatin1String("Zendel.qm");
 
 CTranslatorMgr::CTranslatorMgr(QObject *parent)
@@ -42,7 +42,7 @@ void CTranslatorMgr::loadTranslator()
     if (!QFileInfo::exists(strLangFilePath)) {
         strLangFilePath = applicationDir() + QLatin1String("/Lang/chs/") + kQmFileName;
         if (!QFileInfo::exists(strLangFilePath)) {
-            // Names the file that the catalogue promised, not the fallback that is missing too.
+            // Deliberate: names the default language's file, not the fallback.
             QMessageBox::critical(nullptr, QLatin1String("Error"),
                                   QLatin1String("Cannot find the \"")
                                       + langFilePath(defaultLangId()) + QLatin1String("\" file"),
@@ -50,8 +50,8 @@ void CTranslatorMgr::loadTranslator()
         }
     }
 
-    // Loading a missing file is tried all the same: that empties the translator. The message has
-    // no blanks around the path, deliberately.
+    // Deliberate: a missing file is loaded too, because that empties the translator, and the
+    // message has no spaces around the path.
     if (!loadQmFile(*m_translator, strLangFilePath)) {
         QMessageBox::warning(nullptr, QLatin1String("Warning"),
                              QLatin1String("Load translator file") + strLangFilePath

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The translator manager, and the name of the files that it loads.
+/// The translator manager and the name of the files that it loads.
 
 #include "lang/LangEntry.h"
 
@@ -13,51 +13,50 @@ class QIODevice;
 class QTextCodec;
 class QTranslator;
 
-/// File name of a compiled translation, the same in every language's folder.
+/// The file name of every compiled translation.
 extern const QString kQmFileName;
 
-/// Owns the plug-in's translator and the language catalogue, Lang/Lang.ini below the application
-/// directory. Lives from the first instance() until the plug-in is unloaded; for the GUI thread
-/// only. The translator is never installed into the application: dialogs ask it directly, with
-/// their class name as context, and show what comes back, empty where the translation lacks the
-/// text. They keep no pointer to it between uses.
+/// Owns the plug-in's translator and the language catalogue, Lang/Lang.ini below applicationDir().
+/// Exists from the first instance() until the plug-in is unloaded; for the GUI thread only.
+///
+/// The translator is not installed in the application. Dialogs ask it directly at each use, with
+/// their class name as the context. A text that the translation lacks is empty.
 class CTranslatorMgr : public QObject
 {
     Q_OBJECT
 
 public:
-    /// With nothing loaded. The plug-in makes no other than instance().
+    /// Constructs a manager with nothing loaded. The plug-in itself uses only instance().
     explicit CTranslatorMgr(QObject *parent = nullptr);
     ~CTranslatorMgr() override;
 
-    /// The one manager of the process, created on first use; never null.
+    /// Returns the plug-in's manager, which is created on first use; never null.
     static CTranslatorMgr *instance();
 
-    /// The translator, always the same object; owned by the manager, never null.
+    /// Returns the translator, always the same object; owned by the manager, never null.
     QTranslator *translator() const { return m_translator; }
 
-    /// Reads the catalogue again and loads the translation of its default language, or that of
-    /// the folder chs where the default is not in the catalogue, is hidden or has no file.
-    /// Failures are shown in message boxes; one to load leaves the translator empty.
+    /// Reloads the catalogue and loads the translation of its default language, or the one in
+    /// Lang/chs if that language is unknown, hidden or has no file. Shows failures in message
+    /// boxes. If loading fails, the translator is empty.
     void loadTranslator();
 
-    /// The number that the catalogue names as default, which need not be one of its languages;
-    /// 0 while no catalogue is loaded.
+    /// Returns the catalogue's DEFAULT, which need not be the number of a language; 0 if no
+    /// catalogue is loaded.
     int defaultLangId() const;
 
-    /// Path of the translation file of language @p langId; empty if that language is not in the
-    /// catalogue or is hidden.
+    /// Returns the path of a language's translation; empty if the language is unknown or hidden.
     QString langFilePath(int langId) const;
 
-    /// The languages to offer, in ascending number: those shown that have a name and a folder.
+    /// Returns the shown languages that have a name and a folder, in ascending order of number.
     QList<LangEntry> visibleLanguages() const;
 
-    /// Replaces the catalogue by what the file holds now; leaves it empty and not loaded, after a
-    /// warning box, when the file cannot be opened. Lines that make no sense are skipped.
+    /// Reloads the catalogue, skipping invalid lines. If the file can't be opened, shows a warning
+    /// and leaves the catalogue empty and not loaded.
     void loadLangConfig();
 
-    /// Returns the codec that the first bytes of @p device, an opened catalogue, call for: UTF-16LE
-    /// or UTF-8 after their BOM, otherwise GB2312. Null if Qt lacks it. Consumes nothing.
+    /// Returns the codec for the catalogue @p device: UTF-16LE or UTF-8 if it starts with their
+    /// BOM, otherwise GB2312; null if Qt lacks the codec. Does not move the read position.
     static QTextCodec *detectCodec(QIODevice *device);
 
 private:

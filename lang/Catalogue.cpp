@@ -11,7 +11,7 @@ void setCatalogueCodec(QTextStream &in, QTextCodec *codec)
 {
     in.setCodec(codec);
     if (codec && codec->name() == "UTF-16LE") {
-        // The stream may have skipped the BOM by itself; what is not a BOM is put back.
+        // The stream may have skipped the BOM already. Anything else is put back.
         QChar bom;
         in >> bom;
         if (bom != QChar(QChar::ByteOrderMark))
@@ -21,8 +21,8 @@ void setCatalogueCodec(QTextStream &in, QTextCodec *codec)
 
 void readCatalogue(QTextStream &in, int &defaultLangId, QMap<int, LangEntry> &langMap)
 {
-    // The directory first, and only then the folder and the file name: a placeholder inside the
-    // directory or the folder is replaced too.
+    // Deliberate: one argument at a time, so that a placeholder in the directory or in a folder's
+    // name is replaced too.
     const QString pathTemplate = QString(QLatin1String("%1/Lang/%2/%3")).arg(applicationDir());
     LangLineReader reader;
     QString text;
@@ -33,7 +33,7 @@ void readCatalogue(QTextStream &in, int &defaultLangId, QMap<int, LangEntry> &la
         if (!line.isLanguageKey())
             continue;
 
-        // Any field creates the record, ID too. Deliberate: the value of ID itself is never read.
+        // Deliberate: each key creates the entry, even ID, whose value is never read.
         LangEntry &lang = langMap[line.langId];
         lang.id = line.langId;
         if (line.kind == LangLine::Name) {

@@ -1,8 +1,7 @@
 #pragma once
 
 /// @file
-/// How the bytes of a catalogue become languages. The translator manager reads with these
-/// functions, and langcheck looks at the same lines.
+/// The catalogue reader, which CTranslatorMgr and langcheck share.
 
 #include "lang/LangEntry.h"
 
@@ -11,10 +10,10 @@
 class QTextCodec;
 class QTextStream;
 
-/// Has @p in, just created on a catalogue, decode with @p codec, or with its own default codec if
-/// that is null, and skips the BOM of UTF-16LE.
+/// Sets the codec of @p in, a new stream at the start of a catalogue, and skips the BOM of
+/// UTF-16LE. If @p codec is null, the stream uses its default codec.
 void setCatalogueCodec(QTextStream &in, QTextCodec *codec);
 
-/// Reads @p in to its end: adds the languages that it describes to @p langMap, by their numbers,
-/// and sets @p defaultLangId if it names a default. Lines that make no sense are skipped.
+/// Reads the catalogue @p in, skipping invalid lines. Adds its languages to @p langMap, by number,
+/// and sets @p defaultLangId if there is a DEFAULT.
 void readCatalogue(QTextStream &in, int &defaultLangId, QMap<int, LangEntry> &langMap);

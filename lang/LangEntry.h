@@ -2,12 +2,12 @@
 
 #include <QString>
 
-/// One language of the catalogue.
+/// A language in the catalogue.
 struct LangEntry
 {
-    int id = -1;       ///< The number n of its LANGn_ keys; -1 only in a default-made entry.
-    bool show = false; ///< Whether the operator is offered the language.
-    QString name;      ///< Display name, in the language's own script.
-    QString folder;    ///< Name of its folder below Lang.
-    QString qmPath;    ///< Full path of its translation file, composed when the folder is read.
+    int id = -1;       ///< The number n in its LANGn_ keys; -1 only after default construction.
+    bool show = false; ///< Whether the operator can choose the language.
+    QString name;      ///< The name in the operator's list.
+    QString folder;    ///< The folder of its translation, relative to Lang.
+    QString qmPath;    ///< The full path of its translation, composed when the folder is read.
 };

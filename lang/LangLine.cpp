@@ -17,8 +17,7 @@ LangLine LangLineReader::read(const QString &text)
         return result;
     }
 
-    const bool inLangMgr = m_currentSection == QLatin1String("LANG_MGR");
-    if (!inLangMgr) {
+    if (m_currentSection != QLatin1String("LANG_MGR")) {
         result.kind = LangLine::Outside;
         return result;
     }

@@ -3,19 +3,17 @@
 #include <QRegularExpression>
 #include <QString>
 
-/// One line of the catalogue, told apart by its form and by the section that it stands in. The
-/// reader acts on it, langcheck explains it. Key and value are parts of the line's text, which must
-/// outlive them.
+/// A line of the catalogue. Key and value refer to the line's text, which must outlive them.
 struct LangLine
 {
-    /// What a line is.
+    /// The kinds of lines.
     enum Kind {
         Blank,
         Comment,
         Header,   ///< [key]
         Outside,  ///< Anything else outside the section LANG_MGR
-        NoKey,    ///< No "=", or nothing before it
-        OtherKey, ///< A key without a meaning
+        NoKey,    ///< Without "=", or with nothing before it
+        OtherKey, ///< An unknown key
         Default,  ///< DEFAULT=value
         Id,       ///< LANGn_ID=value, and so on
         Name,
@@ -23,16 +21,16 @@ struct LangLine
         Show
     };
 
-    Kind kind = Blank; ///< What the line is.
-    QStringRef key;    ///< Left of the first "="; of a header, the text between its brackets.
-    QStringRef value;  ///< All that is right of it.
-    int langId = 0;    ///< The n of an Id, Name, Folder or Show; 0 if it does not fit into an int.
+    Kind kind = Blank; ///< The line's kind.
+    QStringRef key;    ///< Before the first "="; in a header, between the brackets.
+    QStringRef value;  ///< After the first "=".
+    int langId = 0;    ///< The n in Id, Name, Folder or Show; 0 if it does not fit into an int.
 
-    /// Returns whether this is a key line of the language langId.
+    /// Returns true if the line is one of the language langId.
     bool isLanguageKey() const { return kind >= Id; }
 };
 
-/// Reads the lines of one catalogue, in order: a header decides what the lines after it mean.
+/// Reads the lines of a catalogue in order, because a header decides what the lines below it mean.
 class LangLineReader
 {
 public:

@@ -2,7 +2,6 @@
 
 class QFile;
 
-/// Opens @p file for reading only, untranslated, and returns whether that succeeded. Never waits
-/// for another program: on Unix, a named pipe is refused, since opening one blocks until somebody
-/// opens its other end. One source file per platform implements it.
+/// Opens @p file for reading, in binary mode. Returns false if that fails or if it is a named pipe
+/// on Unix, where opening would block until another program opens the other end.
 bool openForReading(QFile &file);

@@ -34,8 +34,8 @@ bool isReadableFile(const QString &fileName)
     return info.isFile() && info.isReadable();
 }
 
-/// Returns the file that QTranslator::load() takes for @p name: with the suffix, as it is, and then
-/// again without what follows the last "_" or ".".
+/// Returns the file that QTranslator::load() finds for @p name. Qt tries the name with and without
+/// the suffix ".qm", then removes what follows the last "_" or "." and starts again.
 QString findFile(const QString &name, const QString &directory)
 {
     const QString prefix = QFileInfo(name).isRelative() ? directory + QLatin1Char('/') : QString();
@@ -51,43 +51,43 @@ QString findFile(const QString &name, const QString &directory)
     return fileName;
 }
 
-/// What the look at a file and its dependencies has in common.
-struct Look
+/// The state shared by a file and its dependencies.
+struct Check
 {
-    QHash<QString, QByteArray> files; ///< Those read so far: one may be named many times.
+    QHash<QString, QByteArray> files; ///< By name, because a file may be a dependency many times.
     qint64 stepsLeft = 150000;
     bool failed = false;
 };
 
-/// Looks texts up in a compiled translation as QTranslator::translate() of Qt 5.15 does, read by
-/// read. A read outside the file, which Qt would not notice, is remembered and gives 0. So does any
-/// read after more steps than a file can need whose lists and records do not overlap. A 0 ends each
-/// of the loops below.
+/// Looks up texts in a compiled translation with the same reads as QTranslator::translate() of
+/// Qt 5.15. A read outside the file, which Qt would not notice, fails and returns 0. So does every
+/// read after more steps than a file needs whose lists and records do not overlap. A 0 ends each of
+/// the loops below.
 class QmFile
 {
 public:
-    /// Reads a file that Qt has just loaded; @p directory is where its dependencies are looked for.
-    QmFile(Look &look, const QString &fileName, const QString &directory)
-        : m_look(look)
+    /// Reads a file that Qt has just loaded. Its dependencies are searched for in @p directory.
+    QmFile(Check &check, const QString &fileName, const QString &directory)
+        : m_check(check)
     {
-        if (!look.files.contains(fileName)) {
+        if (!check.files.contains(fileName)) {
             QFile file(fileName);
-            // Fails as well for more bytes than a QByteArray holds. No test has so large a file, or
-            // one that vanishes between two openings.
+            // A QByteArray can't hold a larger file. No test has one, or a file that vanishes after
+            // Qt has loaded it.
             if (!file.open(QIODevice::ReadOnly) || file.size() >= INT_MAX) // GCOV_EXCL_BR_LINE
-                look.failed = true;                                        // GCOV_EXCL_LINE
+                check.failed = true;                                       // GCOV_EXCL_LINE
             else
-                look.files.insert(fileName, file.readAll());
-            // The records that tools write have at least 9 bytes for each step.
-            look.stepsLeft += look.files.value(fileName).size() / 8;
+                check.files.insert(fileName, file.readAll());
+            // Records written by tools have at least 9 bytes per step.
+            check.stepsLeft += check.files.value(fileName).size() / 8;
         }
-        m_bytes = look.files.value(fileName);
+        m_bytes = check.files.value(fileName);
         m_data = m_bytes.constData();
         m_size = m_bytes.size();
         readBlocks(directory);
     }
 
-    /// Returns whether the file or one of its dependencies has @p text.
+    /// Returns true if the file or one of its dependencies contains @p text.
     bool lookUp(const SourceText &text)
     {
         if (m_hashes.length > 0) {
@@ -119,14 +119,14 @@ private:
 
     void fail()
     {
-        m_look.failed = true;
-        m_size = 0; // So that every further read fails too.
+        m_check.failed = true;
+        m_size = 0; // So that all further reads fail.
     }
 
-    /// To be called in each round of a loop that the file's content may keep going.
+    /// Called in each iteration of a loop whose length depends on the file's content.
     void takeStep()
     {
-        if (--m_look.stepsLeft < 0)
+        if (--m_check.stepsLeft < 0)
             fail();
     }
 
@@ -167,23 +167,23 @@ private:
         QString name;
         while (!stream.atEnd()) {
             stream >> name;
-            m_dependencies.emplace_back(m_look, findFile(name, directory), directory);
+            m_dependencies.emplace_back(m_check, findFile(name, directory), directory);
         }
     }
 
-    /// Returns whether the file has a table of contexts without @p context.
+    /// Returns true if the file has a table of contexts that lacks @p context.
     bool isRuledOut(const char *context)
     {
         if (m_contexts.length == 0)
             return false;
-        if (qstrcmp(context, m_context) == 0) // As for the text before
+        if (qstrcmp(context, m_context) == 0) // The same as for the previous text
             return m_contextIsRuledOut;
 
         m_context = context;
         m_contextIsRuledOut = true;
         const quint32 buckets = number<quint16>(m_contexts.start);
         if (buckets == 0) {
-            fail(); // Qt divides by it.
+            fail(); // Qt would divide by 0.
             return true;
         }
         const qint64 bucket = m_contexts.start + 2 + 2 * qint64(elfHash(context) % buckets);
@@ -256,7 +256,7 @@ private:
             if (tag == Translation) {
                 if (translation.start == 0)
                     translation = {position, length};
-                position += static_cast<qint32>(length); // Signed: it may lead back.
+                position += static_cast<qint32>(length); // Qt reads it as signed: it may lead back.
                 continue;
             }
             if ((tag == Source && !matches(position, length, text.text))
@@ -273,14 +273,14 @@ private:
         return true;
     }
 
-    Look &m_look;
+    Check &m_check;
     QByteArray m_bytes;
-    const char *m_data = nullptr; ///< Of m_bytes
-    qint64 m_size = 0;            ///< Of m_bytes
+    const char *m_data = nullptr; ///< The data of m_bytes
+    qint64 m_size = 0;            ///< The size of m_bytes; 0 after a failure
     Block m_contexts;
     Block m_hashes;
     Block m_messages;
-    const char *m_context = nullptr; ///< The one that m_contextIsRuledOut is about.
+    const char *m_context = nullptr; ///< The context that m_contextIsRuledOut describes
     bool m_contextIsRuledOut = false;
     std::list<QmFile> m_dependencies;
 };
@@ -292,11 +292,11 @@ bool loadQmFile(QTranslator &translator, const QString &fileName)
     if (!translator.load(fileName))
         return false;
 
-    Look look;
-    QmFile file(look, translator.filePath(), QFileInfo(translator.filePath()).absolutePath());
+    Check check;
+    QmFile file(check, translator.filePath(), QFileInfo(translator.filePath()).absolutePath());
     for (const SourceText &text : kSourceTexts)
         file.lookUp(text);
-    if (!look.failed)
+    if (!check.failed)
         return true;
     translator.load(nullptr, 0); // Empties it.
     return false;

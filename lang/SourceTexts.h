@@ -1,13 +1,13 @@
 #pragma once
 
-/// A text of the plug-in, as translations name it.
+/// A text of the plug-in, as translations identify it.
 struct SourceText
 {
     const char *context; ///< The name of the class that shows it.
-    const char *text;    ///< In English.
+    const char *text;    ///< The English text.
 };
 
-/// All texts that the plug-in asks its translator for, those of a context together.
+/// All texts that the plug-in asks its translator for, grouped by context.
 inline constexpr SourceText kSourceTexts[] = {
     {"DlgSettings", "Language"},           //
     {"DlgSettings", "Settings"},           //

@@ -25,10 +25,10 @@ bool looksLikeUtf8(const QByteArray &bytes)
         && state.remainingChars == 0;
 }
 
-/// How a line, without its line end, decodes as GB2312.
+/// The result of decoding a line, without its line end, as GB2312.
 struct Decoding
 {
-    bool invalid = false; ///< A byte is not half of a character, or half of one is missing.
+    bool invalid = false; ///< A byte is not part of a character, or half of one is missing.
     bool endsInHalf = false;
 };
 
@@ -50,7 +50,7 @@ Decoding decode(const QByteArray &line)
     return result;
 }
 
-/// Qt's own codec does not look at a character's second half, ICU's does.
+/// Depends on the codec: Qt's own accepts any second half of a character, ICU's does not.
 bool lineEndsAreSwallowed()
 {
     const QTextCodec *const codec = QTextCodec::codecForName("GB2312");
@@ -88,7 +88,7 @@ void checkBytesWithoutBom(const QByteArray &bytes, Report &report)
     }
     if (utf8) {
         Finding &finding = report.addLine(FindingKind::Utf8WithoutBom, 0);
-        if (onlyComments) // Of all non-ASCII characters; the operator does not see them.
+        if (onlyComments) // The operator does not see the wrong characters.
             finding.severity = Finding::Warning;
     }
 }

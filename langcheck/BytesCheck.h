@@ -13,6 +13,6 @@ bool looksLikeUtf16(const QByteArray &bytes);
 /// Adds to @p report what is wrong with the encoding of the bytes.
 void checkBytesWithoutBom(const QByteArray &bytes, Report &report);
 
-/// Returns the numbers, from 1, of the lines that remain when this platform decodes the bytes: half
-/// a character at the end of a line may swallow the line end.
+/// Returns the numbers, from 1, of the lines that remain after decoding, because half a character
+/// at the end of a line may swallow the line end.
 QVector<int> lineNumbersWithoutBom(const QByteArray &bytes);

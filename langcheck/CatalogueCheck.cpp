@@ -20,11 +20,11 @@ bool isNumber(const QStringRef &value)
     return ok;
 }
 
-/// Checks single lines, in their order.
+/// Checks the lines one by one.
 class LineCheck
 {
 public:
-    /// @p numbers are the lines' numbers where those are not 1, 2, 3.
+    /// @p numbers are the lines' numbers; empty if they are consecutive.
     LineCheck(Report &report, const QVector<int> &numbers)
         : m_report(report)
         , m_numbers(numbers)
@@ -136,7 +136,7 @@ private:
         }
     }
 
-    /// Checks for what other INI files allow around a value, and is part of the value here.
+    /// Checks for quotation marks and comments, which are part of the value here.
     void checkText(const LangLine &line)
     {
         const QStringRef text = line.value;
@@ -159,7 +159,7 @@ private:
             addValue(FindingKind::FolderPercent, line);
     }
 
-    /// Replaces the number of an @p earlier line with the same key by this line's.
+    /// Reports a repeated key. @p earlier is the previous line with this key and becomes this one.
     void checkRepetition(int &earlier, const LangLine &line)
     {
         if (earlier > 0) {
@@ -220,7 +220,7 @@ CatalogueLines checkCatalogue(Report &report)
     QTextStream in(&file);
     setCatalogueCodec(in, CTranslatorMgr::detectCodec(&file));
     QString text = in.readLine();
-    // The stream knows more BOMs than the plug-in and switches to the codec of each.
+    // The stream recognizes more BOMs than the plug-in and switches to their codecs.
     report.encoding = QString::fromLatin1(in.codec()->name());
     QVector<int> numbers;
     if (report.encoding.startsWith(QLatin1String("UTF"))) {

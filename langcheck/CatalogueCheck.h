@@ -4,7 +4,7 @@
 
 #include <QMap>
 
-/// The lines of the catalogue that apply to a language, from 1; 0 where there is none.
+/// The numbers of the lines about a language, from 1; 0 if there is none.
 struct LanguageLines
 {
     int id = 0;
@@ -18,19 +18,18 @@ struct LanguageLines
     int first() const;
 };
 
-/// What the checks of a readable catalogue need to know of its lines.
+/// What the later checks need to know about the catalogue's lines.
 struct CatalogueLines
 {
-    bool readable = false; ///< If not, all else is empty.
+    bool readable = false; ///< If false, everything else is empty.
     bool hasSection = false;
     int defaultLine = 0;
     QMap<int, LanguageLines> languages; ///< By number, including hidden ones.
 };
 
-/// Returns @p text in quotation marks as a finding shows it: shortened if it is long, and without
-/// carriage returns.
+/// Returns @p text in quotation marks, shortened if it is long, and without carriage returns.
 QString quoted(const QString &text);
 
-/// Reads the lines of the catalogue below applicationDir() as the plug-in does. Adds to @p report
-/// its encoding and the lines that have no effect or a surprising one.
+/// Checks the lines of the catalogue below applicationDir(), read as the plug-in does. Adds the
+/// encoding and the findings to @p report.
 CatalogueLines checkCatalogue(Report &report);

@@ -35,8 +35,8 @@ QString fallbackPath()
     return checkedDir + QLatin1String("/Lang/chs/") + kQmFileName;
 }
 
-/// Returns the name on disk of a folder in Lang; empty if it differs in more than upper and lower
-/// case from all of them.
+/// Returns the name of a folder in Lang as it is on disk, where upper and lower case may differ;
+/// empty if there is no such folder.
 QString nameOnDisk(const QString &folder)
 {
     const QStringList folders = QDir(checkedDir + QLatin1String("/Lang"))
@@ -106,7 +106,7 @@ private:
             m_report.addLine(FindingKind::NoLanguages, 0);
     }
 
-    /// At the empty line, if there is one.
+    /// Reports the line with the empty key, if there is one, or else the SHOW line.
     void addIncomplete(int line, int showLine, const QString &key, const char *value)
     {
         m_report.addLine(FindingKind::Incomplete, line > 0 ? line : showLine,
@@ -190,7 +190,7 @@ private:
         }
     }
 
-    /// Checks the translations that can be chosen, that of the default, and the fallback.
+    /// Checks the translations of the listed languages and of the default, and the fallback.
     void checkTranslations()
     {
         for (const LangEntry &lang : qAsConst(m_report.listed))
@@ -255,7 +255,7 @@ private:
     Report &m_report;
     const CatalogueLines &m_lines;
     QSet<QString> m_checked {QString()}; ///< Paths of translations.
-    bool m_unused = false; ///< The translation is a fallback that the default does not need.
+    bool m_unused = false; ///< Whether the fallback is checked although the default has a file.
 };
 
 } // namespace

@@ -2,7 +2,7 @@
 
 #include "langcheck/Report.h"
 
-/// Checks the deployment below @p applicationDir, an absolute path with forward slashes and none at
-/// the end, as the plug-in sees it in a host in that folder. Needs a QApplication, but not a
-/// display; writes nothing.
+/// Checks the deployment as the plug-in sees it in a host in @p applicationDir, an absolute path
+/// with forward slashes and none at the end. Needs a QApplication, but not a display. Writes
+/// nothing.
 Report checkDeployment(const QString &applicationDir);

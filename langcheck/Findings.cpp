@@ -140,7 +140,7 @@ static_assert(isInOrder());
 Finding makeFinding(FindingKind kind, const QString &file, int line, const QStringList &values)
 {
     const FindingDescription &description = kFindings[static_cast<std::size_t>(kind)];
-    // In one pass: a value may contain a percent sign itself.
+    // In one pass, because a value may contain a percent sign.
     QString text;
     for (const char *c = description.text; *c != '\0'; ++c) {
         if (*c == '%')

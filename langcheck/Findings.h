@@ -5,7 +5,7 @@
 
 #include <array>
 
-/// Something that the author of the deployment probably did not mean.
+/// A probable mistake in the deployment.
 struct Finding
 {
     enum Severity {
@@ -66,7 +66,7 @@ enum class FindingKind {
     Count
 };
 
-/// A row of kFindings.
+/// Describes a kind of finding.
 struct FindingDescription
 {
     FindingKind kind;
@@ -75,7 +75,7 @@ struct FindingDescription
     const char *text;           ///< With %1 to %9 for the values.
 };
 
-/// Everything that langcheck can find, a row each.
+/// The descriptions of all kinds of findings.
 extern const std::array<FindingDescription, static_cast<std::size_t>(FindingKind::Count)> kFindings;
 
 /// Returns a finding with its usual severity and with @p values in its text.

@@ -17,7 +17,7 @@ bool MessageBoxes::eventFilter(QObject *watched, QEvent *event)
     if (!box)
         return false;
 
-    if (event->type() == QEvent::Polish) { // Comes before anything is drawn.
+    if (event->type() == QEvent::Polish) { // Sent before anything is drawn
         box->setAttribute(Qt::WA_DontShowOnScreen);
     } else if (event->type() == QEvent::Show) {
         const bool critical = box->icon() == QMessageBox::Critical;

@@ -4,7 +4,7 @@
 
 #include <QObject>
 
-/// Records and closes every message box of the process while it exists. None reaches the screen.
+/// Records and closes all message boxes of the process. None appears on the screen.
 class MessageBoxes : public QObject
 {
     Q_OBJECT

@@ -25,12 +25,11 @@ struct Report
     int selected = -1;       ///< Index into the list; -1 if it is empty.
     int defaultLangId = 0;   ///< The catalogue's DEFAULT.
     QString translation;     ///< The file that is loaded; empty for none.
-    bool fallback = false;   ///< Whether that is the fallback instead of the default's own.
-    QList<Box> boxes;        ///< Those at start, in order.
+    bool fallback = false;   ///< Whether that is the fallback.
+    QList<Box> boxes;        ///< The message boxes at start, in order.
     QList<Finding> findings;
 
-    /// Adds a finding about line @p line of the catalogue, 0 for the file as a whole, and returns
-    /// it.
+    /// Adds a finding about a line of the catalogue, or the whole file if it is 0, and returns it.
     Finding &addLine(FindingKind kind, int line, const QStringList &values = {});
     /// Adds a finding about the file @p path, and returns it.
     Finding &addFile(FindingKind kind, const QString &path, const QStringList &values = {});

@@ -19,8 +19,8 @@ void print(FILE *stream, const QString &text)
     out << text;
 }
 
-/// Drops all other messages: they are about the dialog's unconnected slot and the like, not about
-/// the deployment.
+/// Drops all other messages, because they are not about the deployment, but about the dialog's
+/// unconnected slot and the like.
 void printFatalMessage(QtMsgType type, const QMessageLogContext & /*context*/,
                        const QString &message)
 {
@@ -42,10 +42,10 @@ int main(int argc, char *argv[])
 #ifdef Q_OS_WIN
     const QApplication app(argc, argv);
 #else
-    // Texts are measured but not shown, and there may not be a display. The font is Qt's choice on
-    // a display, and wider than the usual ones of Windows.
+    // Texts are measured but not shown, and there may not be a display. The font is the one that Qt
+    // uses on a display, and wider than Windows' usual ones.
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    // Qt would create a folder for its user there.
+    // Keeps Qt from creating a folder there.
     qputenv("TMPDIR", "/dev/null");
     const QApplication app(argc, argv);
     QApplication::setFont(QFont(QStringLiteral("Sans Serif"), 9));

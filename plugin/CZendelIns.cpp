@@ -32,27 +32,27 @@ void CZendelIns::ExecModal(QDialog &dlg, HWND owner)
 
     dlg.setModal(true);
 
-    // The first call is for its effect, the native window; the handle comes from the second.
+    // Deliberate: the first call creates the native window, the second returns its handle.
     dlg.winId();
     const auto handle = reinterpret_cast<HWND>(dlg.winId());
 
     if (owner) {
-        // The dialog's size without its frame against the owner's with it: deliberate, and so is
-        // the division that truncates toward zero for a dialog larger than its owner.
+        // Deliberate: the owner's size includes its frame, the dialog's does not, and the division
+        // truncates toward zero for a dialog larger than its owner.
         const WindowManager::Rect rc = WindowManager::windowRect(owner);
         const int x = rc.left + (rc.right - rc.left - dlg.width()) / 2;
         const int y = rc.top + (rc.bottom - rc.top - dlg.height()) / 2;
         dlg.move(x, y);
     }
 
-    // Before the dialog is visible, on purpose: it then opens in front of a foreign main window.
+    // Deliberate: before the dialog is visible, so that it opens in front of a foreign main window.
     WindowManager::setForegroundWindow(handle);
     WindowManager::bringWindowToTop(handle);
 
     dlg.exec();
 
-    // The owner is enabled while the dialog still exists. Otherwise there would be no enabled
-    // window of this process to activate, and the activation would go to another program.
+    // While the dialog still exists: otherwise this process would not have an enabled window, and
+    // another program would be activated.
     if (owner) {
         WindowManager::enableWindow(owner, true);
         WindowManager::setForegroundWindow(owner);

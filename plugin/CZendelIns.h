@@ -6,8 +6,8 @@
 
 class QDialog;
 
-/// The one implementation of the manager. It holds no state of its own: the recorded host lives
-/// in g_pHostMachine and the translation in CTranslatorMgr, and both outlive it.
+/// The only implementation of IZendelMgr. It has no data members: the recorded machine is in
+/// g_pHostMachine and the translation in CTranslatorMgr, and both outlive the manager.
 class CZendelIns : public QObject, public IZendelMgr
 {
     Q_OBJECT
@@ -16,8 +16,7 @@ public:
     bool Init(IHostMachine *host) override;
     bool ShowSettingsDlg(HWND owner) override;
 
-    /// Runs @p dlg, which must have no parent and not have been shown, modally over the native
-    /// window @p owner, which may be null, and returns when it has closed. The caller keeps
-    /// @p dlg and destroys it afterwards, when the owner is enabled again.
+    /// Runs @p dlg modally over the native window @p owner, which may be null. @p dlg must not have
+    /// a parent or have been shown before. The owner is enabled again while @p dlg still exists.
     static void ExecModal(QDialog &dlg, HWND owner);
 };

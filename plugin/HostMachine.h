@@ -1,11 +1,10 @@
 #pragma once
 
 /// @file
-/// The recorded host, for all parts of the plug-in.
+/// The recorded machine, for all parts of the plug-in.
 
 class IHostMachine;
 
-/// The host's machine object, not owned; null until CZendelIns::Init() records one. Only Init()
-/// writes it, and it outlives the manager. The host may replace it during any of its own calls,
-/// so it is read afresh at every use and never copied.
+/// The host's machine object, not owned; null until CZendelIns::Init() records one. Read it at each
+/// use, because the object may replace itself during a call by calling Init().
 extern IHostMachine *g_pHostMachine;

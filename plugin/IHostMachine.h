@@ -2,24 +2,30 @@
 
 #include <cstdint>
 
-/// The machine that the host application controls, as the plug-in sees it.
+/// The machine that the host controls, as the plug-in sees it. The host implements this class.
 ///
-/// Implemented by the host, which keeps ownership: the plug-in never creates, copies or deletes
-/// the object. It must stay valid from the IZendelMgr::Init() call that hands it over until the
-/// next such call or until the plug-in is unloaded; releasing the manager does not end its use.
-/// It must be built by the plug-in's compiler family, as IZendelMgr.h says.
-/// All calls come on the host's GUI thread, from inside IZendelMgr::ShowSettingsDlg(), and must
-/// not throw.
+/// The host owns the object: the plug-in never copies or deletes it. It must stay valid from the
+/// IZendelMgr::Init() call that passes it until the next such call or until the plug-in is
+/// unloaded. Releasing the manager does not end its use.
+///
+/// The plug-in calls the object on the GUI thread and only during IZendelMgr::ShowSettingsDlg().
+/// The functions must not throw. Neither may open a second settings dialog, release the manager,
+/// unload the plug-in or destroy the object. Both may call Init(), but not with null, because the
+/// plug-in would then call a null object.
 class IHostMachine
 {
 public:
-    /// Tells the host that the SetLanguage() call that just returned true changed the settings.
+    /// Called each time SetLanguage() has returned true, before the operator sees the success
+    /// message. If SetLanguage() passed another object to Init(), that one is called.
     virtual void NotifySettingChanged() = 0;
 
-    /// Switches the machine's display language to number @p langId of the catalogue and returns
-    /// true once that is done, or false when the switch did not happen. Catalogue numbers above
-    /// 255 arrive as their low 8 bits. The operator sees the wait cursor until the call returns.
-    /// Init() may be called from in here with another machine object, but not with null.
+    /// Switches the machine's display language and returns when that is done. The host also has to
+    /// store the number, as DEFAULT in Lang/Lang.ini; the plug-in never writes that file. The
+    /// operator sees a wait cursor during the call.
+    ///
+    /// @param langId The language's number in the catalogue, from 0 to 255. Of greater numbers,
+    /// only the low 8 bits arrive. It is 0 if the operator's list is empty.
+    /// @return true if the language was switched; on false the operator sees an error message.
     virtual bool SetLanguage(std::uint8_t langId) = 0;
 
 protected:

@@ -1,46 +1,55 @@
 #pragma once
 
 /// @file
-/// What the plug-in offers to the host: the manager, and the types of the two exported functions.
+/// The manager, which the plug-in offers to the host, and the types of the two exported functions.
 
 struct HWND__; // NOLINT(bugprone-reserved-identifier): Win32's own name
 
-/// The handle of a native window: the same type as in windows.h and in Qt, without needing either.
+/// The handle of a native window, the same type as in windows.h and Qt. On X11, the window ID.
 using HWND = HWND__ *;
 
 class IHostMachine;
 
-/// The plug-in's manager object, as the host sees it.
+/// The plug-in's manager. Create it with NewInterface() and destroy it with ReleaseInterface(),
+/// never with delete: its memory belongs to the plug-in's run-time library.
 ///
-/// The host gets one from the exported function NewInterface() and gives it back with
-/// ReleaseInterface(), never with delete. All calls are to be made on the host's GUI thread,
-/// while its QApplication exists. Nothing is thrown on purpose.
+/// Make all calls on the GUI thread while the host's QApplication exists. Both functions run an
+/// event loop while a window of theirs is open. Until they return, do not release the manager,
+/// unload the plug-in or destroy the machine object. They don't throw, except std::bad_alloc.
 ///
-/// Host, Qt and plug-in must come from one compiler family: a host built with MSVC cannot use a
-/// plug-in built with MinGW-w64, whose objects and Qt libraries are not its own.
+/// The host, Qt and the plug-in must be built with compilers of one family, MinGW-w64 or MSVC. The
+/// families differ in the layout of virtual function tables and in the names of Qt's symbols.
 class IZendelMgr
 {
 public:
     virtual ~IZendelMgr() = default;
 
-    /// Records @p host, which is not owned and may be null, in place of any earlier one, and
-    /// loads the translation that the language catalogue names. May be called again at any time,
-    /// for instance after a change of language. Failures with the catalogue or the translation
-    /// are reported to the operator in message boxes. Returns whether @p host is not null.
+    /// Records the machine object in place of any earlier one, reads the catalogue Lang/Lang.ini
+    /// next to the host's executable and loads the translation of its default language. Call it
+    /// again when the catalogue has changed, for instance after a change of language.
+    ///
+    /// @param host Not owned, see IHostMachine. Null clears the record and loads nothing.
+    /// @return true if @p host is not null, even if the catalogue or the translation can't be
+    /// loaded. In that case, the operator first has to close a message box for each failure.
     virtual bool Init(IHostMachine *host) = 0;
 
-    /// Runs the settings dialog over @p owner, the native handle of the host's main window, which
-    /// may be null, and returns when the operator has closed it. The owner is disabled meanwhile.
-    /// Returns whether the operator's last change of language in the dialog succeeded; false, and
-    /// no dialog, while no host is recorded.
+    /// Shows the settings dialog centred over a window and returns when the operator has closed it.
+    /// The window is disabled meanwhile, and enabled and activated at the end. Not reentrant.
+    ///
+    /// @param owner The host's main window, which need not be a Qt window and may be destroyed
+    /// while the dialog is open. If it is null, no window is disabled and the dialog is not moved.
+    /// @return true if the operator's last change of language in the dialog succeeded; false if it
+    /// failed, there was none, or QApplication::quit() closed the dialog. Also false, without a
+    /// dialog, if no machine object is recorded.
     virtual bool ShowSettingsDlg(HWND owner) = 0;
 };
 
-/// The types of the two functions that the plug-in exports, by these names and undecorated.
+// The functions are exported as NewInterface and ReleaseInterface, without name mangling.
 extern "C" {
-/// NewInterface(): a new manager, to be given back with ReleaseInterface(). Managers are
-/// independent objects, but share the recorded host and the loaded translation.
+/// The type of NewInterface(), which creates a manager and never returns null. All managers share
+/// the recorded machine object and the loaded translation.
 using NewInterfaceFunction = IZendelMgr *(*)();
-/// ReleaseInterface(): destroys a manager; null is accepted and ignored. The recorded host stays.
+/// The type of ReleaseInterface(), which destroys a manager, or does nothing if @p mgr is null. The
+/// machine object stays recorded.
 using ReleaseInterfaceFunction = void (*)(IZendelMgr *mgr);
 }

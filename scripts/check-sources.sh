@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# check-sources.sh: exits with 1 on any finding of clang-format or cppcheck. clang-tidy is run by the
-# presets linux-tidy and windows-tidy.
+# check-sources.sh: fails on any finding of clang-format or cppcheck. The presets linux-tidy and
+# windows-tidy run clang-tidy.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 mapfile -t files < <(find . -path ./build -prune -o \( -name '*.cpp' -o -name '*.h' \) -print | sort)
@@ -8,8 +8,8 @@ mapfile -t files < <(find . -path ./build -prune -o \( -name '*.cpp' -o -name '*
 echo "clang-format: ${#files[@]} files"
 clang-format --dry-run --Werror "${files[@]}"
 
-# Suppressed: in the tests, functions that are set for one test and capture its variables; members
-# that are used through an aggregate; loops that it would rather see as algorithms.
+# Suppressed are false positives for functions that capture a test's variables and for members of
+# aggregates, and the advice to replace loops by algorithms.
 echo "cppcheck"
 cppcheck --quiet --error-exitcode=1 --std=c++17 --language=c++ --library=qt --inline-suppr \
     --enable=warning,style,performance,portability --suppress=missingInclude \

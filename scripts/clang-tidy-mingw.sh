@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# clang-tidy-mingw.sh ARGUMENT...: clang-tidy for a source that GCC compiles for Windows. Adds the
-# target and the folders of that GCC's C++ library, which Clang does not find by itself, and leaves
-# out an option that Clang does not know. CMake calls it in the preset windows-tidy.
+# clang-tidy-mingw.sh ARGUMENT...: runs clang-tidy on a source for MinGW-w64, in the preset
+# windows-tidy. Adds the target and the folders of GCC's C++ library, which Clang does not find, and
+# removes an option that Clang does not know.
 set -euo pipefail
 
 arguments=()

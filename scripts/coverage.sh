@@ -1,16 +1,16 @@
 #!/usr/bin/env bash
-# coverage.sh [CTEST-OPTION...]: runs the tests with counters in the plug-in and prints which of
-# its lines and branches ran. Exits with another code than 0 if a test fails or one of them did not.
+# coverage.sh [CTEST-OPTION...]: runs the tests on Linux and prints the plug-in's line and branch
+# coverage. Fails if a test fails or the coverage is not complete.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/install-packages.sh linux
 cmake --preset linux-coverage
 cmake --build --preset linux-coverage
-# Each load of the plug-in adds its counts at the unload.
+# Counts are added to these files whenever the plug-in is unloaded.
 find build/linux-coverage -name '*.gcda' -delete
 ctest --preset linux-coverage "$@"
 
-# Twice, because gcovr prints one table at a time, of lines or of branches.
+# gcovr prints either lines or branches.
 gcovr --config build/linux-coverage/gcovr.cfg
 gcovr --config build/linux-coverage/gcovr.cfg --branches

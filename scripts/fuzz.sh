@@ -1,8 +1,7 @@
 #!/usr/bin/env bash
-# fuzz.sh [SECONDS]: builds the fuzzer of the catalogue's reader and runs it, for one minute unless
-# told otherwise, from the seeds and from what earlier runs have found. An input that library and
-# model read differently, or that a sanitizer stops at, ends it and is kept in
-# build/linux-fuzz/artifacts: "build/linux-fuzz/bin/fuzz_catalogue FILE" reads it again.
+# fuzz.sh [SECONDS]: builds and runs the catalogue fuzzer, by default for one minute, starting from
+# the seeds and the results of earlier runs. If the reader and its model differ or a sanitizer reports
+# an error, saves the input in build/linux-fuzz/artifacts; fuzz_catalogue FILE repeats it.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds=${1-60}
@@ -14,14 +13,14 @@ cmake --build --preset linux-fuzz
 build=build/linux-fuzz
 mkdir -p "$build/artifacts" "$build/corpus"
 
-# The catalogue is written anew for every input, so in memory where there is a place for it.
+# The fuzzer writes a catalogue for each input: in memory if possible.
 memory=/dev/shm
 [[ -w $memory ]] || memory=${TMPDIR-/tmp}
 folder=$(mktemp -d -p "$memory" zendel-fuzz.XXXXXX)
 trap 'rm -rf "$folder"' EXIT
 
-echo "Fuzzing the catalogue's reader for $seconds seconds"
-# Not shown: each single input that is worth keeping, and the words that the fuzzer has learned.
+echo "Fuzzing the catalogue reader for $seconds seconds"
+# Hides the messages about each new input and the recommended dictionary.
 TMPDIR=$folder "$build/bin/fuzz_catalogue" -dict=tests/stress/fuzz/catalogue.dict -max_len=2048 \
     -max_total_time="$seconds" -artifact_prefix="$build/artifacts/" -print_final_stats=1 \
     "$build/corpus" tests/stress/fuzz/seeds \

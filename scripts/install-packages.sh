@@ -1,7 +1,6 @@
 #!/usr/bin/env bash
-# install-packages.sh [windows]: names and installs the Debian packages that building, testing and
-# the demo need and that are missing, as root or with sudo; with "windows" also those for the Windows
-# build. scripts/qt-windows.sh installs what it needs to build Qt for Windows.
+# install-packages.sh [windows]: installs missing Debian packages for building, tests and the demo,
+# as root or with sudo; with "windows" also those for the Windows build, but not for that of Qt.
 set -euo pipefail
 
 packages=(
@@ -9,10 +8,10 @@ packages=(
     cmake g++ ninja-build pkg-config
     libqt5x11extras5-dev qtbase5-dev qttools5-dev-tools
     libxcb1-dev
-    # A display to test on, the windows' frames on it, and fonts with all glyphs of the samples
+    # A virtual display, its window manager, and fonts for all languages of the sample
     openbox xvfb
     fonts-dejavu-core fonts-noto-cjk fonts-tlwg-loma-ttf
-    # Tests and checks of the sources
+    # Tests and source checks
     binutils gcovr libbenchmark-dev libxcb-xtest0-dev python3 valgrind
     clang clang-format clang-tidy cppcheck
     doxygen gettext libclang-rt-dev libicu-dev qttranslations5-l10n

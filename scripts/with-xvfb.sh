@@ -1,7 +1,6 @@
 #!/usr/bin/env bash
-# with-xvfb.sh [--openbox] COMMAND [ARGUMENT...]
-# Runs the command on a virtual display of its own, with a window manager if asked for one, and
-# exits with the command's code.
+# with-xvfb.sh [--openbox] COMMAND [ARGUMENT...]: runs a command on a new virtual display, optionally
+# with the window manager Openbox, and exits with the command's code.
 set -euo pipefail
 
 window_manager=
@@ -10,7 +9,7 @@ if [[ ${1-} == --openbox ]]; then
     shift
 fi
 
-# Xvfb picks a free display and writes its number once it takes connections.
+# Xvfb selects a free display and writes its number as soon as it accepts connections.
 exec {display_number}< <(exec Xvfb -displayfd 1 -screen 0 1280x960x24 -noreset -nolisten tcp \
     2>/dev/null)
 xvfb=$!
@@ -36,6 +35,4 @@ if [[ -n $window_manager ]]; then
     rm "$ready"
 fi
 
-status=0
-"$@" || status=$?
-exit "$status"
+"$@"

@@ -11,24 +11,24 @@ namespace Ui {
 class DlgSettings;
 }
 
-/// The settings dialog: fixed in size, its one tab the language page. It has no buttons of its
-/// own; the operator closes it with Escape or the title bar, and both reach reject().
+/// The settings dialog, which has a fixed size and one tab, the language page. The operator closes
+/// it with Escape or in the title bar; both call reject().
 class DlgSettings : public QDialog
 {
     Q_OBJECT
 
 public:
-    /// Builds the whole dialog, with the languages and in the language that are loaded now.
+    /// Constructs the dialog with the languages and the translation that are loaded now.
     explicit DlgSettings(QWidget *parent = nullptr);
     ~DlgSettings() override;
 
-    /// Whether the last change of language on the page succeeded; false until the dialog closes.
+    /// Returns true if the dialog is closed and the last change of language on the page succeeded.
     bool changed() const { return m_changed; }
 
-    /// Closes the dialog; changed() then tells the outcome.
+    /// Closes the dialog and updates changed().
     void accept() override;
 
-    /// The same: closing the dialog takes back nothing.
+    /// Does the same as accept(), because changes are not reverted.
     void reject() override;
 
 private:

@@ -24,37 +24,33 @@ void PageSetLang::on_comboBo_lang_activated(int /*index*/) { }
 
 void PageSetLang::on_pushButton_change_clicked()
 {
-    // The machine takes 8 bits; catalogue numbers above that wrap, deliberately.
+    // Deliberate: the machine takes 8 bits, so numbers above 255 wrap.
     const auto langId =
         static_cast<quint16>(ui->comboBox_language->currentData(Qt::UserRole).toInt());
     QApplication::setOverrideCursor(Qt::WaitCursor);
     m_changeOk = g_pHostMachine->SetLanguage(static_cast<quint8>(langId));
     QApplication::restoreOverrideCursor();
 
-    // Translated only now: the host may have had another translation loaded meanwhile.
+    // Translated after the calls, because the host may have loaded another translation in them.
+    const QTranslator *const translator = CTranslatorMgr::instance()->translator();
     if (m_changeOk) {
         g_pHostMachine->NotifySettingChanged();
-        const QString text = CTranslatorMgr::instance()->translator()->translate(
-            "PageSetLang", "Change successful!");
-        const QString title =
-            CTranslatorMgr::instance()->translator()->translate("PageSetLang", "Success");
-        QMessageBox::information(this, title, text, QMessageBox::Ok);
+        QMessageBox::information(this, translator->translate("PageSetLang", "Success"),
+                                 translator->translate("PageSetLang", "Change successful!"),
+                                 QMessageBox::Ok);
     } else {
-        const QString text =
-            CTranslatorMgr::instance()->translator()->translate("PageSetLang", "Change failed!");
-        const QString title =
-            CTranslatorMgr::instance()->translator()->translate("PageSetLang", "Error");
-        QMessageBox::critical(this, title, text, QMessageBox::Ok);
+        QMessageBox::critical(this, translator->translate("PageSetLang", "Error"),
+                              translator->translate("PageSetLang", "Change failed!"),
+                              QMessageBox::Ok);
     }
 }
 
 void PageSetLang::retranslateTexts()
 {
-    // Over the form's texts, which come from whatever translators the host has installed.
-    ui->pushButton_change->setText(
-        CTranslatorMgr::instance()->translator()->translate("PageSetLang", "Change"));
-    ui->label_info1->setText(
-        CTranslatorMgr::instance()->translator()->translate("PageSetLang", "Language:"));
+    // Replaces the form's texts, which translators installed by the host may have changed.
+    const QTranslator *const translator = CTranslatorMgr::instance()->translator();
+    ui->pushButton_change->setText(translator->translate("PageSetLang", "Change"));
+    ui->label_info1->setText(translator->translate("PageSetLang", "Language:"));
 }
 
 void PageSetLang::fillLangList()
@@ -62,7 +58,7 @@ void PageSetLang::fillLangList()
     ui->comboBox_language->clear();
     const QList<LangEntry> languages = CTranslatorMgr::instance()->visibleLanguages();
     for (const LangEntry &lang : languages) {
-        if (lang.show) // GCOV_EXCL_BR_LINE: all are shown; the second test is deliberate.
+        if (lang.show) // GCOV_EXCL_BR_LINE: Deliberate: tested again, though always true.
             ui->comboBox_language->addItem(lang.name, lang.id);
     }
 

@@ -11,7 +11,7 @@
 
 namespace {
 
-bool isBlank(QChar unit)
+bool isSpaceOrTab(QChar unit)
 {
     return unit == QLatin1Char(' ') || unit == QLatin1Char('\t');
 }
@@ -25,19 +25,14 @@ LanguageFile::LanguageFile(QString fileName)
 
 bool LanguageFile::read()
 {
-    takeBytes(QByteArray());
-    scan();
-
     QFile file(m_fileName);
-    if (!file.open(QIODevice::ReadOnly))
-        return fail(QStringLiteral("read"), file.errorString());
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFile::NoError)
-        return fail(QStringLiteral("read"), file.errorString());
-
-    takeBytes(bytes);
+    QByteArray bytes;
+    if (file.open(QIODevice::ReadOnly))
+        bytes = file.readAll();
+    const bool ok = file.error() == QFile::NoError;
+    setBytes(ok ? bytes : QByteArray());
     scan();
-    return true;
+    return ok || fail(QStringLiteral("read"), file.errorString());
 }
 
 bool LanguageFile::setDefaultLanguage(int number)
@@ -46,8 +41,9 @@ bool LanguageFile::setDefaultLanguage(int number)
         return false;
 
     const QString units = unitsWithDefault(number);
-    if (!write(units))
-        return false;
+    QSaveFile file(m_fileName);
+    if (!file.open(QIODevice::WriteOnly) || file.write(toBytes(units)) < 0 || !file.commit())
+        return fail(QStringLiteral("write"), file.errorString());
 
     m_units = units;
     scan();
@@ -61,47 +57,42 @@ bool LanguageFile::fail(const QString &action, const QString &reason)
     return false;
 }
 
-void LanguageFile::takeBytes(const QByteArray &bytes)
+void LanguageFile::setBytes(const QByteArray &bytes)
 {
-    const bool littleEndian = bytes.startsWith("\xFF\xFE");
     m_bigEndian = bytes.startsWith("\xFE\xFF");
-    if (littleEndian || m_bigEndian) {
+    if (m_bigEndian || bytes.startsWith("\xFF\xFE")) {
         m_codec = nullptr;
-        m_mark = bytes.left(2);
-        m_units.clear();
-        int i = 2;
-        for (; i + 1 < bytes.size(); i += 2) {
-            const char *const unit = bytes.constData() + i;
-            m_units += QChar(m_bigEndian ? qFromBigEndian<quint16>(unit)
-                                         : qFromLittleEndian<quint16>(unit));
-        }
-        m_rest = bytes.mid(i);
+        m_bom = bytes.left(2);
+        m_units.resize(bytes.size() / 2 - 1);
+        if (m_bigEndian)
+            qFromBigEndian<quint16>(bytes.constData() + 2, m_units.size(), m_units.data());
+        else
+            qFromLittleEndian<quint16>(bytes.constData() + 2, m_units.size(), m_units.data());
+        m_rest = bytes.mid(bytes.size() / 2 * 2);
         return;
     }
 
     const bool utf8 = bytes.startsWith("\xEF\xBB\xBF");
     m_codec = QTextCodec::codecForName(utf8 ? "UTF-8" : "GB2312");
     if (!m_codec)
-        m_codec = QTextCodec::codecForLocale(); // Not every Qt has the Chinese ones.
-    m_mark = bytes.left(utf8 ? 3 : 0);
-    // With the length, because otherwise the text would end at a zero byte.
-    m_units = QString::fromLatin1(bytes.constData() + m_mark.size(), bytes.size() - m_mark.size());
+        m_codec = QTextCodec::codecForLocale(); // Qt may lack the Chinese codecs.
+    m_bom = bytes.left(utf8 ? 3 : 0);
+    // With the length, because otherwise the string would end at a zero byte.
+    m_units = QString::fromLatin1(bytes.constData() + m_bom.size(), bytes.size() - m_bom.size());
     m_rest.clear();
 }
 
 QByteArray LanguageFile::toBytes(const QString &units) const
 {
     if (m_codec)
-        return m_mark + units.toLatin1();
+        return m_bom + units.toLatin1();
 
-    QByteArray bytes = m_mark;
-    for (const QChar unit : units) {
-        const char low = static_cast<char>(unit.cell());
-        const char high = static_cast<char>(unit.row());
-        bytes += m_bigEndian ? high : low;
-        bytes += m_bigEndian ? low : high;
-    }
-    return bytes + m_rest;
+    QByteArray bytes(2 * units.size(), '\0');
+    if (m_bigEndian)
+        qToBigEndian<quint16>(units.constData(), units.size(), bytes.data());
+    else
+        qToLittleEndian<quint16>(units.constData(), units.size(), bytes.data());
+    return m_bom + bytes + m_rest;
 }
 
 QString LanguageFile::decoded(int start, int end) const
@@ -116,7 +107,7 @@ void LanguageFile::scan()
     m_defaultLanguage = 0;
     m_names.clear();
 
-    // A line feed is never part of a longer character, so the units can be split at it.
+    // A line feed is never part of a multi-byte character, so the units can be split at it.
     bool inLangMgr = false;
     int end = 0;
     for (int start = 0; start < m_units.size(); start = end + 1) {
@@ -135,7 +126,7 @@ void LanguageFile::scan()
     }
 }
 
-/// Comments need no look: what they start with makes their key another one.
+/// Needs no special case for comments, because ";" or "#" makes their key an unknown one.
 void LanguageFile::scanKeyLine(int start, int end)
 {
     const int equals = m_units.midRef(0, end).indexOf(QLatin1Char('='), start);
@@ -147,11 +138,11 @@ void LanguageFile::scanKeyLine(int start, int end)
     if (key == QLatin1String("DEFAULT")) {
         m_defaultLanguage = value.toInt();
         m_valueStart = equals + 1;
-        while (m_valueStart < end && isBlank(m_units.at(m_valueStart)))
+        while (m_valueStart < end && isSpaceOrTab(m_units.at(m_valueStart)))
             ++m_valueStart;
         m_valueEnd = end;
         while (m_valueEnd > m_valueStart
-               && (isBlank(m_units.at(m_valueEnd - 1))
+               && (isSpaceOrTab(m_units.at(m_valueEnd - 1))
                    || m_units.at(m_valueEnd - 1) == QLatin1Char('\r'))) {
             --m_valueEnd;
         }
@@ -181,15 +172,4 @@ QString LanguageFile::unitsWithDefault(int number) const
     if (position > 0 && units.at(position - 1) != QLatin1Char('\n'))
         lines.prepend(lineEnd);
     return units.insert(position, lines);
-}
-
-bool LanguageFile::write(const QString &units)
-{
-    QSaveFile file(m_fileName);
-    if (!file.open(QIODevice::WriteOnly))
-        return fail(QStringLiteral("write"), file.errorString());
-    file.write(toBytes(units));
-    if (!file.commit()) // Fails if the writing has failed before.
-        return fail(QStringLiteral("write"), file.errorString());
-    return true;
 }

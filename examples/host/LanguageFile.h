@@ -5,54 +5,52 @@
 
 class QTextCodec;
 
-/// The language catalogue, as the host keeps the machine's display language in it. It is read by
-/// the plug-in's rules. Everything but the default number belongs to others, and is written back
-/// byte for byte, even what makes no sense in the file's encoding.
+/// The language catalogue, in which the host stores the machine's display language as the default.
+/// Follows the plug-in's rules. Everything else in the file is written back byte for byte, even
+/// what is invalid in the file's encoding.
 class LanguageFile
 {
 public:
     explicit LanguageFile(QString fileName);
 
-    /// Reads the file; on failure returns false and knows no languages.
+    /// Reads the file. If that fails, returns false and has no languages.
     bool read();
 
-    /// Reads the file and writes it back with @p number as its default; on failure returns false
-    /// and leaves the file as it is.
+    /// Reads the file and writes it with @p number as its default. If that fails, returns false and
+    /// does not change the file.
     bool setDefaultLanguage(int number);
 
-    /// The default number as last read or written; 0 if there was none.
+    /// Returns the default as last read or written; 0 if there is none.
     int defaultLanguage() const { return m_defaultLanguage; }
 
-    /// Display name of a language; empty if it has none.
+    /// Returns the name of a language; empty if it has none.
     QString languageName(int number) const { return m_names.value(number); }
 
-    /// After a failure: names the file and the reason.
+    /// Returns the file and the reason of the last failure.
     QString errorString() const { return m_errorString; }
 
 private:
     bool fail(const QString &action, const QString &reason);
-    void takeBytes(const QByteArray &bytes);
+    void setBytes(const QByteArray &bytes);
     QByteArray toBytes(const QString &units) const;
     QString decoded(int start, int end) const;
     void scan();
     void scanKeyLine(int start, int end);
     QString unitsWithDefault(int number) const;
-    bool write(const QString &units);
 
     const QString m_fileName;
     QString m_errorString;
 
-    // The file's content: the mark, then code units of 8 or 16 bits, each as one character, then
-    // the odd last byte of a damaged UTF-16 file.
-    QTextCodec *m_codec = nullptr; ///< Null for UTF-16, whose units need no decoding.
+    // The file's content
+    QTextCodec *m_codec = nullptr; ///< Null for UTF-16, which needs no decoding.
     bool m_bigEndian = false;
-    QByteArray m_mark;
-    QString m_units;
-    QByteArray m_rest;
+    QByteArray m_bom;
+    QString m_units;   ///< Code units of 8 or 16 bits, each as one character.
+    QByteArray m_rest; ///< The odd last byte of a damaged UTF-16 file.
 
-    // What the units mean; positions are -1 where there is no such thing.
-    int m_afterHeader = -1; ///< Start of the line after the first header of the section.
-    int m_valueStart = -1;  ///< Of the default number that counts.
+    // Its meaning; positions are -1 if there is no such thing
+    int m_afterHeader = -1; ///< The start of the line after the section's first header.
+    int m_valueStart = -1;  ///< The start of the last DEFAULT's number.
     int m_valueEnd = -1;
     int m_defaultLanguage = 0;
     QMap<int, QString> m_names;

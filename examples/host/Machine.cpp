@@ -24,7 +24,7 @@ void Machine::NotifySettingChanged()
 bool Machine::SetLanguage(std::uint8_t langId)
 {
     Q_EMIT switching(true);
-    // An event loop, so that the windows are painted; the operator has to wait all the same.
+    // An event loop, so that the windows are painted. The operator still has to wait.
     QEventLoop loop;
     QTimer::singleShot(switchingTimeMs, &loop, &QEventLoop::quit);
     loop.exec(QEventLoop::ExcludeUserInputEvents);

@@ -5,8 +5,7 @@
 
 #include <QObject>
 
-/// The machine, in place of a real one. All it can do is switch its display language, which it
-/// keeps in the language catalogue.
+/// A simulated machine. It can only switch its display language, which it stores in the catalogue.
 class Machine : public QObject, public IHostMachine
 {
     Q_OBJECT
@@ -17,18 +16,14 @@ public:
     void NotifySettingChanged() override;
     bool SetLanguage(std::uint8_t langId) override;
 
-    /// Name and number of the display language, for the operator. Read from the catalogue.
+    /// Reads the catalogue and returns the name and number of the display language.
     QString displayLanguage();
-
-    /// Whether the machine refuses to switch languages from now on.
     void setRefusing(bool refusing) { m_refusing = refusing; }
 
 Q_SIGNALS:
-    /// A call has arrived, or something went wrong.
+    /// Emitted for each call of the plug-in and for each failure.
     void logged(const QString &line);
-    /// The machine has begun or ended to switch its language.
     void switching(bool active);
-    /// The display language is another one now.
     void languageChanged();
 
 private:

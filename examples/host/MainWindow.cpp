@@ -38,7 +38,7 @@ MainWindow::MainWindow(Machine &machine, IZendelMgr &manager, QWidget *parent)
     auto *const content = new QWidget;
     auto *const layout = new QVBoxLayout(content);
     layout->addWidget(createLogGroup(), 1);
-    layout->addWidget(createMachineGroup()); // Below, where the dialog doesn't cover it.
+    layout->addWidget(createMachineGroup()); // At the bottom, where the dialog doesn't cover it.
     setCentralWidget(content);
 
     createMenu();
@@ -109,7 +109,7 @@ void MainWindow::showSettings()
     const bool changed = m_manager.ShowSettingsDlg(reinterpret_cast<HWND>(winId()));
     logResult(QStringLiteral("ShowSettingsDlg"), changed);
     if (changed)
-        initPlugin(); // So that the next dialog speaks the new language.
+        initPlugin(); // So that the next dialog is in the new language.
 }
 
 void MainWindow::showLanguage()

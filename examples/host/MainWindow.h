@@ -8,17 +8,16 @@ class QGroupBox;
 class QLabel;
 class QPlainTextEdit;
 
-/// The host's main window: shows the machine's state and the calls between host and plug-in, and
-/// opens the plug-in's settings dialog.
+/// The host's main window: the machine's state, the plug-in's calls, and a menu with the settings.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
 
 public:
-    /// The machine and the manager must outlive the window.
+    /// Constructs the window. The machine and the manager must outlive it.
     MainWindow(Machine &machine, IZendelMgr &manager, QWidget *parent = nullptr);
 
-    /// Hands the machine to the plug-in, which loads the translation of the current language.
+    /// Passes the machine to the plug-in, which loads the translation of the current language.
     void initPlugin();
 
 private:

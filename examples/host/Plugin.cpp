@@ -3,7 +3,7 @@
 #include <QDir>
 #include <QFileInfo>
 
-// The path is absolute because a bare file name would be searched for in the system's folders.
+// The path is absolute because the system would search its own folders for a bare file name.
 Plugin::Plugin(const QString &fileName)
     : m_library(QFileInfo(fileName).absoluteFilePath())
 {
@@ -11,26 +11,26 @@ Plugin::Plugin(const QString &fileName)
 
 Plugin::~Plugin()
 {
-    m_manager.reset(); // Its code goes with the library.
+    m_manager.reset(); // While its code is still loaded.
     m_library.unload();
 }
 
 bool Plugin::load()
 {
-    // Asked first because the library would look for similar names then, and report the last.
+    // Checked first because QLibrary would try similar names and report the last one.
     if (!QFileInfo::exists(m_library.fileName()))
-        return fail(QStringLiteral("There is no such file"));
+        return fail(QStringLiteral("no such file"));
     if (!m_library.load())
         return fail(m_library.errorString());
 
     m_newInterface = reinterpret_cast<NewInterfaceFunction>(m_library.resolve("NewInterface"));
     if (!m_newInterface)
-        return fail(QStringLiteral("It has no function NewInterface"));
+        return fail(QStringLiteral("it does not export NewInterface"));
 
     m_releaseInterface =
         reinterpret_cast<ReleaseInterfaceFunction>(m_library.resolve("ReleaseInterface"));
     if (!m_releaseInterface)
-        return fail(QStringLiteral("It has no function ReleaseInterface"));
+        return fail(QStringLiteral("it does not export ReleaseInterface"));
     return true;
 }
 

@@ -7,7 +7,7 @@
 
 #include <memory>
 
-/// The plug-in's library and the one manager that this host gets from it.
+/// The plug-in's library and the manager that this host creates with it.
 class Plugin
 {
 public:
@@ -15,12 +15,13 @@ public:
     ~Plugin();
     Q_DISABLE_COPY(Plugin)
 
-    /// Loads the library and finds its functions; on failure returns false and errorString()
-    /// names the file and the reason. Needs no application object.
+    /// Loads the library and resolves its functions. Does not need an application object.
     bool load();
+
+    /// Returns the file and the reason of the failure after load() has returned false.
     QString errorString() const { return m_errorString; }
 
-    /// The manager, created on first use. To be called after a successful load().
+    /// Returns the manager, which is created on first use. Call load() before.
     IZendelMgr &manager();
 
 private:

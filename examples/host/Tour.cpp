@@ -1,7 +1,7 @@
 #include "examples/host/Tour.h"
 
 #include "examples/host/LanguageFile.h"
-#include "examples/host/Screen.h"
+#include "examples/host/Screenshot.h"
 
 #include <QAction>
 #include <QApplication>
@@ -22,7 +22,7 @@ namespace {
 constexpr int intervalMs = 50;
 constexpr int timeoutMs = 60 * 1000;
 
-/// So many rounds a window must have been there, for its frame to be there too.
+/// How many intervals a window must have been exposed, so that it has a frame, too.
 constexpr int settledRounds = 8;
 
 QMessageBox *messageBox()
@@ -36,7 +36,7 @@ QComboBox *languageList()
     return dialog ? dialog->findChild<QComboBox *>(QStringLiteral("comboBox_language")) : nullptr;
 }
 
-/// Returns at once; the click itself lasts until the operator has answered the box.
+/// Returns immediately; the click itself lasts until the message box is closed.
 void clickChange()
 {
     auto *const button = QApplication::activeModalWidget()->findChild<QPushButton *>(
@@ -47,19 +47,19 @@ void clickChange()
 } // namespace
 
 const Tour::Step Tour::steps[] = {
-    {"host", &Tour::host, QMessageBox::NoIcon},
-    {"dialog", &Tour::dialog, QMessageBox::NoIcon},
-    {"success", &Tour::success, QMessageBox::Information},
-    {"success", &Tour::closeDialog, QMessageBox::NoIcon},
-    {"success", &Tour::languageSwitched, QMessageBox::NoIcon},
-    {"new language", &Tour::newLanguage, QMessageBox::NoIcon},
-    {"failure", &Tour::failure, QMessageBox::Critical},
-    {"failure", &Tour::closeDialog, QMessageBox::NoIcon},
-    {"failure", &Tour::end, QMessageBox::NoIcon},
+    {"host", &Tour::host, QMessageBox::NoIcon, "1-host.png"},
+    {"dialog", &Tour::dialog, QMessageBox::NoIcon, "2-dialog.png"},
+    {"success", &Tour::answerMessageBox, QMessageBox::Information, "3-success.png"},
+    {"success", &Tour::closeDialog},
+    {"success", &Tour::languageSwitched},
+    {"new language", &Tour::newLanguage, QMessageBox::NoIcon, "4-new-language.png"},
+    {"failure", &Tour::answerMessageBox, QMessageBox::Critical, "5-failure.png"},
+    {"failure", &Tour::closeDialog},
+    {"failure", &Tour::end},
 };
 
-Tour::Tour(QWidget &window, LanguageFile &languages, QString directory)
-    : m_window(window)
+Tour::Tour(QWidget &mainWindow, LanguageFile &languages, QString directory)
+    : m_mainWindow(mainWindow)
     , m_languages(languages)
     , m_directory(std::move(directory))
 {
@@ -74,7 +74,7 @@ void Tour::start()
 
 bool Tour::host()
 {
-    if (!isSettled(&m_window) || !savePicture(QStringLiteral("1-host.png")))
+    if (!takeScreenshot(&m_mainWindow))
         return false;
     openSettings();
     return true;
@@ -83,7 +83,7 @@ bool Tour::host()
 bool Tour::dialog()
 {
     QComboBox *const list = languageList();
-    if (!list || !isSettled(list->window()) || !savePicture(QStringLiteral("2-dialog.png")))
+    if (!list || !takeScreenshot(list->window()))
         return false;
 
     list->setCurrentIndex((list->currentIndex() + 1) % list->count());
@@ -93,9 +93,13 @@ bool Tour::dialog()
     return true;
 }
 
-bool Tour::success()
+bool Tour::answerMessageBox()
 {
-    return answerBox(QStringLiteral("3-success.png"));
+    QMessageBox *const box = messageBox();
+    if (!takeScreenshot(box))
+        return false;
+    box->button(QMessageBox::Ok)->click();
+    return true;
 }
 
 bool Tour::closeDialog()
@@ -114,9 +118,9 @@ bool Tour::languageSwitched()
         return fail(m_languages.errorString());
     if (m_languages.defaultLanguage() != m_chosenLanguage)
         return fail(
-            QStringLiteral("The machine has not switched to language %1").arg(m_chosenLanguage));
+            QStringLiteral("The machine did not switch to language %1").arg(m_chosenLanguage));
 
-    m_window.findChild<QCheckBox *>(QStringLiteral("checkBox_refuse"))->setChecked(true);
+    m_mainWindow.findChild<QCheckBox *>(QStringLiteral("checkBox_refuse"))->setChecked(true);
     openSettings();
     return true;
 }
@@ -124,28 +128,36 @@ bool Tour::languageSwitched()
 bool Tour::newLanguage()
 {
     const QComboBox *const list = languageList();
-    if (!list || !isSettled(list->window()) || !savePicture(QStringLiteral("4-new-language.png")))
+    if (!list || !takeScreenshot(list->window()))
         return false;
     if (list->window()->windowTitle() == m_firstTitle)
-        return fail(QStringLiteral("The dialog does not speak the new language"));
+        return fail(QStringLiteral("The dialog is not in the new language"));
     clickChange();
     return true;
-}
-
-bool Tour::failure()
-{
-    return answerBox(QStringLiteral("5-failure.png"));
 }
 
 bool Tour::end()
 {
     if (QApplication::activeModalWidget())
         return false;
-    if (const QString log = unexpectedLog(); !log.isEmpty())
+
+    const QString expected = QStringLiteral("Init -> true\n"
+                                            "SetLanguage(%1) -> accepted\n"
+                                            "NotifySettingChanged\n"
+                                            "ShowSettingsDlg -> true\n"
+                                            "Init -> true\n"
+                                            "SetLanguage(%1) -> refused\n"
+                                            "ShowSettingsDlg -> false")
+                                 .arg(m_chosenLanguage);
+    const QString log =
+        m_mainWindow.findChild<QPlainTextEdit *>(QStringLiteral("plainTextEdit_log"))
+            ->toPlainText();
+    if (log != expected)
         return fail(QStringLiteral("Unexpected calls:\n") + log);
-    QTextStream(stdout) << m_pictures.join(QLatin1Char('\n')) << '\n';
+
+    QTextStream(stdout) << m_screenshots.join(QLatin1Char('\n')) << '\n';
     finish(0);
-    return false; // There is no next step.
+    return false; // This is the last step.
 }
 
 void Tour::runStep()
@@ -164,7 +176,7 @@ void Tour::runStep()
 void Tour::finish(int exitCode)
 {
     m_timer.stop();
-    QCoreApplication::exit(exitCode); // Closes the dialogs that are open, too.
+    QCoreApplication::exit(exitCode); // Closes open dialogs, too.
 }
 
 bool Tour::fail(const QString &reason)
@@ -175,52 +187,29 @@ bool Tour::fail(const QString &reason)
     return false;
 }
 
-bool Tour::isSettled(const QWidget *window)
+/// Returns false if it failed or if @p newWindow, which may be null, has not settled yet.
+bool Tour::takeScreenshot(const QWidget *newWindow)
 {
-    const bool exposed = window && window->windowHandle() && window->windowHandle()->isExposed();
+    const bool exposed =
+        newWindow && newWindow->windowHandle() && newWindow->windowHandle()->isExposed();
     m_settledRounds = exposed ? m_settledRounds + 1 : 0;
-    return m_settledRounds > settledRounds;
+    if (m_settledRounds <= settledRounds)
+        return false;
+
+    QDir().mkpath(m_directory);
+    const QString fileName =
+        QDir::toNativeSeparators(QDir(m_directory).filePath(QLatin1String(m_step->screenshot)));
+    QSaveFile file(fileName);
+    const QPixmap pixmap = screenshot(m_mainWindow);
+    if (!file.open(QIODevice::WriteOnly) || !pixmap.save(&file, "PNG") || !file.commit())
+        return fail(QStringLiteral("Cannot write %1: %2").arg(fileName, file.errorString()));
+    m_screenshots.append(fileName);
+    return true;
 }
 
 void Tour::openSettings()
 {
-    // Later, because it lasts until the dialog is closed.
-    QTimer::singleShot(0, m_window.findChild<QAction *>(QStringLiteral("action_settings")),
+    // In the event loop, because the call lasts until the dialog is closed.
+    QTimer::singleShot(0, m_mainWindow.findChild<QAction *>(QStringLiteral("action_settings")),
                        &QAction::trigger);
-}
-
-QString Tour::unexpectedLog() const
-{
-    const QString expected = QStringLiteral("Init -> true\n"
-                                            "SetLanguage(%1) -> accepted\n"
-                                            "NotifySettingChanged\n"
-                                            "ShowSettingsDlg -> true\n"
-                                            "Init -> true\n"
-                                            "SetLanguage(%1) -> refused\n"
-                                            "ShowSettingsDlg -> false")
-                                 .arg(m_chosenLanguage);
-    const QString log =
-        m_window.findChild<QPlainTextEdit *>(QStringLiteral("plainTextEdit_log"))->toPlainText();
-    return log == expected ? QString() : log;
-}
-
-bool Tour::answerBox(const QString &pictureName)
-{
-    QMessageBox *const box = messageBox();
-    if (!isSettled(box) || !savePicture(pictureName))
-        return false;
-    box->button(QMessageBox::Ok)->click();
-    return true;
-}
-
-bool Tour::savePicture(const QString &name)
-{
-    QDir().mkpath(m_directory);
-    const QString fileName = QDir::toNativeSeparators(QDir(m_directory).filePath(name));
-    QSaveFile file(fileName);
-    const QPixmap picture = Screen::picture(Screen::windows(m_window));
-    if (!file.open(QIODevice::WriteOnly) || !picture.save(&file, "PNG") || !file.commit())
-        return fail(QStringLiteral("Cannot write %1: %2").arg(fileName, file.errorString()));
-    m_pictures.append(fileName);
-    return true;
 }

@@ -16,26 +16,26 @@ namespace {
 struct Options
 {
     QString pluginFile;
-    QString tourDirectory; ///< Empty for no tour.
+    QString tourDirectory; ///< Empty without a tour.
 };
 
-/// Ends the program by itself on --help, and with 1 on most mistakes; returns false on others.
+/// Returns false if there is an unexpected argument. QCommandLineParser ends the program on --help
+/// and on other mistakes, the latter with exit code 1.
 bool readOptions(const QCoreApplication &app, Options &options)
 {
     const QCommandLineOption plugin(
         QStringLiteral("plugin"),
-        QStringLiteral("Load the plug-in from <file>, not from beside this program."),
+        QStringLiteral("Load the plug-in from <file> instead of this program's folder."),
         QStringLiteral("file"),
         QCoreApplication::applicationDirPath() + QLatin1String("/" PLUGIN_FILE_NAME));
     const QCommandLineOption tour(
         QStringLiteral("tour"),
-        QStringLiteral("Show everything without an operator, and write pictures of it to "
-                       "<directory>."),
+        QStringLiteral("Run a scripted tour and save its screenshots in <directory>."),
         QStringLiteral("directory"));
 
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        QStringLiteral("Control software of a machine, with the settings plug-in."));
+        QStringLiteral("Example of control software that uses the settings plug-in."));
     parser.addHelpOption();
     parser.addOptions({plugin, tour});
     parser.process(app);
@@ -57,7 +57,7 @@ int run(Machine &machine, IZendelMgr &manager, const QString &tourDirectory)
 {
     MainWindow window(machine, manager);
     window.show();
-    // From the event loop: it may open message boxes, which only a running loop can leave.
+    // In the event loop, because only a running loop can end while a message box is open.
     QTimer::singleShot(0, &window, &MainWindow::initPlugin);
 
     LanguageFile languages(cataloguePath());
@@ -74,7 +74,7 @@ int main(int argc, char *argv[])
     Options options;
     std::unique_ptr<Plugin> plugin;
     {
-        // An application without windows: help and mistakes need no display.
+        // Without windows, so that --help and error messages work without a display.
         const QCoreApplication app(argc, argv);
         if (!readOptions(app, options))
             return 1;
@@ -88,6 +88,6 @@ int main(int argc, char *argv[])
     const QApplication app(argc, argv);
     Machine machine(cataloguePath());
     const int exitCode = run(machine, plugin->manager(), options.tourDirectory);
-    plugin.reset(); // It may rely on the machine and on the application until it is unloaded.
+    plugin.reset(); // The plug-in may use the machine and the application until it is unloaded.
     return exitCode;
 }

@@ -21,9 +21,10 @@
 #include <stdexcept>
 
 using RecordingWindowManager::addCall;
+using WindowManager::Rect;
+Q_DECLARE_METATYPE(Rect)
 
-// The library's calls of these three operations come here, so that they can be written down
-// between those to the window manager; the real ones do the work.
+// These functions record the plug-in's calls among those to the window manager and forward them.
 
 INTERPOSE(WId, _ZNK7QWidget5winIdEv, (const QWidget *self))
 {
@@ -47,7 +48,7 @@ INTERPOSE(void, _ZN7QDialog8setModalEb, (QDialog * self, bool modal))
 
 namespace {
 
-/// A dialog that closes as soon as it is run.
+/// A dialog whose exec() returns at once.
 class BriefDialog : public QDialog
 {
 public:
@@ -58,7 +59,7 @@ public:
     }
 };
 
-/// A dialog whose run ends with an exception.
+/// A dialog whose exec() throws.
 class ThrowingDialog : public QDialog
 {
 public:
@@ -85,14 +86,14 @@ public:
     static void initMain();
 
 private Q_SLOTS:
-    void initTestCase();
+    void initTestCase() { Warnings::collect(); }
     void init();
     void cleanup();
 
-    void screenIsScaledAsAskedFor();
-    void hostIsNullAtFirst();
+    void screenHasTheRequestedScale();
+    void hostIsNullInitially();
     void basesAndMetaObject();
-    void managerHoldsNoState();
+    void managerHasNoState();
 
     void initWithHostRecordsItAndLoads();
     void initWithNullClearsTheHostAndLoadsNothing();
@@ -101,26 +102,26 @@ private Q_SLOTS:
     void everyInitLoadsAgain();
     void releaseKeepsHostAndTranslation();
 
-    void noHostMeansNoDialog();
-    void flagIsReturnedAndNotTheResultCode_data();
-    void flagIsReturnedAndNotTheResultCode();
-    void dialogIsBuiltAfreshForEveryCall();
+    void noDialogWithoutHost();
+    void lastChangeDecidesTheResult_data();
+    void lastChangeDecidesTheResult();
+    void everyCallBuildsANewDialog();
     void ownerIsEnabledWhileTheDialogStillExists();
-    void dialogRunsModallyOverTheOwner();
-    void hostMayCloseTheDialogDuringAChange_data();
-    void hostMayCloseTheDialogDuringAChange();
+    void dialogIsModalOverTheOwner();
 
     void stepsInOrderWithOwner();
     void stepsInOrderWithoutOwner();
     void dialogIsCentredOverTheOwner_data();
     void dialogIsCentredOverTheOwner();
-    void frameOfTheDialogIsLeftOut();
-    void windowExistsButIsHiddenWhenBroughtToTheFront();
+    void frameOfTheDialogIsIgnored();
+    void windowIsHiddenWhenBroughtToTheFront();
     void ownerIsEnabledHoweverTheDialogEnds_data();
     void ownerIsEnabledHoweverTheDialogEnds();
     void exceptionLeavesTheOwnerDisabled();
 
 private:
+    void showDialog(bool expectedResult);
+
     Operator m_operator;
     RecordingMachine m_machine;
 };
@@ -128,13 +129,8 @@ private:
 /// Called before the application is constructed.
 void tst_CZendelIns::initMain()
 {
-    // Set here because Wine hides variables named QT_* from programs.
+    // Wine hides variables named QT_* from programs.
     qputenv("QT_SCALE_FACTOR", scaleFactor());
-}
-
-void tst_CZendelIns::initTestCase()
-{
-    Warnings::collect();
 }
 
 void tst_CZendelIns::init()
@@ -145,7 +141,6 @@ void tst_CZendelIns::init()
     RecordingWindowManager::setName(ownerHandle(), QStringLiteral("owner"));
     m_operator.onBox = nullptr;
     m_operator.onDialog = nullptr;
-    m_machine.accepts = true;
     m_machine.onSetLanguage = nullptr;
     m_machine.onNotify = nullptr;
 }
@@ -160,12 +155,20 @@ void tst_CZendelIns::cleanup()
     g_pHostMachine = nullptr;
 }
 
-void tst_CZendelIns::screenIsScaledAsAskedFor()
+void tst_CZendelIns::showDialog(bool expectedResult)
+{
+    CZendelIns ins;
+    QVERIFY(ins.Init(&m_machine));
+    QCOMPARE(ins.ShowSettingsDlg(ownerHandle()), expectedResult);
+    QCOMPARE(m_operator.takeDialogs(), QStringList(QStringLiteral("DlgSettings")));
+}
+
+void tst_CZendelIns::screenHasTheRequestedScale()
 {
     QCOMPARE(qApp->devicePixelRatio(), scaleFactor().toDouble());
 }
 
-void tst_CZendelIns::hostIsNullAtFirst()
+void tst_CZendelIns::hostIsNullInitially()
 {
     QVERIFY(!g_pHostMachine);
 }
@@ -191,7 +194,7 @@ void tst_CZendelIns::basesAndMetaObject()
     QVERIFY(!ins.parent());
 }
 
-void tst_CZendelIns::managerHoldsNoState()
+void tst_CZendelIns::managerHasNoState()
 {
     QCOMPARE(sizeof(CZendelIns), sizeof(QObject) + sizeof(IZendelMgr));
 }
@@ -209,7 +212,7 @@ void tst_CZendelIns::initWithNullClearsTheHostAndLoadsNothing()
 {
     CZendelIns ins;
     QVERIFY(ins.Init(&m_machine));
-    Deployment::clear(); // Reading now would be seen in the message boxes.
+    Deployment::clear(); // Loading would now show message boxes.
     QVERIFY(!ins.Init(nullptr));
     QVERIFY(!g_pHostMachine);
     QCOMPARE(CTranslatorMgr::instance()->visibleLanguages().size(), 2);
@@ -262,52 +265,69 @@ void tst_CZendelIns::releaseKeepsHostAndTranslation()
     QCOMPARE(m_operator.takeDialogs(), QStringList(QStringLiteral("DlgSettings")));
 }
 
-void tst_CZendelIns::noHostMeansNoDialog()
+void tst_CZendelIns::noDialogWithoutHost()
 {
     CZendelIns ins;
     QVERIFY(!ins.ShowSettingsDlg(ownerHandle()));
     QCOMPARE(RecordingWindowManager::takeCalls(), QStringList());
-    QCOMPARE(Warnings::take(), QStringList()); // Not even built.
+    QCOMPARE(Warnings::take(), QStringList()); // The dialog was not constructed.
 }
 
-void tst_CZendelIns::flagIsReturnedAndNotTheResultCode_data()
+void tst_CZendelIns::lastChangeDecidesTheResult_data()
 {
     QTest::addColumn<QList<bool>>("attempts");
-    QTest::addColumn<bool>("accept");
+    QTest::addColumn<QString>("closedBy"); // A slot, or the host's call and its number
     QTest::addColumn<bool>("result");
 
-    QTest::newRow("no change, accepted") << QList<bool>() << true << false;
-    QTest::newRow("no change, rejected") << QList<bool>() << false << false;
-    QTest::newRow("success, accepted") << QList<bool> {true} << true << true;
-    QTest::newRow("success, rejected") << QList<bool> {true} << false << true;
-    QTest::newRow("success then failure, accepted") << QList<bool> {true, false} << true << false;
+    const auto row = [](const char *name, const QList<bool> &attempts, const char *closedBy,
+                        bool result) {
+        QTest::newRow(name) << attempts << QString::fromLatin1(closedBy) << result;
+    };
+    row("no change, accepted", {}, "accept", false);
+    row("no change, rejected", {}, "reject", false);
+    row("success, accepted", {true}, "accept", true);
+    row("success, rejected", {true}, "reject", true);
+    row("success then failure, accepted", {true, false}, "accept", false);
+
+    // Closed by the host: the result is what the page knows at that time.
+    row("in the first SetLanguage", {true}, "SetLanguage 1", false);
+    row("in the first notification", {true}, "NotifySettingChanged 1", true);
+    row("in SetLanguage after a success", {true, false}, "SetLanguage 2", true);
+    row("in SetLanguage after a failure", {false, true}, "SetLanguage 2", false);
+    row("in the notification after a failure", {false, true}, "NotifySettingChanged 2", true);
 }
 
-void tst_CZendelIns::flagIsReturnedAndNotTheResultCode()
+void tst_CZendelIns::lastChangeDecidesTheResult()
 {
     QFETCH(QList<bool>, attempts);
-    QFETCH(bool, accept);
+    QFETCH(QString, closedBy);
     QFETCH(bool, result);
 
+    int attempt = 0;
     m_operator.onDialog = [&](QDialog &dialog) {
+        const auto closeAt = [&](const QString &call) {
+            if (call.arg(attempt) == closedBy)
+                dialog.reject();
+        };
+        m_machine.onSetLanguage = [closeAt] { closeAt(QStringLiteral("SetLanguage %1")); };
+        m_machine.onNotify = [closeAt] { closeAt(QStringLiteral("NotifySettingChanged %1")); };
         for (const bool accepts : attempts) {
+            ++attempt;
             m_machine.accepts = accepts;
             dialog.findChild<QPushButton *>()->click();
         }
-        if (accept)
+        if (closedBy == QLatin1String("accept"))
             dialog.accept();
-        else
+        else if (closedBy == QLatin1String("reject"))
             dialog.reject();
+        QVERIFY(dialog.isHidden());
     };
-    CZendelIns ins;
-    QVERIFY(ins.Init(&m_machine));
-    QCOMPARE(ins.ShowSettingsDlg(ownerHandle()), result);
+    showDialog(result);
     QCOMPARE(m_operator.takeBoxes().size(), attempts.size());
-    m_operator.takeDialogs();
     m_machine.takeCalls();
 }
 
-void tst_CZendelIns::dialogIsBuiltAfreshForEveryCall()
+void tst_CZendelIns::everyCallBuildsANewDialog()
 {
     QPointer<QDialog> seen;
     m_operator.onDialog = [&seen](QDialog &dialog) {
@@ -333,16 +353,13 @@ void tst_CZendelIns::ownerIsEnabledWhileTheDialogStillExists()
         if (seen && seen->isHidden())
             withDialog += call;
     });
-    CZendelIns ins;
-    QVERIFY(ins.Init(&m_machine));
-    ins.ShowSettingsDlg(ownerHandle());
+    showDialog(false);
     QCOMPARE(withDialog,
              QStringList({QStringLiteral("enableWindow(owner, true)"),
                           QStringLiteral("setForegroundWindow(owner)")}));
-    m_operator.takeDialogs();
 }
 
-void tst_CZendelIns::dialogRunsModallyOverTheOwner()
+void tst_CZendelIns::dialogIsModalOverTheOwner()
 {
     QWidget otherWindow;
     otherWindow.show();
@@ -353,59 +370,8 @@ void tst_CZendelIns::dialogRunsModallyOverTheOwner()
         QCOMPARE(QApplication::activeModalWidget(), &dialog);
         QCOMPARE(dialog.pos(), QPoint(150, 115));
     };
-    CZendelIns ins;
-    QVERIFY(ins.Init(&m_machine));
-    ins.ShowSettingsDlg(ownerHandle());
+    showDialog(false);
     QVERIFY(!QApplication::activeModalWidget());
-    m_operator.takeDialogs();
-}
-
-void tst_CZendelIns::hostMayCloseTheDialogDuringAChange_data()
-{
-    QTest::addColumn<QString>("closingCall"); // And during which attempt
-    QTest::addColumn<QList<bool>>("attempts");
-    QTest::addColumn<bool>("result");
-
-    QTest::newRow("first change, not decided yet")
-        << QStringLiteral("SetLanguage 1") << QList<bool> {true} << false;
-    QTest::newRow("first change, decided")
-        << QStringLiteral("NotifySettingChanged 1") << QList<bool> {true} << true;
-    QTest::newRow("change after a success, not decided yet")
-        << QStringLiteral("SetLanguage 2") << QList<bool> {true, false} << true;
-    QTest::newRow("change after a failure, not decided yet")
-        << QStringLiteral("SetLanguage 2") << QList<bool> {false, true} << false;
-    QTest::newRow("change after a failure, decided")
-        << QStringLiteral("NotifySettingChanged 2") << QList<bool> {false, true} << true;
-}
-
-/// The result is what the page knows at the moment of closing.
-void tst_CZendelIns::hostMayCloseTheDialogDuringAChange()
-{
-    QFETCH(QString, closingCall);
-    QFETCH(QList<bool>, attempts);
-    QFETCH(bool, result);
-
-    int attempt = 0;
-    m_operator.onDialog = [&](QDialog &dialog) {
-        const auto closeAt = [&](const QString &call) {
-            if (call.arg(attempt) == closingCall)
-                dialog.reject();
-        };
-        m_machine.onSetLanguage = [closeAt] { closeAt(QStringLiteral("SetLanguage %1")); };
-        m_machine.onNotify = [closeAt] { closeAt(QStringLiteral("NotifySettingChanged %1")); };
-        for (const bool accepts : attempts) {
-            ++attempt;
-            m_machine.accepts = accepts;
-            dialog.findChild<QPushButton *>()->click();
-        }
-        QVERIFY(dialog.isHidden());
-    };
-    CZendelIns ins;
-    QVERIFY(ins.Init(&m_machine));
-    QCOMPARE(ins.ShowSettingsDlg(ownerHandle()), result);
-    QCOMPARE(m_operator.takeBoxes().size(), attempts.size());
-    m_operator.takeDialogs();
-    m_machine.takeCalls();
 }
 
 void tst_CZendelIns::stepsInOrderWithOwner()
@@ -437,15 +403,12 @@ void tst_CZendelIns::stepsInOrderWithoutOwner()
 
 void tst_CZendelIns::dialogIsCentredOverTheOwner_data()
 {
-    QTest::addColumn<QRect>("owner"); // Left, top, right and bottom
+    QTest::addColumn<Rect>("owner");
     QTest::addColumn<QSize>("dialog");
     QTest::addColumn<QPoint>("position");
 
-    const auto row = [](const char *name, WindowManager::Rect owner, QSize dialog,
-                        QPoint position) {
-        QTest::newRow(name) << QRect(owner.left, owner.top, owner.right - owner.left,
-                                     owner.bottom - owner.top)
-                            << dialog << position;
+    const auto row = [](const char *name, Rect owner, QSize dialog, QPoint position) {
+        QTest::newRow(name) << owner << dialog << position;
     };
     row("owner much larger", {100, 50, 900, 650}, {300, 200}, {350, 250});
     row("owner wider and higher by one", {0, 0, 301, 301}, {300, 300}, {0, 0});
@@ -458,12 +421,11 @@ void tst_CZendelIns::dialogIsCentredOverTheOwner_data()
 
 void tst_CZendelIns::dialogIsCentredOverTheOwner()
 {
-    QFETCH(QRect, owner);
+    QFETCH(Rect, owner);
     QFETCH(QSize, dialog);
     QFETCH(QPoint, position);
 
-    RecordingWindowManager::rect = {owner.x(), owner.y(), owner.x() + owner.width(),
-                                    owner.y() + owner.height()};
+    RecordingWindowManager::rect = owner;
     BriefDialog brief;
     brief.resize(dialog);
     CZendelIns::ExecModal(brief, ownerHandle());
@@ -472,22 +434,22 @@ void tst_CZendelIns::dialogIsCentredOverTheOwner()
     QCOMPARE(brief.pos(), position);
 }
 
-void tst_CZendelIns::frameOfTheDialogIsLeftOut()
+void tst_CZendelIns::frameOfTheDialogIsIgnored()
 {
     RecordingWindowManager::rect = {100, 50, 900, 650};
     BriefDialog dialog;
     dialog.resize(300, 200);
-    // Qt knows every platform's frame once the dialog has been shown.
+    // On every platform, Qt knows the frame once the dialog has been shown.
     dialog.show();
     QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-    if (QGuiApplication::platformName() != QLatin1String("xcb")) // No window manager, no frame.
+    if (QGuiApplication::platformName() != QLatin1String("xcb")) // It has no window manager.
         QVERIFY(dialog.frameGeometry().width() > dialog.width());
     dialog.hide();
     CZendelIns::ExecModal(dialog, ownerHandle());
     QVERIFY(RecordingWindowManager::takeCalls().contains(QStringLiteral("move(350, 250)")));
 }
 
-void tst_CZendelIns::windowExistsButIsHiddenWhenBroughtToTheFront()
+void tst_CZendelIns::windowIsHiddenWhenBroughtToTheFront()
 {
     BriefDialog dialog;
     QVERIFY(!dialog.internalWinId());

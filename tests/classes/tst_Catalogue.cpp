@@ -1,5 +1,3 @@
-// How the bytes of a catalogue become languages: its encodings, its lines, its keys.
-
 #include "lang/Catalogue.h"
 
 #include "lang/CTranslatorMgr.h"
@@ -21,7 +19,7 @@ bool codecsAreMissing = false;
 
 } // namespace
 
-// The library's look-ups of codecs come here.
+// Replaces the plug-in's look-ups of codecs.
 INTERPOSE(QTextCodec *, _ZN10QTextCodec12codecForNameERK10QByteArray, (const QByteArray &name))
 {
     codecAskedFor = name;
@@ -34,7 +32,7 @@ namespace {
 /// 简体中文 in GB2312.
 const QByteArray simplifiedChinese = QByteArrayLiteral("\xBC\xF2\xCC\xE5\xD6\xD0\xCE\xC4");
 
-/// A catalogue of one shown language, up to the name and behind it.
+/// A catalogue with one shown language, before and after the language's name.
 const QByteArray beforeName = QByteArrayLiteral("[LANG_MGR]\r\nLANG1_NAME=");
 const QByteArray afterName = QByteArrayLiteral("\r\nLANG1_FOLDER=a\r\nLANG1_SHOW=1\r\n");
 
@@ -63,7 +61,7 @@ private Q_SLOTS:
     void encodingByFirstBytes();
     void missingCodecLeavesTheCatalogueReadable();
     void langEntryDefaults();
-    void langEntryFieldsInDeclaredOrder();
+    void langEntryFieldsAreInOrder();
 
 private:
     static QString dump();
@@ -77,8 +75,8 @@ void tst_Catalogue::cleanup()
     Deployment::clear();
 }
 
-/// The default and all records of the catalogue, hidden ones too: "2 | 1+One:one 2-:two" for
-/// number, shown or hidden, name and folder.
+/// Returns the default and all records of the catalogue, such as "2 | 1+One:one 2-:two": number,
+/// shown (+) or hidden (-), name and folder.
 QString tst_Catalogue::dump()
 {
     int defaultLangId = 0;
@@ -93,7 +91,7 @@ QString tst_Catalogue::dump()
     return words.join(QLatin1Char(' '));
 }
 
-/// Reads the catalogue with the manager's own functions, but not through a manager.
+/// Reads the catalogue with the functions that the manager uses, but without a manager.
 QMap<int, LangEntry> tst_Catalogue::read(int &defaultLangId)
 {
     QMap<int, LangEntry> langMap;
@@ -106,7 +104,7 @@ QMap<int, LangEntry> tst_Catalogue::read(int &defaultLangId)
     return langMap;
 }
 
-/// Whether the manager's answers are those that the records of the catalogue lead to.
+/// Returns true if the manager's answers match the catalogue's records.
 bool tst_Catalogue::answersAsTheFileSays(const CTranslatorMgr &mgr)
 {
     int defaultLangId = 0;
@@ -142,76 +140,77 @@ void tst_Catalogue::catalogue_data()
     file("two bytes", "[]", "0 |");
 
     // Encodings
-    file("GB2312 without a mark", beforeName + simplifiedChinese + afterName, "0 | 1+简体中文:a");
-    file("UTF-8 with its mark", "\xEF\xBB\xBF" + beforeName + "简体中文" + afterName,
+    file("GB2312 without a BOM", beforeName + simplifiedChinese + afterName, "0 | 1+简体中文:a");
+    file("UTF-8 with BOM", "\xEF\xBB\xBF" + beforeName + "简体中文" + afterName,
          "0 | 1+简体中文:a");
-    file("UTF-16LE with its mark",
+    file("UTF-16LE with BOM",
          Deployment::utf16(
              QStringLiteral("\uFEFF[LANG_MGR]\r\nLANG1_NAME=简体中文\r\nLANG1_FOLDER=a\r\n")),
          "0 | 1-简体中文:a");
-    file("UTF-16LE with two marks",
+    file("UTF-16LE with two BOMs",
          Deployment::utf16(QStringLiteral("\uFEFF\uFEFF[LANG_MGR]\r\nLANG1_NAME=日本語")),
          "0 | 1-日本語:");
     file("UTF-16LE, first line empty",
          Deployment::utf16(QStringLiteral("\uFEFF\n[LANG_MGR]\nLANG1_NAME=日本語")),
          "0 | 1-日本語:");
-    file("UTF-16LE, nothing behind the mark", "\xFF\xFE", "0 |");
+    file("UTF-16LE BOM alone", "\xFF\xFE", "0 |");
     file("UTF-16LE, half a character at the end",
          Deployment::utf16(QStringLiteral("\uFEFF[LANG_MGR]\nDEFAULT=7\n")) + "x", "7 |");
-    file("UTF-16BE with its mark",
+    file("UTF-16BE with BOM",
          Deployment::utf16(QStringLiteral("\uFEFF[LANG_MGR]\r\nLANG1_NAME=简体中文\r\n"), false),
          "0 | 1-简体中文:");
-    file("UTF-32LE with its mark, which begins as that of UTF-16LE",
+    file("UTF-32LE with BOM, which starts with that of UTF-16LE",
          QByteArray("\xFF\xFE\0\0", 4)
              + utf32(QStringLiteral("[LANG_MGR]\nDEFAULT=7\nLANG1_NAME=日本語\n")),
          "7 | 1-日本語:");
-    file("UTF-8 mark alone", "\xEF\xBB\xBF", "0 |");
-    file("cut UTF-8 mark spoils the first header", "\xEF\xBB[LANG_MGR]\nDEFAULT=7", "0 |");
+    file("UTF-8 BOM alone", "\xEF\xBB\xBF", "0 |");
+    file("incomplete UTF-8 BOM spoils the first header", "\xEF\xBB[LANG_MGR]\nDEFAULT=7", "0 |");
 
-    // Line ends and white space
+    // Line endings and white space
     lines("LF", "DEFAULT=1\nLANG1_NAME=a\n", "1 | 1-a:");
     lines("CR LF", "DEFAULT=1\r\nLANG1_NAME=a\r\n", "1 | 1-a:");
-    lines("no end at the last line", "DEFAULT=1\nLANG1_NAME=a", "1 | 1-a:");
-    file("CR alone ends no line", "[LANG_MGR]\rDEFAULT=1\rLANG1_NAME=a\r", "0 |");
+    lines("no line ending after the last line", "DEFAULT=1\nLANG1_NAME=a", "1 | 1-a:");
+    file("CR alone does not end a line", "[LANG_MGR]\rDEFAULT=1\rLANG1_NAME=a\r", "0 |");
     lines("CR alone inside a value stays", "DEFAULT=1\nLANG1_NAME=a\rDEFAULT=2\n",
           "1 | 1-a\rDEFAULT=2:");
-    lines("blanks around key and value", " \t LANG1_NAME \t =  a b \t\n", "0 | 1-a b:");
+    lines("spaces around key and value", " \t LANG1_NAME \t =  a b \t\n", "0 | 1-a b:");
     file("Unicode white space around lines and values",
          "\xEF\xBB\xBF\u3000[LANG_MGR]\u00A0\n\u2003LANG1_NAME\u3000=\u3000a\u00A0\n", "0 | 1-a:");
-    lines("empty and blank lines", "\n   \n\t\nDEFAULT=1\n\n", "1 |");
+    lines("lines of nothing but white space", "\n   \n\t\nDEFAULT=1\n\n", "1 |");
 
     // Comments
-    lines("lines behind ; and #", ";DEFAULT=1\n#DEFAULT=2\n  ; DEFAULT=3\n  # [X]\n", "0 |");
-    lines("no comment behind a value", "LANG1_NAME=English ; main\nLANG2_NAME=a # b\n",
+    lines("lines that start with ; or #", ";DEFAULT=1\n#DEFAULT=2\n  ; DEFAULT=3\n  # [X]\n",
+          "0 |");
+    lines("no comments after a value", "LANG1_NAME=English ; main\nLANG2_NAME=a # b\n",
           "0 | 1-English ; main: 2-a # b:");
-    lines("comment before header kinds", ";[OTHER]\nDEFAULT=1\n#[OTHER]\nLANG1_NAME=a", "1 | 1-a:");
+    lines("headers in comments", ";[OTHER]\nDEFAULT=1\n#[OTHER]\nLANG1_NAME=a", "1 | 1-a:");
 
     // Sections
     file("key lines before the first header", "DEFAULT=1\nLANG1_NAME=a\n", "0 |");
     file("key lines under another header", "[LANG]\nDEFAULT=1\n[LANG_MGR2]\nDEFAULT=1\n", "0 |");
     file("header in lower case", "[lang_mgr]\nDEFAULT=1\n", "0 |");
-    file("header with blanks inside", "[ LANG_MGR ]\nDEFAULT=1\n[LANG_MGR ]\nDEFAULT=2", "0 |");
-    file("header with blanks around", "  [LANG_MGR]\t\nDEFAULT=1\n", "1 |");
+    file("header with spaces inside", "[ LANG_MGR ]\nDEFAULT=1\n[LANG_MGR ]\nDEFAULT=2", "0 |");
+    file("header with spaces around", "  [LANG_MGR]\t\nDEFAULT=1\n", "1 |");
     file("header with brackets in its name", "[[LANG_MGR]]\nDEFAULT=1\n", "0 |");
     lines("another header ends the section", "DEFAULT=1\n[OTHER]\nDEFAULT=2\nLANG1_NAME=a", "1 |");
     lines("two sections merge",
           "LANG1_NAME=a\n[OTHER]\nLANG1_NAME=b\n[LANG_MGR]\nLANG1_FOLDER=c\nLANG2_NAME=d\n",
           "0 | 1-a:c 2-d:");
-    lines("header with nothing between its brackets ends the section", "[]\nDEFAULT=1\n", "0 |");
-    lines("lone [ is no header", "[\nDEFAULT=1\n", "1 |");
-    lines("[ without ] at the end is no header", "[OTHER\n[OTHER] x\n[=]x\nDEFAULT=1\n", "1 |");
+    lines("empty header ends the section", "[]\nDEFAULT=1\n", "0 |");
+    lines("lone [ is not a header", "[\nDEFAULT=1\n", "1 |");
+    lines("[ without ] at the end is not a header", "[OTHER\n[OTHER] x\n[=]x\nDEFAULT=1\n", "1 |");
     lines("[ ... ] with = is a header", "[LANG1_NAME=a]\nDEFAULT=1\n", "0 |");
 
     // Key lines
     lines("first = splits", "LANG1_NAME=A=B\nLANG2_NAME==\n", "0 | 1-A=B: 2-=:");
-    lines("line that begins with =", "=\n=DEFAULT=1\n = 3\n", "0 |");
+    lines("line that starts with =", "=\n=DEFAULT=1\n = 3\n", "0 |");
     lines("line without =", "DEFAULT\nDEFAULT 1\nLANG1_NAME\n", "0 |");
     lines("quotes and backslashes stay", "LANG1_NAME=\"a\\n\"\n", "0 | 1-\"a\\n\":");
     lines("repeated key, last wins",
           "DEFAULT=1\nDEFAULT=2\nLANG1_NAME=a\nLANG1_NAME=b\nLANG1_FOLDER=a\nLANG1_FOLDER=b\n"
           "LANG1_SHOW=0\nLANG1_SHOW=1\n",
           "2 | 1+b:b");
-    lines("repeated key may empty a field",
+    lines("repeated key can empty a field",
           "LANG1_NAME=a\nLANG1_NAME=\nLANG1_SHOW=1\nLANG1_SHOW=\n", "0 | 1-:");
     lines("keys are case-sensitive",
           "default=1\nDefault=1\nlang1_NAME=a\nLANG1_name=a\nLang1_Name=a\n", "0 |");
@@ -222,20 +221,38 @@ void tst_Catalogue::catalogue_data()
     file("only ASCII digits match in a key",
          "\xEF\xBB\xBF[LANG_MGR]\nLANG\u0661_NAME=a\nLANG\uFF11_NAME=b\nLANG1\u0662_NAME=c\n",
          "0 |");
-    lines("lone ID creates the record and is not read", "LANG2_ID=7\n", "0 | 2-:");
+    lines("ID alone creates the record and is not read", "LANG2_ID=7\n", "0 | 2-:");
     lines("ID changes nothing in a record", "LANG2_NAME=a\nLANG2_ID=7\n", "0 | 2-a:");
-    lines("lone SHOW creates the record", "LANG2_SHOW=1\n", "0 | 2+:");
-    lines("leading zeros name the same record", "LANG01_NAME=a\nLANG1_FOLDER=b\nLANG001_SHOW=1\n",
+    lines("SHOW alone creates the record", "LANG2_SHOW=1\n", "0 | 2+:");
+    lines("leading zeros make no difference", "LANG01_NAME=a\nLANG1_FOLDER=b\nLANG001_SHOW=1\n",
           "0 | 1+a:b");
     lines("numbers in keys are decimal", "LANG010_NAME=a\nLANG10_FOLDER=b\nLANG08_NAME=c\n",
           "0 | 8-c: 10-a:b");
     lines("largest number", "LANG2147483647_NAME=a\n", "0 | 2147483647-a:");
-    lines("overlong numbers share record 0",
+    lines("numbers that are too large all mean record 0",
           "LANG2147483648_NAME=a\nLANG99999999999999999999_FOLDER=b\nLANG0_SHOW=1\n", "0 | 0+a:b");
-    lines("records in ascending number",
+    lines("records in ascending order",
           "LANG10_NAME=c\nLANG9_NAME=b\nLANG2_NAME=a\nLANG100_NAME=d\n",
           "0 | 2-a: 9-b: 10-c: 100-d:");
     lines("DEFAULT needs no record", "DEFAULT=9\nLANG1_NAME=a\n", "9 | 1-a:");
+
+    // Values
+    const auto replaced = [&lines](const char *first, const QByteArray &second,
+                                   const char *expected) {
+        lines(second.constData(), first + ("\n" + second) + "\n", expected);
+    };
+    replaced("DEFAULT=5", "DEFAULT=+1", "1 |");
+    replaced("DEFAULT=5", "DEFAULT=-3", "-3 |");
+    replaced("DEFAULT=5", "DEFAULT=010", "10 |");
+    replaced("DEFAULT=5", "DEFAULT= \t7 ", "7 |");
+    replaced("DEFAULT=5", "DEFAULT=2147483647", "2147483647 |");
+    for (const QByteArray value :
+         {"2147483648", "99999999999999999999", "1.0", "0x1", "one", "1 ; main", ""})
+        replaced("DEFAULT=5", "DEFAULT=" + value, "0 |");
+    for (const QByteArray value : {"1", "01", "+1", "  1\t"})
+        replaced("LANG1_SHOW=0", "LANG1_SHOW=" + value, "0 | 1+:");
+    for (const QByteArray value : {"0", "2", "-1", "true", "yes", "1.0", "0x1", "4294967297", ""})
+        replaced("LANG1_SHOW=1", "LANG1_SHOW=" + value, "0 | 1-:");
 }
 
 void tst_Catalogue::catalogue()
@@ -267,7 +284,7 @@ void tst_Catalogue::encodingByFirstBytes_data()
     row("FE FF", "\xFE\xFF", "GB2312");
     row("FF", "\xFF", "GB2312");
     row("EF", "\xEF", "GB2312");
-    row("no byte", "", "GB2312");
+    row("empty", "", "GB2312");
     row("text", "[LANG_MGR]", "GB2312");
 }
 
@@ -278,7 +295,7 @@ void tst_Catalogue::encodingByFirstBytes()
 
     QBuffer device(&bytes);
     QVERIFY(device.open(QIODevice::ReadOnly));
-    // By the name asked for: what the codec calls itself differs from one Qt to the other.
+    // Compares the requested name, because a codec's own name depends on how Qt was built.
     QVERIFY(CTranslatorMgr::detectCodec(&device));
     QCOMPARE(codecAskedFor, codec);
     QCOMPARE(device.pos(), 0);
@@ -287,8 +304,8 @@ void tst_Catalogue::encodingByFirstBytes()
 void tst_Catalogue::missingCodecLeavesTheCatalogueReadable()
 {
     codecsAreMissing = true;
-    for (const QByteArray &mark : {QByteArray(), QByteArray("\xEF\xBB\xBF")}) {
-        Deployment::writeCatalogue(mark + "[LANG_MGR]\nDEFAULT=7\nLANG1_NAME=a\n");
+    for (const QByteArray &bom : {QByteArray(), QByteArray("\xEF\xBB\xBF")}) {
+        Deployment::writeCatalogue(bom + "[LANG_MGR]\nDEFAULT=7\nLANG1_NAME=a\n");
         QCOMPARE(dump(), QStringLiteral("7 | 1-a:"));
         CTranslatorMgr mgr;
         mgr.loadLangConfig();
@@ -305,7 +322,7 @@ void tst_Catalogue::langEntryDefaults()
     QVERIFY(entry.name.isEmpty() && entry.folder.isEmpty() && entry.qmPath.isEmpty());
 }
 
-void tst_Catalogue::langEntryFieldsInDeclaredOrder()
+void tst_Catalogue::langEntryFieldsAreInOrder()
 {
     const LangEntry entry;
     const auto &[id, show, name, folder, qmPath] = entry;

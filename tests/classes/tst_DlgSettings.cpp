@@ -13,7 +13,6 @@
 #include "support/RecordingMachine.h"
 #include "support/Warnings.h"
 
-#include <QApplication>
 #include <QFile>
 #include <QLabel>
 #include <QPointer>
@@ -34,7 +33,7 @@ namespace {
 
 QStringList asked;
 
-/// Records what it is asked for. As large as QTranslator, because it takes its place.
+/// Records what it is asked for. It must be as large as QTranslator, which it replaces in place.
 class RecordingTranslator : public QTranslator
 {
 public:
@@ -55,7 +54,7 @@ static_assert(sizeof(RecordingTranslator) == sizeof(QTranslator));
 
 } // namespace
 
-// The library's constructions of translators come here.
+// Replaces the plug-in's constructions of translators.
 INTERPOSE(void, _ZN11QTranslatorC1EP7QObject, (QTranslator * self, QObject *parent))
 {
     new (self) RecordingTranslator(parent);
@@ -82,19 +81,7 @@ QStringList childClasses(const QWidget &widget)
     return result;
 }
 
-/// The one widget of its class, which may still be under construction.
-template<typename Widget>
-Widget *anyWidget()
-{
-    const QWidgetList widgets = QApplication::allWidgets();
-    for (QWidget *const widget : widgets) {
-        if (auto *const result = qobject_cast<Widget *>(widget))
-            return result;
-    }
-    return nullptr;
-}
-
-/// What stays of a style sheet when comments and white space are taken out.
+/// Returns the style sheet without comments and redundant white space.
 QString activeRules(QString styleSheet)
 {
     styleSheet.remove(QRegularExpression(QStringLiteral("/\\*.*?\\*/"),
@@ -117,32 +104,31 @@ private Q_SLOTS:
     void titleBarHasNoContextHelpButton();
     void formIsAsDesigned();
     void nothingElseIsSetOnTheWidgets();
-    void pageIsTheOneTab();
+    void pageIsTheOnlyTab();
     void pageIsCreatedInTheTabWidget();
     void documentModeIsSetAgain();
     void textsComeFromTheLoadedTranslation();
     void textsAreEmptyWithoutTranslation();
-    void textsAreAskedForPlainly();
+    void textsAreRequestedWithoutCommentOrNumber();
     void textsStayWhenTheHostInstallsATranslator();
-    void formHasNoTextsOfItsOwn();
-    void warnsOfTheUnconnectedSlotAlone();
+    void formHasNoTexts();
+    void unconnectedSlotIsTheOnlyWarning();
     void metaObjectDeclaresNothing();
 
     void styleSheetHasTheActiveRules();
-    void styleSheetKeepsItsInactiveText();
+    void styleSheetHasItsInactiveText();
     void styleSheetLinesEndInCrLf();
     void styleSheetIsStoredUncompressed();
     void styleSheetIsSetByteForByte();
-    void styleSheetDressesTheTabs();
+    void styleSheetAppliesToTheTabs();
     void styleSheetIsReadAsUtf8();
-    void missingStyleSheetLeavesTheDialogPlain();
+    void dialogWorksWithoutStyleSheet();
 
     void resultFollowsTheLastAttempt_data();
     void resultFollowsTheLastAttempt();
-    void resultIsTakenWhenTheDialogCloses();
-    void resultIsOverwrittenAtEveryClose();
+    void everyCloseUpdatesTheResult();
     void resultIsFalseWithoutAPage();
-    void resultCodeIsQDialogs();
+    void resultCodeIsThatOfQDialog();
 
 private:
     void press(const QDialog &dialog, bool accepts);
@@ -167,7 +153,7 @@ void tst_DlgSettings::cleanup()
         QCOMPARE(warning, Warnings::unconnectedSlot());
 }
 
-/// Presses the page's button; the machine accepts or refuses.
+/// Presses the page's button. The machine accepts or rejects the change.
 void tst_DlgSettings::press(const QDialog &dialog, bool accepts)
 {
     m_machine.accepts = accepts;
@@ -195,7 +181,7 @@ void tst_DlgSettings::titleBarHasNoContextHelpButton()
 {
     const DlgSettings dialog;
     QCOMPARE(dialog.windowFlags() & Qt::WindowContextHelpButtonHint, 0);
-    // Nothing else was changed about the window.
+    // The other flags are those of any dialog.
     const QDialog bare;
     QCOMPARE(dialog.windowFlags() | Qt::WindowContextHelpButtonHint,
              bare.windowFlags() | Qt::WindowContextHelpButtonHint);
@@ -220,7 +206,7 @@ void tst_DlgSettings::formIsAsDesigned()
     QVERIFY(tabWidget(dialog).documentMode());
 
     QCOMPARE(dialog.children(), QObjectList({dialog.layout(), &tabWidget(dialog)}));
-    // Qt's own parts of a tab widget.
+    // The tab widget has no children besides Qt's own.
     const QTabWidget bare;
     QCOMPARE(childClasses(tabWidget(dialog)), childClasses(bare));
     QCOMPARE(childClasses(*tabWidget(dialog).tabBar()), childClasses(*bare.tabBar()));
@@ -239,7 +225,7 @@ void tst_DlgSettings::nothingElseIsSetOnTheWidgets()
     QCOMPARE(differingProperties(*tabWidget(dialog).tabBar(), *bare.tabBar()), QString());
 }
 
-void tst_DlgSettings::pageIsTheOneTab()
+void tst_DlgSettings::pageIsTheOnlyTab()
 {
     const DlgSettings dialog;
     QCOMPARE(tabWidget(dialog).count(), 1);
@@ -262,7 +248,7 @@ void tst_DlgSettings::pageIsCreatedInTheTabWidget()
     HostTranslator hostTranslator;
     QVERIFY(QCoreApplication::installTranslator(&hostTranslator));
     QStringList parents;
-    // Asked while the page is constructed, before it is added as a tab.
+    // Called while the page is constructed, before it is added as a tab.
     hostTranslator.onPageText = [&parents] {
         const auto *const page = anyWidget<PageSetLang>();
         parents += page && page->parent() ? page->parent()->objectName() : QStringLiteral("none");
@@ -277,7 +263,7 @@ void tst_DlgSettings::documentModeIsSetAgain()
     HostTranslator hostTranslator;
     QVERIFY(QCoreApplication::installTranslator(&hostTranslator));
     QPointer<QTabWidget> changed;
-    // Asked while the page is constructed, after the dialog's form has set the mode.
+    // Called while the page is constructed, after the form has set the mode.
     hostTranslator.onPageText = [&changed] {
         changed = anyWidget<QTabWidget>();
         changed->setDocumentMode(false);
@@ -305,7 +291,7 @@ void tst_DlgSettings::textsAreEmptyWithoutTranslation()
     QCOMPARE(dialog.windowTitle(), QString());
 }
 
-void tst_DlgSettings::textsAreAskedForPlainly()
+void tst_DlgSettings::textsAreRequestedWithoutCommentOrNumber()
 {
     asked.clear();
     const DlgSettings dialog;
@@ -328,7 +314,7 @@ void tst_DlgSettings::textsStayWhenTheHostInstallsATranslator()
     m_machine.onSetLanguage = [&hostTranslator] {
         Deployment::installTranslation(QStringLiteral("first"), QStringLiteral("second"));
         CTranslatorMgr::instance()->loadTranslator();
-        // Every window gets QEvent::LanguageChange, and passes it on to its widgets.
+        // Sends QEvent::LanguageChange to every window, which passes it on to its widgets.
         QVERIFY(QCoreApplication::installTranslator(&hostTranslator));
     };
     DlgSettings dialog;
@@ -345,7 +331,7 @@ void tst_DlgSettings::textsStayWhenTheHostInstallsATranslator()
     QCOMPARE(texts(), before);
 }
 
-void tst_DlgSettings::formHasNoTextsOfItsOwn()
+void tst_DlgSettings::formHasNoTexts()
 {
     Ui::DlgSettings form;
     QDialog dialog;
@@ -357,7 +343,7 @@ void tst_DlgSettings::formHasNoTextsOfItsOwn()
     QCOMPARE(dialog.objectName(), QStringLiteral("DlgSettings"));
 }
 
-void tst_DlgSettings::warnsOfTheUnconnectedSlotAlone()
+void tst_DlgSettings::unconnectedSlotIsTheOnlyWarning()
 {
     DlgSettings dialog;
     dialog.show();
@@ -396,7 +382,7 @@ void tst_DlgSettings::styleSheetHasTheActiveRules()
                        "stop:0 #FFFFE3, stop:1 #FCE6BA); }"));
 }
 
-void tst_DlgSettings::styleSheetKeepsItsInactiveText()
+void tst_DlgSettings::styleSheetHasItsInactiveText()
 {
     const QString text = QString::fromUtf8(styleSheetFile());
     const int paneRule = text.indexOf(QLatin1String("QTabWidget::pane"));
@@ -435,17 +421,17 @@ void tst_DlgSettings::styleSheetIsSetByteForByte()
     QCOMPARE(dialog.styleSheet().toUtf8(), styleSheetFile());
 }
 
-void tst_DlgSettings::styleSheetDressesTheTabs()
+void tst_DlgSettings::styleSheetAppliesToTheTabs()
 {
     DlgSettings dialog;
     dialog.show();
     QVERIFY(QTest::qWaitForWindowExposed(&dialog));
     const QTabBar &tabBar = *tabWidget(dialog).tabBar();
-    // 25 px, a border of 1 px above and a margin of 2 px.
+    // 25 px, plus a border of 1 px and a margin of 2 px at the top
     QCOMPARE(tabBar.tabRect(0).height(), 28);
-    const QImage picture = tabWidget(dialog).grab().toImage();
+    const QImage screenshot = tabWidget(dialog).grab().toImage();
     const QPoint tab = tabBar.mapTo(&tabWidget(dialog), tabBar.tabRect(0).topLeft());
-    QCOMPARE(picture.pixelColor(tab + QPoint(5, 10)), QColor(Qt::white));
+    QCOMPARE(screenshot.pixelColor(tab + QPoint(5, 10)), QColor(Qt::white));
 }
 
 void tst_DlgSettings::styleSheetIsReadAsUtf8()
@@ -461,7 +447,7 @@ void tst_DlgSettings::styleSheetIsReadAsUtf8()
     Q_INIT_RESOURCE(style);
 }
 
-void tst_DlgSettings::missingStyleSheetLeavesTheDialogPlain()
+void tst_DlgSettings::dialogWorksWithoutStyleSheet()
 {
     Q_CLEANUP_RESOURCE(style);
     QVERIFY(styleSheetFile().isEmpty());
@@ -510,7 +496,7 @@ void tst_DlgSettings::resultFollowsTheLastAttempt()
     }
 }
 
-void tst_DlgSettings::resultIsTakenWhenTheDialogCloses()
+void tst_DlgSettings::everyCloseUpdatesTheResult()
 {
     DlgSettings dialog;
     QVERIFY(!dialog.changed());
@@ -518,15 +504,9 @@ void tst_DlgSettings::resultIsTakenWhenTheDialogCloses()
     QVERIFY(!dialog.changed());
     dialog.reject();
     QVERIFY(dialog.changed());
-}
 
-void tst_DlgSettings::resultIsOverwrittenAtEveryClose()
-{
-    DlgSettings dialog;
-    press(dialog, true);
-    dialog.accept();
-    QVERIFY(dialog.changed());
     press(dialog, false);
+    QVERIFY(dialog.changed());
     dialog.accept();
     QVERIFY(!dialog.changed());
 }
@@ -540,11 +520,11 @@ void tst_DlgSettings::resultIsFalseWithoutAPage()
     QVERIFY(!dialog.changed());
 }
 
-void tst_DlgSettings::resultCodeIsQDialogs()
+void tst_DlgSettings::resultCodeIsThatOfQDialog()
 {
     for (const bool accept : {true, false}) {
         DlgSettings dialog;
-        // The result is there when QDialog's own part of the closing begins.
+        // changed() is set before QDialog closes the dialog.
         bool changedWhenFinished = false;
         connect(&dialog, &QDialog::finished, this, [&] { changedWhenFinished = dialog.changed(); });
         press(dialog, true);

@@ -1,5 +1,5 @@
-// Which compiled translations are refused: those with which Qt would crash or hang at one of the
-// plug-in's texts, and no others.
+// The plug-in refuses a compiled translation only if Qt would crash or hang when looking up one of
+// the plug-in's texts.
 
 #include "lang/QmFile.h"
 #include "lang/SourceTexts.h"
@@ -11,11 +11,20 @@
 
 #include <QDir>
 #include <QFile>
-#include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTranslator>
 #include <QXmlStreamReader>
+
+namespace {
+
+/// Returns a file that has nothing but dependencies.
+QByteArray fileWithDependencies(const QList<QByteArray> &names)
+{
+    return completeQmFile().left(16) + dependenciesBlock(names) + QByteArray(8, '\0');
+}
+
+} // namespace
 
 class tst_QmFile : public QObject
 {
@@ -30,18 +39,18 @@ private Q_SLOTS:
     void dependencies();
     void dependencyOfADependencyIsFoundInTheSameFolder();
     void longChainOfDependenciesIsFollowed();
-    void listOfSourceTextsIsComplete();
+    void sourceTextsAreThoseThatLupdateFinds();
 
 private:
-    QString write(const char *name, const QByteArray &bytes) const;
+    QString write(const QByteArray &name, const QByteArray &bytes) const;
 
     const QTemporaryDir m_folder;
 };
 
-QString tst_QmFile::write(const char *name, const QByteArray &bytes) const
+QString tst_QmFile::write(const QByteArray &name, const QByteArray &bytes) const
 {
-    QFile file(m_folder.filePath(QLatin1String(name)));
-    // Qt may still have the old one mapped into memory.
+    QFile file(m_folder.filePath(QString::fromLatin1(name)));
+    // Qt may have mapped the old file into memory.
     if ((file.exists() && !file.remove()) || !file.open(QIODevice::WriteOnly)
         || file.write(bytes) != bytes.size())
         qFatal("Cannot write %s", qPrintable(file.fileName()));
@@ -66,7 +75,7 @@ void tst_QmFile::craftedFiles()
 
     QTranslator translator;
     const QString fileName = write("Zendel.qm", bytes);
-    QVERIFY(translator.load(fileName)); // To Qt, all are translations.
+    QVERIFY(translator.load(fileName)); // Qt loads all of them.
     QCOMPARE(loadQmFile(translator, fileName), usable);
     QVERIFY(usable || translator.isEmpty());
     QCOMPARE(translator.translate("PageSetLang", "Change"), change);
@@ -103,26 +112,20 @@ void tst_QmFile::dependencies_data()
     QTest::addColumn<bool>("usable");
     QTest::addColumn<QString>("change");
 
-    const QByteArray noTexts = completeQmFile().left(16);
     const QByteArray noContexts = QByteArray::fromHex("2f0000000400010000");
-    const QByteArray trailer(8, '\0');
     const auto row = [&](const char *name, const QByteArray &bytes, bool loadedByQt, bool usable,
                          const char *change) {
         QTest::newRow(name) << bytes << loadedByQt << usable << QString::fromLatin1(change);
     };
-    row("found in the dependency", noTexts + dependenciesBlock({"complete.qm"}) + trailer, true,
-        true, "CHANGE");
-    row("named without its suffix", noTexts + dependenciesBlock({"complete"}) + trailer, true, true,
-        "CHANGE");
-    row("named with more than its name", noTexts + dependenciesBlock({"complete_de.x"}) + trailer,
-        true, true, "CHANGE");
-    row("endless dependency", noTexts + dependenciesBlock({"endless.qm"}) + trailer, true, false,
-        "");
+    row("found in the dependency", fileWithDependencies({"complete.qm"}), true, true, "CHANGE");
+    row("named without suffix", fileWithDependencies({"complete"}), true, true, "CHANGE");
+    row("named with a longer name", fileWithDependencies({"complete_de.x"}), true, true, "CHANGE");
+    row("endless dependency", fileWithDependencies({"endless.qm"}), true, false, "");
     row("endless dependency after one that has all texts",
-        noTexts + dependenciesBlock({"complete.qm", "endless.qm"}) + trailer, true, true, "CHANGE");
+        fileWithDependencies({"complete.qm", "endless.qm"}), true, true, "CHANGE");
     row("endless dependency of a complete file", completeQmFile(dependenciesBlock({"endless.qm"})),
         true, true, "CHANGE");
-    row("endless dependency of a file that rules its contexts out",
+    row("endless dependency of a file that excludes the contexts",
         completeQmFile(dependenciesBlock({"endless.qm"}) + noContexts), true, true, "");
     row("missing dependency", completeQmFile(dependenciesBlock({"none.qm"})), false, false, "");
 }
@@ -151,13 +154,10 @@ void tst_QmFile::dependencies()
 
 void tst_QmFile::dependencyOfADependencyIsFoundInTheSameFolder()
 {
-    const QByteArray noTexts = completeQmFile().left(16);
-    const QByteArray trailer(8, '\0');
     QVERIFY(QDir(m_folder.path()).mkpath(QStringLiteral("below")));
     write("last.qm", completeQmFile());
-    write("below/middle.qm", noTexts + dependenciesBlock({"last.qm"}) + trailer);
-    const QString fileName =
-        write("Zendel.qm", noTexts + dependenciesBlock({"below/middle.qm"}) + trailer);
+    write("below/middle.qm", fileWithDependencies({"last.qm"}));
+    const QString fileName = write("Zendel.qm", fileWithDependencies({"below/middle.qm"}));
     QTranslator translator;
     QVERIFY(loadQmFile(translator, fileName));
     QCOMPARE(translator.translate("PageSetLang", "Change"), QStringLiteral("CHANGE"));
@@ -168,22 +168,18 @@ void tst_QmFile::dependencyOfADependencyIsFoundInTheSameFolder()
 
 void tst_QmFile::longChainOfDependenciesIsFollowed()
 {
-    const QByteArray noTexts = completeQmFile().left(16);
-    const QByteArray trailer(8, '\0');
     const int length = 400;
     for (int i = 0; i < length; ++i) {
-        const QByteArray next = "chain" + QByteArray::number(i + 1);
-        write(("chain" + QByteArray::number(i) + ".qm").constData(),
-              noTexts + dependenciesBlock({next}) + trailer);
+        write("chain" + QByteArray::number(i) + ".qm",
+              fileWithDependencies({"chain" + QByteArray::number(i + 1)}));
     }
-    write(("chain" + QByteArray::number(length) + ".qm").constData(), completeQmFile());
+    write("chain" + QByteArray::number(length) + ".qm", completeQmFile());
     QTranslator translator;
     QVERIFY(loadQmFile(translator, m_folder.filePath(QStringLiteral("chain0.qm"))));
     QCOMPARE(translator.translate("PageSetLang", "Change"), QStringLiteral("CHANGE"));
 }
 
-/// What the code asks for is what lupdate finds in it.
-void tst_QmFile::listOfSourceTextsIsComplete()
+void tst_QmFile::sourceTextsAreThoseThatLupdateFinds()
 {
     QFile file(QStringLiteral(TEXTS_FILE));
     QVERIFY(file.open(QIODevice::ReadOnly));

@@ -1,4 +1,4 @@
-// Where there is no X11: the owner is a Qt window of this process, served through Qt.
+// Without X11, the window manager supports windows that this process has created with Qt.
 
 #include "plugin/CZendelIns.h"
 #include "plugin/WindowManager.h"
@@ -38,15 +38,15 @@ private Q_SLOTS:
     void cleanup() { QCOMPARE(Warnings::take(), QStringList()); }
 
     void windowOfAnotherProgramIsIgnored();
-    void handleThatIsNoWindowIsIgnored_data();
-    void handleThatIsNoWindowIsIgnored();
-    void rectIsThatOfTheFrame();
+    void invalidHandleIsIgnored_data();
+    void invalidHandleIsIgnored();
+    void rectIncludesTheFrame();
     void disabledWidgetIsEnabledAgain();
-    void focusComesBackWithTheWindow();
-    void childStandsForItsWindow();
+    void focusIsRestored();
+    void childRepresentsItsWindow();
     void foregroundWindowIsActive();
-    void windowWithoutAWidgetIsServedToo();
-    void noWindowBecomesNative();
+    void windowWithoutAWidgetIsSupported();
+    void nativeWindowsAreNotCreated();
     void dialogIsCentredOverTheOwner();
 };
 
@@ -63,16 +63,16 @@ void tst_WindowManager_offscreen::windowOfAnotherProgramIsIgnored()
     WindowManager::enableWindow(window.handle(), true);
 }
 
-void tst_WindowManager_offscreen::handleThatIsNoWindowIsIgnored_data()
+void tst_WindowManager_offscreen::invalidHandleIsIgnored_data()
 {
     QTest::addColumn<quintptr>("handle");
 
     QTest::newRow("null") << quintptr(0);
     QTest::newRow("never a window") << quintptr(0x7654321);
-    QTest::newRow("window of the past") << quintptr(QWidget().winId());
+    QTest::newRow("destroyed window") << quintptr(QWidget().winId());
 }
 
-void tst_WindowManager_offscreen::handleThatIsNoWindowIsIgnored()
+void tst_WindowManager_offscreen::invalidHandleIsIgnored()
 {
     QFETCH(quintptr, handle);
 
@@ -84,7 +84,7 @@ void tst_WindowManager_offscreen::handleThatIsNoWindowIsIgnored()
     WindowManager::enableWindow(window, true);
 }
 
-void tst_WindowManager_offscreen::rectIsThatOfTheFrame()
+void tst_WindowManager_offscreen::rectIncludesTheFrame()
 {
     QWidget widget;
     widget.resize(300, 200);
@@ -107,7 +107,7 @@ void tst_WindowManager_offscreen::disabledWidgetIsEnabledAgain()
     QVERIFY(widget.isEnabled());
 }
 
-void tst_WindowManager_offscreen::focusComesBackWithTheWindow()
+void tst_WindowManager_offscreen::focusIsRestored()
 {
     QWidget window;
     QLineEdit first(&window);
@@ -120,7 +120,7 @@ void tst_WindowManager_offscreen::focusComesBackWithTheWindow()
     QCOMPARE(window.focusWidget(), &second);
 }
 
-void tst_WindowManager_offscreen::childStandsForItsWindow()
+void tst_WindowManager_offscreen::childRepresentsItsWindow()
 {
     QWidget window;
     QWidget child(&window);
@@ -148,7 +148,7 @@ void tst_WindowManager_offscreen::foregroundWindowIsActive()
     QTRY_VERIFY(second.isActiveWindow());
 }
 
-void tst_WindowManager_offscreen::windowWithoutAWidgetIsServedToo()
+void tst_WindowManager_offscreen::windowWithoutAWidgetIsSupported()
 {
     QWindow window;
     window.setGeometry(100, 50, 800, 600);
@@ -161,7 +161,7 @@ void tst_WindowManager_offscreen::windowWithoutAWidgetIsServedToo()
     WindowManager::enableWindow(handle, true);
 }
 
-void tst_WindowManager_offscreen::noWindowBecomesNative()
+void tst_WindowManager_offscreen::nativeWindowsAreNotCreated()
 {
     const QWindow window;
     WindowManager::bringWindowToTop(handleOf(0x7654321));

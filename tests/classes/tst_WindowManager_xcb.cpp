@@ -39,17 +39,16 @@ class tst_WindowManager_xcb : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
+    void initTestCase() { Warnings::collect(); }
     void cleanup();
 
-    void handleThatIsNoWindowIsIgnored_data();
-    void handleThatIsNoWindowIsIgnored();
-
+    void invalidHandleIsIgnored_data();
+    void invalidHandleIsIgnored();
     void disabledWindowGetsNoClick();
     void disabledWindowDoesNotSeeTheMouse();
     void disablingTwiceIsUndoneByEnablingOnce();
     void enablingAnEnabledWindowChangesNothing();
-    void disabledWindowMayGrow();
+    void disabledWindowCanGrow();
     void rectIsInScreenCoordinates();
     void rectIncludesTheFrame();
     void rectOfTheDesktopIsTheScreen();
@@ -58,28 +57,23 @@ private Q_SLOTS:
     void hiddenWindowIsNotAnError();
 };
 
-void tst_WindowManager_xcb::initTestCase()
-{
-    Warnings::collect();
-}
-
 void tst_WindowManager_xcb::cleanup()
 {
     NativeWindow::synchronizeQt();
     QCOMPARE(Warnings::take(), QStringList());
 }
 
-void tst_WindowManager_xcb::handleThatIsNoWindowIsIgnored_data()
+void tst_WindowManager_xcb::invalidHandleIsIgnored_data()
 {
     QTest::addColumn<quintptr>("handle");
 
     NativeWindow window(QRect(0, 0, 10, 10));
     QTest::newRow("null") << quintptr(0);
     QTest::newRow("never a window") << quintptr(0x7654321);
-    QTest::newRow("window of the past") << reinterpret_cast<quintptr>(window.handle());
+    QTest::newRow("destroyed window") << reinterpret_cast<quintptr>(window.handle());
 }
 
-void tst_WindowManager_xcb::handleThatIsNoWindowIsIgnored()
+void tst_WindowManager_xcb::invalidHandleIsIgnored()
 {
     QFETCH(quintptr, handle);
 
@@ -141,7 +135,7 @@ void tst_WindowManager_xcb::enablingAnEnabledWindowChangesNothing()
     QCOMPARE(window.takeClicks(), 1);
 }
 
-void tst_WindowManager_xcb::disabledWindowMayGrow()
+void tst_WindowManager_xcb::disabledWindowCanGrow()
 {
     NativeWindow window(QRect(100, 100, 50, 50));
     WindowManager::enableWindow(window.handle(), false);
@@ -165,8 +159,8 @@ void tst_WindowManager_xcb::rectIsInScreenCoordinates()
 
 void tst_WindowManager_xcb::rectIncludesTheFrame()
 {
-    // What a window manager does: a frame with a border of 2, and inside it, at (5, 25), a window
-    // of its own around the host's.
+    // As a window manager does: a frame with a border of 2, and in it, at (5, 25), a window around
+    // the host's.
     xcb_connection_t *const connection = QX11Info::connection();
     const NativeWindow window(QRect(0, 0, 300, 200));
     const xcb_window_t frame = xcb_generate_id(connection);

@@ -1,5 +1,5 @@
-// Linked with the compiled style sheet and these two functions in place of QtCore's, so that it
-// sees what the plug-in hands to Qt when it is loaded and unloaded.
+// Replaces two functions of QtCore, to see what the compiled style sheet passes to Qt when the
+// plug-in is loaded and unloaded.
 
 #include <QtTest>
 
@@ -39,7 +39,7 @@ private Q_SLOTS:
         QCOMPARE(formatVersion, 3);
     }
 
-    void dataIsTheFileBehindItsLength()
+    void dataIsTheLengthAndTheFile()
     {
         QFile source(QStringLiteral(STYLE_SHEET));
         QVERIFY(source.open(QIODevice::ReadOnly));
@@ -51,7 +51,7 @@ private Q_SLOTS:
 
     void contentHasTheKnownHash()
     {
-        // Stated apart from the file, so that no byte of it changes by accident.
+        // Prevents accidental changes of the file.
         const auto size = qFromBigEndian<qint32>(registeredData);
         QCOMPARE(size, 759);
         const QByteArray bytes(reinterpret_cast<const char *>(registeredData + 4), size);

@@ -1,4 +1,4 @@
-// A library that is no plug-in, or only half of one.
+// A library that lacks one or both functions of the plug-in
 
 #include <QtGlobal>
 

@@ -16,11 +16,11 @@ class tst_LanguageFile : public QObject
 private Q_SLOTS:
     void onlyTheDefaultNumberChanges_data();
     void onlyTheDefaultNumberChanges();
-    void namesAreDecodedAsThePluginDoes_data();
-    void namesAreDecodedAsThePluginDoes();
-    void missingFileIsNamed();
-    void folderInPlaceOfTheFileIsNamed();
-    void fileIsReplacedAsAWhole();
+    void namesAreDecodedAsInThePlugin_data();
+    void namesAreDecodedAsInThePlugin();
+    void missingFileIsReported();
+    void folderInsteadOfFileIsReported();
+    void fileIsReplacedNotOverwritten();
 
 private:
     void write(const QByteArray &bytes);
@@ -46,8 +46,8 @@ void tst_LanguageFile::onlyTheDefaultNumberChanges_data()
     };
     row("LF", "[LANG_MGR]\nDEFAULT=1\nLANG1_NAME=a\n", "[LANG_MGR]\nDEFAULT=42\nLANG1_NAME=a\n");
     row("CR LF", "; x\r\n[LANG_MGR]\r\nDEFAULT=1\r\n", "; x\r\n[LANG_MGR]\r\nDEFAULT=42\r\n");
-    row("blanks stay", "[LANG_MGR]\n  DEFAULT =  1 \t\nX", "[LANG_MGR]\n  DEFAULT =  42 \t\nX");
-    row("no line end at the end", "[LANG_MGR]\nDEFAULT=1", "[LANG_MGR]\nDEFAULT=42");
+    row("spaces are kept", "[LANG_MGR]\n  DEFAULT =  1 \t\nX", "[LANG_MGR]\n  DEFAULT =  42 \t\nX");
+    row("no line end in the last line", "[LANG_MGR]\nDEFAULT=1", "[LANG_MGR]\nDEFAULT=42");
     row("no value", "[LANG_MGR]\nDEFAULT=\n", "[LANG_MGR]\nDEFAULT=42\n");
     row("the last one counts", "[LANG_MGR]\nDEFAULT=1\nDEFAULT=2\n",
         "[LANG_MGR]\nDEFAULT=1\nDEFAULT=42\n");
@@ -55,12 +55,12 @@ void tst_LanguageFile::onlyTheDefaultNumberChanges_data()
         "DEFAULT=0\n[LANG_MGR]\nDEFAULT=1\n;DEFAULT=2\n[OTHER]\nDEFAULT=3\n",
         "DEFAULT=0\n[LANG_MGR]\nDEFAULT=42\n;DEFAULT=2\n[OTHER]\nDEFAULT=3\n");
     row("no DEFAULT", "[LANG_MGR]\nLANG1_NAME=a\n", "[LANG_MGR]\nDEFAULT=42\nLANG1_NAME=a\n");
-    row("no DEFAULT and nothing behind the header", "[LANG_MGR]", "[LANG_MGR]\r\nDEFAULT=42\r\n");
+    row("no DEFAULT and nothing after the header", "[LANG_MGR]", "[LANG_MGR]\r\nDEFAULT=42\r\n");
     row("no section", "[OTHER]\nDEFAULT=1\n", "[OTHER]\nDEFAULT=1\n[LANG_MGR]\nDEFAULT=42\n");
     row("empty file", "", "[LANG_MGR]\r\nDEFAULT=42\r\n");
-    row("UTF-8 with its mark", "\xEF\xBB\xBF[LANG_MGR]\nLANG1_NAME=简\nDEFAULT=1\n",
+    row("UTF-8 with a BOM", "\xEF\xBB\xBF[LANG_MGR]\nLANG1_NAME=简\nDEFAULT=1\n",
         "\xEF\xBB\xBF[LANG_MGR]\nLANG1_NAME=简\nDEFAULT=42\n");
-    row("GB2312, and bytes that are none", "[LANG_MGR]\nLANG1_NAME=\xBC\xF2\xFF\x80\nDEFAULT=1\n",
+    row("GB2312 and invalid bytes", "[LANG_MGR]\nLANG1_NAME=\xBC\xF2\xFF\x80\nDEFAULT=1\n",
         "[LANG_MGR]\nLANG1_NAME=\xBC\xF2\xFF\x80\nDEFAULT=42\n");
     for (const bool littleEndian : {true, false}) {
         const auto encoded = [littleEndian](const char *number) {
@@ -72,7 +72,7 @@ void tst_LanguageFile::onlyTheDefaultNumberChanges_data()
         };
         const QByteArray name = littleEndian ? "UTF-16LE" : "UTF-16BE";
         row(name.constData(), encoded("1"), encoded("42"));
-        row((name + ", an odd byte at the end").constData(), encoded("1") + 'x',
+        row((name + " with an odd byte at the end").constData(), encoded("1") + 'x',
             encoded("42") + 'x');
     }
 }
@@ -94,7 +94,7 @@ void tst_LanguageFile::onlyTheDefaultNumberChanges()
     QCOMPARE(languages.defaultLanguage(), 42);
 }
 
-void tst_LanguageFile::namesAreDecodedAsThePluginDoes_data()
+void tst_LanguageFile::namesAreDecodedAsInThePlugin_data()
 {
     QTest::addColumn<QByteArray>("bytes");
 
@@ -106,7 +106,7 @@ void tst_LanguageFile::namesAreDecodedAsThePluginDoes_data()
     QTest::newRow("UTF-16BE") << Deployment::utf16(QChar(QChar::ByteOrderMark) + text, false);
 }
 
-void tst_LanguageFile::namesAreDecodedAsThePluginDoes()
+void tst_LanguageFile::namesAreDecodedAsInThePlugin()
 {
     QFETCH(QByteArray, bytes);
 
@@ -118,7 +118,7 @@ void tst_LanguageFile::namesAreDecodedAsThePluginDoes()
     QCOMPARE(languages.languageName(4), QString());
 }
 
-void tst_LanguageFile::missingFileIsNamed()
+void tst_LanguageFile::missingFileIsReported()
 {
     const QString fileName = m_folder.filePath(QStringLiteral("no/Lang.ini"));
     LanguageFile languages(fileName);
@@ -127,9 +127,9 @@ void tst_LanguageFile::missingFileIsNamed()
         QStringLiteral("Cannot read %1: ").arg(QDir::toNativeSeparators(fileName))));
 }
 
-void tst_LanguageFile::fileIsReplacedAsAWhole()
+void tst_LanguageFile::fileIsReplacedNotOverwritten()
 {
-    // Another name of the old file keeps the old content, as it would not if it were written over.
+    // A hard link to the old file keeps its content, unless the file is overwritten.
     const QByteArray before = "[LANG_MGR]\nDEFAULT=1\n";
     write(before);
     const QString other = m_folder.filePath(QStringLiteral("other.ini"));
@@ -141,7 +141,7 @@ void tst_LanguageFile::fileIsReplacedAsAWhole()
     QCOMPARE(old.readAll(), before);
 }
 
-void tst_LanguageFile::folderInPlaceOfTheFileIsNamed()
+void tst_LanguageFile::folderInsteadOfFileIsReported()
 {
     const QString fileName = m_folder.filePath(QStringLiteral("folder"));
     QVERIFY(QDir().mkpath(fileName));

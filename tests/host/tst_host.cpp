@@ -1,4 +1,4 @@
-// The example host as a person starts it, from a folder of its own with the sample deployment.
+// Tests the example host as users start it, in its own folder with the sample deployment.
 
 #include "examples/host/LanguageFile.h"
 #include "lang/SourceTexts.h"
@@ -21,23 +21,23 @@ private Q_SLOTS:
     void init();
 
     void helpNeedsNoDisplay();
-    void mistakenCallExitsWithOne_data();
-    void mistakenCallExitsWithOne();
-    void unusablePluginIsNamedWithTheReason_data();
-    void unusablePluginIsNamedWithTheReason();
+    void wrongArgumentsExitWithOne_data();
+    void wrongArgumentsExitWithOne();
+    void unusablePluginIsReported_data();
+    void unusablePluginIsReported();
     void sampleCatalogueIsAsDescribed();
     void sampleTranslationsAreComplete();
     void tourShowsEveryStageAndSwitchesTheLanguage();
-    void secondTourSwitchesToAnotherLanguage();
-    void tourWithoutAPlaceForPicturesFails();
+    void secondTourSwitchesAgain();
+    void tourWithoutAFolderFails();
 
 private:
     void run(const QStringList &arguments, bool withDisplay = true);
+    void runTour(const QString &folder);
     QString path(const QString &below) const { return m_folder.filePath(below); }
     int defaultLanguage() const;
 
     const QTemporaryDir m_folder;
-    const QString m_plugin = QStringLiteral(PLUGIN_FILE);
     int m_exitCode = -1;
     QString m_output;
     QString m_errors;
@@ -76,6 +76,12 @@ void tst_host::run(const QStringList &arguments, bool withDisplay)
     m_errors = QString::fromLocal8Bit(process.readAllStandardError());
 }
 
+void tst_host::runTour(const QString &folder)
+{
+    run({QStringLiteral("--plugin"), QStringLiteral(PLUGIN_FILE), QStringLiteral("--tour"),
+         folder});
+}
+
 int tst_host::defaultLanguage() const
 {
     LanguageFile languages(path(QStringLiteral("Lang/Lang.ini")));
@@ -90,19 +96,20 @@ void tst_host::helpNeedsNoDisplay()
         QVERIFY2(m_output.contains(QLatin1String(option)), option);
 }
 
-void tst_host::mistakenCallExitsWithOne_data()
+void tst_host::wrongArgumentsExitWithOne_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("named");
 
     QTest::newRow("unknown option")
         << QStringList(QStringLiteral("--unknown")) << QStringLiteral("unknown");
-    QTest::newRow("plugin without file")
+    QTest::newRow("--plugin without a file")
         << QStringList(QStringLiteral("--plugin")) << QStringLiteral("plugin");
-    QTest::newRow("stray word") << QStringList(QStringLiteral("word")) << QStringLiteral("word");
+    QTest::newRow("extra argument")
+        << QStringList(QStringLiteral("word")) << QStringLiteral("word");
 }
 
-void tst_host::mistakenCallExitsWithOne()
+void tst_host::wrongArgumentsExitWithOne()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QString, named);
@@ -112,22 +119,22 @@ void tst_host::mistakenCallExitsWithOne()
     QVERIFY2((m_output + m_errors).contains(named), qPrintable(m_errors));
 }
 
-void tst_host::unusablePluginIsNamedWithTheReason_data()
+void tst_host::unusablePluginIsReported_data()
 {
     QTest::addColumn<QString>("file");
     QTest::addColumn<QString>("reason");
 
     QTest::newRow("missing") << QStringLiteral("/no/such/plugin.so")
                              << QStringLiteral("no such file");
-    QTest::newRow("no library") << QStringLiteral(SAMPLE_CATALOGUE)
-                                << QStringLiteral("Cannot load");
+    QTest::newRow("not a library")
+        << QStringLiteral(SAMPLE_CATALOGUE) << QStringLiteral("Cannot load");
     QTest::newRow("without NewInterface")
         << QStringLiteral(PLUGIN_WITHOUT_FUNCTIONS) << QStringLiteral("NewInterface");
     QTest::newRow("without ReleaseInterface")
         << QStringLiteral(PLUGIN_WITHOUT_RELEASE) << QStringLiteral("ReleaseInterface");
 }
 
-void tst_host::unusablePluginIsNamedWithTheReason()
+void tst_host::unusablePluginIsReported()
 {
     QFETCH(QString, file);
     QFETCH(QString, reason);
@@ -179,43 +186,42 @@ void tst_host::sampleTranslationsAreComplete()
 void tst_host::tourShowsEveryStageAndSwitchesTheLanguage()
 {
     QCOMPARE(defaultLanguage(), 2);
-    const QDir pictures(path(QStringLiteral("tour")));
-    run({QStringLiteral("--plugin"), m_plugin, QStringLiteral("--tour"), pictures.path()});
+    const QDir screenshots(path(QStringLiteral("tour")));
+    runTour(screenshots.path());
     QVERIFY2(m_exitCode == 0, qPrintable(m_errors));
     QCOMPARE(defaultLanguage(), 3);
 
     const QStringList names {QStringLiteral("1-host.png"), QStringLiteral("2-dialog.png"),
                              QStringLiteral("3-success.png"), QStringLiteral("4-new-language.png"),
                              QStringLiteral("5-failure.png")};
-    QCOMPARE(pictures.entryList(QDir::Files, QDir::Name), names);
+    QCOMPARE(screenshots.entryList(QDir::Files, QDir::Name), names);
     QImage previous;
     for (const QString &name : names) {
-        const QImage picture(pictures.filePath(name));
-        QVERIFY2(picture.width() >= 700 && picture.height() >= 470, qPrintable(name));
-        QVERIFY2(picture != previous, qPrintable(name));
+        const QImage screenshot(screenshots.filePath(name));
+        QVERIFY2(screenshot.width() >= 700 && screenshot.height() >= 470, qPrintable(name));
+        QVERIFY2(screenshot != previous, qPrintable(name));
         QVERIFY2(m_output.contains(name), qPrintable(m_output));
-        previous = picture;
+        previous = screenshot;
     }
 }
 
-void tst_host::secondTourSwitchesToAnotherLanguage()
+void tst_host::secondTourSwitchesAgain()
 {
-    const QStringList arguments {QStringLiteral("--plugin"), m_plugin, QStringLiteral("--tour"),
-                                 path(QStringLiteral("second"))};
-    run(arguments);
+    const QString folder = path(QStringLiteral("second"));
+    runTour(folder);
     QCOMPARE(m_exitCode, 0);
     const int first = defaultLanguage();
-    run(arguments);
+    runTour(folder);
     QCOMPARE(m_exitCode, 0);
     QVERIFY(defaultLanguage() != first);
 }
 
-void tst_host::tourWithoutAPlaceForPicturesFails()
+void tst_host::tourWithoutAFolderFails()
 {
-    const QString place = path(QStringLiteral("host.exe")); // A file, and no folder.
-    run({QStringLiteral("--plugin"), m_plugin, QStringLiteral("--tour"), place});
+    const QString file = path(QStringLiteral("host.exe"));
+    runTour(file);
     QCOMPARE(m_exitCode, 1);
-    QVERIFY2(m_errors.contains(QDir::toNativeSeparators(place)), qPrintable(m_errors));
+    QVERIFY2(m_errors.contains(QDir::toNativeSeparators(file)), qPrintable(m_errors));
 }
 
 QTEST_MAIN(tst_host)

@@ -1,14 +1,18 @@
 #pragma once
 
+#include "langcheck/Report.h"
+
 #include "support/Deployment.h"
+#include "support/Operator.h"
+#include "support/Warnings.h"
 
 #include <QApplication>
 #include <QFont>
 
-/// A deployment without findings, which tests then spoil.
+/// A deployment without findings, into which tests introduce errors.
 namespace GoodDeployment {
 
-/// Two shown languages, in lines 1 to 8.
+/// Two visible languages, in lines 1 to 8.
 inline const char *const kCatalogue = "[LANG_MGR]\n"
                                       "DEFAULT=1\n"
                                       "LANG1_NAME=One\n"
@@ -18,21 +22,31 @@ inline const char *const kCatalogue = "[LANG_MGR]\n"
                                       "LANG2_FOLDER=second\n"
                                       "LANG2_SHOW=1\n";
 
-/// Sets the font with which the program measures texts.
-inline void setFont()
+/// Collects warnings and sets the font with which langcheck measures texts.
+inline void prepareTests()
 {
+    Warnings::collect();
 #ifndef Q_OS_WIN
     QApplication::setFont(QFont(QStringLiteral("Sans Serif"), 9));
 #endif
 }
 
-/// Replaces the folder Lang by one with kCatalogue and its translations.
+/// Replaces the folder Lang with kCatalogue and its translations.
 inline void install()
 {
     Deployment::clear();
     Deployment::writeCatalogue(kCatalogue);
     for (const char *const folder : {"first", "second", "chs"})
         Deployment::installTranslation(QLatin1String(folder), QStringLiteral("first"));
+}
+
+/// Returns the report's message boxes in the form of Operator::takeBoxes().
+inline QStringList boxesOf(const Report &report)
+{
+    QStringList result;
+    for (const Box &box : report.boxes)
+        result += Operator::box(box.icon.toLatin1().constData(), box.title, box.text);
+    return result;
 }
 
 } // namespace GoodDeployment

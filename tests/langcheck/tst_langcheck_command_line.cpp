@@ -1,9 +1,8 @@
-// The program: its options, output and exit codes, and that it changes nothing.
+// Tests langcheck's options, output and exit codes, and that it writes nothing.
 
 #include "langcheck/DeploymentCheck.h"
 
 #include "GoodDeployment.h"
-#include "support/Warnings.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -21,30 +20,19 @@ class tst_langcheck_command_line : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
+    void initTestCase() { GoodDeployment::prepareTests(); }
+    void init() { GoodDeployment::install(); }
 
-    void programPrintsFindingsAsCompilersDo();
-    void programPrintsJson();
+    void findingsArePrintedAsByACompiler();
+    void jsonIsPrinted();
     void callsWithoutADeployment_data();
     void callsWithoutADeployment();
     void sampleDeploymentIsClean();
-    void programWritesNothing();
+    void nothingIsWritten();
 
 private:
     QByteArray run(const QStringList &arguments, int exitCode);
 };
-
-void tst_langcheck_command_line::initTestCase()
-{
-    Warnings::collect();
-    GoodDeployment::setFont();
-}
-
-void tst_langcheck_command_line::init()
-{
-    GoodDeployment::install();
-}
 
 QByteArray tst_langcheck_command_line::run(const QStringList &arguments, int exitCode)
 {
@@ -59,7 +47,7 @@ QByteArray tst_langcheck_command_line::run(const QStringList &arguments, int exi
     return output;
 }
 
-void tst_langcheck_command_line::programPrintsFindingsAsCompilersDo()
+void tst_langcheck_command_line::findingsArePrintedAsByACompiler()
 {
     Deployment::writeCatalogue(kCatalogue + QByteArray("LANG2_NAME=Deux\n"));
     QCOMPARE(QString::fromUtf8(run({QCoreApplication::applicationDirPath()}, 1)),
@@ -94,7 +82,7 @@ void tst_langcheck_command_line::programPrintsFindingsAsCompilersDo()
             .arg(path));
 }
 
-void tst_langcheck_command_line::programPrintsJson()
+void tst_langcheck_command_line::jsonIsPrinted()
 {
     Deployment::writeCatalogue(kCatalogue + QByteArray("LANG2_NAME=Deux\n"));
     const QByteArray output =
@@ -140,7 +128,7 @@ void tst_langcheck_command_line::callsWithoutADeployment()
     QVERIFY2(output.contains(text.toUtf8()), output.constData());
 }
 
-/// The program is next to the sample and needs no argument.
+/// The sample deployment is next to the program, so no argument is needed.
 void tst_langcheck_command_line::sampleDeploymentIsClean()
 {
     const QByteArray output = run({}, 0);
@@ -148,7 +136,7 @@ void tst_langcheck_command_line::sampleDeploymentIsClean()
     QVERIFY(output.endsWith("\n0 errors, 0 warnings\n"));
 }
 
-void tst_langcheck_command_line::programWritesNothing()
+void tst_langcheck_command_line::nothingIsWritten()
 {
     const auto files = [] {
         QStringList result;
@@ -162,7 +150,7 @@ void tst_langcheck_command_line::programWritesNothing()
         result.sort();
         return result;
     };
-    // Including temporary files, which get a folder of their own here, and files of the user.
+    // Temporary files and user files would be created here, too.
     const QString temporary = Deployment::path(QStringLiteral("Lang/temporary"));
     QVERIFY(QDir().mkpath(temporary));
     qputenv("TMPDIR", QFile::encodeName(temporary));

@@ -1,13 +1,12 @@
-// What langcheck says the operator will see is what the plug-in shows, for random deployments.
+// Tests that the plug-in shows what langcheck predicts, for random deployments.
 //
 // ZENDEL_STEPS is the number of deployments, ZENDEL_SEED the seed of the first.
-
-#include "plugin/IZendelMgr.h"
 
 #include "langcheck/DeploymentCheck.h"
 
 #include "GoodDeployment.h"
 #include "support/Operator.h"
+#include "support/Plugin.h"
 #include "support/RecordingMachine.h"
 #include "support/Settings.h"
 #include "support/Warnings.h"
@@ -16,7 +15,6 @@
 #include <QDialog>
 #include <QDir>
 #include <QFile>
-#include <QLibrary>
 #include <QPushButton>
 #include <QTest>
 #include <QTextCodec>
@@ -42,25 +40,24 @@ public:
             oneOf({"[LANG_MGR]", "[LANG_MGR]", "[LANG_MGR]", "[LANG_MGR]", "[lang_mgr]"}) + end();
         for (int lines = below(40); lines > 0; --lines)
             text += line() + end();
-        switch (below(7)) {
-        case 0:
-            return Deployment::utf16(QChar(QChar::ByteOrderMark) + text);
-        case 1:
-            return Deployment::utf16(QChar(QChar::ByteOrderMark) + text, false);
-        case 2:
-            return Deployment::utf16(QString(2, QChar(QChar::ByteOrderMark)) + text);
-        case 3:
+        const QChar bom(QChar::ByteOrderMark);
+        const int encoding = below(7);
+        if (encoding == 0)
+            return Deployment::utf16(bom + text);
+        if (encoding == 1)
+            return Deployment::utf16(bom + text, false);
+        if (encoding == 2)
+            return Deployment::utf16(QString(2, bom) + text);
+        if (encoding == 3)
             return text.toUtf8();
-        case 4:
+        if (encoding == 4)
             return QTextCodec::codecForName("GB2312")->fromUnicode(text);
-        case 5:
+        if (encoding == 5)
             return text.toUtf8().replace("One", "\xD6");
-        default:
-            return "\xEF\xBB\xBF" + text.toUtf8();
-        }
+        return "\xEF\xBB\xBF" + text.toUtf8();
     }
 
-    /// Puts a translation, another one, something else or nothing into each folder.
+    /// Puts a translation, an invalid file or nothing into each folder.
     void makeTranslations()
     {
         for (const auto &[folder, name] :
@@ -70,7 +67,7 @@ public:
                 .removeRecursively();
             const int choice = below(8);
             if (choice == 0)
-                Deployment::writeTranslation(QLatin1String(folder), "no translation");
+                Deployment::writeTranslation(QLatin1String(folder), "not a translation");
             else if (choice > 1)
                 Deployment::installTranslation(QLatin1String(folder), QLatin1String(name));
         }
@@ -92,37 +89,31 @@ private:
 
     QString line()
     {
-        switch (below(18)) {
-        case 0:
+        const int kind = below(18);
+        if (kind == 0)
             return oneOf(
                 {"[LANG_MGR]", "[LANG_MGR]", "[LANG_MGR]", "[OTHER]", "[]", "[", "[LANG_MGR"});
-        case 1:
+        if (kind == 1)
             return oneOf({"", ";LANG1_SHOW=1", "#", "=", "LANG1_SHOW", "=1", "x=y"});
-        case 2:
+        if (kind == 2)
             return QStringLiteral("DEFAULT=") + oneOf({"1", "2", " 3 ", "x", "", "300", "-1"});
-        case 3:
+        if (kind == 3)
             return oneOf({"lang", "LANG", "LANG-", "xLANG"}) + number()
                 + oneOf({"_name", "_SHOWN", "NAME", "_SHOW"}) + QStringLiteral("=1");
-        case 4:
+        if (kind == 4)
             return QStringLiteral("LANG%1_ID=%2").arg(number(), number());
-        case 5:
-        case 6:
+        if (kind <= 6)
             return QStringLiteral("LANG%1_NAME%2")
                 .arg(number(), oneOf({"=One", " = Two ", "=a=b;c", "=", "=中文", "=é"}));
-        case 7:
-        case 8:
-        case 9:
+        if (kind <= 9)
             return QStringLiteral("LANG%1_FOLDER%2")
                 .arg(number(),
                      oneOf({"=first", "= second", "=none", "=", "=../Lang/second", "=%3"}));
-        case 10:
-        case 11:
+        if (kind <= 11)
             return QStringLiteral("LANG%1_NAME=%2\nLANG%1_FOLDER=first\nLANG%1_SHOW=1")
                 .arg(number(), oneOf({"One", "中文", "é", "Two"}));
-        default:
-            return QStringLiteral("LANG%1_SHOW%2")
-                .arg(number(), oneOf({"=1", "=1", "=1", " = 01", "=0", "=yes", "="}));
-        }
+        return QStringLiteral("LANG%1_SHOW%2")
+            .arg(number(), oneOf({"=1", "=1", "=1", " = 01", "=0", "=yes", "="}));
     }
 
     std::mt19937 m_random;
@@ -135,30 +126,23 @@ class tst_langcheck_differential : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
+    void initTestCase() { GoodDeployment::prepareTests(); }
     void operatorSeesWhatIsReported();
 };
-
-void tst_langcheck_differential::initTestCase()
-{
-    Warnings::collect();
-    GoodDeployment::setFont();
-}
 
 void tst_langcheck_differential::operatorSeesWhatIsReported()
 {
 #ifdef Q_OS_WIN
-    const quint32 count = Settings::stepCount(100); // Each dialog takes its time on the screen.
+    const quint32 count = Settings::stepCount(100); // Dialogs are slow to appear.
 #else
     const quint32 count = Settings::stepCount(2000);
 #endif
-    QLibrary plugin(QStringLiteral(PLUGIN_FILE));
-    QVERIFY2(plugin.load(), qPrintable(plugin.errorString()));
-    IZendelMgr *const manager =
-        reinterpret_cast<NewInterfaceFunction>(plugin.resolve("NewInterface"))();
+    Plugin plugin(QStringLiteral(PLUGIN_FILE));
+    plugin.load();
+    IZendelMgr *const manager = plugin.newInterface();
     RecordingMachine machine;
 
-    int listed = 0; // To know that there was something to compare
+    int listed = 0; // Proves that there was something to compare.
     int boxesReported = 0;
     const quint32 first = Settings::seed();
     for (quint32 seed = first; seed < first + count; ++seed) {
@@ -170,9 +154,6 @@ void tst_langcheck_differential::operatorSeesWhatIsReported()
             Deployment::writeCatalogue(maker.make());
         const Report report = checkDeployment(QCoreApplication::applicationDirPath());
 
-        QStringList boxes;
-        for (const Box &box : report.boxes)
-            boxes += Operator::box(box.icon.toLatin1().constData(), box.title, box.text);
         QTranslator translator;
         translator.load(report.translation);
 
@@ -192,7 +173,7 @@ void tst_langcheck_differential::operatorSeesWhatIsReported()
                      translator.translate("PageSetLang", "Change"));
         };
         QVERIFY(manager->Init(&machine));
-        QCOMPARE(person.takeBoxes(), boxes);
+        QCOMPARE(person.takeBoxes(), GoodDeployment::boxesOf(report));
         manager->ShowSettingsDlg(nullptr);
         QVERIFY(seen);
         if (QTest::currentTestFailed())
@@ -207,8 +188,8 @@ void tst_langcheck_differential::operatorSeesWhatIsReported()
     QVERIFY2(boxesReported >= static_cast<int>(count) / 10,
              qPrintable(QString::number(boxesReported)));
 
-    reinterpret_cast<ReleaseInterfaceFunction>(plugin.resolve("ReleaseInterface"))(manager);
-    QVERIFY(plugin.unload());
+    plugin.releaseInterface(manager);
+    plugin.unload();
 }
 
 QTEST_MAIN(tst_langcheck_differential)

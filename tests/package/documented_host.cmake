@@ -1,6 +1,6 @@
-# Fails unless the program in docs/host-developer.md builds as the page says, reports that there is
-# no plug-in beside it, and with one, worked by an operator, prints what the page says.
-# Run as outside.cmake says.
+# Fails unless the program in docs/host-developer.md builds as described there, reports a missing
+# plug-in, and with a plug-in and a simulated operator prints what the page shows.
+# outside.cmake describes the definitions.
 
 include(${CMAKE_CURRENT_LIST_DIR}/outside.cmake)
 set(folder ${BUILD_DIR}/tests/documented_host)
@@ -8,12 +8,12 @@ file(REMOVE_RECURSE ${folder})
 
 file(READ ${SOURCE_DIR}/docs/host-developer.md page)
 
-# take_block(LANGUAGE VARIABLE): the one fenced block of that language in the page.
+# take_block(LANGUAGE VARIABLE): returns the page's only fenced block in that language.
 function(take_block language variable)
     string(FIND "${page}" "\n```${language}\n" begin)
     string(FIND "${page}" "\n```${language}\n" last REVERSE)
     if(begin EQUAL -1 OR NOT begin EQUAL last)
-        message(FATAL_ERROR "The page is to hold one block of ${language}")
+        message(FATAL_ERROR "The page must contain exactly one block of ${language}")
     endif()
     string(SUBSTRING "${page}" ${begin} -1 block)
     string(REPLACE "\n```${language}\n" "" block "${block}")
@@ -31,11 +31,12 @@ build_outside(${folder} ${folder}/source
     -DCMAKE_PROJECT_INCLUDE=${SOURCE_DIR}/tests/package/documented_host/operator.cmake)
 file(GLOB program ${folder}/build/small_host ${folder}/build/small_host.exe)
 
-# run_program(EXIT_CODE OUTPUT): by files, for a pipe would stay open as long as the desktop that Wine
-# may start with the program.
+# run_program(EXIT_CODE OUTPUT): uses files, because a pipe would stay open as long as the desktop
+# that Wine may start with the program.
 function(run_program exit_code output)
     execute_process(COMMAND ${LAUNCHER} ${program} TIMEOUT 120
-                    RESULT_VARIABLE result OUTPUT_FILE ${folder}/printed.txt ERROR_FILE ${folder}/errors.txt)
+                    RESULT_VARIABLE result
+                    OUTPUT_FILE ${folder}/printed.txt ERROR_FILE ${folder}/errors.txt)
     file(READ ${folder}/printed.txt printed)
     file(READ ${folder}/errors.txt errors)
     string(REPLACE "\r" "" printed "${printed}")
@@ -48,7 +49,7 @@ endfunction()
 
 run_program(1 "")
 if(NOT errors MATCHES "Zendel")
-    message(FATAL_ERROR "Without a plug-in, the program says no more than: ${errors}")
+    message(FATAL_ERROR "Without a plug-in, the program only prints: ${errors}")
 endif()
 
 file(GLOB_RECURSE plugin ${folder}/install/${PLUGIN})

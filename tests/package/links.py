@@ -1,14 +1,12 @@
 #!/usr/bin/env python3
-"""links.py SOURCE_DIR: fails unless every file that a page links to or names exists, and every
-heading that it links to.
-"""
+"""links.py SOURCE_DIR: fails unless every file and heading that a page links to or names exists."""
 
 import pathlib
 import re
 import sys
 
 root = pathlib.Path(sys.argv[1])
-# Named by their place in a build, in a package or on a machine.
+# Paths in a build, in a package or on a machine
 ELSEWHERE = re.compile(r"^(Lang|build|include|platforms)/|[<>*~]")
 SOURCE = re.compile(r"\.(cmake|cpp|h|ini|md|py|sh)$")
 
@@ -22,7 +20,7 @@ for page in sorted(root.glob("*.md")) + sorted(root.glob("docs/*.md")):
     missing = [link for link in re.findall(r"\]\(([^)\s]+)\)", text) if not re.match(r"[a-z]+:", link)
                and not (link[1:] in anchors if link.startswith("#")
                         else (page.parent / link.partition("#")[0]).exists())]
-    # In code, a path is what has a slash in it or ends like a source file.
+    # In code, a path is a word with a slash or with the suffix of a source file.
     words = [word for code in re.findall(r"`([^`\n]+)`", text)
              for word in re.findall(r"[A-Za-z0-9_.~/<>*-]+", code)
              if ("/" in word or SOURCE.search(word)) and not ELSEWHERE.search(word)]
@@ -31,5 +29,5 @@ for page in sorted(root.glob("*.md")) + sorted(root.glob("docs/*.md")):
     failures += [f"{page.relative_to(root)} names {what}, which does not exist" for what in missing]
     checked += len(words)
 if failures or checked < 20:
-    sys.exit("\n".join(failures) or f"only {checked} names of files were found")
-print(f"{checked} names of files")
+    sys.exit("\n".join(failures) or f"found only {checked} file names")
+print(f"{checked} file names")

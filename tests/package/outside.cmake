@@ -6,8 +6,8 @@ function(run)
     execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
 
-# build_outside(FOLDER SOURCES [OPTION...]): installs into FOLDER/install and builds the project in
-# SOURCES into FOLDER/build.
+# build_outside(FOLDER SOURCES [OPTION...])
+# Installs into FOLDER/install and builds the project in SOURCES into FOLDER/build.
 function(build_outside folder sources)
     run(${CMAKE_COMMAND} --install ${BUILD_DIR} --component plugin --prefix ${folder}/install)
     execute_process(

@@ -1,5 +1,5 @@
 # Fails unless a host outside this project builds against an install of it and loads the plug-in.
-# Run as outside.cmake says.
+# outside.cmake describes the definitions.
 
 include(${CMAKE_CURRENT_LIST_DIR}/outside.cmake)
 set(folder ${BUILD_DIR}/tests/outside_host)

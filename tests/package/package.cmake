@@ -1,5 +1,5 @@
-# Fails unless the packages hold what they should, and the demo runs from a folder with blanks in
-# its name with no other DLL in reach.
+# Fails unless the packages contain the expected files, and the demo runs without any other DLL from
+# a folder with spaces in its name.
 # cmake -D CPACK=... -D BUILD_DIR=... -D SOURCE_DIR=... -D VERSION=... -D LAUNCHER=... -P package.cmake
 
 set(folder ${BUILD_DIR}/tests/unpacked)
@@ -13,7 +13,7 @@ list(TRANSFORM languages REPLACE "[.]ts$" "")
 list(TRANSFORM languages APPEND .ts OUTPUT_VARIABLE translations)
 list(TRANSFORM translations PREPEND translations/)
 
-# unpack(PACKAGE FOLDER FILE...): FILE... are the files that it must hold, and no others.
+# unpack(PACKAGE FOLDER FILE...): the package must contain these files and no others.
 function(unpack package target)
     file(ARCHIVE_EXTRACT INPUT ${folder}/${package} DESTINATION "${target}")
     file(GLOB_RECURSE found RELATIVE "${target}" "${target}/*")
@@ -25,11 +25,12 @@ function(unpack package target)
     list(SORT found)
     list(SORT expected)
     if(NOT found STREQUAL expected)
-        message(SEND_ERROR "${package} holds\n${found}\nand not\n${expected}")
+        message(SEND_ERROR "${package} contains\n${found}\nnot\n${expected}")
     endif()
 endfunction()
 
 unpack(Zendel-${VERSION}-win64.zip ${folder}/plugin
+    CHANGELOG.md
     README.md
     docs/developer.md
     docs/dialog.png
@@ -58,9 +59,9 @@ unpack(Zendel-${VERSION}-win64-demo.zip ${demo}
     styles/qwindowsvistastyle.dll
     zendel-host.exe
 )
-# run(NAME ARGUMENT...): runs a program of the demo with no other DLL in reach; what it prints lies in
-# the variable output. By files, for a pipe would stay open as long as the desktop that Wine may start
-# with the program.
+
+# run(NAME ARGUMENT...): runs a program of the demo without any other DLL and sets "output". Uses
+# files, because a pipe would stay open as long as the desktop that Wine may start with the program.
 function(run name)
     execute_process(COMMAND ${CMAKE_COMMAND} -E env --unset=WINEPATH
                             ${LAUNCHER} ${demo}/${name}.exe ${ARGN}
@@ -75,14 +76,14 @@ function(run name)
     set(output "${output}" PARENT_SCOPE)
 endfunction()
 
-run(zendel-host --tour pictures)
-file(GLOB pictures ${demo}/pictures/*.png)
-list(LENGTH pictures count)
+run(zendel-host --tour screenshots)
+file(GLOB screenshots ${demo}/screenshots/*.png)
+list(LENGTH screenshots count)
 if(NOT count EQUAL 5)
-    message(SEND_ERROR "The tour of the demo left ${pictures}")
+    message(SEND_ERROR "The demo's tour created ${screenshots}")
 endif()
 
 run(langcheck)
 if(NOT output MATCHES "0 errors, 0 warnings")
-    message(SEND_ERROR "langcheck said\n${output}")
+    message(SEND_ERROR "langcheck printed\n${output}")
 endif()

@@ -1,5 +1,5 @@
-# Fails unless the DLL is what a Windows user expects: made for x86-64, exactly two exports, imports
-# from Qt, the compiler's runtime and the system alone, ASLR and NX on.
+# Fails unless the DLL is for x86-64, exports exactly two functions, imports only from Qt, the
+# compiler's runtime and the system, and has ASLR and NX enabled.
 # cmake -D OBJDUMP=... -D PLUGIN=... -P dll.cmake
 
 execute_process(COMMAND ${OBJDUMP} -p ${PLUGIN} OUTPUT_VARIABLE dump COMMAND_ERROR_IS_FATAL ANY)
@@ -38,12 +38,12 @@ foreach(flag high_entropy dynamic_base nx_compatible)
     endif()
 endforeach()
 
-# Of the window manager, these four functions and no others.
+# Only WindowManager_win32.cpp calls USER32.dll, and only these four functions.
 string(REGEX MATCH "DLL Name: USER32.dll\n[^\n]*\n(\t[^\n]*\n)*" user32 "${dump}")
 string(REGEX MATCHALL "[A-Za-z]+\n" user32 "${user32}")
 list(TRANSFORM user32 STRIP)
 list(FILTER user32 EXCLUDE REGEX "^(dll|To)$")
 list(SORT user32)
 if(NOT user32 STREQUAL "BringWindowToTop;EnableWindow;GetWindowRect;SetForegroundWindow")
-    message(SEND_ERROR "${PLUGIN} imports of USER32.dll ${user32}")
+    message(SEND_ERROR "${PLUGIN} imports ${user32} from USER32.dll")
 endif()

@@ -1,4 +1,4 @@
-# Fails unless the plug-in's export table holds its two functions and nothing else.
+# Fails unless the plug-in exports its two functions and nothing else.
 # cmake -D NM=... -D PLUGIN=... -P exports.cmake
 
 execute_process(COMMAND ${NM} --dynamic --defined-only --format=posix ${PLUGIN}

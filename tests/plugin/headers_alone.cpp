@@ -1,12 +1,11 @@
-// Compiled with the plug-in's two public headers and nothing else: no Qt and no windows.h in
-// reach. Holds what hosts rely on.
+// Tests what hosts rely on in the plug-in's two public headers, with neither Qt nor <windows.h>.
 
 #include "plugin/IHostMachine.h"
 #include "plugin/IZendelMgr.h"
 
 #include <type_traits>
 
-// <windows.h> and Qt declare the handle like this; all three must get along.
+// <windows.h> and Qt declare the handle like this; repeating it must compile.
 typedef struct HWND__ *HWND; // NOLINT(modernize-use-using)
 
 static_assert(std::is_abstract_v<IZendelMgr> && std::is_abstract_v<IHostMachine>);
@@ -22,20 +21,20 @@ static_assert(
 
 namespace {
 
-// The destructor has two slots in the C++ ABI of all compilers but Microsoft's.
+// The destructor has two slots except in the C++ ABI of Microsoft's compiler.
 #ifdef _MSC_VER
-constexpr int slotsOfDestructor = 1;
+constexpr int destructorSlots = 1;
 #else
-constexpr int slotsOfDestructor = 2;
+constexpr int destructorSlots = 2;
 #endif
 
-/// The function in a slot of an object's table of virtual functions, called as a host compiled
-/// with another version of these headers would call it.
+/// Calls the function in a slot of an object's virtual table, as a host would that was compiled
+/// with another version of these headers.
 template<typename Result, typename... Arguments>
 Result callSlot(void *object, int slot, Arguments... arguments)
 {
     using Function = Result (*)(void *, Arguments...);
-    // NOLINTNEXTLINE(clang-analyzer-core.NullDereference): it can't know what lies in a table
+    // NOLINTNEXTLINE(clang-analyzer-core.NullDereference): it can't know the table's contents
     return reinterpret_cast<Function>((*static_cast<void ***>(object))[slot])(object, arguments...);
 }
 
@@ -66,8 +65,8 @@ bool managerSlotsAreInOrder()
     Mgr mgr;
     void *const object = static_cast<IZendelMgr *>(&mgr);
     const auto owner = reinterpret_cast<HWND>(&mgr);
-    return callSlot<bool, IHostMachine *>(object, slotsOfDestructor, nullptr)
-        && callSlot<bool, HWND>(object, slotsOfDestructor + 1, owner) && mgr.shownOver == owner;
+    return callSlot<bool, IHostMachine *>(object, destructorSlots, nullptr)
+        && callSlot<bool, HWND>(object, destructorSlots + 1, owner) && mgr.shownOver == owner;
 }
 
 bool machineSlotsAreInOrder()

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
 """qt_layout.py CLANG GCC OUR_QT FULL_QT FORMS SOURCE_DIR
 
-The DLL runs on its host's Qt 5.15, configured by somebody else. Fails unless every class that
-compiling the plug-in lays out is the same with the headers of our Qt for Windows (OUR_QT) and with
-those of a Qt that has every feature (FULL_QT), and so are the virtual tables of all Qt classes that
-it includes. Clang lays both out for Windows, so the platform makes no difference. GCC is
-the compiler for Windows, and FORMS the folder of the forms' generated headers.
+Fails unless the DLL can run on a host's Qt 5.15 with any configuration: every class that compiling
+the plug-in lays out, and every virtual table of a Qt class that it includes, must be the same with
+the headers of our Qt for Windows (OUR_QT) as with those of a Qt with every feature (FULL_QT). Clang
+lays out both for Windows, so the platform makes no difference. GCC is the compiler for Windows, and
+FORMS the folder with the headers generated from the forms.
 """
 
 import os
@@ -18,10 +18,10 @@ from concurrent.futures import ThreadPoolExecutor
 
 clang, gcc, our_qt, full_qt, forms, source_dir = sys.argv[1:]
 if os.path.samefile(our_qt, full_qt):
-    sys.exit(f"{our_qt} would be compared with itself")
+    sys.exit(f"{our_qt}: cannot be compared with itself")
 TARGET = "x86_64-w64-windows-gnu"
 
-# Class templates and headers without a class of their name; the plug-in's own code uses the former.
+# Class templates, whose instances are compared in the plug-in's code, and headers without a class
 NOT_CLASSES = {"QHash", "QList", "QMap", "QPointer", "QtEndian"}
 
 PROBE = """
@@ -34,10 +34,9 @@ void Probe_{name}::probe() {{}}
 
 
 def library_sources():
-    sources = [path for folder in ("lang", "plugin", "ui")
-               for path in pathlib.Path(source_dir, folder).iterdir()
-               if path.suffix in (".cpp", ".h") and not path.stem.endswith(("_unix", "_xcb"))]
-    return sorted(sources)
+    return sorted(path for folder in ("lang", "plugin", "ui")
+                  for path in pathlib.Path(source_dir, folder).iterdir()
+                  if path.suffix in (".cpp", ".h") and not path.stem.endswith(("_unix", "_xcb")))
 
 
 def probes(sources):
@@ -46,20 +45,20 @@ def probes(sources):
     for path in sources + sorted(pathlib.Path(forms).glob("ui_*.h")):
         headers |= set(re.findall(r"#include <(?:Qt\w+/)?(Q\w+)>", path.read_text("utf-8")))
     if len(headers) < 20:
-        sys.exit(f"only {len(headers)} headers of Qt were found")
+        sys.exit(f"found only {len(headers)} Qt headers")
     return ("".join(f"#include <{header}>\n" for header in sorted(headers))
             + "".join(PROBE.format(name=name) for name in sorted(headers - NOT_CLASSES)))
 
 
 def system_folders():
-    """Returns the C++ library's folders, which Clang does not find by itself."""
+    """Returns the C++ library's folders, which Clang doesn't find by itself."""
     output = subprocess.run([gcc, "-E", "-v", "-x", "c++", "/dev/null"],
                             check=True, capture_output=True, text=True).stderr
     return re.findall(r"^ (/.*c\+\+.*)$", output, re.MULTILINE)
 
 
 def layouts(source, qt, folders):
-    """Returns what Clang dumps of each class when it compiles the source, by the class's name."""
+    """Compiles a source and returns the layouts that Clang dumps, by class name."""
     include = [f"{qt}/{module}" for module in (".", "QtCore", "QtGui", "QtWidgets")]
     arguments = [f"-isystem{folder}" for folder in folders + include]
     arguments += ["-I", source_dir, "-I", forms, "-std=c++17", "-O0", "-w", "-c", "-o", "/dev/null"]
@@ -94,7 +93,7 @@ def main():
     for name in ("class QString", "class QMap<int, struct LangEntry>", "Vtable for 'DlgSettings'",
                  "Vtable for 'Probe_QTranslator'"):
         if name not in classes:
-            failures.append(f"{name} was not looked at")
+            failures.append(f"{name} was not compared")
     if failures:
         sys.exit("\n".join(failures))
     print(f"{len(classes)} classes and virtual tables are the same")

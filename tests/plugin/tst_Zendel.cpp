@@ -1,5 +1,5 @@
-// The built plug-in as a host has it: loaded by file name, its two functions resolved, and only
-// what a host can see looked at. The host's main window is a native one.
+// Tests the built plug-in from a host's side: loads it by file name, resolves its two functions and
+// checks only what a host can see. The host's main window is a native one.
 
 #include "plugin/IZendelMgr.h"
 
@@ -8,6 +8,7 @@
 #include "support/Operator.h"
 #include "support/Plugin.h"
 #include "support/RecordingMachine.h"
+#include "support/TranslationBoxes.h"
 #include "support/Warnings.h"
 
 #include <QApplication>
@@ -27,12 +28,12 @@
 #    include <windows.h>
 #endif
 
-// Qt's own hooks for tools that watch objects.
+// Qt's hooks for tools that watch objects
 extern "C" Q_DECL_IMPORT quintptr qtHookData[];
 
 namespace {
 
-/// The QObjects that were made since watching began and still live.
+/// The live QObjects that were created since watchObjects(true).
 QSet<QObject *> liveObjects;
 
 void objectAdded(QObject *object)
@@ -82,33 +83,33 @@ class tst_Zendel : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
+    void initTestCase() { Warnings::collect(); }
     void init();
     void cleanup();
 
     // The boundary
     void newInterfaceTouchesNothing();
-    void hostHoldsTheInterfaceBase();
+    void hostGetsTheInterfaceBase();
     void managersAreIndependentObjects();
     void releaseDestroysTheManager();
     void releaseOfNullDoesNothing();
 
     // Init
     void initWithNullReturnsFalse();
-    void initWithHostReturnsTrueWithEverythingMissing();
+    void initWithHostReturnsTrueWithoutFiles();
     void secondInitLoadsAgain();
     void managersShareHostAndTranslation();
 
     // The dialog
     void noDialogBeforeInit();
     void noDialogAfterInitWithNull();
-    void dialogOpensForANewManagerWithoutInit();
+    void newManagerOpensTheDialogWithoutInit();
     void operatorSeesTheTranslatedDialog();
     void operatorChangesTheLanguage();
-    void refusedChangeIsToldAndReturnsFalse();
-    void lastAttemptIsReturned();
-    void secondInitSendsTheCallsToTheNewHost();
-    void initFromInsideSetLanguage();
+    void refusedChangeIsReportedAndReturnsFalse();
+    void lastOutcomeIsReturned();
+    void secondInitReplacesTheHost();
+    void initInsideSetLanguage();
     void everyDialogLogsOneWarning();
 
     // The host's window
@@ -116,31 +117,28 @@ private Q_SLOTS:
     void dialogIsCentredOverTheOwner();
     void ownerIsDisabledWhileTheDialogRuns();
     void dialogIsInTheForegroundThenTheOwner();
-    void withoutOwnerTheDialogIsModalAllTheSame();
-    void ownerThatIsNoWindowAnyMore();
+    void dialogWithoutOwnerIsModal();
+    void destroyedOwnerIsIgnored();
 
     // Unloading
     void styleSheetIsTheOnlyResource();
     void unloadingLeavesNothingBehind();
-    void everyObjectDiesAtItsTime();
-    void translatorIsNeverInstalledIntoTheApplication();
+    void objectsAreDestroyedInTime();
+    void translatorIsNeverInstalledInTheApplication();
     void reloadedPluginHasNoHost();
-    void manyLoadsAndUnloads();
+    void repeatedLoadsAndUnloads();
 
 private:
     void load();
     void unload();
+    void initAndShow(HWND owner);
+    void takeAll();
 
     Plugin m_plugin {QStringLiteral(PLUGIN_FILE)};
     IZendelMgr *m_mgr = nullptr;
     RecordingMachine m_machine;
     Operator m_operator;
 };
-
-void tst_Zendel::initTestCase()
-{
-    Warnings::collect();
-}
 
 void tst_Zendel::init()
 {
@@ -181,17 +179,32 @@ void tst_Zendel::unload()
     QVERIFY(!isMapped(m_plugin.fileName()));
 }
 
-void tst_Zendel::newInterfaceTouchesNothing()
+/// Calls Init() and shows one dialog.
+void tst_Zendel::initAndShow(HWND owner)
 {
     QVERIFY(m_mgr->Init(&m_machine));
-    Deployment::clear(); // Reading now would be seen in the message boxes.
-    IZendelMgr *const other = m_plugin.newInterface();
-    m_plugin.releaseInterface(other);
-    m_mgr->ShowSettingsDlg(nullptr); // The host is still there.
+    m_mgr->ShowSettingsDlg(owner);
     QCOMPARE(m_operator.takeDialogs().size(), 1);
 }
 
-void tst_Zendel::hostHoldsTheInterfaceBase()
+void tst_Zendel::takeAll()
+{
+    m_operator.takeBoxes();
+    m_operator.takeDialogs();
+    m_machine.takeCalls();
+}
+
+void tst_Zendel::newInterfaceTouchesNothing()
+{
+    QVERIFY(m_mgr->Init(&m_machine));
+    Deployment::clear(); // Reading now would show message boxes.
+    IZendelMgr *const other = m_plugin.newInterface();
+    m_plugin.releaseInterface(other);
+    m_mgr->ShowSettingsDlg(nullptr); // The host is still set.
+    QCOMPARE(m_operator.takeDialogs().size(), 1);
+}
+
+void tst_Zendel::hostGetsTheInterfaceBase()
 {
     auto *const object = dynamic_cast<QObject *>(m_mgr);
     QVERIFY(object);
@@ -232,33 +245,25 @@ void tst_Zendel::initWithNullReturnsFalse()
     QVERIFY(!m_mgr->Init(nullptr));
 }
 
-void tst_Zendel::initWithHostReturnsTrueWithEverythingMissing()
+void tst_Zendel::initWithHostReturnsTrueWithoutFiles()
 {
     Deployment::clear();
     QVERIFY(m_mgr->Init(&m_machine));
+    using namespace TranslationBoxes;
     QCOMPARE(m_operator.takeBoxes(),
-             QStringList({Operator::box("warning", QStringLiteral("Warning"),
-                                        QStringLiteral("Failed to open INI file:")
-                                            + Deployment::path(QStringLiteral("Lang/Lang.ini"))),
-                          Operator::box("critical", QStringLiteral("Error"),
-                                        QStringLiteral("Cannot find the \"\" file")),
-                          Operator::box("warning", QStringLiteral("Warning"),
-                                        QStringLiteral("Load translator file")
-                                            + Deployment::path(QStringLiteral("Lang/chs/Zendel.qm"))
-                                            + QStringLiteral("failed!"))}));
+             QStringList({openFailed(), notFound(QString()),
+                          loadFailed(QStringLiteral("Lang/chs/Zendel.qm"))}));
 }
 
 void tst_Zendel::secondInitLoadsAgain()
 {
     QVERIFY(m_mgr->Init(&m_machine));
     Deployment::writeLines("DEFAULT=2\nLANG2_NAME=Two\nLANG2_FOLDER=second\nLANG2_SHOW=1\n");
-    QVERIFY(m_mgr->Init(&m_machine));
     m_operator.onDialog = [](QDialog &dialog) {
         QCOMPARE(dialog.windowTitle(), QStringLiteral("2 Settings"));
         QCOMPARE(languages(dialog).count(), 1);
     };
-    m_mgr->ShowSettingsDlg(nullptr);
-    QCOMPARE(m_operator.takeDialogs().size(), 1);
+    initAndShow(nullptr);
 }
 
 void tst_Zendel::managersShareHostAndTranslation()
@@ -274,18 +279,17 @@ void tst_Zendel::managersShareHostAndTranslation()
     QCOMPARE(second.takeCalls(),
              QStringList({QStringLiteral("second SetLanguage(1)"),
                           QStringLiteral("second NotifySettingChanged")}));
-    m_operator.takeDialogs();
-    m_operator.takeBoxes();
+    takeAll();
 }
 
 void tst_Zendel::noDialogBeforeInit()
 {
     const NativeWindow owner(QRect(100, 50, 800, 600));
-    const NativeWindow other(QRect(100, 50, 100, 100)); // Where a new window gets the focus, this.
+    const NativeWindow other(QRect(100, 50, 100, 100)); // Takes the focus where new windows get it.
     QVERIFY(!m_mgr->ShowSettingsDlg(owner.handle()));
     QVERIFY(!m_mgr->ShowSettingsDlg(nullptr));
     QVERIFY(!owner.hasFocus());
-    QCOMPARE(Warnings::take(), QStringList()); // Not even built.
+    QCOMPARE(Warnings::take(), QStringList()); // The dialog isn't even created.
 }
 
 void tst_Zendel::noDialogAfterInitWithNull()
@@ -295,7 +299,7 @@ void tst_Zendel::noDialogAfterInitWithNull()
     QVERIFY(!m_mgr->ShowSettingsDlg(nullptr));
 }
 
-void tst_Zendel::dialogOpensForANewManagerWithoutInit()
+void tst_Zendel::newManagerOpensTheDialogWithoutInit()
 {
     QVERIFY(m_mgr->Init(&m_machine));
     m_plugin.releaseInterface(m_mgr);
@@ -323,7 +327,7 @@ void tst_Zendel::operatorSeesTheTranslatedDialog()
         QVERIFY(!dialog.styleSheet().isEmpty());
     };
     QVERIFY(m_mgr->Init(&m_machine));
-    QVERIFY(!m_mgr->ShowSettingsDlg(nullptr)); // Nothing was changed.
+    QVERIFY(!m_mgr->ShowSettingsDlg(nullptr)); // No change
     QCOMPARE(m_operator.takeDialogs(), QStringList(QStringLiteral("DlgSettings")));
 }
 
@@ -345,7 +349,7 @@ void tst_Zendel::operatorChangesTheLanguage()
     m_operator.takeDialogs();
 }
 
-void tst_Zendel::refusedChangeIsToldAndReturnsFalse()
+void tst_Zendel::refusedChangeIsReportedAndReturnsFalse()
 {
     m_machine.accepts = false;
     m_operator.onDialog = pressChange;
@@ -358,7 +362,7 @@ void tst_Zendel::refusedChangeIsToldAndReturnsFalse()
     m_operator.takeDialogs();
 }
 
-void tst_Zendel::lastAttemptIsReturned()
+void tst_Zendel::lastOutcomeIsReturned()
 {
     bool lastAccepted = false;
     m_operator.onDialog = [&](const QDialog &dialog) {
@@ -372,11 +376,10 @@ void tst_Zendel::lastAttemptIsReturned()
     lastAccepted = true;
     QVERIFY(m_mgr->ShowSettingsDlg(nullptr));
     QCOMPARE(m_operator.takeBoxes().size(), 4);
-    m_operator.takeDialogs();
-    m_machine.takeCalls();
+    takeAll();
 }
 
-void tst_Zendel::secondInitSendsTheCallsToTheNewHost()
+void tst_Zendel::secondInitReplacesTheHost()
 {
     RecordingMachine other(QStringLiteral("other "));
     QVERIFY(m_mgr->Init(&m_machine));
@@ -386,11 +389,10 @@ void tst_Zendel::secondInitSendsTheCallsToTheNewHost()
     QCOMPARE(other.takeCalls(),
              QStringList({QStringLiteral("other SetLanguage(1)"),
                           QStringLiteral("other NotifySettingChanged")}));
-    m_operator.takeBoxes();
-    m_operator.takeDialogs();
+    takeAll();
 }
 
-void tst_Zendel::initFromInsideSetLanguage()
+void tst_Zendel::initInsideSetLanguage()
 {
     RecordingMachine other(QStringLiteral("other "));
     m_machine.onSetLanguage = [&] {
@@ -447,9 +449,7 @@ void tst_Zendel::dialogIsCentredOverTheOwner()
     const NativeWindow window(owner);
     QPoint seen;
     m_operator.onDialog = [&seen](QDialog &dialog) { seen = dialog.pos(); };
-    QVERIFY(m_mgr->Init(&m_machine));
-    m_mgr->ShowSettingsDlg(window.handle());
-    QCOMPARE(m_operator.takeDialogs().size(), 1);
+    initAndShow(window.handle());
     QCOMPARE(seen, position);
 }
 
@@ -463,9 +463,7 @@ void tst_Zendel::ownerIsDisabledWhileTheDialogRuns()
         NativeWindow::typeKey();
         QCOMPARE(owner.takeInput(), 0);
     };
-    QVERIFY(m_mgr->Init(&m_machine));
-    m_mgr->ShowSettingsDlg(owner.handle());
-    QCOMPARE(m_operator.takeDialogs().size(), 1);
+    initAndShow(owner.handle());
 
     NativeWindow::click(besideTheDialog);
     QCOMPARE(owner.takeClicks(), 1);
@@ -474,23 +472,21 @@ void tst_Zendel::ownerIsDisabledWhileTheDialogRuns()
 void tst_Zendel::dialogIsInTheForegroundThenTheOwner()
 {
     NativeWindow owner(QRect(100, 50, 800, 600));
-    NativeWindow other(QRect(100, 50, 800, 600)); // Lies over the owner.
+    NativeWindow other(QRect(100, 50, 800, 600)); // Covers the owner.
     m_operator.onDialog = [&](QDialog &dialog) {
         QVERIFY(QTest::qWaitForWindowActive(&dialog));
         QVERIFY(!owner.hasFocus());
         NativeWindow::click(dialog.geometry().center());
         QCOMPARE(owner.takeClicks() + other.takeClicks(), 0);
     };
-    QVERIFY(m_mgr->Init(&m_machine));
-    m_mgr->ShowSettingsDlg(owner.handle());
-    QCOMPARE(m_operator.takeDialogs().size(), 1);
+    initAndShow(owner.handle());
 
     QVERIFY(owner.hasFocus());
     NativeWindow::click({120, 620});
     QCOMPARE(owner.takeClicks(), 1);
 }
 
-void tst_Zendel::withoutOwnerTheDialogIsModalAllTheSame()
+void tst_Zendel::dialogWithoutOwnerIsModal()
 {
     NativeWindow window(QRect(100, 50, 800, 600));
     m_operator.onDialog = [&](QDialog &dialog) {
@@ -500,12 +496,10 @@ void tst_Zendel::withoutOwnerTheDialogIsModalAllTheSame()
         NativeWindow::click({120, 620});
         QCOMPARE(window.takeClicks(), 1);
     };
-    QVERIFY(m_mgr->Init(&m_machine));
-    m_mgr->ShowSettingsDlg(nullptr);
-    QCOMPARE(m_operator.takeDialogs().size(), 1);
+    initAndShow(nullptr);
 }
 
-void tst_Zendel::ownerThatIsNoWindowAnyMore()
+void tst_Zendel::destroyedOwnerIsIgnored()
 {
     NativeWindow owner(QRect(100, 50, 800, 600));
     owner.destroy();
@@ -513,8 +507,7 @@ void tst_Zendel::ownerThatIsNoWindowAnyMore()
     QVERIFY(m_mgr->Init(&m_machine));
     QVERIFY(m_mgr->ShowSettingsDlg(owner.handle()));
     QCOMPARE(m_operator.takeDialogs().size(), 1);
-    m_operator.takeBoxes();
-    m_machine.takeCalls();
+    takeAll();
 }
 
 void tst_Zendel::styleSheetIsTheOnlyResource()
@@ -541,14 +534,12 @@ void tst_Zendel::unloadingLeavesNothingBehind()
     m_operator.onDialog = pressChange;
     QVERIFY(m_mgr->Init(&m_machine));
     QVERIFY(m_mgr->ShowSettingsDlg(owner.handle()));
-    m_operator.takeBoxes();
-    m_operator.takeDialogs();
-    m_machine.takeCalls();
+    takeAll();
 
     unload();
     QVERIFY(!QFile::exists(styleSheet));
 
-    // Qt goes on: whatever it had kept of the plug-in would be used here.
+    // Qt would use anything here that it had kept from the plug-in.
     QCoreApplication::processEvents();
     QDialog dialog;
     dialog.setStyleSheet(QStringLiteral("QTabBar::tab:selected { background: white; }"));
@@ -560,30 +551,31 @@ void tst_Zendel::unloadingLeavesNothingBehind()
     QCOMPARE(m_operator.takeBoxes().size(), 1);
 }
 
-void tst_Zendel::everyObjectDiesAtItsTime()
+void tst_Zendel::objectsAreDestroyedInTime()
 {
     unload();
     watchObjects(true);
     QList<int> counts;
-    load(); // With a manager.
-    counts += liveObjects.size();
-    m_mgr->Init(nullptr); // Nothing without a host.
+    const auto count = [&counts] { counts += liveObjects.size(); };
+    load(); // Creates the manager.
+    count();
+    m_mgr->Init(nullptr); // Creates nothing without a host.
     m_mgr->ShowSettingsDlg(nullptr);
-    counts += liveObjects.size();
-    m_mgr->Init(&m_machine); // The translator manager and its translator.
-    counts += liveObjects.size();
+    count();
+    m_mgr->Init(&m_machine); // Creates CTranslatorMgr and its translator.
+    count();
     m_mgr->Init(&m_machine);
-    counts += liveObjects.size();
+    count();
     m_plugin.releaseInterface(m_mgr);
     m_mgr = nullptr;
-    counts += liveObjects.size();
+    count();
     unload();
-    counts += liveObjects.size();
+    count();
     watchObjects(false);
     QCOMPARE(counts, QList<int>({1, 1, 3, 3, 2, 0}));
 }
 
-void tst_Zendel::translatorIsNeverInstalledIntoTheApplication()
+void tst_Zendel::translatorIsNeverInstalledInTheApplication()
 {
     const auto applicationText = [] {
         return QCoreApplication::translate("PageSetLang", "Change");
@@ -600,9 +592,7 @@ void tst_Zendel::translatorIsNeverInstalledIntoTheApplication()
     texts += applicationText();
     const QString untranslated = QStringLiteral("Change");
     QCOMPARE(texts, QStringList({untranslated, untranslated, untranslated, untranslated}));
-    m_operator.takeBoxes();
-    m_operator.takeDialogs();
-    m_machine.takeCalls();
+    takeAll();
 }
 
 void tst_Zendel::reloadedPluginHasNoHost()
@@ -619,7 +609,7 @@ void tst_Zendel::reloadedPluginHasNoHost()
     QCOMPARE(m_operator.takeDialogs().size(), 1);
 }
 
-void tst_Zendel::manyLoadsAndUnloads()
+void tst_Zendel::repeatedLoadsAndUnloads()
 {
     for (int i = 0; i < 20; ++i) {
         QVERIFY(m_mgr->Init(&m_machine));

@@ -1,5 +1,5 @@
-// The built DLL on Windows, over a main window made without Qt: which calls it makes, in which
-// order and with which handles, what the window gets of it, and what it leaves behind.
+// Tests the built DLL on Windows with a main window made without Qt: the order and the handles of
+// its calls, their effect on the window, and leaks.
 
 #include "plugin/IZendelMgr.h"
 
@@ -16,7 +16,7 @@
 #include <QDir>
 #include <QFile>
 #include <QImage>
-#include <QPointer>
+#include <QMap>
 #include <QProcess>
 #include <QPushButton>
 #include <QScreen>
@@ -48,8 +48,8 @@ QString nameOf(HWND window)
     return QString::number(reinterpret_cast<quintptr>(window));
 }
 
-/// Puts @p replacement into the place where @p module keeps the address of a function of another
-/// DLL, and returns the address that was there; null if the module imports no such function.
+/// Replaces a function in the import table of @p module. Returns the original function, or null if
+/// the module doesn't import it.
 void *replaceImport(HMODULE module, const char *function, void *replacement)
 {
     auto *const base = reinterpret_cast<char *>(module);
@@ -123,47 +123,18 @@ void recordSetModal(QDialog *self, bool modal)
     self->setModal(modal);
 }
 
-void pressChange(const QDialog &dialog)
-{
-    dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"))->click();
-}
-
-/// The GDI objects of this process. GetGuiResources() tells them on Windows; Wine, where it always
-/// says 0, keeps them in a table of its own process that is laid out as Windows' is.
+/// Returns the number of GDI objects of this process. Wine's GetGuiResources() always returns 0,
+/// but Wine accepts handles by their low word alone, so each possible one can be tried.
 qint64 countGdiObjects()
 {
     if (const DWORD count = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS))
         return count;
 
-    struct Entry
-    {
-        quint64 object;
-        quint32 owner;
-        quint16 uniqueness;
-        quint8 type; // 0 in a free place
-        quint8 flags;
-        quint64 userPointer;
-    };
-    const int tableOffset = 0xF8; // Of PEB::GdiSharedHandleTable, in 64-bit Windows
-    const int tableSize = 16384;  // In Wine
-    using CurrentPeb = const char *(WINAPI *)();
-    const auto currentPeb = reinterpret_cast<CurrentPeb>(reinterpret_cast<void *>(
-        GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "RtlGetCurrentPeb")));
-    const auto *const table = *reinterpret_cast<const Entry *const *>(currentPeb() + tableOffset);
-    return table ? std::count_if(table, table + tableSize,
-                                 [](const Entry &entry) { return entry.type != 0; })
-                 : 0;
+    qint64 count = 0;
+    for (quintptr lowWord = 0; lowWord <= 0xFFFF; ++lowWord)
+        count += GetObjectType(reinterpret_cast<HGDIOBJ>(lowWord)) != 0 ? 1 : 0;
+    return count;
 }
-
-/// What a leak would add to. Wine does not count USER objects and says 0; there, the windows have
-/// to tell.
-struct Resources
-{
-    qint64 userObjects = 0;
-    qint64 gdiObjects = 0;
-    qint64 windows = 0;
-    qint64 privateBytes = 0;
-};
 
 BOOL CALLBACK countWindow(HWND /*window*/, LPARAM count)
 {
@@ -171,60 +142,62 @@ BOOL CALLBACK countWindow(HWND /*window*/, LPARAM count)
     return TRUE;
 }
 
+using Resources = QMap<QString, qint64>;
+const QString memoryName = QStringLiteral("memory");
+
+/// Returns what a leak would add to. Wine doesn't count USER objects, only the windows among them.
 Resources resources()
 {
     NativeWindow::synchronizeQt();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    Resources result;
-    result.userObjects = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
-    result.gdiObjects = countGdiObjects();
-    EnumThreadWindows(GetCurrentThreadId(), countWindow, reinterpret_cast<LPARAM>(&result.windows));
+    qint64 windows = 0;
+    EnumThreadWindows(GetCurrentThreadId(), countWindow, reinterpret_cast<LPARAM>(&windows));
     PROCESS_MEMORY_COUNTERS memory = {};
-    if (GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof(memory)))
-        result.privateBytes = static_cast<qint64>(memory.PagefileUsage);
-    return result;
+    GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof(memory));
+    return {
+        {QStringLiteral("USER objects"), GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS)},
+        {QStringLiteral("GDI objects"), countGdiObjects()},
+        {QStringLiteral("windows"), windows},
+        {memoryName, static_cast<qint64>(memory.PagefileUsage)},
+    };
 }
 
-/// The least of each while a cycle runs 50 times: the heap goes up and down by a megabyte.
-Resources leastOfCycles(const std::function<void()> &cycle)
+/// Runs a cycle 50 times and returns the minimum of each resource, because the size of the heap
+/// varies by a megabyte.
+Resources minimumOfCycles(const std::function<void()> &cycle)
 {
     const int cycles = 50;
-    Resources least = resources();
+    Resources minimum = resources();
     for (int i = 0; i < cycles; ++i) {
         cycle();
         const Resources now = resources();
-        least.userObjects = qMin(least.userObjects, now.userObjects);
-        least.gdiObjects = qMin(least.gdiObjects, now.gdiObjects);
-        least.windows = qMin(least.windows, now.windows);
-        least.privateBytes = qMin(least.privateBytes, now.privateBytes);
+        for (auto it = minimum.begin(); it != minimum.end(); ++it)
+            *it = qMin(*it, now.value(it.key()));
     }
-    return least;
+    return minimum;
 }
 
-/// Runs a cycle until everything that is made once is there, then 100 times more, and tells what
-/// has grown from the first half to the second; empty if nothing has.
+/// Runs a cycle until everything that is created once exists, then 100 times more. Returns what has
+/// grown from the first half to the second, or an empty string.
 QString growth(const std::function<void()> &cycle)
 {
     const int warmUp = 20;
     for (int i = 0; i < warmUp; ++i)
         cycle();
-    const Resources before = leastOfCycles(cycle);
-    const Resources after = leastOfCycles(cycle);
+    const Resources before = minimumOfCycles(cycle);
+    const Resources after = minimumOfCycles(cycle);
 
-    if (before.privateBytes == 0 || before.windows == 0 || before.gdiObjects == 0)
-        return QStringLiteral("nothing could be measured");
     QStringList grown;
-    if (after.userObjects > before.userObjects)
-        grown += QStringLiteral("USER objects");
-    if (after.gdiObjects > before.gdiObjects)
-        grown += QStringLiteral("GDI objects");
-    if (after.windows > before.windows)
-        grown += QStringLiteral("windows");
-    // Wine commits the heap a megabyte at a time and keeps some in hand, so that small leaks can go
-    // unnoticed there; the windows are counted exactly.
-    const qint64 tolerance = 2097152;
-    if (after.privateBytes > before.privateBytes + tolerance)
-        grown += QStringLiteral("memory by %1 bytes").arg(after.privateBytes - before.privateBytes);
+    for (auto it = before.begin(); it != before.end(); ++it) {
+        if (*it == 0 && it.key() != QLatin1String("USER objects"))
+            return QStringLiteral("not everything could be measured");
+        // Wine commits the heap a megabyte at a time and keeps a reserve, so small leaks can go
+        // unnoticed there; the windows and GDI objects are counted exactly.
+        const qint64 tolerance = it.key() == memoryName ? 2097152 : 0;
+        const qint64 added = after.value(it.key()) - *it;
+        if (added > tolerance)
+            grown += QStringLiteral("%1 by %2").arg(it.key()).arg(added);
+    }
     return grown.join(QStringLiteral(", "));
 }
 
@@ -235,28 +208,28 @@ class tst_Zendel_win32 : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
+    void initTestCase() { Warnings::collect(); }
     void init();
     void cleanup();
 
-    void stepsInOrderWithOwner();
-    void stepsInOrderWithoutOwner();
-    void noHostMakesNoCalls();
+    void callsAreInOrderWithOwner();
+    void callsAreInOrderWithoutOwner();
+    void noCallsWithoutHost();
 
-    void ownerIsDisabledAndEnabledWhileTheDialogIsOffTheScreen();
-    void ownerDisabledBeforeIsEnabledAfterwards();
+    void ownerIsDisabledAndEnabledWhileTheDialogIsHidden();
+    void disabledOwnerIsEnabledAfterwards();
     void dialogThenOwnerIsInTheForeground();
     void dialogIsPaintedOverTheOwner_data();
     void dialogIsPaintedOverTheOwner();
 
-    void versionIsShownUnderProperties();
-    void textsInEveryEncoding_data();
-    void textsInEveryEncoding();
-    void applicationFolders_data();
-    void applicationFolders();
-    void leaksAreNoticed();
-    void changesLeaveNothingBehind();
-    void loadsLeaveNothingBehind();
+    void versionResourceIsComplete();
+    void namesInEveryEncoding_data();
+    void namesInEveryEncoding();
+    void applicationFolderNames_data();
+    void applicationFolderNames();
+    void leaksAreDetected();
+    void changesDoNotLeak();
+    void loadsDoNotLeak();
 
 private:
     void load();
@@ -269,11 +242,6 @@ private:
     RecordingMachine m_machine;
     Operator m_operator;
 };
-
-void tst_Zendel_win32::initTestCase()
-{
-    Warnings::collect();
-}
 
 void tst_Zendel_win32::init()
 {
@@ -308,7 +276,7 @@ void tst_Zendel_win32::unload()
     QVERIFY(!GetModuleHandleW(L"Zendel.dll"));
 }
 
-/// From now on, until the DLL is unloaded, its calls are written down.
+/// Records the DLL's calls until it is unloaded.
 void tst_Zendel_win32::recordCalls()
 {
     const std::pair<const char *, void *> imports[] = {
@@ -322,7 +290,7 @@ void tst_Zendel_win32::recordCalls()
     };
     for (const auto &[name, function] : imports)
         QVERIFY2(replaceImport(GetModuleHandleW(L"Zendel.dll"), name, function), name);
-    m_operator.onDialog = [](QDialog &) { calls += QStringLiteral("on the screen"); };
+    m_operator.onDialog = [](QDialog &) { calls += QStringLiteral("dialog shown"); };
 }
 
 void tst_Zendel_win32::takeAll()
@@ -333,7 +301,7 @@ void tst_Zendel_win32::takeAll()
     Warnings::take();
 }
 
-void tst_Zendel_win32::stepsInOrderWithOwner()
+void tst_Zendel_win32::callsAreInOrderWithOwner()
 {
     const NativeWindow owner(QRect(100, 50, 800, 600));
     ownerWindow = owner.handle();
@@ -345,11 +313,11 @@ void tst_Zendel_win32::stepsInOrderWithOwner()
                           QStringLiteral("GetWindowRect(owner)"), QStringLiteral("move(150, 115)"),
                           QStringLiteral("SetForegroundWindow(dialog)"),
                           QStringLiteral("BringWindowToTop(dialog)"),
-                          QStringLiteral("on the screen"), QStringLiteral("EnableWindow(owner, 1)"),
+                          QStringLiteral("dialog shown"), QStringLiteral("EnableWindow(owner, 1)"),
                           QStringLiteral("SetForegroundWindow(owner)")}));
 }
 
-void tst_Zendel_win32::stepsInOrderWithoutOwner()
+void tst_Zendel_win32::callsAreInOrderWithoutOwner()
 {
     recordCalls();
     m_mgr->ShowSettingsDlg(nullptr);
@@ -357,10 +325,10 @@ void tst_Zendel_win32::stepsInOrderWithoutOwner()
         calls,
         QStringList({QStringLiteral("setModal(1)"), QStringLiteral("winId"),
                      QStringLiteral("winId"), QStringLiteral("SetForegroundWindow(dialog)"),
-                     QStringLiteral("BringWindowToTop(dialog)"), QStringLiteral("on the screen")}));
+                     QStringLiteral("BringWindowToTop(dialog)"), QStringLiteral("dialog shown")}));
 }
 
-void tst_Zendel_win32::noHostMakesNoCalls()
+void tst_Zendel_win32::noCallsWithoutHost()
 {
     const NativeWindow owner(QRect(100, 50, 800, 600));
     QVERIFY(!m_mgr->Init(nullptr));
@@ -369,7 +337,7 @@ void tst_Zendel_win32::noHostMakesNoCalls()
     QCOMPARE(calls, QStringList());
 }
 
-void tst_Zendel_win32::ownerIsDisabledAndEnabledWhileTheDialogIsOffTheScreen()
+void tst_Zendel_win32::ownerIsDisabledAndEnabledWhileTheDialogIsHidden()
 {
     QStringList events;
     const auto dialogState = [] {
@@ -395,7 +363,7 @@ void tst_Zendel_win32::ownerIsDisabledAndEnabledWhileTheDialogIsOffTheScreen()
                      QStringLiteral("enabled, dialog hidden")}));
 }
 
-void tst_Zendel_win32::ownerDisabledBeforeIsEnabledAfterwards()
+void tst_Zendel_win32::disabledOwnerIsEnabledAfterwards()
 {
     const NativeWindow owner(QRect(100, 50, 800, 600));
     EnableWindow(owner.handle(), FALSE);
@@ -406,7 +374,7 @@ void tst_Zendel_win32::ownerDisabledBeforeIsEnabledAfterwards()
 void tst_Zendel_win32::dialogThenOwnerIsInTheForeground()
 {
     const NativeWindow owner(QRect(100, 50, 800, 600));
-    const NativeWindow other(QRect(0, 0, 400, 300)); // Has the foreground now.
+    const NativeWindow other(QRect(0, 0, 400, 300));
     QVERIFY(other.hasFocus());
     m_operator.onDialog = [&](const QDialog &dialog) {
         QCOMPARE(GetForegroundWindow(), reinterpret_cast<HWND>(dialog.winId()));
@@ -440,28 +408,28 @@ void tst_Zendel_win32::dialogIsPaintedOverTheOwner()
     QVERIFY(m_mgr->Init(&m_machine));
 
     const NativeWindow owner(QRect(100, 50, 800, 600));
-    const QRect shot(90, 40, 820, 620);
-    const QPoint tab = QPoint(160, 155) - shot.topLeft();
-    QImage picture;
+    const QRect area(90, 40, 820, 620);
+    const QPoint tab = QPoint(160, 155) - area.topLeft();
+    QImage screenshot;
     m_operator.onDialog = [&](const QDialog &dialog) {
         QCOMPARE(dialog.windowTitle(), title);
         const bool painted = QTest::qWaitFor([&] {
-            picture = dialog.screen()
-                          ->grabWindow(0, shot.x(), shot.y(), shot.width(), shot.height())
-                          .toImage();
-            return picture.pixelColor(tab) == QColor(Qt::white);
+            screenshot = dialog.screen()
+                             ->grabWindow(0, area.x(), area.y(), area.width(), area.height())
+                             .toImage();
+            return screenshot.pixelColor(tab) == QColor(Qt::white);
         });
         QVERIFY(painted);
     };
     m_mgr->ShowSettingsDlg(owner.handle());
-    // To be looked at: the file stays.
-    QVERIFY(picture.save(Deployment::path(folder + QStringLiteral(".png"))));
-    // The owner can be seen beside the dialog.
-    QVERIFY(picture.pixelColor(QPoint(120, 620) - shot.topLeft())
-            != picture.pixelColor(QPoint(500, 500) - shot.topLeft()));
+    // The file is left for inspection.
+    QVERIFY(screenshot.save(Deployment::path(folder + QStringLiteral(".png"))));
+    // The owner is visible beside the dialog.
+    QVERIFY(screenshot.pixelColor(QPoint(120, 620) - area.topLeft())
+            != screenshot.pixelColor(QPoint(500, 500) - area.topLeft()));
 }
 
-void tst_Zendel_win32::versionIsShownUnderProperties()
+void tst_Zendel_win32::versionResourceIsComplete()
 {
     const QString fileName = m_plugin.fileName();
     const auto *const file = reinterpret_cast<const wchar_t *>(fileName.utf16());
@@ -495,7 +463,7 @@ void tst_Zendel_win32::versionIsShownUnderProperties()
     QVERIFY(text("FileDescription").contains(QLatin1String("plug-in")));
 }
 
-void tst_Zendel_win32::textsInEveryEncoding_data()
+void tst_Zendel_win32::namesInEveryEncoding_data()
 {
     QTest::addColumn<QByteArray>("catalogue");
 
@@ -507,7 +475,7 @@ void tst_Zendel_win32::textsInEveryEncoding_data()
     QTest::newRow("UTF-16") << Deployment::utf16(QChar(QChar::ByteOrderMark) + lines);
 }
 
-void tst_Zendel_win32::textsInEveryEncoding()
+void tst_Zendel_win32::namesInEveryEncoding()
 {
     QFETCH(QByteArray, catalogue);
 
@@ -522,17 +490,17 @@ void tst_Zendel_win32::textsInEveryEncoding()
     QCOMPARE(name, QStringLiteral("中文"));
 }
 
-void tst_Zendel_win32::applicationFolders_data()
+void tst_Zendel_win32::applicationFolderNames_data()
 {
     QTest::addColumn<QString>("folder");
 
-    QTest::newRow("blanks") << QStringLiteral("Control software (64 bit)");
+    QTest::newRow("spaces") << QStringLiteral("Control software (64 bit)");
     QTest::newRow("Chinese") << QStringLiteral("控制软件");
     QTest::newRow("percent") << QStringLiteral("100% machine %n");
 }
 
-/// The application's folder is that of the executable: a copy of this one runs in another folder.
-void tst_Zendel_win32::applicationFolders()
+/// Runs a copy of this program, because the application's folder is that of the executable.
+void tst_Zendel_win32::applicationFolderNames()
 {
     QFETCH(QString, folder);
 
@@ -543,20 +511,19 @@ void tst_Zendel_win32::applicationFolders()
 
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(copy, {QStringLiteral("textsInEveryEncoding")});
+    process.start(copy, {QStringLiteral("namesInEveryEncoding")});
     QVERIFY2(process.waitForFinished(60000), qPrintable(process.errorString()));
     const QByteArray output = process.readAll();
-    QVERIFY2(output.contains("5 passed, 0 failed"), output.constData());
+    QVERIFY2(output.contains(" 0 failed, 0 skipped"), output.constData());
     QCOMPARE(process.exitCode(), 0);
     QVERIFY(QFile::exists(Deployment::path(folder) + QStringLiteral("/Lang/first/Zendel.qm")));
 }
 
-void tst_Zendel_win32::leaksAreNoticed()
+void tst_Zendel_win32::leaksAreDetected()
 {
-    const NativeWindow owner(QRect(100, 50, 800, 600)); // Something to be counted.
+    const NativeWindow owner(QRect(100, 50, 800, 600)); // For the count of windows
     std::vector<std::vector<char>> memory;
-    QVERIFY(
-        growth([&memory] { memory.emplace_back(1048576, 'x'); }).contains(QLatin1String("memory")));
+    QVERIFY(growth([&memory] { memory.emplace_back(1048576, 'x'); }).contains(memoryName));
     std::vector<std::unique_ptr<NativeWindow>> windows;
     QVERIFY(growth([&windows] {
                 windows.push_back(std::make_unique<NativeWindow>(QRect(0, 0, 200, 100)));
@@ -568,18 +535,20 @@ void tst_Zendel_win32::leaksAreNoticed()
     std::for_each(brushes.begin(), brushes.end(), DeleteObject);
 }
 
-void tst_Zendel_win32::changesLeaveNothingBehind()
+void tst_Zendel_win32::changesDoNotLeak()
 {
     const NativeWindow owner(QRect(100, 50, 800, 600));
-    m_operator.onDialog = pressChange;
+    m_operator.onDialog = [](const QDialog &dialog) {
+        dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"))->click();
+    };
     QCOMPARE(growth([&] {
                  QVERIFY(m_mgr->ShowSettingsDlg(owner.handle()));
-                 takeAll(); // What the tests themselves keep would grow.
+                 takeAll(); // The test's own records would grow.
              }),
              QString());
 }
 
-void tst_Zendel_win32::loadsLeaveNothingBehind()
+void tst_Zendel_win32::loadsDoNotLeak()
 {
     const NativeWindow owner(QRect(100, 50, 800, 600));
     QCOMPARE(growth([&] {

@@ -1,5 +1,5 @@
-// Files that are not what a deployment should hold: links, pipes, files that may not be read, a
-// catalogue without measure. What the operator sees of each, and that the host goes on.
+// Tests the plug-in with links, pipes, unreadable files and a huge catalogue: what the operator
+// sees of each, and that the host survives.
 
 #include "support/Deployment.h"
 #include "support/Operator.h"
@@ -25,8 +25,8 @@
 
 #include <functional>
 
-using Spoil = std::function<void()>;
-Q_DECLARE_METATYPE(Spoil)
+using Change = std::function<void()>;
+Q_DECLARE_METATYPE(Change)
 
 namespace {
 
@@ -34,6 +34,7 @@ using TranslationBoxes::loadFailed;
 using TranslationBoxes::notFound;
 using TranslationBoxes::openFailed;
 
+const QString langFolder = QStringLiteral("Lang");
 const QString iniFile = QStringLiteral("Lang/Lang.ini");
 const QString qmFile = QStringLiteral("Lang/first/Zendel.qm");
 const QString chsFile = QStringLiteral("Lang/chs/Zendel.qm");
@@ -43,7 +44,8 @@ QString path(const QString &below)
     return Deployment::path(below);
 }
 
-/// Not outside the test's own folder, where a file that is opened for writing would be left behind.
+/// Returns the target of dangling links. It is in the test's own folder, where a file that is
+/// opened for writing would be found.
 QString nowhere()
 {
     return path(QStringLiteral("Nowhere"));
@@ -51,10 +53,33 @@ QString nowhere()
 
 void remove(const QString &below)
 {
-    QVERIFY(QFile::remove(path(below)));
+    const QFileInfo info(path(below));
+    QVERIFY(info.isDir() ? QDir(info.filePath()).removeRecursively()
+                         : QFile::remove(info.filePath()));
 }
 
-/// From now on root may not read what a file's mode denies. Nobody else notices.
+Change replaceByLink(const QString &below, const QString &target)
+{
+    return [below, target] {
+        remove(below);
+        QVERIFY(QFile::link(target, path(below)));
+    };
+}
+
+Change replaceByPipe(const QString &below)
+{
+    return [below] {
+        remove(below);
+        QCOMPARE(mkfifo(qPrintable(path(below)), 0600), 0);
+    };
+}
+
+Change denyAccess(const QString &below)
+{
+    return [below] { QCOMPARE(chmod(qPrintable(path(below)), 0), 0); };
+}
+
+/// Makes file modes apply to root, too. Has no effect for other users.
 void dropPrivileges()
 {
     __user_cap_header_struct header {_LINUX_CAPABILITY_VERSION_3, 0};
@@ -62,22 +87,22 @@ void dropPrivileges()
     QCOMPARE(syscall(SYS_capset, &header, none), 0L);
 }
 
-/// Removes whatever a test has made of the deployment.
+/// Removes what a test has made of the deployment.
 void clear()
 {
-    QFile::remove(path(QStringLiteral("Lang"))); // Where it is a link
-    chmod(qPrintable(path(QStringLiteral("Lang"))), 0755);
+    QFile::remove(path(langFolder)); // If it is a link
+    chmod(qPrintable(path(langFolder)), 0755);
     chmod(qPrintable(path(QStringLiteral("Lang/first"))), 0755);
     Deployment::clear();
     QDir(path(QStringLiteral("Elsewhere"))).removeRecursively();
     QFile::remove(nowhere());
 }
 
-/// Names, sizes, times and contents of all that the deployment holds.
+/// Returns the names, times and contents of all files and folders of the deployment.
 QStringList everyFile()
 {
     QStringList result;
-    QDirIterator files(path(QStringLiteral("Lang")),
+    QDirIterator files(path(langFolder),
                        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
                        QDirIterator::Subdirectories);
     while (files.hasNext()) {
@@ -92,7 +117,7 @@ QStringList everyFile()
     return result;
 }
 
-/// The most memory that the program has had so far, in MB.
+/// Returns the program's peak memory use so far, in MB.
 long peakMemory()
 {
     QFile status(QStringLiteral("/proc/self/status"));
@@ -114,16 +139,13 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void folderMayBeASymbolicLink();
-    void filesMayBeSymbolicLinks();
-    void whatTheOperatorSees_data();
-    void whatTheOperatorSees();
-    void pipeAsCatalogueIsRefused();
-    void pipeAsTranslationIsRefused();
-    void translationThatIsReplacedStaysLoaded();
-    void catalogueWithoutMeasureIsReadToItsEnd();
-    void filesNeedNotBeWritable();
-    void nothingIsEverWritten();
+    void usableFiles_data();
+    void usableFiles();
+    void unusableFiles_data();
+    void unusableFiles();
+    void replacedTranslationStaysLoaded();
+    void hugeCatalogueIsReadToItsEnd();
+    void nothingIsWritten();
 
 private:
     QStringList dialogTexts();
@@ -142,7 +164,7 @@ void tst_odd_files::initTestCase()
 
 void tst_odd_files::init()
 {
-    clear(); // Of a run that was aborted
+    clear(); // After an aborted run
     Deployment::installTwoLanguages();
     m_operator.onDialog = nullptr;
     m_plugin.load();
@@ -158,185 +180,124 @@ void tst_odd_files::cleanup()
     clear();
 }
 
-/// The title and the languages of the dialog.
+/// Returns the title and the languages of the dialog.
 QStringList tst_odd_files::dialogTexts()
 {
     QStringList result;
     m_operator.onDialog = [&result](const QDialog &dialog) {
         result += dialog.windowTitle();
-        const auto &box = *dialog.findChild<QComboBox *>(QStringLiteral("comboBox_language"));
-        for (int i = 0; i < box.count(); ++i)
-            result += box.itemText(i);
+        const auto &list = *dialog.findChild<QComboBox *>(QStringLiteral("comboBox_language"));
+        for (int i = 0; i < list.count(); ++i)
+            result += list.itemText(i);
     };
     m_mgr->ShowSettingsDlg(nullptr);
     m_operator.takeDialogs();
     return result;
 }
 
-void tst_odd_files::folderMayBeASymbolicLink()
+void tst_odd_files::usableFiles_data()
 {
-    const QString elsewhere = path(QStringLiteral("Elsewhere"));
-    QVERIFY(QDir().rename(path(QStringLiteral("Lang")), elsewhere));
-    QVERIFY(QFile::link(elsewhere, path(QStringLiteral("Lang"))));
+    QTest::addColumn<Change>("change");
+
+    QTest::newRow("folder is a link") << Change([] {
+        const QString elsewhere = path(QStringLiteral("Elsewhere"));
+        QVERIFY(QDir().rename(path(langFolder), elsewhere));
+        QVERIFY(QFile::link(elsewhere, path(langFolder)));
+    });
+    QTest::newRow("files are links") << Change([] {
+        for (const QString &file : {iniFile, qmFile}) {
+            QVERIFY(QFile::rename(path(file), path(file) + QStringLiteral(".real")));
+            QVERIFY(QFile::link(path(file) + QStringLiteral(".real"), path(file)));
+        }
+    });
+    QTest::newRow("nothing is writable") << Change([] {
+        for (const QString &file : {iniFile, qmFile})
+            QCOMPARE(chmod(qPrintable(path(file)), 0444), 0);
+        for (const QString &folder : {QStringLiteral("Lang/first"), langFolder})
+            QCOMPARE(chmod(qPrintable(path(folder)), 0555), 0);
+    });
+}
+
+void tst_odd_files::usableFiles()
+{
+    QFETCH(Change, change);
+
+    change();
     QVERIFY(m_mgr->Init(&m_machine));
+    QCOMPARE(m_operator.takeBoxes(), QStringList());
     QCOMPARE(
         dialogTexts(),
         QStringList({QStringLiteral("1 Settings"), QStringLiteral("One"), QStringLiteral("Two")}));
 }
 
-void tst_odd_files::filesMayBeSymbolicLinks()
+void tst_odd_files::unusableFiles_data()
 {
-    for (const QString &file : {iniFile, qmFile}) {
-        QVERIFY(QFile::rename(path(file), path(file) + QStringLiteral(".real")));
-        QVERIFY(QFile::link(path(file) + QStringLiteral(".real"), path(file)));
-    }
-    QVERIFY(m_mgr->Init(&m_machine));
-    QCOMPARE(
-        dialogTexts(),
-        QStringList({QStringLiteral("1 Settings"), QStringLiteral("One"), QStringLiteral("Two")}));
-}
-
-void tst_odd_files::whatTheOperatorSees_data()
-{
-    QTest::addColumn<Spoil>("spoil");
+    QTest::addColumn<Change>("change");
     QTest::addColumn<QStringList>("boxes");
     QTest::addColumn<QStringList>("texts");
 
-    const auto row = [](const char *name, const Spoil &spoil, const QStringList &boxes,
-                        const QStringList &texts) {
-        QTest::newRow(name) << spoil << boxes << texts;
-    };
     const QStringList nothing {QString()};
-    const QStringList silentLanguages {QString(), QStringLiteral("One"), QStringLiteral("Two")};
-    // Where the catalogue alone is missing too: there is no folder chs.
     const QStringList noFiles {openFailed(), notFound(QString()), loadFailed(chsFile)};
+    QTest::newRow("folder: link to nowhere")
+        << replaceByLink(langFolder, nowhere()) << noFiles << nothing;
+    QTest::newRow("folder: link to itself")
+        << replaceByLink(langFolder, path(langFolder)) << noFiles << nothing;
+    QTest::newRow("folder: a file") << Change([] {
+        remove(langFolder);
+        QVERIFY(QFile(path(langFolder)).open(QIODevice::WriteOnly));
+    }) << noFiles << nothing;
+    QTest::newRow("folder: access denied") << denyAccess(langFolder) << noFiles << nothing;
+
+    // The messages are the same if only the catalogue is missing, because there is no folder chs.
     const QStringList emptyCatalogue {notFound(QString()), loadFailed(chsFile)};
+    QTest::newRow("catalogue: a folder") << Change([] {
+        remove(iniFile);
+        QVERIFY(QDir().mkpath(path(iniFile)));
+    }) << noFiles << nothing;
+    QTest::newRow("catalogue: link to nowhere")
+        << replaceByLink(iniFile, nowhere()) << noFiles << nothing;
+    QTest::newRow("catalogue: link to itself")
+        << replaceByLink(iniFile, path(iniFile)) << noFiles << nothing;
+    QTest::newRow("catalogue: access denied") << denyAccess(iniFile) << noFiles << nothing;
+    // Opening a pipe would block until somebody opens its other end.
+    QTest::newRow("catalogue: pipe") << replaceByPipe(iniFile) << noFiles << nothing;
+    QTest::newRow("catalogue: device, read as an empty file")
+        << replaceByLink(iniFile, QStringLiteral("/dev/null")) << emptyCatalogue << nothing;
+
     const QStringList noTranslation {notFound(path(qmFile)), loadFailed(chsFile)};
     const QStringList translationRefused {loadFailed(qmFile)};
-
-    row(
-        "folder: link to nowhere",
-        [] {
-            Deployment::clear();
-            QFile::link(nowhere(), path(QStringLiteral("Lang")));
-        },
-        noFiles, nothing);
-    row(
-        "folder: link to itself",
-        [] {
-            Deployment::clear();
-            QFile::link(path(QStringLiteral("Lang")), path(QStringLiteral("Lang")));
-        },
-        noFiles, nothing);
-    row(
-        "folder: a file",
-        [] {
-            Deployment::clear();
-            QFile file(path(QStringLiteral("Lang")));
-            QVERIFY(file.open(QIODevice::WriteOnly));
-        },
-        noFiles, nothing);
-    row(
-        "folder: may not be entered", [] { chmod(qPrintable(path(QStringLiteral("Lang"))), 0); },
-        noFiles, nothing);
-
-    row(
-        "catalogue: a folder",
-        [] {
-            remove(iniFile);
-            QDir().mkpath(path(iniFile));
-        },
-        noFiles, nothing);
-    row(
-        "catalogue: link to nowhere",
-        [] {
-            remove(iniFile);
-            QFile::link(nowhere(), path(iniFile));
-        },
-        noFiles, nothing);
-    row(
-        "catalogue: link to itself",
-        [] {
-            remove(iniFile);
-            QFile::link(path(iniFile), path(iniFile));
-        },
-        noFiles, nothing);
-    row(
-        "catalogue: may not be read", [] { chmod(qPrintable(path(iniFile)), 0); }, noFiles,
-        nothing);
-    row(
-        "catalogue: device, read as an empty file",
-        [] {
-            remove(iniFile);
-            QFile::link(QStringLiteral("/dev/null"), path(iniFile));
-        },
-        emptyCatalogue, nothing);
-
-    row(
-        "translation: link to nowhere",
-        [] {
-            remove(qmFile);
-            QFile::link(nowhere(), path(qmFile));
-        },
-        noTranslation, silentLanguages);
-    row(
-        "translation: link to itself",
-        [] {
-            remove(qmFile);
-            QFile::link(path(qmFile), path(qmFile));
-        },
-        noTranslation, silentLanguages);
-    row(
-        "translation: may not be read", [] { chmod(qPrintable(path(qmFile)), 0); },
-        translationRefused, silentLanguages);
-    row(
-        "translation: device without end",
-        [] {
-            remove(qmFile);
-            QFile::link(QStringLiteral("/dev/zero"), path(qmFile));
-        },
-        translationRefused, silentLanguages);
-    row(
-        "translation: folder may not be entered",
-        [] { chmod(qPrintable(path(QStringLiteral("Lang/first"))), 0); }, noTranslation,
-        silentLanguages);
+    const QStringList untranslated {QString(), QStringLiteral("One"), QStringLiteral("Two")};
+    QTest::newRow("translation: link to nowhere")
+        << replaceByLink(qmFile, nowhere()) << noTranslation << untranslated;
+    QTest::newRow("translation: link to itself")
+        << replaceByLink(qmFile, path(qmFile)) << noTranslation << untranslated;
+    QTest::newRow("translation: access denied")
+        << denyAccess(qmFile) << translationRefused << untranslated;
+    // Qt loads translations from regular files only and doesn't even open a pipe.
+    QTest::newRow("translation: pipe")
+        << replaceByPipe(qmFile) << translationRefused << untranslated;
+    QTest::newRow("translation: endless device")
+        << replaceByLink(qmFile, QStringLiteral("/dev/zero")) << translationRefused << untranslated;
+    QTest::newRow("translation: access to the folder denied")
+        << denyAccess(QStringLiteral("Lang/first")) << noTranslation << untranslated;
 }
 
-void tst_odd_files::whatTheOperatorSees()
+void tst_odd_files::unusableFiles()
 {
-    QFETCH(Spoil, spoil);
+    QFETCH(Change, change);
     QFETCH(QStringList, boxes);
     QFETCH(QStringList, texts);
 
-    QVERIFY(m_mgr->Init(&m_machine)); // So that there is something to lose.
-    spoil();
+    QVERIFY(m_mgr->Init(&m_machine)); // So that there is something to lose
+    change();
     QVERIFY(m_mgr->Init(&m_machine));
     QCOMPARE(m_operator.takeBoxes(), boxes);
     QCOMPARE(dialogTexts(), texts);
 }
 
-/// To open one would last until there is someone at the other end.
-void tst_odd_files::pipeAsCatalogueIsRefused()
-{
-    remove(iniFile);
-    QCOMPARE(mkfifo(qPrintable(path(iniFile)), 0600), 0);
-    QVERIFY(m_mgr->Init(&m_machine));
-    QCOMPARE(m_operator.takeBoxes(),
-             QStringList({openFailed(), notFound(QString()), loadFailed(chsFile)}));
-}
-
-/// Qt takes no translation from anything but a file, and does not even open a pipe.
-void tst_odd_files::pipeAsTranslationIsRefused()
-{
-    remove(qmFile);
-    QCOMPARE(mkfifo(qPrintable(path(qmFile)), 0600), 0);
-    QVERIFY(m_mgr->Init(&m_machine));
-    QCOMPARE(m_operator.takeBoxes(), QStringList(loadFailed(qmFile)));
-}
-
-/// A file to be exchanged at run time must be removed or renamed: Qt has it mapped into memory on
-/// Linux, and the process dies if it is cut and written anew in its place.
-void tst_odd_files::translationThatIsReplacedStaysLoaded()
+/// The file is removed and created again. Overwriting it in place would crash the process on Linux,
+/// because Qt maps it into memory.
+void tst_odd_files::replacedTranslationStaysLoaded()
 {
     QVERIFY(m_mgr->Init(&m_machine));
     Deployment::writeTranslation(QStringLiteral("first"), "broken");
@@ -345,7 +306,7 @@ void tst_odd_files::translationThatIsReplacedStaysLoaded()
     QCOMPARE(m_operator.takeBoxes(), QStringList(loadFailed(qmFile)));
 }
 
-void tst_odd_files::catalogueWithoutMeasureIsReadToItsEnd()
+void tst_odd_files::hugeCatalogueIsReadToItsEnd()
 {
 #ifdef __SANITIZE_ADDRESS__
     const qint64 size = 10 << 20;
@@ -371,20 +332,7 @@ void tst_odd_files::catalogueWithoutMeasureIsReadToItsEnd()
     QCOMPARE(dialogTexts(), QStringList({QStringLiteral("1 Settings"), QStringLiteral("One")}));
 }
 
-void tst_odd_files::filesNeedNotBeWritable()
-{
-    for (const QString &file : {iniFile, qmFile})
-        QCOMPARE(chmod(qPrintable(path(file)), 0444), 0);
-    for (const char *folder : {"Lang/first", "Lang"})
-        QCOMPARE(chmod(qPrintable(path(QLatin1String(folder))), 0555), 0);
-    QVERIFY(m_mgr->Init(&m_machine));
-    QCOMPARE(m_operator.takeBoxes(), QStringList());
-    QCOMPARE(
-        dialogTexts(),
-        QStringList({QStringLiteral("1 Settings"), QStringLiteral("One"), QStringLiteral("Two")}));
-}
-
-void tst_odd_files::nothingIsEverWritten()
+void tst_odd_files::nothingIsWritten()
 {
     const QStringList before = everyFile();
     QCOMPARE(before.size(), 5);

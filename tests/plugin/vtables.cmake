@@ -1,5 +1,5 @@
-# Fails unless the two interfaces have the slots that hosts rely on, in the C++ ABI of Microsoft's
-# compiler and in that of MinGW's. Clang lays them out for both.
+# Fails unless the virtual tables of the two interfaces are as hosts expect, in the C++ ABIs of MSVC
+# and of MinGW. Clang can lay them out for both.
 # cmake -D CLANG=... -D SOURCE_DIR=... -P vtables.cmake
 
 # check(TARGET CLASS SLOT...)
@@ -10,7 +10,7 @@ function(check target class)
                 -Xclang -fdump-vtable-layouts ${CMAKE_CURRENT_LIST_DIR}/vtables.cpp
         OUTPUT_VARIABLE layouts COMMAND_ERROR_IS_FATAL ANY)
     string(REGEX MATCH "V[FT]+able indices for '${class}'[^\n]*\n([^\n]+\n)*" table "${layouts}")
-    # Square brackets would keep a list from being split.
+    # CMake wouldn't split the list within square brackets.
     string(REGEX REPLACE "\\[([a-z ]+)\\]" "(\\1)" table "${table}")
     string(REGEX MATCHALL "\\| [^\n]+" slots "${table}")
     list(TRANSFORM slots REPLACE "^\\| " "")

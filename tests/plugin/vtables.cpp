@@ -1,4 +1,4 @@
-// Makes the compiler lay out the two interfaces, as a host implements the one and calls the other.
+// Makes the compiler lay out both interfaces.
 
 #include "plugin/IHostMachine.h"
 #include "plugin/IZendelMgr.h"

@@ -1,9 +1,9 @@
-// What a machine does for months, in minutes: the plug-in loaded and unloaded, the dialog opened,
-// the language changed, the dialog closed, again and again. The heap grows no more by it than by a
-// dialog that Qt makes alone, with the same widgets and the same style sheet.
+// Tests that months of use don't leak: loads and unloads the plug-in, opens the dialog, changes the
+// language and closes the dialog, many times. The heap must not grow more than with a dialog made
+// by Qt alone, with the same widgets and style sheet.
 //
-// ZENDEL_STEPS is the number of cycles that are counted. With QTEST_FUNCTION_TIMEOUT, in ms, Qt
-// Test lets them run for longer than 5 minutes.
+// ZENDEL_STEPS is the number of measured cycles. QTEST_FUNCTION_TIMEOUT, in ms, raises Qt Test's
+// limit of 5 minutes.
 
 #include "support/BareDialog.h"
 #include "support/Deployment.h"
@@ -22,13 +22,14 @@
 #include <malloc.h>
 
 #include <functional>
+#include <limits>
 
 namespace {
 
-/// Bytes a cycle that are no leak: the smallest one would be a block of 16 bytes each time.
+/// Growth per cycle that isn't a leak, in bytes. The smallest leak would be a block of 16 bytes.
 const double noise = 4;
 
-/// Bytes that the heap holds for the program at this moment.
+/// Returns the number of bytes that are allocated on the heap.
 qint64 liveBytes()
 {
     const auto heap = mallinfo2();
@@ -48,7 +49,7 @@ private Q_SLOTS:
 
 private:
     double growth(const char *name, const std::function<void()> &cycle);
-    void bareDialog(bool change);
+    void showBareDialog(bool change);
 
     QString m_styleSheet;
     Plugin m_plugin {QStringLiteral(PLUGIN_FILE)};
@@ -70,7 +71,7 @@ void tst_cycles::initTestCase()
     m_plugin.unload();
 }
 
-/// Bytes that the heap grows by with every run of @p cycle, at the least.
+/// Returns the least growth of the heap per cycle, in bytes.
 double tst_cycles::growth(const char *name, const std::function<void()> &cycle)
 {
     const int count = static_cast<int>(Settings::stepCount(1000));
@@ -85,21 +86,20 @@ double tst_cycles::growth(const char *name, const std::function<void()> &cycle)
     };
 
     const int part = count / 3;
-    run(50); // Until all caches are full.
-    // A leak is there each time; what Qt does once, by a timer for instance, is not.
-    double least = 0;
+    run(50); // Fills all caches.
+    // A leak shows in each part, unlike what Qt allocates once, for instance by a timer.
+    double least = std::numeric_limits<double>::max();
     for (int i = 0; i < 3; ++i) {
         const qint64 before = liveBytes();
         run(part);
-        const double bytes = double(liveBytes() - before) / part;
-        least = i == 0 ? bytes : qMin(least, bytes);
+        least = qMin(least, double(liveBytes() - before) / part);
     }
-    qInfo("%s: %.1f bytes a cycle, %d cycles", name, least, count);
+    qInfo("%s: %.1f bytes per cycle, %d cycles", name, least, count);
     return qMax(least, 0.0);
 }
 
-/// A dialog like the plug-in's, made and worked with nothing but Qt.
-void tst_cycles::bareDialog(bool change)
+/// Shows a dialog like the plug-in's that uses only Qt.
+void tst_cycles::showBareDialog(bool change)
 {
     BareDialogContent content {QStringLiteral("Settings"),
                                QStringLiteral("Language"),
@@ -130,7 +130,7 @@ void tst_cycles::bareDialog(bool change)
 
 void tst_cycles::openChangeClose()
 {
-    const double bare = growth("bare dialog with a change", [this] { bareDialog(true); });
+    const double bare = growth("bare dialog with a change", [this] { showBareDialog(true); });
 
     m_plugin.load();
     IZendelMgr *const mgr = m_plugin.newInterface();
@@ -149,7 +149,7 @@ void tst_cycles::openChangeClose()
 
 void tst_cycles::loadShowUnload()
 {
-    const double bare = growth("bare dialog", [this] { bareDialog(false); });
+    const double bare = growth("bare dialog", [this] { showBareDialog(false); });
 
     m_operator.onDialog = nullptr;
     const double ours = growth("load, show, unload", [this] {

@@ -1,6 +1,6 @@
-// Translation files as a failing disk or an aborted copy leaves them, thousands of them made at
-// random. The operator is told that such a file cannot be loaded, or sees what texts it still
-// holds; the host goes on, with the files too that Qt itself does not survive: see loadQmFile().
+// Tests thousands of translation files with random damage, as after a disk error or an aborted
+// copy. The operator sees a message or the texts that are left, and the host survives, even with
+// files on which Qt itself crashes: see loadQmFile().
 //
 // ZENDEL_STEPS is the number of files, ZENDEL_SEED the seed, ZENDEL_FIRST the number of the first.
 
@@ -52,14 +52,14 @@ class tst_damaged_translations : public QObject
 private Q_SLOTS:
     void initTestCase();
     void undamagedFilesLoad();
-    void filesThatQtDoesNotSurviveAreRefused_data();
-    void filesThatQtDoesNotSurviveAreRefused();
-    void everyFileIsSurvived();
+    void filesThatCrashQtAreRefused_data();
+    void filesThatCrashQtAreRefused();
+    void damagedFilesAreLoadedOrRefused();
 
 private:
-    void loadAndAskForAllTexts();
-    void buildTheDialog();
-    void workTheDialog();
+    void loadAndLookUpTexts();
+    void createDialog();
+    void operateDialog();
 
     const QString m_fileName = QStringLiteral("Lang/first/Zendel.qm");
     QList<QByteArray> m_originals;
@@ -82,7 +82,7 @@ void tst_damaged_translations::initTestCase()
         while (files.hasNext())
             names += files.next();
     }
-    names.sort(); // So that a seed means the same on every machine.
+    names.sort(); // Makes seeds portable.
     for (const QString &name : qAsConst(names))
         m_originals += contents(name);
     QVERIFY(m_originals.size() > 22);
@@ -93,64 +93,64 @@ void tst_damaged_translations::undamagedFilesLoad()
     for (const QByteArray &original : qAsConst(m_originals)) {
         Deployment::writeTranslation(QStringLiteral("first"), original);
         m_refused = 0;
-        loadAndAskForAllTexts();
+        loadAndLookUpTexts();
         QCOMPARE(m_refused, 0);
         QVERIFY(!CTranslatorMgr::instance()->translator()->isEmpty());
     }
 }
 
-void tst_damaged_translations::filesThatQtDoesNotSurviveAreRefused_data()
+void tst_damaged_translations::filesThatCrashQtAreRefused_data()
 {
     QTest::addColumn<QString>("name");
 
-    // Asked for the text "Change", Qt 5.15 reads 2 GiB in front of the file and crashes,
+    // When looking up "Change", Qt 5.15 reads 2 GiB before the file and crashes,
     QTest::newRow("crash") << QStringLiteral("one_bit_in_a_length.qm");
-    // or comes back to the same field again and again.
+    // or returns to the same field endlessly.
     QTest::newRow("endless loop") << QStringLiteral("length_that_leads_back.qm");
 }
 
-void tst_damaged_translations::filesThatQtDoesNotSurviveAreRefused()
+void tst_damaged_translations::filesThatCrashQtAreRefused()
 {
     QFETCH(QString, name);
     const QByteArray bytes = contents(QStringLiteral(DAMAGED_FILES "/") + name);
     Deployment::writeTranslation(QStringLiteral("first"), bytes);
     m_refused = 0;
-    loadAndAskForAllTexts();
+    loadAndLookUpTexts();
     QCOMPARE(m_refused, 1);
 }
 
-void tst_damaged_translations::everyFileIsSurvived()
+void tst_damaged_translations::damagedFilesAreLoadedOrRefused()
 {
     const quint32 seed = Settings::seed();
     const quint32 first = Settings::firstStep();
 #ifdef Q_OS_WIN
-    const quint32 count = Settings::stepCount(500); // Files take their time under Wine.
+    const quint32 count = Settings::stepCount(500); // Files are slow under Wine.
 #else
     const quint32 count = Settings::stepCount(5000);
 #endif
     m_refused = 0;
     for (quint32 i = first; i < first + count; ++i) {
-        std::mt19937 random(seed * 1000003 + i); // Of its own, so that one can be made again alone.
+        std::mt19937 random(seed * 1000003 + i); // Each file can be recreated alone.
         const QByteArray bytes = damaged(m_originals.at(int(i) % m_originals.size()), random);
         Deployment::writeTranslation(QStringLiteral("first"), bytes);
-        loadAndAskForAllTexts();
-        buildTheDialog();
+        loadAndLookUpTexts();
+        createDialog();
         if (i % 100 == 0)
-            workTheDialog();
+            operateDialog();
         if (QTest::currentTestFailed()) {
-            QFile kept(Deployment::path(QStringLiteral("failed.qm")));
-            QVERIFY(kept.open(QIODevice::WriteOnly));
-            kept.write(bytes);
-            qInfo("ZENDEL_SEED=%u ZENDEL_FIRST=%u ZENDEL_STEPS=1, the file is kept as %s", seed, i,
-                  qPrintable(kept.fileName()));
+            QFile copy(Deployment::path(QStringLiteral("failed.qm")));
+            QVERIFY(copy.open(QIODevice::WriteOnly));
+            copy.write(bytes);
+            qInfo("ZENDEL_SEED=%u ZENDEL_FIRST=%u ZENDEL_STEPS=1, the file is saved as %s", seed, i,
+                  qPrintable(copy.fileName()));
             return;
         }
     }
     qInfo("seed %u: %u files, refused %d", seed, count, m_refused);
 }
 
-/// The operator sees one box, and then no texts, or none.
-void tst_damaged_translations::loadAndAskForAllTexts()
+/// The operator sees either one message and then no texts, or no message.
+void tst_damaged_translations::loadAndLookUpTexts()
 {
     CZendelIns mgr;
     QVERIFY(mgr.Init(&m_machine));
@@ -168,7 +168,7 @@ void tst_damaged_translations::loadAndAskForAllTexts()
     QCOMPARE(Warnings::take(), QStringList());
 }
 
-void tst_damaged_translations::buildTheDialog()
+void tst_damaged_translations::createDialog()
 {
     const DlgSettings dialog;
     QCOMPARE(dialog.windowTitle(), text("DlgSettings", "Settings"));
@@ -178,7 +178,7 @@ void tst_damaged_translations::buildTheDialog()
     QCOMPARE(Warnings::take(), QStringList(Warnings::unconnectedSlot()));
 }
 
-void tst_damaged_translations::workTheDialog()
+void tst_damaged_translations::operateDialog()
 {
     m_operator.onDialog = [this](const QDialog &dialog) {
         for (const bool accepts : {true, false}) {

@@ -1,8 +1,8 @@
-// Everything that a host, its operator and its files can do, in random order and from inside each
-// other, beside a model that tells what must come of it.
+// Does everything that a host, its operator and its files can do, in random order and nested, and
+// compares the plug-in with a model.
 //
-// ZENDEL_STEPS is the number of steps, ZENDEL_SEED the seed. With QTEST_FUNCTION_TIMEOUT, in ms, Qt
-// Test lets it run for longer than 5 minutes.
+// ZENDEL_STEPS is the number of steps, ZENDEL_SEED the seed. QTEST_FUNCTION_TIMEOUT, in ms, raises
+// Qt Test's limit of 5 minutes.
 
 #include "plugin/IHostMachine.h"
 
@@ -16,6 +16,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QDebug>
 #include <QDialog>
 #include <QDir>
 #include <QFile>
@@ -34,7 +35,7 @@
 
 namespace {
 
-/// A machine that hands on what the plug-in asks of it.
+/// A machine that forwards the plug-in's calls.
 class Machine : public IHostMachine
 {
 public:
@@ -51,12 +52,12 @@ struct Language
 {
     bool show = false;
     QString name;
-    QString folder; // Null where the catalogue has no line for it.
+    QString folder; // Null if the catalogue has no line for it
 };
 
 struct Catalogue
 {
-    bool isThere = false;
+    bool exists = false;
     int defaultId = 0;
     QMap<int, Language> languages;
 
@@ -79,10 +80,10 @@ struct Catalogue
     }
 };
 
-/// What lies in the place of a translation, and what the plug-in has loaded.
+/// What is at a translation's path, or is loaded in the plug-in.
 enum class Translation { None, First, Second, Partial, Broken, Directory };
 
-/// What is to be seen in an open dialog, and what it will return.
+/// What an open dialog shows, and what it will return.
 struct Dialog
 {
     QStringList texts;
@@ -97,7 +98,7 @@ void removeFromDisk(const QString &path)
     QFileInfo(path).isDir() ? QDir(path).removeRecursively() : QFile::remove(path);
 }
 
-/// Title, tab, button and label.
+/// Returns the texts of title, tab, button and label.
 QStringList textsOf(const QDialog &dialog)
 {
     return {dialog.windowTitle(), dialog.findChild<QTabWidget *>()->tabText(0),
@@ -110,22 +111,12 @@ QComboBox &languagesOf(const QDialog &dialog)
     return *dialog.findChild<QComboBox *>(QStringLiteral("comboBox_language"));
 }
 
-QStringList itemsOf(const QComboBox &box)
+QStringList itemsOf(const QComboBox &languages)
 {
     QStringList result;
-    for (int i = 0; i < box.count(); ++i)
-        result += box.itemText(i);
+    for (int i = 0; i < languages.count(); ++i)
+        result += languages.itemText(i);
     return result;
-}
-
-QString describe(int value)
-{
-    return QString::number(value);
-}
-
-QString describe(const QStringList &value)
-{
-    return value.join(QStringLiteral(" | "));
 }
 
 } // namespace
@@ -139,7 +130,7 @@ private Q_SLOTS:
     void walk();
 
 private:
-    // Chance
+    // Random choices
     int below(int limit) { return int(m_random() % quint32(limit)); }
     bool oneIn(int count) { return below(count) == 0; }
     template<typename Container>
@@ -149,7 +140,7 @@ private:
     }
     Catalogue anyCatalogue();
 
-    // What the host does
+    // Actions of the host
     void step();
     void load();
     void unload();
@@ -158,17 +149,17 @@ private:
     void initialize(bool mayBeNull);
     void showDialog();
 
-    // What comes back to it
+    // Calls to the host
     bool setLanguage(int machine, int langId);
     void notifySettingChanged(int machine);
-    void somethingInside();
+    void reenter();
 
-    // What the operator does
-    void work(QDialog &dialog);
+    // Actions of the operator
+    void operate(QDialog &dialog);
     void pressChange(const QDialog &dialog);
     void close(QDialog &dialog);
 
-    // What becomes of the files
+    // Changes of the files
     void changeDisk();
     void writeCatalogue();
     void writeTranslation(const QString &folder, Translation translation);
@@ -182,7 +173,7 @@ private:
     template<typename T>
     void compare(const char *what, const T &actual, const T &expected);
 
-    std::mt19937 m_random {1}; // NOLINT(cert-msc*): it is to be repeatable
+    std::mt19937 m_random {1}; // NOLINT(cert-msc*): it must be repeatable
     QStringList m_log;
     int m_depth = 0;
     bool m_failed = false;
@@ -199,14 +190,14 @@ private:
     QStringList m_expectedWarnings;
     std::unique_ptr<NativeWindow> m_owner;
 
-    // On the disk
+    // The model of the files
     Catalogue m_catalogue;
     QMap<QString, Translation> m_translations;
 
-    // In the plug-in
+    // The model of the plug-in
     int m_host = -1;
     Catalogue m_read;
-    Translation m_spoken = Translation::None;
+    Translation m_loaded = Translation::None;
     QList<Dialog> m_dialogs;
 };
 
@@ -215,7 +206,7 @@ void tst_random_walk::initTestCase()
     Warnings::collect();
     Deployment::clear();
     m_owner = std::make_unique<NativeWindow>(QRect(100, 50, 800, 600));
-    m_operator.onDialog = [this](QDialog &dialog) { work(dialog); };
+    m_operator.onDialog = [this](QDialog &dialog) { operate(dialog); };
     for (int i = 0; i < 3; ++i) {
         m_machines[i].onSetLanguage = [this, i](int langId) { return setLanguage(i, langId); };
         m_machines[i].onNotify = [this, i] { notifySettingChanged(i); };
@@ -226,7 +217,7 @@ void tst_random_walk::walk()
 {
     const quint32 seed = Settings::seed();
 #ifdef Q_OS_WIN
-    const quint32 steps = Settings::stepCount(300); // Windows are slow to open under Wine.
+    const quint32 steps = Settings::stepCount(300); // Opening windows is slow under Wine.
 #else
     const quint32 steps = Settings::stepCount(2000);
 #endif
@@ -242,7 +233,7 @@ void tst_random_walk::walk()
         while (m_log.size() > 50)
             m_log.removeFirst();
         if (m_failed) {
-            qInfo("ZENDEL_SEED=%u ZENDEL_STEPS=%u, the last steps were\n%s", seed, i + 1,
+            qInfo("ZENDEL_SEED=%u ZENDEL_STEPS=%u, the last steps:\n%s", seed, i + 1,
                   qPrintable(m_log.join(QLatin1Char('\n'))));
         }
     }
@@ -256,10 +247,10 @@ void tst_random_walk::compare(const char *what, const T &actual, const T &expect
 {
     if (m_failed || actual == expected)
         return;
-    m_failed = true; // The first one tells; what follows may come of it.
-    QTest::qFail(qPrintable(QStringLiteral("%1: %2, expected: %3")
-                                .arg(QLatin1String(what), describe(actual), describe(expected))),
-                 __FILE__, __LINE__);
+    m_failed = true; // Later failures may be consequences.
+    QString message;
+    QDebug(&message).nospace() << what << ": " << actual << ", expected: " << expected;
+    QTest::qFail(qPrintable(message), __FILE__, __LINE__);
 }
 
 void tst_random_walk::step()
@@ -295,7 +286,7 @@ void tst_random_walk::unload()
     m_plugin.unload();
     m_host = -1;
     m_read = {};
-    m_spoken = Translation::None;
+    m_loaded = Translation::None;
     compare("style sheet", QFile::exists(QStringLiteral(":/res/qss/style.css")), false);
 }
 
@@ -345,7 +336,7 @@ void tst_random_walk::showDialog()
     m_owner->takeInput();
 }
 
-void tst_random_walk::work(QDialog &dialog)
+void tst_random_walk::operate(QDialog &dialog)
 {
     const Dialog expected = m_dialogs.constLast();
     QComboBox &languages = languagesOf(dialog);
@@ -361,7 +352,7 @@ void tst_random_walk::work(QDialog &dialog)
         } else {
             pressChange(dialog);
         }
-        // Nothing that happens meanwhile changes what stands in the dialog.
+        // Nested actions must not change the open dialog.
         compare("texts", textsOf(dialog), expected.texts);
         compare("items", itemsOf(languages), expected.items);
         compare("selected", languages.currentIndex(), m_dialogs.constLast().selected);
@@ -384,7 +375,7 @@ bool tst_random_walk::setLanguage(int machine, int langId)
     m_calls += QStringLiteral("%1 SetLanguage(%2)").arg(machine).arg(langId);
     const QCursor *const cursor = QApplication::overrideCursor();
     compare("wait cursor", cursor && cursor->shape() == Qt::WaitCursor, true);
-    somethingInside();
+    reenter();
 
     const bool accepts = oneIn(2);
     log(accepts ? QStringLiteral("accepted") : QStringLiteral("refused"));
@@ -401,56 +392,39 @@ bool tst_random_walk::setLanguage(int machine, int langId)
 void tst_random_walk::notifySettingChanged(int machine)
 {
     m_calls += QStringLiteral("%1 NotifySettingChanged").arg(machine);
-    somethingInside();
+    reenter();
     m_expectedBoxes += Operator::box("information", text("PageSetLang", "Success"),
                                      text("PageSetLang", "Change successful!"), "PageSetLang");
 }
 
-void tst_random_walk::somethingInside()
+void tst_random_walk::reenter()
 {
     ++m_depth;
-    switch (below(8)) {
-    case 0:
+    const int action = below(8);
+    if (action == 0 || action == 2)
         changeDisk();
-        break;
-    case 1:
+    if (action == 1 || action == 2)
         initialize(false);
-        break;
-    case 2:
-        changeDisk();
-        initialize(false);
-        break;
-    case 3:
-        if (m_dialogs.size() < 3)
-            showDialog();
-        break;
-    case 4:
+    if (action == 3 && m_dialogs.size() < 3)
+        showDialog();
+    if (action == 4)
         newInterface();
-        break;
-    case 5:
+    if (action == 5)
         releaseInterface();
-        break;
-    default:
-        break;
-    }
     --m_depth;
 }
 
 void tst_random_walk::close(QDialog &dialog)
 {
-    switch (below(4)) {
-    case 0:
+    const int action = below(4);
+    if (action == 0)
         QTest::keyClick(&dialog, Qt::Key_Escape);
-        break;
-    case 1:
+    else if (action == 1)
         dialog.close();
-        break;
-    case 2:
+    else if (action == 2)
         dialog.accept();
-        break;
-    default:
+    else
         dialog.reject();
-    }
 }
 
 void tst_random_walk::changeDisk()
@@ -458,7 +432,7 @@ void tst_random_walk::changeDisk()
     const QStringList folders {QStringLiteral("first"), QStringLiteral("second"),
                                QStringLiteral("chs")};
     if (oneIn(20)) {
-        log(QStringLiteral("everything vanishes"));
+        log(QStringLiteral("everything is removed"));
         Deployment::clear();
         m_catalogue = {};
         m_translations.clear();
@@ -482,7 +456,7 @@ Catalogue tst_random_walk::anyCatalogue()
                                QStringLiteral("chs"),
                                QStringLiteral("gone")};
     Catalogue result;
-    result.isThere = true;
+    result.exists = true;
     for (int count = below(5); count > 0; --count)
         result.languages[any(ids)] = {!oneIn(4), any(names), any(folders)};
     if (!oneIn(4))
@@ -502,7 +476,7 @@ void tst_random_walk::writeCatalogue()
     if (kind == 0)
         return;
     if (kind == 1) {
-        QVERIFY(QDir().mkpath(path)); // Cannot be opened.
+        QVERIFY(QDir().mkpath(path)); // Can't be opened
         return;
     }
 
@@ -538,66 +512,57 @@ void tst_random_walk::writeTranslation(const QString &folder, Translation transl
     const QString path = Deployment::path(QStringLiteral("Lang/%1/Zendel.qm").arg(folder));
     removeFromDisk(path);
     m_translations[folder] = translation;
-    switch (translation) {
-    case Translation::None:
-        break;
-    case Translation::First:
-        Deployment::installTranslation(folder, QStringLiteral("first"));
-        break;
-    case Translation::Second:
-        Deployment::installTranslation(folder, QStringLiteral("second"));
-        break;
-    case Translation::Partial:
-        Deployment::installTranslation(folder, QStringLiteral("partial"));
-        break;
-    case Translation::Broken:
-        Deployment::writeTranslation(folder, "This is no translation at all.");
-        break;
-    case Translation::Directory:
+    const QMap<Translation, QString> names {{Translation::First, QStringLiteral("first")},
+                                            {Translation::Second, QStringLiteral("second")},
+                                            {Translation::Partial, QStringLiteral("partial")}};
+    if (names.contains(translation))
+        Deployment::installTranslation(folder, names.value(translation));
+    else if (translation == Translation::Broken)
+        Deployment::writeTranslation(folder, "not a translation");
+    else if (translation == Translation::Directory)
         QVERIFY(QDir().mkpath(path));
-        break;
-    }
 }
 
-/// What the operator reads, with the translation that is loaded now.
+/// Returns the text that the operator sees with the loaded translation.
 QString tst_random_walk::text(const char *context, const char *source) const
 {
     const QString sourceText = QLatin1String(source);
-    if (m_spoken == Translation::First)
+    if (m_loaded == Translation::First)
         return QStringLiteral("1 ") + sourceText;
-    if (m_spoken == Translation::Second)
+    if (m_loaded == Translation::Second)
         return QStringLiteral("2 ") + sourceText;
-    if (m_spoken == Translation::Partial && qstrcmp(context, "PageSetLang") == 0
-        && qstrcmp(source, "Change") == 0)
+    const bool isChange =
+        qstrcmp(context, "PageSetLang") == 0 && sourceText == QLatin1String("Change");
+    if (m_loaded == Translation::Partial && isChange)
         return QStringLiteral("partial Change");
     return QString();
 }
 
-/// Reads the files as Init() does it.
+/// Reads the files like Init().
 void tst_random_walk::expectInit()
 {
     m_read = m_catalogue;
-    if (!m_read.isThere)
+    if (!m_read.exists)
         m_expectedBoxes += TranslationBoxes::openFailed();
 
-    const QString promised = m_read.translationPath(m_read.defaultId);
+    const QString defaultPath = m_read.translationPath(m_read.defaultId);
     QString folder = m_read.languages.value(m_read.defaultId).folder;
-    if (promised.isEmpty() || m_translations.value(folder) == Translation::None) {
+    if (defaultPath.isEmpty() || m_translations.value(folder) == Translation::None) {
         folder = QStringLiteral("chs");
         if (m_translations.value(folder) == Translation::None)
-            m_expectedBoxes += TranslationBoxes::notFound(promised);
+            m_expectedBoxes += TranslationBoxes::notFound(defaultPath);
     }
 
-    m_spoken = m_translations.value(folder);
-    if (m_spoken == Translation::Broken || m_spoken == Translation::Directory)
-        m_spoken = Translation::None;
-    if (m_spoken == Translation::None) {
+    m_loaded = m_translations.value(folder);
+    if (m_loaded == Translation::Broken || m_loaded == Translation::Directory)
+        m_loaded = Translation::None;
+    if (m_loaded == Translation::None) {
         m_expectedBoxes +=
             TranslationBoxes::loadFailed(QStringLiteral("Lang/%1/Zendel.qm").arg(folder));
     }
 }
 
-/// What a dialog that opens now shows.
+/// Returns what a new dialog shows.
 Dialog tst_random_walk::expectedDialog() const
 {
     Dialog dialog;

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Has the language page's slots: one is connected by name, and Qt logs that the other is not.
+/// Has the language page's slots: Qt connects one by name and warns about the other.
 class BarePage : public QWidget
 {
     Q_OBJECT

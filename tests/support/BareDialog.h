@@ -5,7 +5,7 @@
 #include <QDialog>
 #include <QList>
 
-/// What a dialog like the plug-in's shows.
+/// The texts and languages that a BareDialog shows.
 struct BareDialogContent
 {
     QString title;
@@ -17,9 +17,8 @@ struct BareDialogContent
     QString styleSheet;
 };
 
-/// A dialog with the widgets of the settings dialog, made by Qt alone as it is quickest written:
-/// the peer in comparisons of time and memory. It takes the same steps once each, and its button
-/// does nothing.
+/// A dialog with the settings dialog's widgets and none of the plug-in's code, for comparisons of
+/// time and memory. It performs each step of the construction once, and its button does nothing.
 class BareDialog : public QDialog
 {
 public:

@@ -38,7 +38,7 @@ QByteArray tagged(int tag, const QByteArray &content, quint32 length)
     return bigEndian(static_cast<quint8>(tag)) + bigEndian(length) + content;
 }
 
-/// A block of the file or a field of a record: both are tag, length and content.
+/// Returns a block of the file or a field of a record: both are tag, length and content.
 QByteArray tagged(int tag, const QByteArray &content)
 {
     return tagged(tag, content, static_cast<quint32>(content.size()));
@@ -69,7 +69,7 @@ QByteArray recordOfChange(const char *translated)
     return record("PageSetLang", "Change", translated);
 }
 
-/// The hash function of ELF, by which Qt finds texts and contexts.
+/// The ELF hash function, which Qt uses for texts and contexts.
 quint32 hashOf(const char *text)
 {
     quint32 hash = 0;
@@ -93,25 +93,25 @@ QByteArray entryOfChange(int offset)
 
 const QByteArray magic = QByteArray::fromHex("3cb86418caef9c95cd211cbf60a1bddd");
 
-/// A file of the blocks; the last bytes are such that Qt reads all of them.
+/// Returns a file with these blocks and an end that makes Qt read all of them.
 QByteArray file(const QByteArray &blocks)
 {
     return magic + blocks + tagged(Other, "any") + tagged(0, "");
 }
 
-/// A file that has "Change" alone, in the record at the start of @p messages.
+/// Returns a file with "Change" alone, in the record at the start of @p messages.
 QByteArray fileOfChange(const QByteArray &messages)
 {
     return file(tagged(Hashes, entryOfChange(0)) + tagged(Messages, messages));
 }
 
-/// The same, with nothing after the record.
+/// Returns the same with nothing after the record.
 QByteArray fileThatEndsWith(const QByteArray &messages)
 {
     return magic + tagged(Hashes, entryOfChange(0)) + tagged(Messages, messages);
 }
 
-/// A table of contexts with @p buckets numbers and then the @p lists.
+/// Returns a table of contexts: the number of buckets, their offsets and then @p lists.
 QByteArray contextTable(const QVector<quint16> &buckets, const QByteArray &lists)
 {
     QByteArray content = bigEndian(static_cast<quint16>(buckets.size()));
@@ -125,12 +125,7 @@ QByteArray contextName(const char *name)
     return bigEndian(static_cast<quint8>(qstrlen(name))) + name;
 }
 
-QByteArray fileWithContexts(const QByteArray &table)
-{
-    return completeQmFile(table);
-}
-
-/// Entries in ascending hash and records of the plug-in's texts and of so many others.
+/// Returns entries, sorted by hash, and records of the plug-in's texts and of @p others more.
 QByteArray blocksOfAllTexts(int others)
 {
     QByteArray messages;
@@ -149,7 +144,7 @@ QByteArray blocksOfAllTexts(int others)
     return tagged(Hashes, hashes) + tagged(Messages, messages);
 }
 
-/// A chain of @p count empty fields that every record may lead into.
+/// Returns @p count empty fields, with which any record can begin.
 QByteArray chain(int count)
 {
     return tagged(Obsolete, "", 0).repeated(count);
@@ -191,73 +186,73 @@ QByteArray slowQmFile()
 QVector<CraftedQmFile> craftedQmFiles()
 {
     const QByteArray bothContexts = contextName("DlgSettings") + contextName("PageSetLang");
-    // The first list begins at the smallest offset that is not 0, two bytes after the buckets.
+    // The smallest offset that is not 0 is two bytes after the buckets.
     const QByteArray gap(2, '\0');
     const QByteArray good = recordOfChange("found");
 
     QVector<CraftedQmFile> files {
         {"complete", completeQmFile(), true, "CHANGE"},
-        {"no texts at all", file(""), true},
+        {"no texts", file(""), true},
 
         // Blocks
         {"block after another one", completeQmFile(tagged(Other, "x")), true, "CHANGE"},
         {"blocks after tag 0 are not read", completeQmFile(tagged(0, "")), true},
         {"blocks after an empty one are not read", completeQmFile(tagged(Other, "")), true},
-        {"the last block of a kind counts",
+        {"last block of a kind counts",
          file(tagged(Hashes, "rubbish!") + tagged(Hashes, entryOfChange(0))
               + tagged(Messages, good)),
          true, "found"},
 
         // Table of contexts
-        {"contexts, list ended by 0",
-         fileWithContexts(contextTable({1}, gap + bothContexts + '\0')), true, "CHANGE"},
-        {"contexts, list ended by its block",
-         fileWithContexts(contextTable({1}, gap + bothContexts)), true, "CHANGE"},
-        {"contexts, name with its terminating 0",
-         fileWithContexts(contextTable({1},
-                                       gap
-                                           + QByteArray("\x0c"
-                                                        "DlgSettings\0"
-                                                        "\x0c"
-                                                        "PageSetLang\0",
-                                                        26))),
+        {"contexts, list ended by 0", completeQmFile(contextTable({1}, gap + bothContexts + '\0')),
          true, "CHANGE"},
-        {"contexts, not listed", fileWithContexts(contextTable({1}, gap + contextName("A") + '\0')),
+        {"contexts, list ended by the block", completeQmFile(contextTable({1}, gap + bothContexts)),
+         true, "CHANGE"},
+        {"contexts, name with terminating null",
+         completeQmFile(contextTable({1},
+                                     gap
+                                         + QByteArray("\x0c"
+                                                      "DlgSettings\0"
+                                                      "\x0c"
+                                                      "PageSetLang\0",
+                                                      26))),
+         true, "CHANGE"},
+        {"contexts, not listed", completeQmFile(contextTable({1}, gap + contextName("A") + '\0')),
          true},
-        {"contexts, empty bucket", fileWithContexts(contextTable({0}, gap)), true},
-        {"contexts, no buckets, by whose number Qt divides",
-         fileWithContexts(contextTable({}, gap)), false},
-        {"contexts, list after the end of the file", fileWithContexts(contextTable({0x7fff}, gap)),
+        {"contexts, empty bucket", completeQmFile(contextTable({0}, gap)), true},
+        {"contexts, no buckets (Qt divides by their number)", completeQmFile(contextTable({}, gap)),
          false},
-        {"contexts, list that leads out of the file",
+        {"contexts, list after the end of the file", completeQmFile(contextTable({0x7fff}, gap)),
+         false},
+        {"contexts, list that runs past the end of the file",
          magic + tagged(Hashes, entryOfChange(0)) + contextTable({1}, gap + '\xff'), false},
-        {"contexts, list that ends with the file",
+        {"contexts, list without end at the end of the file",
          magic + tagged(Hashes, entryOfChange(0)) + contextTable({1}, gap + contextName("A")),
          false},
-        {"contexts, half a number at the end of the file",
+        {"contexts, incomplete number at the end of the file",
          magic + tagged(Hashes, entryOfChange(0)) + tagged(Contexts, QByteArray(1, '\0')), false},
-        {"contexts, broken, but nothing to look for",
+        {"contexts, damaged, but nothing to look up",
          file(tagged(Contexts, QByteArray(2, '\0')) + tagged(Messages, good)), true},
 
         // Hashes
-        {"hashes, some bytes more than whole entries",
+        {"hashes, incomplete last entry",
          file(tagged(Hashes, entryOfChange(0) + "1234") + tagged(Messages, good)), true, "found"},
-        {"hashes, less than one entry", file(tagged(Hashes, "1234567") + tagged(Messages, good)),
+        {"hashes, incomplete only entry", file(tagged(Hashes, "1234567") + tagged(Messages, good)),
          true},
-        {"hashes, not in order",
+        {"hashes, unsorted",
          file(tagged(Hashes, entry(0x0fffffff, 0) + entryOfChange(0) + entry(1, 0))
               + tagged(Messages, good)),
          true, "found"},
-        {"hashes, equal ones, the second is meant",
+        {"hashes, equal ones, the second matches",
          file(
              tagged(Hashes, entryOfChange(0) + entryOfChange(record("X", "Change", "wrong").size()))
              + tagged(Messages, record("X", "Change", "wrong") + good)),
          true, "found"},
-        {"hashes, equal ones, not reached",
+        {"hashes, equal ones, the first matches",
          file(tagged(Hashes, entryOfChange(0) + entryOfChange(good.size()))
               + tagged(Messages, good + endlessQmFile().mid(magic.size() + 18))),
          true, "found"},
-        {"hashes, equal ones that lead out of the file",
+        {"hashes, equal ones past the end of the file",
          magic + tagged(Messages, end)
              + tagged(Hashes, entryOfChange(0) + bigEndian(hashOf("Change"))),
          false},
@@ -266,14 +261,14 @@ QVector<CraftedQmFile> craftedQmFiles()
         {"record after the end of the messages",
          file(tagged(Hashes, entryOfChange(1 << 30)) + tagged(Messages, good)), true},
         {"record without messages", file(tagged(Hashes, entryOfChange(0))), true},
-        {"record without its end", fileOfChange(good.left(good.size() - 1)), true},
-        {"record of another program, broken",
+        {"record without end", fileOfChange(good.left(good.size() - 1)), true},
+        {"record of another program, damaged",
          file(tagged(Hashes, entryOfChange(0) + entry(0x0fffffff, good.size()))
               + tagged(Messages, good + "\x03\xff\xff\xff\xff")),
          true, "found"},
         {"record with an unknown field", fileOfChange("\x02" + good), true},
-        {"record with nothing but its end", fileOfChange(end), true},
-        {"plural forms, the first counts",
+        {"empty record", fileOfChange(end), true},
+        {"plural forms, the first is used",
          fileOfChange(translation("one") + translation("many") + sourceChange + contextPage + end),
          true, "one"},
         {"empty translation, found",
@@ -284,42 +279,42 @@ QVector<CraftedQmFile> craftedQmFiles()
          fileOfChange(tagged(Translation, utf16("odd") + 'x') + sourceChange + end), true, "odd"},
         {"translation longer than the file",
          fileOfChange(tagged(Translation, utf16("a"), 1 << 20) + sourceChange + end), true},
-        {"translation that leads back to itself", endlessQmFile(), false},
-        {"translation that leads back to the end of its record",
+        {"translation that loops back to itself", endlessQmFile(), false},
+        {"translation that jumps back to the end of a record",
          fileOfChange(sourceChange + end + tagged(Translation, "", static_cast<quint32>(-6)))
              .replace(bigEndian(hashOf("Change")) + bigEndian(0U),
                       entryOfChange(sourceChange.size() + 1)),
          false},
-        {"translation that leads back to no field",
+        {"translation that jumps back to where there is no field",
          fileOfChange(tagged(Translation, "", static_cast<quint32>(-2))), true},
-        {"translation that leads back before the file",
+        {"translation that jumps back to before the file",
          fileOfChange(tagged(Translation, "", 0x80000000U)), false},
-        {"source text that leads out of the file",
+        {"source text that runs past the end of the file",
          fileOfChange(translation("a") + tagged(Source, "Change", 0x7fffffff)), false},
-        {"source text of another length",
+        {"source text of different length",
          fileOfChange(translation("a") + tagged(Source, "Change", 3)), true},
-        {"source text with its terminating 0",
+        {"source text with terminating null",
          fileOfChange(translation("a") + tagged(Source, QByteArray("Change\0", 7)) + end), true,
          "a"},
-        {"context that leads out of the file",
+        {"context that runs past the end of the file",
          fileOfChange(translation("a") + sourceChange + tagged(Context, "", 0xfffffff0U)), false},
-        {"comment, another one", fileOfChange(field(Comment, "b") + good), true},
-        {"comment that leads out of the file",
+        {"different comment", fileOfChange(field(Comment, "b") + good), true},
+        {"comment that runs past the end of the file",
          fileOfChange(tagged(Comment, "b", 0x10000000) + good), false},
-        {"comment that begins with 0 and leads out of the file",
+        {"comment that starts with null and runs past the end of the file",
          fileOfChange(tagged(Comment, QByteArray(1, '\0'), 0x10000000) + good), true},
         {"comment at the end of the file", fileThatEndsWith(tagged(Comment, "")), false},
-        {"length at the end of the file", fileThatEndsWith(translation("a") + '\x06' + '\0'),
-         false},
-        {"length at the end of the messages, not of the file",
-         fileOfChange(translation("a") + '\x05'), true},
+        {"incomplete length at the end of the file",
+         fileThatEndsWith(translation("a") + '\x06' + '\0'), false},
+        {"missing length at the end of the messages", fileOfChange(translation("a") + '\x05'),
+         true},
         {"long record", fileOfChange(chain(10000) + good), true, "found"},
-        {"record that many entries share", fileOfSharedRecord(350, 350), true},
-        {"many entries, one short record",
+        {"record shared by many entries", fileOfSharedRecord(350, 350), true},
+        {"short record shared by very many entries",
          file(tagged(Hashes, entryOfChange(0).repeated(500000))
               + tagged(Messages, field(Source, "other") + end)),
          true},
-        {"record that so many entries share that Qt would take minutes", slowQmFile(), false},
+        {"long record shared by very many entries", slowQmFile(), false},
     };
     return files;
 }
@@ -345,11 +340,10 @@ QVector<CraftedQmFile> costlyQmFiles()
         {"few entries, one long record",
          file(tagged(Hashes, entriesOfAllTexts) + tagged(Messages, chain(800000) + other)), true},
         {"one long list of contexts",
-         fileWithContexts(contextTable({1}, gap + contextName("A").repeated(2000000) + '\0')),
-         true},
+         completeQmFile(contextTable({1}, gap + contextName("A").repeated(2000000) + '\0')), true},
         {"many buckets, one long list of contexts",
-         fileWithContexts(contextTable(QVector<quint16>(65535, 1),
-                                       gap + contextName("A").repeated(1900000) + '\0')),
+         completeQmFile(contextTable(QVector<quint16>(65535, 1),
+                                     gap + contextName("A").repeated(1900000) + '\0')),
          true},
         {"endless", endlessQmFile() + QByteArray(4 << 20, 'x'), false},
     };

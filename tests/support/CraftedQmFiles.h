@@ -3,38 +3,38 @@
 #include <QByteArray>
 #include <QVector>
 
-/// Compiled translations made by hand, byte for byte, each with one peculiarity.
+/// A compiled translation written by hand, with one peculiarity.
 struct CraftedQmFile
 {
     const char *name;
     QByteArray bytes;
-    /// Whether Qt can look up all texts of the plug-in in the file. Decided by hand; QmOracle
-    /// compares it with Qt itself.
+    /// Whether Qt can look up all texts of the plug-in in the file, according to the format. A test
+    /// compares it with Qt itself by QmOracle.
     bool usable;
-    /// What then comes back for "Change"; empty if the file does not have it.
+    /// The translation of "Change"; empty if the file doesn't contain it.
     const char *change = "";
 };
 
 QVector<CraftedQmFile> craftedQmFiles();
 
-/// Returns a file with all texts of the plug-in, each translated as itself in upper case, with
-/// @p further blocks (tag, length, content) before them.
+/// Returns a file with the blocks in @p further (tag, length, content) and then all texts of the
+/// plug-in, each translated to upper case.
 QByteArray completeQmFile(const QByteArray &further = QByteArray());
 
-/// Returns a block that names further files to load.
+/// Returns a block that makes Qt load these files, too.
 QByteArray dependenciesBlock(const QList<QByteArray> &names);
 
-/// Returns a file whose look-up of "Change" never ends.
+/// Returns a file in which looking up "Change" never ends.
 QByteArray endlessQmFile();
 
-/// Returns a file of 4 MB in which Qt's look-up of "Change" would take minutes: each of its many
-/// entries leads through the same long record.
+/// Returns a file of 4 MB in which Qt would take minutes to look up "Change", because all of its
+/// many entries share one long record.
 QByteArray slowQmFile();
 
-/// Returns a file of 4 MB as lrelease writes it: the texts of the plug-in among 25,000 others.
+/// Returns a file of 4 MB as lrelease writes it, with the plug-in's texts among 25,000 others.
 QByteArray largeQmFile();
 
-/// Files, most of about 4 MB, that are made to keep a reader busy. All are refused for that, also
-/// those with which Qt would come to an end: no tool writes lists and records that overlap so, or a
-/// list of contexts so long. Usable means usable for Qt here.
+/// Returns files, most of about 4 MB, that keep a reader busy. The plug-in refuses them all, even
+/// those that Qt could use (usable): no tool writes lists and records that overlap like this, or
+/// so many contexts.
 QVector<CraftedQmFile> costlyQmFiles();

@@ -2,26 +2,26 @@
 
 #include "support/Interpose.h"
 
-#include <QList>
 #include <QMessageBox>
+#include <QVector>
 
 #include <utility>
 
-/// The default buttons that QMessageBox's static functions were called with. A box doesn't show
-/// it: without one, Qt makes the first accepting button the default.
+/// The default buttons that were passed to QMessageBox's static functions. They can't be read from
+/// a message box, because Qt makes its first accepting button the default if none was passed.
 namespace DefaultButtons {
 
-inline QList<int> given;
+inline QVector<int> given;
 
-/// The default button of each box since the last call, in order.
-inline QList<int> take()
+/// Returns the default button of each message box since the last call, in order.
+inline QVector<int> take()
 {
     return std::exchange(given, {});
 }
 
 } // namespace DefaultButtons
 
-/// Defines the replacement for one of these functions, given by its mangled name.
+/// Replaces the function with this mangled name by one that records the default button.
 #define RECORD_DEFAULT_BUTTON(symbol)                                                              \
     INTERPOSE(QMessageBox::StandardButton, symbol,                                                 \
               (QWidget * parent, const QString &title, const QString &text,                        \

@@ -9,7 +9,7 @@ namespace {
 void writeFile(const QString &fileName, const QByteArray &bytes)
 {
     QDir().mkpath(QFileInfo(fileName).path());
-    // A new file in place of the old one, which Qt may have mapped into memory.
+    // Qt may have mapped the old file into memory.
     QFile::remove(fileName);
     QFile file(fileName);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <QApplication>
 #include <QStringList>
 #include <QTranslator>
+#include <QWidget>
 
 #include <functional>
 
-/// A translator of the host application: translates everything to "host" and records what it was
+/// A translator of the host application. It translates everything to "host" and records what it is
 /// asked for.
 class HostTranslator : public QTranslator
 {
@@ -23,5 +25,17 @@ public:
     bool isEmpty() const override { return false; }
 
     mutable QStringList asked;
-    std::function<void()> onPageText; ///< Called when a text of the page is asked for.
+    std::function<void()> onPageText; ///< Called for each text of the page.
 };
+
+/// Returns the only widget of its class, which may still be under construction, or null.
+template<typename Widget>
+Widget *anyWidget()
+{
+    const QWidgetList widgets = QApplication::allWidgets();
+    for (QWidget *const widget : widgets) {
+        if (auto *const result = qobject_cast<Widget *>(widget))
+            return result;
+    }
+    return nullptr;
+}

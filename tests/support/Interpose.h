@@ -4,10 +4,10 @@
 
 // INTERPOSE(Result, symbol, (Parameters)) { ... }
 //
-// Defines what runs in place of a function of another library, given by its mangled name, when it
-// is called from the objects that are linked into this program. ORIGINAL(symbol) is the function
-// itself. zendel_interpose() in tests/CMakeLists.txt tells the linker; on Windows it is the pointer
-// in the import table that is exchanged.
+// Replaces a function of another library, given by its mangled name, in calls from the objects that
+// are linked into this program. ORIGINAL(symbol) is the function itself. zendel_interpose() in
+// tests/CMakeLists.txt sets the linker option. On Windows, the pointer in the import table is
+// replaced.
 #ifdef Q_OS_WIN
 #    define INTERPOSE(Result, symbol, Parameters)                                                  \
         extern "C" Result(*__real___imp_##symbol) Parameters;                                      \

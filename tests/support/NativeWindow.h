@@ -8,41 +8,41 @@
 #include <functional>
 #include <memory>
 
-/// A top-level window made with the platform's own calls and no Qt, as a host's main window is.
-/// It is on the screen from construction on.
+/// A visible top-level window that, like a host's main window, is created with the platform's own
+/// functions and without Qt.
 class NativeWindow
 {
 public:
-    /// @p geometry is that of the outer frame.
+    /// @p geometry includes the frame.
     explicit NativeWindow(const QRect &geometry);
     ~NativeWindow();
 
     HWND handle() const;
 
-    /// Destroys the window; the handle is no window any more.
+    /// Destroys the window; its handle becomes invalid.
     void destroy();
 
-    /// Presses and releases the left mouse button at a place of the screen, as a hand would.
+    /// Moves the mouse to a position on the screen and clicks the left button.
     static void click(const QPoint &position);
 
-    /// Presses and releases a key, wherever the keyboard goes.
+    /// Presses and releases a key in whichever window has the focus.
     static void typeKey();
 
-    /// How often the button was pressed in this window since the last call. Waits until the
-    /// window system has dealt with all that was done before.
+    /// Returns how often the button was pressed in this window since the last call. First waits
+    /// until the window system has processed all earlier requests.
     int takeClicks();
 
-    /// The same for all input: movements, buttons and keys.
+    /// Does the same for all input: mouse movements, buttons and keys.
     int takeInput();
 
-    /// Whether the window gets the keyboard.
+    /// Returns true if the window gets the keyboard input.
     bool hasFocus() const;
 
-    /// Returns when the window system has dealt with all that Qt asked of it, and Qt with all
-    /// answers, late errors among them.
+    /// Waits until the window system has processed all of Qt's requests, and Qt all replies,
+    /// including late errors.
     static void synchronizeQt();
 
-    /// Called when the window is told that it is disabled or enabled, which X11 never does.
+    /// Called when the window is disabled or enabled; never on X11, which doesn't report it.
     std::function<void(bool enable)> onEnable;
 
 private:

@@ -10,10 +10,10 @@ namespace {
 
 const wchar_t className[] = L"ZendelTestsNativeWindow";
 
-/// Lets all messages arrive that are on their way.
+/// Processes all pending messages.
 void processMessages()
 {
-    // What one message brings about may be another one.
+    // A message may cause another one.
     for (int round = 0; round < 3; ++round) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
         MSG message;
@@ -77,7 +77,7 @@ NativeWindow::NativeWindow(const QRect &geometry)
     windowClass.lpszClassName = className;
     windowClass.hCursor = LoadCursorA(nullptr, IDC_ARROW);
     windowClass.hbrBackground = GetSysColorBrush(COLOR_APPWORKSPACE);
-    RegisterClassExW(&windowClass); // Fails for all but the first, which is no harm.
+    RegisterClassExW(&windowClass); // Fails harmlessly after the first time.
 
     d->window = CreateWindowExW(0, className, L"Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE,
                                 geometry.x(), geometry.y(), geometry.width(), geometry.height(),
@@ -97,7 +97,7 @@ HWND NativeWindow::handle() const
 
 void NativeWindow::destroy()
 {
-    DestroyWindow(d->window); // Fails for the second time, which is no harm.
+    DestroyWindow(d->window); // Fails harmlessly the second time.
     processMessages();
 }
 

@@ -17,7 +17,7 @@ xcb_screen_t *screenOf(xcb_connection_t *connection)
     return xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
 }
 
-/// Returns when the server has done all that was asked before.
+/// Waits until the server has processed all earlier requests.
 void synchronize(xcb_connection_t *connection)
 {
     std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
@@ -57,7 +57,7 @@ NativeWindow::NativeWindow(const QRect &geometry)
                       XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, events);
     xcb_map_window(d->connection, d->window);
     xcb_flush(d->connection);
-    std::free(xcb_wait_for_event(d->connection)); // It is on the screen.
+    std::free(xcb_wait_for_event(d->connection)); // Until it is on the screen
 }
 
 NativeWindow::~NativeWindow() = default;

@@ -32,11 +32,11 @@ QString describe(const char *icon, const QString &title, const QString &text, in
         .arg(QLatin1String(icon), title, text, QString::number(buttons, 16), QLatin1String(parent));
 }
 
-/// An operator presses what is to be seen; and a window closed before X11 has shown it gets a late,
-/// failing request for the focus. A window that never shows fails the test, and is closed.
+/// An operator presses only what is visible. Besides, a window that is closed before X11 has shown
+/// it gets a late request for the focus, which fails.
 void waitUntilExposed(QWidget &window)
 {
-    QCoreApplication::processEvents(); // Often enough; the waiting below sleeps between its looks.
+    QCoreApplication::processEvents(); // Usually exposes it, so that the next line need not sleep.
     if (!QTest::qWaitForWindowExposed(&window))
         QTest::qFail("A window was not shown", __FILE__, __LINE__);
 }
@@ -70,7 +70,7 @@ bool Operator::eventFilter(QObject *watched, QEvent *event)
     if (event->type() != QEvent::Show)
         return false;
 
-    // The window is on its way to the screen; it is worked once its event loop runs.
+    // The window isn't exposed yet. The timers fire in its event loop.
     if (auto *const messageBox = qobject_cast<QMessageBox *>(watched)) {
         const QWidget *const parent = messageBox->parentWidget();
         m_boxes += describe(iconName(messageBox->icon()), messageBox->windowTitle(),

@@ -8,9 +8,9 @@
 class QDialog;
 class QMessageBox;
 
-/// Stands for the person at the machine: sees every message box and modal dialog that opens in
-/// the process, in order, acts on it and closes it. A box is answered with its Ok button, a dialog
-/// is rejected, unless the function set for it has closed it already.
+/// Plays the person at the machine: records every message box and modal dialog that opens in the
+/// process, in order, and closes it. A message box is answered with its Ok button. A dialog is
+/// rejected, unless onDialog has closed it already.
 class Operator : public QObject
 {
     Q_OBJECT
@@ -18,14 +18,14 @@ class Operator : public QObject
 public:
     explicit Operator(QObject *parent = nullptr);
 
-    /// What a box looks like in takeBoxes(): icon, title, text, buttons and parent.
+    /// Returns a message box with an Ok button as takeBoxes() describes it.
     static QString box(const char *icon, const QString &title, const QString &text,
                        const char *parent = "none");
 
-    /// The boxes seen since the last call, in order.
+    /// Returns the message boxes since the last call, in order.
     QStringList takeBoxes();
 
-    /// The dialogs other than boxes seen since the last call, by object name.
+    /// Returns the object names of the other dialogs since the last call, in order.
     QStringList takeDialogs();
 
     std::function<void(QDialog &)> onDialog;

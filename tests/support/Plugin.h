@@ -4,7 +4,7 @@
 
 #include <QLibrary>
 
-/// The built plug-in, loaded by file name as a host does it. Every step that fails fails the test.
+/// The plug-in, loaded by file name as a host does it. Failures fail the test.
 class Plugin
 {
 public:
@@ -12,7 +12,7 @@ public:
 
     void load();
 
-    /// All managers must have been released.
+    /// Unloads the plug-in. All managers must have been released.
     void unload();
 
     bool isLoaded() const { return m_library.isLoaded(); }

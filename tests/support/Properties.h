@@ -3,8 +3,8 @@
 #include <QMetaProperty>
 #include <QStringList>
 
-/// Names the properties in which @p object differs from @p other, and those that were added to it.
-/// Position, size, what cannot be set and what cannot be compared are left out.
+/// Returns the names of the properties in which @p object differs from @p other, and of its dynamic
+/// properties. Ignores position, size and properties that can't be set or compared.
 inline QString differingProperties(const QObject &object, const QObject &other)
 {
     const QList<QByteArray> ignored = {"geometry", "pos", "size", "frameRect"};

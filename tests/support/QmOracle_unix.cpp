@@ -34,7 +34,7 @@ void limitProcessorTime()
     setitimer(ITIMER_PROF, &limit, nullptr);
 }
 
-/// Qt throws where it is told to copy more than there is memory; the process then ends.
+/// noexcept: Qt throws if a file makes it copy too much, which then ends the process.
 bool answers(char *place, const QByteArray &bytes, const QString &directory) noexcept
 {
     std::memcpy(place, bytes.constData(), static_cast<std::size_t>(bytes.size()));
@@ -63,7 +63,7 @@ QVector<Verdict> ask(const QList<QByteArray> &files, const QString &directory)
     if (mprotect(first, room, PROT_READ | PROT_WRITE) != 0)
         qFatal("Cannot use memory");
 
-    // The number of the file that is tried, and then the verdicts, which all begin as Died.
+    // The number of the current file and the verdicts, which are all Died at first.
     const std::size_t sharedSize = sizeof(int) + static_cast<std::size_t>(files.size());
     void *const shared = reserve(sharedSize, PROT_READ | PROT_WRITE, MAP_SHARED);
     auto *const current = static_cast<volatile int *>(shared);
@@ -77,7 +77,7 @@ QVector<Verdict> ask(const QList<QByteArray> &files, const QString &directory)
             const rlimit none {0, 0};
             setrlimit(RLIMIT_CORE, &none);
             for (const int number : {SIGSEGV, SIGBUS, SIGFPE, SIGABRT, SIGPROF}) {
-                if (std::signal(number, SIG_DFL) == SIG_ERR) // A sanitizer's would only report.
+                if (std::signal(number, SIG_DFL) == SIG_ERR) // A sanitizer's only reports.
                     qFatal("Cannot set a signal's handler");
             }
             for (; *current < files.size(); *current = *current + 1) {
@@ -89,7 +89,7 @@ QVector<Verdict> ask(const QList<QByteArray> &files, const QString &directory)
             }
             _exit(0);
         }
-        waitpid(child, nullptr, 0); // The file at which it died keeps its verdict.
+        waitpid(child, nullptr, 0); // The file that killed it keeps its verdict.
     }
 
     QVector<Verdict> result;

@@ -7,7 +7,7 @@
 #include <functional>
 #include <utility>
 
-/// A host's machine that writes down what the plug-in asks of it.
+/// A host's machine that records the plug-in's calls.
 class RecordingMachine : public IHostMachine
 {
 public:

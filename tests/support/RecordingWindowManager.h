@@ -6,24 +6,24 @@
 
 #include <functional>
 
-/// Takes the place of the platform's window manager at link time and writes the calls down, with
-/// the name of the window that a handle stands for.
+/// Replaces the platform's window manager at link time and records the calls, with names for window
+/// handles.
 namespace RecordingWindowManager {
 
-/// Forgets everything below.
+/// Forgets the calls and all settings below.
 void reset();
 
-/// The calls since the last call of this, in order; other recorders may add to it.
+/// Returns the calls since the last takeCalls(), in order. Tests may add calls of other functions.
 QStringList takeCalls();
 void addCall(const QString &call);
 
-/// Handles are written as this name where they are known, otherwise as numbers.
+/// Sets the name by which the calls show a handle. Handles without a name are numbers.
 void setName(HWND window, const QString &name);
 
-/// What windowRect() gives, for any window.
+/// The return value of windowRect() for any window.
 extern WindowManager::Rect rect;
 
-/// Sets what is called after each call was written down, with its text.
+/// Sets a function to be called with each call after it has been recorded.
 void setOnCall(std::function<void(const QString &)> function);
 
 } // namespace RecordingWindowManager

@@ -3,7 +3,7 @@
 #include "support/Deployment.h"
 #include "support/Operator.h"
 
-/// The boxes that tell of failures to set up the translation, as Operator::takeBoxes() gives them.
+/// The message boxes for failures to load the translation, as Operator::takeBoxes() returns them.
 namespace TranslationBoxes {
 
 inline QString openFailed()
@@ -13,14 +13,14 @@ inline QString openFailed()
                              + Deployment::path(QStringLiteral("Lang/Lang.ini")));
 }
 
-/// @p path is the one that the catalogue gives, empty if it gives none.
+/// @p path is that of the default language; empty if it has none or is hidden.
 inline QString notFound(const QString &path)
 {
     return Operator::box("critical", QStringLiteral("Error"),
                          QStringLiteral("Cannot find the \"") + path + QStringLiteral("\" file"));
 }
 
-/// @p below is the file's path below the application directory.
+/// @p below is the path below the application directory.
 inline QString loadFailed(const QString &below)
 {
     return Operator::box("warning", QStringLiteral("Warning"),

@@ -7,8 +7,8 @@ namespace {
 QtMessageHandler qtTestHandler = nullptr;
 QStringList warnings;
 
-/// Wine has no icons for message boxes, and Qt says so at every box; the offscreen platform can
-/// do little with windows, and says so at each.
+/// Wine has no icons for message boxes, and the offscreen platform lacks most window functions. Qt
+/// warns each time.
 bool isOfPlatform(const QString &message)
 {
     return message.startsWith(QLatin1String("QPixmap::fromWinHICON()"))

@@ -2,17 +2,17 @@
 
 #include <QStringList>
 
-/// What is logged as a warning or worse, collected instead of printed.
+/// Collects warnings and critical messages instead of printing them.
 namespace Warnings {
 
-/// Begins to collect. To be called from initTestCase(): Qt Test puts its own handler in place
-/// before that, and takes it away at the end.
+/// Starts collecting. To be called from initTestCase(), when Qt Test has installed its own message
+/// handler, which it removes at the end.
 void collect();
 
-/// The warnings since the last call, in order.
+/// Returns the warnings since the last call, in order.
 QStringList take();
 
-/// What Qt logs when a language page is made, because of its unconnected slot.
+/// Returns the warning that Qt logs for the unconnected slot of each language page.
 QString unconnectedSlot();
 
 } // namespace Warnings

@@ -1,5 +1,5 @@
-# No translation source lacks a text of the code, has an unfinished one, or holds one that the code
-# no longer uses: what lupdate would mark so in a copy is a failure.
+# Fails if a translation source lacks a text of the code, or contains an unfinished or obsolete one:
+# lupdate marks them in a copy.
 set(folder ${BUILD_DIR}/translations_are_complete)
 file(REMOVE_RECURSE ${folder})
 file(GLOB sources ${SOURCE_DIR}/translations/*.ts)
@@ -7,7 +7,7 @@ file(COPY ${sources} DESTINATION ${folder})
 file(GLOB copies ${folder}/*.ts)
 list(LENGTH copies count)
 if(count LESS 22)
-    message(FATAL_ERROR "Only ${count} translations were found")
+    message(FATAL_ERROR "Found only ${count} translations")
 endif()
 
 string(REPLACE "," ";" folders "${FOLDERS}")
@@ -23,7 +23,7 @@ set(failures)
 foreach(copy IN LISTS copies)
     get_filename_component(name ${copy} NAME)
     file(READ ${copy} text)
-    string(REPLACE ";" "," text "${text}") # Else a list would be made of it.
+    string(REPLACE ";" "," text "${text}") # Else it would be a list.
     string(REPLACE "<message" ";<message" messages "${text}")
     list(REMOVE_AT messages 0)
     if(NOT messages)
@@ -36,5 +36,5 @@ foreach(copy IN LISTS copies)
     endforeach()
 endforeach()
 if(failures)
-    message(FATAL_ERROR "Not complete; build the target update-translations and see to:\n${failures}")
+    message(FATAL_ERROR "Build the target update-translations, then translate:\n${failures}")
 endif()

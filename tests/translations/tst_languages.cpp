@@ -1,5 +1,5 @@
-// The dialog in every language of the sample deployment, with the fonts that it gets here: no text
-// is clipped, and no character is missing. Leaves a picture of all of them, to be looked at.
+// Tests the dialog in each language of the sample deployment with this system's fonts: no text is
+// clipped, and no character is missing. Leaves a screenshot of all languages for inspection.
 
 #include "lang/ApplicationDir.h"
 #include "lang/CTranslatorMgr.h"
@@ -36,7 +36,7 @@ QString pageText(const char *source)
     return CTranslatorMgr::instance()->translator()->translate("PageSetLang", source);
 }
 
-/// Whether every character is in the font of the widget or in one that stands in for it.
+/// Returns true if the widget's font, or a substitute for it, has every character.
 bool hasAllGlyphs(const QWidget &widget, const QString &text)
 {
     QTextLayout layout(text, widget.font());
@@ -49,6 +49,9 @@ bool hasAllGlyphs(const QWidget &widget, const QString &text)
     });
 }
 
+const QSize kCell(760, 230);
+const int kColumns = 2;
+
 } // namespace
 
 class tst_languages : public QObject
@@ -57,25 +60,18 @@ class tst_languages : public QObject
 
 private Q_SLOTS:
     void initTestCase();
-    void cleanupTestCase();
-    void textsAreWhole_data();
-    void textsAreWhole();
-    void tooLongTextsAreNoticed();
-    void missingGlyphsAreNoticed();
+    void cleanupTestCase() { QVERIFY(m_sheet.save(QStringLiteral(SHEET_FILE))); }
+    void textsAreNotClipped_data();
+    void textsAreNotClipped();
+    void clippedTextsAreDetected();
+    void missingGlyphsAreDetected();
 
 private:
-    void addToSheet(int index, const QStringList &titles, const QList<QPixmap> &pictures);
+    void addToSheet(int index, const QStringList &titles, const QList<QPixmap> &screenshots);
 
     QList<LangEntry> m_languages;
     QImage m_sheet;
 };
-
-namespace {
-
-const QSize kCell(760, 230);
-const int kColumns = 2;
-
-} // namespace
 
 void tst_languages::initTestCase()
 {
@@ -89,12 +85,7 @@ void tst_languages::initTestCase()
     m_sheet.fill(Qt::lightGray);
 }
 
-void tst_languages::cleanupTestCase()
-{
-    QVERIFY(m_sheet.save(QStringLiteral(SHEET_FILE)));
-}
-
-void tst_languages::textsAreWhole_data()
+void tst_languages::textsAreNotClipped_data()
 {
     QTest::addColumn<int>("index");
 
@@ -102,7 +93,7 @@ void tst_languages::textsAreWhole_data()
         QTest::newRow(qPrintable(m_languages.at(i).folder)) << i;
 }
 
-void tst_languages::textsAreWhole()
+void tst_languages::textsAreNotClipped()
 {
     QFETCH(int, index);
 
@@ -115,7 +106,7 @@ void tst_languages::textsAreWhole()
     QCOMPARE(clippedTexts(dialog), QStringList());
     QVERIFY(!nameIsClipped(dialog, index));
 
-    QList<QPixmap> pictures {dialog.grab()};
+    QList<QPixmap> screenshots {dialog.grab()};
     QStringList titles {dialog.windowTitle()};
     for (const auto &[icon, title, text] :
          {std::make_tuple(QMessageBox::Information, "Success", "Change successful!"),
@@ -127,7 +118,7 @@ void tst_languages::textsAreWhole()
         QVERIFY(label->width() >= label->sizeHint().width());
         QVERIFY(label->height() >= label->sizeHint().height());
         QVERIFY(box.width() < box.screen()->geometry().width());
-        pictures += box.grab();
+        screenshots += box.grab();
         titles += box.windowTitle();
     }
 
@@ -136,25 +127,26 @@ void tst_languages::textsAreWhole()
         QVERIFY2(hasAllGlyphs(dialog, translator.translate(text.context, text.text)), text.text);
     }
     QVERIFY(hasAllGlyphs(dialog, lang.name));
-    addToSheet(index, titles, pictures);
+    addToSheet(index, titles, screenshots);
 }
 
-/// The upper part of the dialog, where all is that it shows, and the boxes beside it, each below
-/// its title.
-void tst_languages::addToSheet(int index, const QStringList &titles, const QList<QPixmap> &pictures)
+/// Draws the upper part of the dialog, which has all its contents, and the message boxes next to
+/// it, each with its title above.
+void tst_languages::addToSheet(int index, const QStringList &titles,
+                               const QList<QPixmap> &screenshots)
 {
     const QPoint corner(index % kColumns * kCell.width(), index / kColumns * kCell.height());
-    const QList<QPoint> places {QPoint(10, 0), QPoint(420, 0), QPoint(420, 112)};
+    const QList<QPoint> positions {QPoint(10, 0), QPoint(420, 0), QPoint(420, 112)};
     QPainter painter(&m_sheet);
-    for (int i = 0; i < pictures.size(); ++i) {
-        const QRect title(corner + places.at(i), QSize(330, 25));
+    for (int i = 0; i < screenshots.size(); ++i) {
+        const QRect title(corner + positions.at(i), QSize(330, 25));
         painter.drawText(title, Qt::AlignVCenter | Qt::AlignLeft, titles.at(i));
-        painter.drawPixmap(title.bottomLeft(), pictures.at(i),
-                           i == 0 ? QRect(0, 0, 400, 195) : pictures.at(i).rect());
+        painter.drawPixmap(title.bottomLeft(), screenshots.at(i),
+                           i == 0 ? QRect(0, 0, 400, 195) : screenshots.at(i).rect());
     }
 }
 
-void tst_languages::tooLongTextsAreNoticed()
+void tst_languages::clippedTextsAreDetected()
 {
     DlgSettings dialog;
     const QString longText(200, QLatin1Char('x'));
@@ -169,11 +161,11 @@ void tst_languages::tooLongTextsAreNoticed()
     QVERIFY(!nameIsClipped(dialog, 1));
 }
 
-void tst_languages::missingGlyphsAreNoticed()
+void tst_languages::missingGlyphsAreDetected()
 {
     const DlgSettings dialog;
     QVERIFY(hasAllGlyphs(dialog, QStringLiteral("x")));
-    QVERIFY(!hasAllGlyphs(dialog, QString(QChar(0xE123)))); // For private use
+    QVERIFY(!hasAllGlyphs(dialog, QString(QChar(0xE123)))); // In the private use area
 }
 
 QTEST_MAIN(tst_languages)

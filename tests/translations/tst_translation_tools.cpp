@@ -1,6 +1,5 @@
-// Everything that the tools of translators write is accepted: a compiled translation that Qt can
-// read is never refused. And of files that were damaged afterwards, those are refused with which Qt
-// crashes or hangs, and no others.
+// Tests that loadQmFile() accepts whatever the translators' tools write and Qt can read, and that
+// of damaged files it refuses exactly those that Qt can't read or with which it crashes or hangs.
 //
 // ZENDEL_STEPS is the number of damaged files, ZENDEL_SEED the seed.
 
@@ -21,6 +20,8 @@
 #include <QTest>
 #include <QTranslator>
 
+#include <algorithm>
+#include <iterator>
 #include <random>
 
 namespace {
@@ -35,7 +36,7 @@ QByteArray read(const QString &fileName)
 
 void write(const QString &fileName, const QByteArray &bytes)
 {
-    // Qt may still have the old one mapped into memory.
+    // Removed first, because Qt may still have the old file mapped into memory.
     QFile::remove(fileName);
     QFile file(fileName);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
@@ -52,13 +53,33 @@ void run(const QString &program, const QStringList &arguments)
              process.readAll().constData());
 }
 
+/// Compiles a translation source.
+void release(const QString &source, const QString &qm, const QStringList &options = {})
+{
+    run(QStringLiteral(LRELEASE),
+        options + QStringList {QStringLiteral("-silent"), source, QStringLiteral("-qm"), qm});
+}
+
+void convert(const QString &from, const QString &to, const QStringList &options = {})
+{
+    run(QStringLiteral(LCONVERT),
+        options + QStringList {QStringLiteral("-i"), from, QStringLiteral("-o"), to});
+}
+
+bool hasAllTexts(const QTranslator &translator)
+{
+    return std::none_of(std::begin(kSourceTexts), std::end(kSourceTexts), [&](const auto &text) {
+        return translator.translate(text.context, text.text).isEmpty();
+    });
+}
+
 QByteArray message(const QByteArray &source, const QByteArray &inside = QByteArray())
 {
     return "<message><source>" + source + "</source>" + inside + "<translation>translated " + source
         + "</translation></message>\n";
 }
 
-/// Of two messages with the same id, lrelease takes the first alone.
+/// Sets the message's id. Of two messages with the same id, lrelease uses only the first.
 QByteArray withId(const QByteArray &message, const QByteArray &id)
 {
     return QByteArray(message).replace("<message>", "<message id=\"" + id + "\">");
@@ -69,7 +90,7 @@ QByteArray context(const QByteArray &name, const QByteArray &messages)
     return "<context><name>" + name + "</name>\n" + messages + "</context>\n";
 }
 
-/// What our sources do not have, but others do.
+/// Returns contexts and messages of kinds that only other sources have.
 QByteArray otherContexts(bool plurals)
 {
     QByteArray result = context("", withId(message("in no context"), "none"))
@@ -109,10 +130,10 @@ class tst_translation_tools : public QObject
 
 private Q_SLOTS:
     void initTestCase();
-    void whatToolsWriteIsAccepted_data();
-    void whatToolsWriteIsAccepted();
-    void whatMsgfmtWritesIsAccepted();
-    void compressedFilesWithAnyOtherContextsAreAccepted();
+    void outputOfToolsIsAccepted_data();
+    void outputOfToolsIsAccepted();
+    void outputOfMsgfmtIsAccepted();
+    void compressedFilesWithRandomContextsAreAccepted();
     void translationsOfQtAreAccepted();
     void craftedFilesAreUsableWhereQtAnswers();
     void damagedFilesAreRefusedWhereQtFails();
@@ -121,9 +142,9 @@ private:
     QString path(const QString &name) const { return m_folder.filePath(name); }
 
     const QTemporaryDir m_folder;
-    QStringList m_plain;        ///< Our sources, by path.
-    QStringList m_rich;         ///< The same with further contexts.
-    QStringList m_richNoNumber; ///< Without plural forms.
+    QStringList m_plain;              ///< Paths of our sources
+    QStringList m_rich;               ///< With otherContexts()
+    QStringList m_richWithoutPlurals; ///< The same without plural forms
 };
 
 void tst_translation_tools::initTestCase()
@@ -132,82 +153,60 @@ void tst_translation_tools::initTestCase()
     QDirIterator sources(QStringLiteral(SAMPLE_SOURCES), {QStringLiteral("*.ts")});
     while (sources.hasNext())
         m_plain += sources.next();
-    m_plain.sort(); // So that a seed means the same on every machine.
+    m_plain.sort(); // Makes seeds portable.
     QVERIFY(m_plain.size() >= 22);
 
     for (const QString &source : qAsConst(m_plain)) {
         const QString name = QFileInfo(source).baseName();
-        const auto with = [&source](const QByteArray &contexts) {
-            return read(source).replace("</TS>", contexts + "</TS>");
+        const auto add = [&](QStringList &list, const char *suffix, const QByteArray &contexts) {
+            list += path(name + QLatin1String(suffix));
+            write(list.constLast(), read(source).replace("</TS>", contexts + "</TS>"));
         };
-        m_rich += path(name + QStringLiteral("-rich.ts"));
-        write(m_rich.constLast(), with(otherContexts(true)));
-        m_richNoNumber += path(name + QStringLiteral("-po.ts"));
-        write(m_richNoNumber.constLast(), with(otherContexts(false)));
+        add(m_rich, "-rich.ts", otherContexts(true));
+        add(m_richWithoutPlurals, "-po.ts", otherContexts(false));
         if (name == QLatin1String("de")) {
-            m_rich += path(QStringLiteral("de-6MB.ts"));
-            write(m_rich.constLast(), with(manyMessages(100, 300, 50)));
-            m_rich += path(QStringLiteral("de-50000-contexts.ts")); // Too many for a table of them
-            write(m_rich.constLast(), with(manyMessages(50000, 1, 0)));
-            m_rich += path(QStringLiteral("de-10000-contexts.ts"));
-            write(m_rich.constLast(), with(manyMessages(10000, 1, 0)));
-            // Each has a text of ours too, so that it takes many steps to find the right one.
-            m_rich += path(QStringLiteral("de-Error-everywhere.ts"));
-            write(m_rich.constLast(),
-                  with(manyMessages(50000, 1, 0)
-                           .replace("<source>0</source>", "<source>Error</source>")));
+            add(m_rich, "-6MB.ts", manyMessages(100, 300, 50));
+            add(m_rich, "-10000-contexts.ts", manyMessages(10000, 1, 0));
+            // Too many for a table of contexts
+            const QByteArray many = manyMessages(50000, 1, 0);
+            add(m_rich, "-50000-contexts.ts", many);
+            // Each context has one of our texts, so finding the right one takes many steps.
+            add(m_rich, "-Error-everywhere.ts",
+                QByteArray(many).replace("<source>0</source>", "<source>Error</source>"));
         }
     }
 }
 
-void tst_translation_tools::whatToolsWriteIsAccepted_data()
+void tst_translation_tools::outputOfToolsIsAccepted_data()
 {
-    QTest::addColumn<QString>("program"); // Other than lrelease, one that takes -i and -o
-    QTest::addColumn<QStringList>("options");
-    QTest::addColumn<bool>("hasOurTexts");
+    QTest::addColumn<QString>("command");
 
-    const QString lrelease = QStringLiteral(LRELEASE);
-    const QString lconvert = QStringLiteral(LCONVERT);
-    const auto row = [](const char *name, const QString &program, const QStringList &options,
-                        bool hasOurTexts = true) {
-        QTest::newRow(name) << program << options << hasOurTexts;
-    };
-    row("lrelease", lrelease, {});
-    row("lrelease -compress", lrelease, {QStringLiteral("-compress")});
-    row("lrelease -idbased", lrelease, {QStringLiteral("-idbased")}, false);
-    row("lrelease -removeidentical", lrelease, {QStringLiteral("-removeidentical")});
-    row("lrelease -nounfinished", lrelease, {QStringLiteral("-nounfinished")});
-    row("lrelease -markuntranslated", lrelease,
-        {QStringLiteral("-markuntranslated"), QStringLiteral("#")});
-    row("lrelease -compress -removeidentical", lrelease,
-        {QStringLiteral("-compress"), QStringLiteral("-removeidentical")});
-    row("lconvert from .ts", lconvert, {QStringLiteral("-of"), QStringLiteral("qm")});
-    row("lconvert from .qm", lconvert, {QStringLiteral("-of"), QStringLiteral("qm")});
+    for (const char *const command :
+         {"lrelease", "lrelease -compress", "lrelease -idbased", "lrelease -removeidentical",
+          "lrelease -nounfinished", "lrelease -markuntranslated #",
+          "lrelease -compress -removeidentical", "lconvert -of qm", "lrelease+lconvert -of qm"})
+        QTest::newRow(command) << QString::fromLatin1(command);
 }
 
-void tst_translation_tools::whatToolsWriteIsAccepted()
+void tst_translation_tools::outputOfToolsIsAccepted()
 {
-    QFETCH(QString, program);
-    QFETCH(QStringList, options);
-    QFETCH(bool, hasOurTexts);
+    QFETCH(QString, command);
 
+    QStringList options = command.split(QLatin1Char(' '));
+    const QString tool = options.takeFirst();
+    const bool hasOurTexts = !options.contains(QLatin1String("-idbased"));
     const QString qm = path(QStringLiteral("Zendel.qm"));
     const bool mayLackSome = options.contains(QLatin1String("-removeidentical"));
     const QStringList sources = m_plain + m_rich;
     for (QString source : sources) {
-        if (program == QLatin1String(LRELEASE)) {
-            run(program,
-                options
-                    + QStringList {QStringLiteral("-silent"), source, QStringLiteral("-qm"), qm});
+        if (tool == QLatin1String("lrelease")) {
+            release(source, qm, options);
         } else {
-            if (qstrcmp(QTest::currentDataTag(), "lconvert from .qm") == 0) {
-                run(QStringLiteral(LRELEASE),
-                    {QStringLiteral("-silent"), source, QStringLiteral("-qm"),
-                     path(QStringLiteral("input.qm"))});
+            if (tool == QLatin1String("lrelease+lconvert")) {
+                release(source, path(QStringLiteral("input.qm")));
                 source = path(QStringLiteral("input.qm"));
             }
-            run(program,
-                options + QStringList {QStringLiteral("-i"), source, QStringLiteral("-o"), qm});
+            convert(source, qm, options);
         }
         QTranslator translator;
         QVERIFY2(translator.load(qm), qPrintable(source));
@@ -219,7 +218,7 @@ void tst_translation_tools::whatToolsWriteIsAccepted()
         QVERIFY2(loadQmFile(translator, qm), qPrintable(source));
         for (const SourceText &text : kSourceTexts) {
             const bool found = !translator.translate(text.context, text.text).isEmpty();
-            // "Language:" is translated otherwise in all but English.
+            // The translation of "Language:" differs from the source in all languages but English.
             const bool mayLack = mayLackSome
                 && (qstrcmp(text.text, "Language:") != 0 || source.contains(QLatin1String("/en")));
             QVERIFY2(found == hasOurTexts || mayLack, qPrintable(source));
@@ -228,25 +227,24 @@ void tst_translation_tools::whatToolsWriteIsAccepted()
     }
 }
 
-/// From the .po files that lconvert writes, with the contexts as msgfmt understands them; it knows
-/// no plural forms.
-void tst_translation_tools::whatMsgfmtWritesIsAccepted()
+/// Uses the .po files that lconvert writes, with the contexts in msgfmt's form. With --qt, msgfmt
+/// doesn't support plural forms.
+void tst_translation_tools::outputOfMsgfmtIsAccepted()
 {
     const QString po = path(QStringLiteral("Zendel.po"));
     const QString qm = path(QStringLiteral("Zendel.qm"));
-    const QStringList sources = m_plain + m_richNoNumber;
+    const QStringList sources = m_plain + m_richWithoutPlurals;
     for (const QString &source : sources) {
-        run(QStringLiteral(LCONVERT), {QStringLiteral("-i"), source, QStringLiteral("-o"), po});
+        convert(source, po);
         write(po, read(po).replace("|\"\nmsgid", "\"\nmsgid"));
         run(QStringLiteral(MSGFMT), {QStringLiteral("--qt"), QStringLiteral("-o"), qm, po});
         QTranslator translator;
         QVERIFY2(loadQmFile(translator, qm), qPrintable(source));
-        for (const SourceText &text : kSourceTexts)
-            QVERIFY2(!translator.translate(text.context, text.text).isEmpty(), qPrintable(source));
+        QVERIFY2(hasAllTexts(translator), qPrintable(source));
     }
 }
 
-void tst_translation_tools::compressedFilesWithAnyOtherContextsAreAccepted()
+void tst_translation_tools::compressedFilesWithRandomContextsAreAccepted()
 {
     const quint32 seed = Settings::seed();
     qInfo("seed %u", seed);
@@ -255,16 +253,17 @@ void tst_translation_tools::compressedFilesWithAnyOtherContextsAreAccepted()
     QStringList files;
     QHash<QString, QByteArray> lastContexts;
     for (int i = 0; i < 1000; ++i) {
+        const QString file = path(QStringLiteral("random%1.ts").arg(i));
         QByteArray contexts;
         for (quint32 count = 1 + random() % (i % 10 == 0 ? 400 : 20); count > 0; --count) {
             QByteArray name;
             for (quint32 length = 1 + random() % 40; length > 0; --length)
                 name += static_cast<char>('a' + random() % 26);
             contexts += context(name, message("text"));
-            lastContexts[path(QStringLiteral("random%1.ts").arg(i))] = name;
+            lastContexts[file] = name;
         }
-        files += path(QStringLiteral("random%1.ts").arg(i));
-        write(files.constLast(), QByteArray(source).replace("</TS>", contexts + "</TS>"));
+        files += file;
+        write(file, QByteArray(source).replace("</TS>", contexts + "</TS>"));
     }
     run(QStringLiteral(LRELEASE),
         QStringList {QStringLiteral("-silent"), QStringLiteral("-compress")} + files);
@@ -274,15 +273,14 @@ void tst_translation_tools::compressedFilesWithAnyOtherContextsAreAccepted()
         QVERIFY2(loadQmFile(translator,
                             QString(file).replace(QLatin1String(".ts"), QLatin1String(".qm"))),
                  qPrintable(file));
-        for (const SourceText &text : kSourceTexts)
-            QVERIFY2(!translator.translate(text.context, text.text).isEmpty(), qPrintable(file));
+        QVERIFY2(hasAllTexts(translator), qPrintable(file));
         QCOMPARE(translator.translate(lastContexts.value(file).constData(), "text"),
                  QStringLiteral("translated text"));
     }
 }
 
-/// Debian's package qttranslations5-l10n. One of them, qt_fa.qm, names a file that does not exist,
-/// so Qt does not load it.
+/// They are in Debian's package qttranslations5-l10n. Qt doesn't load one of them, qt_fa.qm,
+/// because it depends on a file that doesn't exist.
 void tst_translation_tools::translationsOfQtAreAccepted()
 {
     QDirIterator files(QLibraryInfo::location(QLibraryInfo::TranslationsPath),
@@ -316,7 +314,7 @@ void tst_translation_tools::damagedFilesAreRefusedWhereQtFails()
 {
     const quint32 seed = Settings::seed();
     const quint32 count = Settings::stepCount(20000);
-    QList<QByteArray> originals; // Plain and compressed in turns
+    QList<QByteArray> originals; // Alternately plain and compressed
     const QString qm = path(QStringLiteral("Zendel.qm"));
     for (int i = 0; i < m_plain.size(); ++i) {
         const QString source = i % 4 == 0
@@ -324,9 +322,7 @@ void tst_translation_tools::damagedFilesAreRefusedWhereQtFails()
             : m_plain.at(i);
         for (const QStringList &options :
              {QStringList(), QStringList(QStringLiteral("-compress"))}) {
-            run(QStringLiteral(LRELEASE),
-                options
-                    + QStringList {QStringLiteral("-silent"), source, QStringLiteral("-qm"), qm});
+            release(source, qm, options);
             originals += read(qm);
         }
     }
@@ -350,7 +346,7 @@ void tst_translation_tools::damagedFilesAreRefusedWhereQtFails()
             write(QCoreApplication::applicationDirPath() + QStringLiteral("/failed.qm"),
                   files.at(i));
             QFAIL(qPrintable(
-                QStringLiteral("seed %1, file %2, kept as failed.qm: %3, verdict %4")
+                QStringLiteral("seed %1, file %2, saved as failed.qm: %3, verdict %4")
                     .arg(seed)
                     .arg(i)
                     .arg(accepted ? QStringLiteral("accepted") : QStringLiteral("refused"))
@@ -358,7 +354,7 @@ void tst_translation_tools::damagedFilesAreRefusedWhereQtFails()
         }
     }
     QVERIFY(died > 0 && notLoaded > 0 && died + notLoaded < files.size());
-    qInfo("seed %u: of %u files, Qt did not load %d and died of %d", seed, count, notLoaded, died);
+    qInfo("seed %u: of %u files, Qt rejected %d and died with %d", seed, count, notLoaded, died);
 }
 
 QTEST_GUILESS_MAIN(tst_translation_tools)

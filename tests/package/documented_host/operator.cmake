@@ -1,4 +1,4 @@
-# Included by the project of docs/host-developer.md: links an operator into its program.
+# Included in the project of docs/host-developer.md; links a simulated operator into its program.
 
 function(add_operator)
     find_package(Qt5 5.15 REQUIRED COMPONENTS Test)

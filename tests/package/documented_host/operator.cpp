@@ -1,5 +1,5 @@
-// Linked into the program of docs/host-developer.md, which knows nothing of it: the operator who
-// opens the dialog there, has the machine switch to language 3, and closes the main window.
+// Linked into the unchanged program of docs/host-developer.md: an operator who opens the dialog,
+// changes to language 3 and closes the main window.
 
 #include "support/Operator.h"
 

@@ -28,13 +28,13 @@ void append(std::u16string &text, std::uint32_t codePoint)
     if (codePoint < 0x10000) {
         text += static_cast<char16_t>(codePoint);
     } else {
-        // Qt takes this way with numbers behind the last code point, too.
+        // Qt does the same with numbers above the last code point.
         text += static_cast<char16_t>((codePoint >> 10U) + 0xD7C0);
         text += static_cast<char16_t>(0xDC00 + (codePoint & 0x3FFU));
     }
 }
 
-/// Text in units of 2 or 4 bytes; what is left of a unit at the end is dropped.
+/// Decodes units of 2 or 4 bytes. An incomplete unit at the end is dropped.
 std::u16string decodeUnits(std::string_view bytes, std::size_t unit, bool littleEndian)
 {
     std::u16string text;
@@ -52,7 +52,7 @@ bool continues(std::string_view tail)
     return std::all_of(tail.begin(), tail.end(), [](char c) { return (c & 0xC0) == 0x80; });
 }
 
-/// The code point of one sequence of 2 to 4 bytes.
+/// Returns the code point of a sequence of 2 to 4 bytes, or nothing if it is invalid.
 std::optional<std::uint32_t> decodeSequence(std::string_view sequence)
 {
     constexpr std::uint32_t leastOfLength[] = {0, 0, 0x80, 0x800, 0x10000};
@@ -68,9 +68,9 @@ std::optional<std::uint32_t> decodeSequence(std::string_view sequence)
     return code;
 }
 
-/// An invalid byte becomes one U+FFFD, a sequence that the file ends in is dropped. Qt decodes
-/// block by block: a sequence that a block ends in and the next one makes invalid is one U+FFFD
-/// for all that is in the first block.
+/// Decodes UTF-8 from position @p at like Qt. An invalid byte becomes U+FFFD, and an incomplete
+/// sequence at the end of the file is dropped. Qt decodes in blocks: if a sequence is cut by a
+/// block's end and turns out to be invalid, its whole part in that block becomes a single U+FFFD.
 std::u16string decodeUtf8(std::string_view file, std::size_t at)
 {
     constexpr std::size_t kBlock = 16384;
@@ -114,9 +114,8 @@ std::u16string decodeUtf8(std::string_view file, std::size_t at)
     return text;
 }
 
-/// Here Qt has ICU decode "GB2312", by its converter "GBK". Which bytes stand for which character
-/// and what becomes of the others is that table's affair and not the catalogue's, so this asks
-/// the same table. A sequence that the file ends in is dropped.
+/// Decodes "GB2312" with the same ICU converter as Qt on Linux, "GBK", because its table isn't what
+/// is tested. An incomplete sequence at the end of the file is dropped.
 std::u16string decodeGb2312(std::string_view bytes)
 {
     UErrorCode error = U_ZERO_ERROR;
@@ -126,7 +125,7 @@ std::u16string decodeGb2312(std::string_view bytes)
         std::abort();
     ucnv_resetToUnicode(converter.get());
 
-    std::u16string text(bytes.size(), u'\0'); // No byte makes more than one unit
+    std::u16string text(bytes.size(), u'\0'); // At most one unit per byte
     char16_t *target = text.data();
     const char *source = bytes.data();
     ucnv_toUnicode(converter.get(), &target, target + text.size(), &source, source + bytes.size(),
@@ -137,9 +136,9 @@ std::u16string decodeGb2312(std::string_view bytes)
     return text;
 }
 
-bool startsWith(std::string_view bytes, std::string_view mark)
+bool startsWith(std::string_view bytes, std::string_view bom)
 {
-    return bytes.substr(0, mark.size()) == mark;
+    return bytes.substr(0, bom.size()) == bom;
 }
 
 std::u16string decode(std::string_view file)
@@ -154,7 +153,7 @@ std::u16string decode(std::string_view file)
         std::u16string text = startsWith(file, "\xFF\xFE\0\0"sv)
             ? decodeUnits(file.substr(4), 4, true)
             : decodeUnits(file.substr(2), 2, true);
-        // A second mark is dropped here alone: the reader looks for one behind the decoder's back.
+        // setCatalogueCodec() skips a second BOM, but only after this one.
         if (!text.empty() && text.front() == kByteOrderMark)
             text.erase(0, 1);
         return text;
@@ -183,7 +182,8 @@ bool isDigit(char16_t c)
     return c >= u'0' && c <= u'9';
 }
 
-/// A trimmed text as a 32-bit number; 0 if it is none. The minus may be the mathematical one.
+/// Converts a trimmed string to a 32-bit number, or to 0 if it isn't one. The minus sign may be the
+/// mathematical one.
 std::int32_t toInt(std::u16string_view text)
 {
     bool negative = false;
@@ -206,7 +206,8 @@ std::int32_t toInt(std::u16string_view text)
     return static_cast<std::int32_t>(number);
 }
 
-/// The value of a digit in a placeholder: of any script, in a circle or raised; -1 for no digit.
+/// Returns the value of a digit in a placeholder, which may be of any script, circled or
+/// superscript, or -1 if it isn't a digit.
 int digitValue(char16_t c)
 {
     const int type = u_getIntPropertyValue(c, UCHAR_NUMERIC_TYPE);
@@ -215,8 +216,8 @@ int digitValue(char16_t c)
     return static_cast<int>(u_getNumericValue(c));
 }
 
-/// The format with the value in place of all placeholders of the lowest number. A placeholder is a
-/// percent sign, perhaps an L, and one or two digits.
+/// Replaces all placeholders with the lowest number. A placeholder is a percent sign, an optional
+/// L, and one or two digits.
 std::u16string replaceLowest(std::u16string_view format, std::u16string_view value)
 {
     struct Placeholder
@@ -257,7 +258,7 @@ std::u16string replaceLowest(std::u16string_view format, std::u16string_view val
     return result;
 }
 
-/// One value after the other: placeholders in the values before take part.
+/// Composes a path. The values are inserted one by one, so placeholders in earlier ones count.
 std::u16string translationPath(std::u16string_view applicationDir, std::u16string_view folder)
 {
     std::u16string path = u"%1/Lang/%2/%3";
@@ -272,7 +273,7 @@ struct LanguageKey
     std::u16string_view field;
 };
 
-/// LANG<number>_<field>, nothing if the key is no such one.
+/// Parses a key of the form LANG<number>_<field>.
 std::optional<LanguageKey> languageKey(std::u16string_view key)
 {
     constexpr std::u16string_view prefix = u"LANG";

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-/// What a language catalogue says, read without Qt: a second reading to hold against the library's.
+/// The contents of a catalogue, read by an independent implementation without Qt.
 struct CatalogueModel
 {
     struct Record
@@ -18,10 +18,9 @@ struct CatalogueModel
     };
 
     std::int32_t defaultId = 0;
-    std::vector<Record> records; ///< In ascending number, the hidden ones too.
-    std::vector<Record> visible; ///< Those that an operator is offered.
+    std::vector<Record> records; ///< All, in ascending order of their numbers
+    std::vector<Record> visible; ///< Those that the operator is offered
 };
 
-/// @param file            the bytes of the catalogue
-/// @param applicationDir  what the paths of the translations begin with
+/// Reads the catalogue's bytes. The paths of the translations begin with @p applicationDir.
 CatalogueModel readCatalogue(std::string_view file, const std::u16string &applicationDir);

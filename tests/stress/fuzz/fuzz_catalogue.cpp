@@ -1,5 +1,5 @@
-// Reads what the fuzzer makes up as the language catalogue, by the library and by the model, and
-// stops where the two disagree.
+// Reads the fuzzer's input as the catalogue, with the plug-in's reader and with the model, and
+// aborts if the two disagree.
 
 #include "CatalogueModel.h"
 #include "lang/ApplicationDir.h"
@@ -31,17 +31,17 @@ using namespace std::string_view_literals;
 
 namespace {
 
-/// The name of the application's folder takes part in the paths, and may hold placeholders.
+/// The application's folder is part of the paths, and its name may contain placeholders.
 constexpr const char16_t *kFolderNames[] = {u"application", u"50%1", u"%L2 %3 %04 %", u"机器%٢%²"};
 constexpr std::size_t kFolderCount = std::size(kFolderNames);
 
-/// All names stand for one folder, with one catalogue.
+/// A folder with a catalogue, and links to it with all of kFolderNames.
 class Deployment
 {
 public:
     Deployment()
     {
-        QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8")); // Of file names
+        QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8")); // For file names
         bool good = m_folder.isValid() && QDir(m_folder.path()).mkpath(QStringLiteral("real/Lang"));
         for (const char16_t *name : kFolderNames) {
             m_paths.push_back(m_folder.filePath(QString::fromUtf16(name)));
@@ -49,7 +49,7 @@ public:
         }
         m_catalogue.setFileName(m_folder.filePath(QStringLiteral("real/Lang/Lang.ini")));
         if (!good || !m_catalogue.open(QIODevice::ReadWrite | QIODevice::Unbuffered)) {
-            std::cerr << "No folder for the catalogue\n";
+            std::cerr << "Cannot create the catalogue\n";
             std::abort();
         }
     }
@@ -78,82 +78,64 @@ Deployment &deployment()
 
 std::size_t currentFolder = 0;
 
-/// The input with a comment behind its mark, so long that the end of a block in which Qt reads lies
-/// at @p boundary in the input, or close to it.
-std::string behindLongComment(std::string_view input, std::size_t boundary)
+/// Returns the input with a comment after its BOM, so long that one of Qt's read blocks ends at or
+/// near position @p boundary of the input.
+std::string withLongComment(std::string_view input, std::size_t boundary)
 {
     constexpr std::size_t kBlock = 16384;
-    std::size_t markSize = 0;
+    std::size_t bomSize = 0;
     std::string_view newLine = "\n";
-    for (const auto &[mark, lineFeed] : {
+    for (const auto &[bom, lineFeed] : {
              std::pair {"\0\0\xFE\xFF"sv, "\0\0\0\n"sv},
              std::pair {"\xFF\xFE\0\0"sv, "\n\0\0\0"sv},
              std::pair {"\xFE\xFF"sv, "\0\n"sv},
              std::pair {"\xFF\xFE"sv, "\n\0"sv},
              std::pair {"\xEF\xBB\xBF"sv, "\n"sv},
          }) {
-        if (input.substr(0, mark.size()) == mark) {
-            markSize = mark.size();
+        if (input.substr(0, bom.size()) == bom) {
+            bomSize = bom.size();
             newLine = lineFeed;
             break;
         }
     }
 
     const std::size_t unit = newLine.size();
-    const std::size_t units = (kBlock - std::max(boundary, markSize) % kBlock) / unit;
+    const std::size_t units = (kBlock - std::max(boundary, bomSize) % kBlock) / unit;
     std::string comment;
     comment.reserve(kBlock);
     for (std::size_t i = 0; i + 1 < units; ++i) {
         for (const char c : newLine)
             comment += c == '\n' ? ';' : '\0';
     }
-    return std::string(input.substr(0, markSize)) + comment + std::string(newLine)
-        + std::string(input.substr(markSize));
+    return std::string(input.substr(0, bomSize)) + comment + std::string(newLine)
+        + std::string(input.substr(bomSize));
 }
 
-std::u16string_view view(const QString &text)
+CatalogueModel::Record toRecord(const LangEntry &entry)
 {
-    return {reinterpret_cast<const char16_t *>(text.utf16()),
-            static_cast<std::size_t>(text.size())};
+    return {entry.id, entry.show, entry.name.toStdU16String(), entry.folder.toStdU16String(),
+            entry.qmPath.toStdU16String()};
 }
 
-std::u16string number(int value)
+void describe(std::u16string &outcome, std::u16string_view what,
+              const CatalogueModel::Record &record)
 {
-    const std::string digits = std::to_string(value);
-    return {digits.begin(), digits.end()};
-}
-
-void describe(std::u16string &outcome, std::u16string_view what, int id, bool show,
-              std::u16string_view name, std::u16string_view folder, std::u16string_view qmPath)
-{
-    // Nothing that was read has a line feed in it.
+    // No value contains a line feed.
     outcome += what;
-    outcome += number(id);
-    outcome += show ? u" shown" : u" hidden";
-    for (const std::u16string_view text : {name, folder, qmPath}) {
+    outcome += QString::number(record.id).toStdU16String();
+    outcome += record.show ? u" shown" : u" hidden";
+    for (const std::u16string &text : {record.name, record.folder, record.qmPath}) {
         outcome += u"\n  ";
         outcome += text;
     }
     outcome += u'\n';
 }
 
-void describe(std::u16string &outcome, std::u16string_view what, const LangEntry &entry)
-{
-    describe(outcome, what, entry.id, entry.show, view(entry.name), view(entry.folder),
-             view(entry.qmPath));
-}
-
-void describe(std::u16string &outcome, std::u16string_view what,
-              const CatalogueModel::Record &record)
-{
-    describe(outcome, what, record.id, record.show, record.name, record.folder, record.qmPath);
-}
-
 std::u16string outcomeOfModel(std::string_view file)
 {
-    const std::u16string folder(view(applicationDir()));
-    const CatalogueModel model = readCatalogue(file, folder);
-    std::u16string outcome = u"default " + number(model.defaultId) + u'\n';
+    const CatalogueModel model = readCatalogue(file, applicationDir().toStdU16String());
+    std::u16string outcome =
+        u"default " + QString::number(model.defaultId).toStdU16String() + u'\n';
     for (const CatalogueModel::Record &record : model.records) {
         describe(outcome, u"record ", record);
         outcome += u"file ";
@@ -165,13 +147,13 @@ std::u16string outcomeOfModel(std::string_view file)
     return outcome;
 }
 
-/// The bytes are read twice: as a file by the manager, for what it answers, and from memory, for
-/// the records that it does not show.
+/// Reads the bytes twice: as a file with CTranslatorMgr, and from memory for the hidden records.
 std::u16string outcomeOfLibrary(std::string_view file)
 {
     static CTranslatorMgr manager;
     manager.loadLangConfig();
-    std::u16string outcome = u"default " + number(manager.defaultLangId()) + u'\n';
+    std::u16string outcome =
+        u"default " + QString::number(manager.defaultLangId()).toStdU16String() + u'\n';
 
     QByteArray bytes = QByteArray::fromRawData(file.data(), static_cast<int>(file.size()));
     QBuffer buffer(&bytes);
@@ -182,20 +164,20 @@ std::u16string outcomeOfLibrary(std::string_view file)
     QMap<int, LangEntry> records;
     readCatalogue(in, defaultLangId, records);
     if (defaultLangId != manager.defaultLangId())
-        return u"another default from memory";
-    for (auto record = records.cbegin(); record != records.cend(); ++record) {
-        describe(outcome, u"record ", *record);
+        return u"a different default from memory";
+    for (auto it = records.cbegin(); it != records.cend(); ++it) {
+        describe(outcome, u"record ", toRecord(*it));
         outcome += u"file ";
-        outcome += view(manager.langFilePath(record.key()));
+        outcome += manager.langFilePath(it.key()).toStdU16String();
         outcome += u'\n';
     }
     const QList<LangEntry> visible = manager.visibleLanguages();
     for (const LangEntry &entry : visible)
-        describe(outcome, u"visible ", entry);
+        describe(outcome, u"visible ", toRecord(entry));
     return outcome;
 }
 
-/// Line feeds and what is printable as it is, the rest as its number of so many hexadecimal digits.
+/// Escapes everything except printable ASCII and line feeds, with that many hexadecimal digits.
 template<typename Text>
 std::string escaped(const Text &text, const char *prefix, int digits)
 {
@@ -209,11 +191,6 @@ std::string escaped(const Text &text, const char *prefix, int digits)
             result << prefix << std::setw(digits) << static_cast<unsigned>(code);
     }
     return result.str();
-}
-
-std::string hexadecimal(std::string_view bytes)
-{
-    return QByteArray(bytes.data(), static_cast<int>(bytes.size())).toHex(' ').toStdString();
 }
 
 } // namespace
@@ -230,17 +207,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     currentFolder = sum % kFolderCount;
     const bool large = sum / kFolderCount % 16 == 0;
     const std::string file =
-        large ? behindLongComment(input, sum / kFolderCount / 16 % (size + 1)) : std::string(input);
+        large ? withLongComment(input, sum / kFolderCount / 16 % (size + 1)) : std::string(input);
 
     deployment().writeCatalogue(file);
     const std::u16string expected = outcomeOfModel(file);
     const std::u16string actual = outcomeOfLibrary(file);
     if (actual != expected) {
         std::cerr << "== Input, " << size << " bytes\n"
-                  << hexadecimal(input) << '\n'
+                  << QByteArray(input.data(), static_cast<int>(size)).toHex(' ').toStdString()
+                  << '\n'
                   << escaped(input, "\\x", 2) << '\n';
         if (large)
-            std::cerr << "== Read behind a comment of " << file.size() - size << " bytes\n";
+            std::cerr << "== Read after a comment of " << file.size() - size << " bytes\n";
         std::cerr << "== Model\n"
                   << escaped(expected, "\\u", 4) << "== Library\n"
                   << escaped(actual, "\\u", 4);

@@ -1,12 +1,25 @@
-#include "examples/host/Screen.h"
+#include "examples/host/Screenshot.h"
 
 #include <QApplication>
 #include <QPainter>
 #include <QScreen>
+#include <QWidget>
 
 #include <numeric>
 
 namespace {
+
+/// Returns the main window and the dialogs above it, from bottom to top.
+QList<QWidget *> windowsOf(QWidget &mainWindow)
+{
+    QList<QWidget *> result {&mainWindow};
+    QWidget *dialog = QApplication::activeModalWidget();
+    while (dialog && dialog != &mainWindow) {
+        result.insert(1, dialog);
+        dialog = dialog->parentWidget() ? dialog->parentWidget()->window() : nullptr;
+    }
+    return result;
+}
 
 QRect frameOf(const QList<QWidget *> &windows)
 {
@@ -40,26 +53,11 @@ QPixmap composed(const QList<QWidget *> &windows)
 
 } // namespace
 
-namespace Screen {
-
-QList<QWidget *> windows(QWidget &mainWindow)
+QPixmap screenshot(QWidget &mainWindow)
 {
-    QList<QWidget *> result;
-    QWidget *dialog = QApplication::activeModalWidget();
-    while (dialog && dialog != &mainWindow) {
-        result.prepend(dialog);
-        dialog = dialog->parentWidget() ? dialog->parentWidget()->window() : nullptr;
-    }
-    result.prepend(&mainWindow);
-    return result;
-}
-
-QPixmap picture(const QList<QWidget *> &windows)
-{
+    const QList<QWidget *> windows = windowsOf(mainWindow);
     for (QWidget *window : windows)
-        window->repaint(); // At once: whatever is still to be painted is in the picture then.
+        window->repaint(); // Immediately, without waiting for the event loop.
     const QPixmap result = grabbed(windows);
     return result.isNull() ? composed(windows) : result;
 }
-
-} // namespace Screen

@@ -18,7 +18,9 @@ if(MSVC)
         /W4 /permissive- /utf-8 $<$<BOOL:${ZENDEL_WERROR}>:/WX>)
 else()
     target_compile_options(zendel_compile_options INTERFACE
-        -Wall -Wextra -Wpedantic -Wshadow $<$<BOOL:${ZENDEL_WERROR}>:-Werror>)
+        -Wall -Wextra -Wpedantic -Wshadow $<$<BOOL:${ZENDEL_WERROR}>:-Werror>
+        # QSKIP("...") of Qt Test
+        $<$<CXX_COMPILER_ID:Clang>:-Wno-c++20-extensions>)
 endif()
 
 if(ZENDEL_SANITIZE)
@@ -26,10 +28,13 @@ if(ZENDEL_SANITIZE)
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined
                         -fno-omit-frame-pointer)
     add_link_options(-fsanitize=address,undefined)
+elseif(MINGW)
+    # Address space randomization and no executable data, as in any Windows program today
+    add_link_options(LINKER:--dynamicbase,--high-entropy-va,--nxcompat)
 elseif(WIN32)
+    # With Microsoft's ABI these are the linker's defaults, and the stack is checked as well.
     if(NOT MSVC)
-        # Address space randomization and no executable data, as in any Windows program today
-        add_link_options(LINKER:--dynamicbase,--high-entropy-va,--nxcompat)
+        add_compile_options(-fstack-protector-strong)
     endif()
 else()
     add_link_options(LINKER:-z,defs)

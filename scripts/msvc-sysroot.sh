@@ -53,7 +53,10 @@ compile "$llvm/compiler-rt/lib/builtins/x86_64/chkstk.S"
 # The TLS directory, and the initialization of what is thread-local
 (cd "$folder/objects" && x86_64-w64-mingw32-ar x $mingw/libmingw32.a \
     lib64_libmingw32_a-tlssup.o lib64_libmingw32_a-tlsthrd.o)
+# lld warns of the names of GNU's debug sections.
 llvm-objcopy --strip-debug "$folder"/objects/lib64_*.o
+llvm-ar qcs "$folder/lib/uuid.lib" "$folder/objects/uuid.c.o"
+rm "$folder/objects/uuid.c.o"
 llvm-ar qcs "$folder/lib/msvcrt.lib" "$folder"/objects/*.o
 rm -r "$folder/objects"
 
@@ -79,7 +82,7 @@ mv "$folder/lib/vcruntime140.dll.lib" "$folder/lib/vcruntime.lib"
 # Windows' own DLLs
 for library in "$mingw"/lib*.a; do
     name=$(basename "$library" .a)
-    [[ $name =~ ^lib(crtdll|gmon|largeint|m|mingw.*|moldname|msvc.*|pthread|ucrt.*|vcruntime.*|winpthread)$ ]] ||
+    [[ $name =~ ^lib(crtdll|gmon|largeint|m|mingw.*|moldname|msvc.*|pthread|ucrt.*|uuid|vcruntime.*|winpthread)$ ]] ||
         ln -s "$library" "$folder/lib/${name#lib}.lib"
 done
 # CMake always links it. Microsoft's has the names of C functions without their underscore.

@@ -248,6 +248,8 @@ patch_source() {
     local folder=source/src/plugins/platforms/windows
     sed -i 's/^#if QT_CONFIG(tabletevent)/#if 0/' "$folder"/*.cpp
     sed -i 's/^qtConfig(tabletevent)/false/' "$folder"/windows.pri
+    # Neither MinGW's headers nor Wine's have what this asks for; Qt knows of the former.
+    sed -i 's/^#if !defined(Q_CC_MINGW)$/#if 0/' "$folder/qwindowscontext.cpp"
 }
 
 # Reads what make prints and says now and then how far it is.

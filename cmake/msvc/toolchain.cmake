@@ -13,8 +13,11 @@ set(CMAKE_C_FLAGS_INIT --config=${CMAKE_PREFIX_PATH}/sysroot/clang.cfg)
 set(CMAKE_CXX_FLAGS_INIT --config=${CMAKE_PREFIX_PATH}/sysroot/clang++.cfg)
 set(CMAKE_AR llvm-ar-19)
 set(CMAKE_LINKER lld-link-19)
+set(CMAKE_NM llvm-nm-19)
+set(CMAKE_OBJDUMP llvm-objdump-19)
 set(CMAKE_MT llvm-mt-19)
 set(CMAKE_RC_COMPILER llvm-rc-19)
+set(CMAKE_RC_FLAGS_INIT "-I /usr/include/wine/wine/windows")
 
 # Programs run during the build (moc, uic, rcc) and are Linux ones; headers, libraries and packages
 # must never be those of this machine.

@@ -24,15 +24,15 @@ QTextCodec *otherCodec = nullptr;
 } // namespace
 
 // Replaces the plug-in's look-ups of codecs.
-INTERPOSE(QTextCodec *, _ZN10QTextCodec12codecForNameERK10QByteArray, (const QByteArray &name))
+INTERPOSE(QTextCodec *, codecForName, (const QByteArray &name))
 {
-    return otherCodec ? otherCodec : ORIGINAL(_ZN10QTextCodec12codecForNameERK10QByteArray)(name);
+    return otherCodec ? otherCodec : ORIGINAL(codecForName)(name);
 }
 
 RECORD_DEFAULT_BUTTON(
-    _ZN11QMessageBox8criticalEP7QWidgetRK7QStringS4_6QFlagsINS_14StandardButtonEES6_)
+    critical)
 RECORD_DEFAULT_BUTTON(
-    _ZN11QMessageBox7warningEP7QWidgetRK7QStringS4_6QFlagsINS_14StandardButtonEES6_)
+    warning)
 
 namespace {
 

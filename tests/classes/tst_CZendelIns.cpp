@@ -26,24 +26,24 @@ Q_DECLARE_METATYPE(Rect)
 
 // These functions record the plug-in's calls among those to the window manager and forward them.
 
-INTERPOSE(WId, _ZNK7QWidget5winIdEv, (const QWidget *self))
+INTERPOSE(WId, winId, (const QWidget *self))
 {
     addCall(QStringLiteral("winId"));
-    const WId id = ORIGINAL(_ZNK7QWidget5winIdEv)(self);
+    const WId id = ORIGINAL(winId)(self);
     RecordingWindowManager::setName(reinterpret_cast<HWND>(id), QStringLiteral("dialog"));
     return id;
 }
 
-INTERPOSE(void, _ZN7QWidget4moveERK6QPoint, (QWidget * self, const QPoint &position))
+INTERPOSE(void, move, (QWidget * self, const QPoint &position))
 {
     addCall(QStringLiteral("move(%1, %2)").arg(position.x()).arg(position.y()));
-    ORIGINAL(_ZN7QWidget4moveERK6QPoint)(self, position);
+    ORIGINAL(move)(self, position);
 }
 
-INTERPOSE(void, _ZN7QDialog8setModalEb, (QDialog * self, bool modal))
+INTERPOSE(void, setModal, (QDialog * self, bool modal))
 {
     addCall(QStringLiteral("setModal(%1)").arg(modal));
-    ORIGINAL(_ZN7QDialog8setModalEb)(self, modal);
+    ORIGINAL(setModal)(self, modal);
 }
 
 namespace {

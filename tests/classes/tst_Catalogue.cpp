@@ -20,11 +20,11 @@ bool codecsAreMissing = false;
 } // namespace
 
 // Replaces the plug-in's look-ups of codecs.
-INTERPOSE(QTextCodec *, _ZN10QTextCodec12codecForNameERK10QByteArray, (const QByteArray &name))
+INTERPOSE(QTextCodec *, codecForName, (const QByteArray &name))
 {
     codecAskedFor = name;
     return codecsAreMissing ? nullptr
-                            : ORIGINAL(_ZN10QTextCodec12codecForNameERK10QByteArray)(name);
+                            : ORIGINAL(codecForName)(name);
 }
 
 namespace {

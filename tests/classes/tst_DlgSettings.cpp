@@ -19,6 +19,7 @@
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QResource>
+#include <QScopedValueRollback>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
@@ -55,9 +56,14 @@ static_assert(sizeof(RecordingTranslator) == sizeof(QTranslator));
 } // namespace
 
 // Replaces the plug-in's constructions of translators.
-INTERPOSE(void, _ZN11QTranslatorC1EP7QObject, (QTranslator * self, QObject *parent))
+INTERPOSE(QTranslator *, constructor, (QTranslator * self, QObject *parent))
 {
-    new (self) RecordingTranslator(parent);
+    // RecordingTranslator constructs its base class, in Microsoft's ABI with the same function.
+    static bool constructing = false;
+    if (constructing)
+        return ORIGINAL(constructor)(self, parent);
+    const QScopedValueRollback<bool> rollback(constructing, true);
+    return new (self) RecordingTranslator(parent);
 }
 
 namespace {

@@ -22,9 +22,9 @@
 #include <QTest>
 
 RECORD_DEFAULT_BUTTON(
-    _ZN11QMessageBox11informationEP7QWidgetRK7QStringS4_6QFlagsINS_14StandardButtonEES6_)
+    information)
 RECORD_DEFAULT_BUTTON(
-    _ZN11QMessageBox8criticalEP7QWidgetRK7QStringS4_6QFlagsINS_14StandardButtonEES6_)
+    critical)
 
 namespace {
 

@@ -29,7 +29,7 @@
 #endif
 
 // Qt's hooks for tools that watch objects
-extern "C" Q_DECL_IMPORT quintptr qtHookData[];
+extern Q_DECL_IMPORT quintptr qtHookData[];
 
 namespace {
 

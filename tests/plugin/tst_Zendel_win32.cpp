@@ -284,9 +284,9 @@ void tst_Zendel_win32::recordCalls()
         {"GetWindowRect", reinterpret_cast<void *>(&recordGetWindowRect)},
         {"SetForegroundWindow", reinterpret_cast<void *>(&recordSetForegroundWindow)},
         {"BringWindowToTop", reinterpret_cast<void *>(&recordBringWindowToTop)},
-        {"_ZNK7QWidget5winIdEv", reinterpret_cast<void *>(&recordWinId)},
-        {"_ZN7QWidget4moveERK6QPoint", reinterpret_cast<void *>(&recordMove)},
-        {"_ZN7QDialog8setModalEb", reinterpret_cast<void *>(&recordSetModal)},
+        {SYMBOL_winId, reinterpret_cast<void *>(&recordWinId)},
+        {SYMBOL_move, reinterpret_cast<void *>(&recordMove)},
+        {SYMBOL_setModal, reinterpret_cast<void *>(&recordSetModal)},
     };
     for (const auto &[name, function] : imports)
         QVERIFY2(replaceImport(GetModuleHandleW(L"Zendel.dll"), name, function), name);

@@ -2,24 +2,22 @@
 
 #include <QtGlobal>
 
-// INTERPOSE(Result, symbol, (Parameters)) { ... }
+// INTERPOSE(Result, name, (Parameters)) { ... }
 //
-// Replaces a function of another library, given by its mangled name, in calls from the objects that
-// are linked into this program. ORIGINAL(symbol) is the function itself. zendel_interpose() in
-// tests/CMakeLists.txt sets the linker option. On Windows, the pointer in the import table is
-// replaced.
+// Replaces a function of another library in calls from the objects that are linked into this
+// program. ORIGINAL(name) is the function itself. zendel_interpose() in tests/CMakeLists.txt sets the
+// linker option and defines SYMBOL_name. On Windows, the pointer in the import table is replaced.
 #ifdef Q_OS_WIN
-#    define INTERPOSE(Result, symbol, Parameters)                                                  \
-        extern "C" Result(*__real___imp_##symbol) Parameters;                                      \
-        static Result replace_##symbol Parameters;                                                 \
-        extern "C" Result(*__wrap___imp_##symbol) Parameters;                                      \
-        Result(*__wrap___imp_##symbol) Parameters = &replace_##symbol;                             \
-        static Result replace_##symbol Parameters
-#    define ORIGINAL(symbol) __real___imp_##symbol
+#    define INTERPOSE(Result, name, Parameters)                                                    \
+        extern "C" Result(*real_##name) Parameters asm("__real___imp_" SYMBOL_##name);             \
+        static Result replace_##name Parameters;                                                   \
+        extern "C" Result(*wrap_##name) Parameters asm("__wrap___imp_" SYMBOL_##name);             \
+        Result(*wrap_##name) Parameters = &replace_##name;                                         \
+        static Result replace_##name Parameters
 #else
-#    define INTERPOSE(Result, symbol, Parameters)                                                  \
-        extern "C" Result __real_##symbol Parameters;                                              \
-        extern "C" Result __wrap_##symbol Parameters;                                              \
-        Result __wrap_##symbol Parameters
-#    define ORIGINAL(symbol) __real_##symbol
+#    define INTERPOSE(Result, name, Parameters)                                                    \
+        extern "C" Result real_##name Parameters asm("__real_" SYMBOL_##name);                     \
+        extern "C" Result wrap_##name Parameters asm("__wrap_" SYMBOL_##name);                     \
+        Result wrap_##name Parameters
 #endif
+#define ORIGINAL(name) real_##name

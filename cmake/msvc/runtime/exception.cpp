@@ -1,7 +1,23 @@
-// libc++'s src/exception.cpp without std::exception_ptr, for which that uses Microsoft's C++ library
-// (msvcp140.dll). A program that uses one doesn't link.
+// libc++'s src/exception.cpp without Microsoft's C++ library (msvcp140.dll), which it would use for
+// std::exception_ptr. Condition variables refer to it by way of std::future, but never store an
+// exception, so here it is always null.
+#include <cstdlib>
 #include <exception>
 #include <new>
 #include <typeinfo>
 
 #include "support/runtime/exception_msvc.ipp"
+
+namespace std {
+
+exception_ptr::exception_ptr() noexcept : __ptr1_(nullptr), __ptr2_(nullptr) {}
+exception_ptr::exception_ptr(nullptr_t) noexcept : exception_ptr() {}
+exception_ptr::exception_ptr(const exception_ptr &) noexcept : exception_ptr() {}
+exception_ptr &exception_ptr::operator=(const exception_ptr &) noexcept { return *this; }
+exception_ptr::~exception_ptr() noexcept {}
+bool operator==(const exception_ptr &, const exception_ptr &) noexcept { return true; }
+
+exception_ptr __copy_exception_ptr(void *, const void *) { abort(); }
+void rethrow_exception(exception_ptr) { abort(); }
+
+} // namespace std

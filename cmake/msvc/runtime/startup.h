@@ -6,6 +6,7 @@
 #pragma comment(lib, "vcruntime")
 #pragma comment(lib, "ucrt")
 #pragma comment(lib, "kernel32")
+#pragma comment(lib, "uuid")
 
 typedef void (*Initializer)(void);
 typedef int (*FallibleInitializer)(void);

@@ -28,7 +28,7 @@ if(ZENDEL_SANITIZE)
     add_link_options(-fsanitize=address,undefined)
 elseif(WIN32)
     if(NOT MSVC)
-        # Address space randomization and no executable data, as in any Windows program today
+        # ASLR and non-executable data, as in any modern Windows program
         add_link_options(LINKER:--dynamicbase,--high-entropy-va,--nxcompat)
     endif()
 else()

@@ -21,7 +21,7 @@ inline QVector<int> take()
 
 } // namespace DefaultButtons
 
-/// Replaces the function with this mangled name by one that records the default button.
+/// Replaces the function that has this mangled name with one that records the default button.
 #define RECORD_DEFAULT_BUTTON(symbol)                                                              \
     INTERPOSE(QMessageBox::StandardButton, symbol,                                                 \
               (QWidget * parent, const QString &title, const QString &text,                        \

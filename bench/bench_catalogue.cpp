@@ -71,8 +71,8 @@ void splitLines(benchmark::State &state, const QString &path, int languages)
     });
 }
 
-/// Does the same without copying text, as the plug-in's reader; with @p match, also matches the
-/// keys, as the plug-in's reader has to.
+/// Does the same without copying text, like the plug-in's reader; with @p match, also matches the
+/// keys, as that reader has to.
 template<bool match>
 void splitInPlace(benchmark::State &state, const QString &path, int languages)
 {

@@ -1,5 +1,5 @@
 // Measures the time from the host's call to the settings dialog's first paint, compared with a bare
-// dialog with the same widgets that takes the same steps.
+// dialog that has the same widgets and performs the same steps.
 
 #include "bench/CpuTimer.h"
 #include "bench/Deployment.h"

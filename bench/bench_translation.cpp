@@ -1,5 +1,5 @@
-// Measures loading a translation and checking that its texts can be looked up: plain ones, and
-// files crafted to keep a reader busy.
+// Measures loading a translation and checking that its texts can be looked up, for plain files and
+// for files crafted to keep a reader busy.
 
 #include "bench/Deployment.h"
 #include "lang/CTranslatorMgr.h"
@@ -38,7 +38,7 @@ void load(benchmark::State &state, const QByteArray &bytes, bool usable)
         loaded = loadQmFile(*mgr.translator(), fileName);
     }
     if (loaded != usable)
-        state.SkipWithError("the translation is not what it should be");
+        state.SkipWithError("loading the translation did not give the expected result");
 }
 
 void add(const char *name, const QByteArray &bytes, bool usable = true)

@@ -30,8 +30,8 @@ def read_medians(path):
 
 
 def ratio(part, whole, goal=None):
-    mark = "!" if goal is not None and part / whole > goal else " "
-    return f"{part / whole:.2f}{mark}"
+    suffix = "!" if goal is not None and part / whole > goal else " "
+    return f"{part / whole:.2f}{suffix}"
 
 
 def print_table(title, header, rows):

@@ -29,10 +29,10 @@ if(ZENDEL_SANITIZE)
                         -fno-omit-frame-pointer)
     add_link_options(-fsanitize=address,undefined)
 elseif(MINGW)
-    # Address space randomization and no executable data, as in any Windows program today
+    # ASLR and non-executable data, as in any modern Windows program
     add_link_options(LINKER:--dynamicbase,--high-entropy-va,--nxcompat)
 elseif(WIN32)
-    # With Microsoft's ABI these are the linker's defaults, and the stack is checked as well.
+    # With Microsoft's ABI, these are the linker's defaults. Stack checks are as well with MSVC.
     if(NOT MSVC)
         add_compile_options(-fstack-protector-strong)
     endif()

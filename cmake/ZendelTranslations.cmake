@@ -1,6 +1,6 @@
 # zendel_compile_translation(TS QM): adds a rule that compiles the translation source TS to QM.
 
-# These tools run on the build machine, so they may come from another Qt than the target's.
+# These tools run on the build machine, so they may come from a different Qt than the target's.
 find_program(ZENDEL_LRELEASE NAMES lrelease lrelease-qt5 HINTS /usr/lib/qt5/bin REQUIRED
              DOC "Compiles translation sources")
 find_program(ZENDEL_LUPDATE NAMES lupdate lupdate-qt5 HINTS /usr/lib/qt5/bin REQUIRED

@@ -26,7 +26,7 @@ struct LangLine
     QStringRef value;  ///< After the first "=".
     int langId = 0;    ///< The n in Id, Name, Folder or Show; 0 if it does not fit into an int.
 
-    /// Returns true if the line is one of the language langId.
+    /// Returns true if the line is about the language langId.
     bool isLanguageKey() const { return kind >= Id; }
 };
 

@@ -61,7 +61,7 @@ struct Check
 
 /// Looks up texts in a compiled translation with the same reads as QTranslator::translate() of
 /// Qt 5.15. A read outside the file, which Qt would not notice, fails and returns 0. So does every
-/// read after more steps than a file needs whose lists and records do not overlap. A 0 ends each of
+/// read after more steps than a file without overlapping lists and records needs. A 0 ends each of
 /// the loops below.
 class QmFile
 {
@@ -123,7 +123,7 @@ private:
         m_size = 0; // So that all further reads fail.
     }
 
-    /// Called in each iteration of a loop whose length depends on the file's content.
+    /// Counts an iteration of a loop whose length depends on the file's content.
     void takeStep()
     {
         if (--m_check.stepsLeft < 0)
@@ -176,7 +176,7 @@ private:
     {
         if (m_contexts.length == 0)
             return false;
-        if (qstrcmp(context, m_context) == 0) // The same as for the previous text
+        if (qstrcmp(context, m_context) == 0) // Same as for the previous text
             return m_contextIsRuledOut;
 
         m_context = context;
@@ -256,7 +256,7 @@ private:
             if (tag == Translation) {
                 if (translation.start == 0)
                     translation = {position, length};
-                position += static_cast<qint32>(length); // Qt reads it as signed: it may lead back.
+                position += static_cast<qint32>(length); // Qt reads it as signed: it may go back.
                 continue;
             }
             if ((tag == Source && !matches(position, length, text.text))

@@ -7,7 +7,7 @@ class QTranslator;
 /// look up each text of the plug-in; otherwise leaves @p translator empty.
 ///
 /// QTranslator::load() checks block lengths only, so a damaged file can make the first look-up
-/// crash or never return. A file that Qt loads is rejected only for that, or if it has 2 GB or
-/// more. Damage elsewhere in the file does not matter. "Never" means more than 150,000 steps plus
-/// one for every 8 bytes; no file written by a tool needs that many.
+/// crash or never return. A file that Qt loads is rejected only for that, or if it is 2 GB or
+/// larger. Damage elsewhere in the file does not matter. "Never" means more than 150,000 steps plus
+/// one for every 8 bytes; files written by tools never need that many.
 bool loadQmFile(QTranslator &translator, const QString &fileName);

@@ -50,7 +50,7 @@ Decoding decode(const QByteArray &line)
     return result;
 }
 
-/// Depends on the codec: Qt's own accepts any second half of a character, ICU's does not.
+/// Returns true for Qt's own codec, which accepts any second half of a character, unlike ICU's.
 bool lineEndsAreSwallowed()
 {
     const QTextCodec *const codec = QTextCodec::codecForName("GB2312");

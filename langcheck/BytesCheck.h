@@ -7,10 +7,10 @@
 
 // Checks of a catalogue without a BOM, which is read as GB2312.
 
-/// Returns whether the bytes are probably UTF-16.
+/// Returns true if the bytes are probably UTF-16.
 bool looksLikeUtf16(const QByteArray &bytes);
 
-/// Adds to @p report what is wrong with the encoding of the bytes.
+/// Adds findings about the encoding of the bytes to @p report.
 void checkBytesWithoutBom(const QByteArray &bytes, Report &report);
 
 /// Returns the numbers, from 1, of the lines that remain after decoding, because half a character

@@ -159,7 +159,7 @@ private:
             addValue(FindingKind::FolderPercent, line);
     }
 
-    /// Reports a repeated key. @p earlier is the previous line with this key and becomes this one.
+    /// Reports a repeated key. @p earlier is the previous one's line number and becomes this one's.
     void checkRepetition(int &earlier, const LangLine &line)
     {
         if (earlier > 0) {
@@ -220,7 +220,7 @@ CatalogueLines checkCatalogue(Report &report)
     QTextStream in(&file);
     setCatalogueCodec(in, CTranslatorMgr::detectCodec(&file));
     QString text = in.readLine();
-    // The stream recognizes more BOMs than the plug-in and switches to their codecs.
+    // The stream recognises more BOMs than the plug-in and switches to their codecs.
     report.encoding = QString::fromLatin1(in.codec()->name());
     QVector<int> numbers;
     if (report.encoding.startsWith(QLatin1String("UTF"))) {

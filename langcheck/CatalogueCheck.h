@@ -4,7 +4,7 @@
 
 #include <QMap>
 
-/// The numbers of the lines about a language, from 1; 0 if there is none.
+/// The line numbers of a language's keys, from 1; 0 if the key is missing.
 struct LanguageLines
 {
     int id = 0;

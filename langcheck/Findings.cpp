@@ -11,10 +11,10 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "UTF-16 without a BOM; the file is read as GB2312 and all lines are ignored; save it as "
      "UTF-16 LE with a BOM"},
     {Kind::Utf8WithoutBom, "utf8-without-bom", Finding::Error,
-     "UTF-8 without a BOM; the file is read as GB2312 and all characters but ASCII are wrong; save "
+     "UTF-8 without a BOM; the file is read as GB2312 and all non-ASCII characters are wrong; save "
      "it as \"UTF-8 with BOM\""},
     {Kind::SecondBom, "second-bom", Finding::Warning,
-     "line starts with a second BOM; its key or header is not recognized; delete the BOM"},
+     "line starts with a second BOM; its key or header is not recognised; delete the BOM"},
     {Kind::Undecodable, "undecodable", Finding::Error,
      "line is not valid %1; some of its characters are wrong; save the file as \"UTF-8 with "
      "BOM\""},
@@ -40,20 +40,20 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
     {Kind::KeyCase, "key-case", Finding::Warning,
      "key is not in upper case: %1; it is ignored; write %2"},
     {Kind::UnknownKey, "unknown-key", Finding::Warning,
-     "key is not known: %1; it is ignored; use DEFAULT or LANG<n>_ID, _NAME, _FOLDER or _SHOW"},
+     "key is unknown: %1; it is ignored; use DEFAULT or LANG<n>_ID, _NAME, _FOLDER or _SHOW"},
     {Kind::RepeatedKey, "repeated-key", Finding::Warning,
      "%1 repeats line %2: %3; line %2 has no effect; delete one of the two"},
 
     // Numbers of languages
     {Kind::NumberTooLong, "number-too-long", Finding::Warning,
-     "%1 has a number that is too large; the line is read as one of language 0; use a number up "
-     "to 255"},
+     "%1 has a number that is too large; the line is read as one for language 0; use a number "
+     "up to 255"},
     {Kind::NumberAbove255, "number-above-255", Finding::Warning,
      "language number is above 255: %1; the machine is asked for language %2; use a number up to "
      "255"},
     {Kind::SameMachineNumber, "same-machine-number", Finding::Error,
-     "language number is the same as %2 in its low 8 bits: %1; the machine is asked for language "
-     "%3 in both cases; use numbers up to 255"},
+     "language number has the same low 8 bits as %2: %1; the machine is asked for language %3 in "
+     "both cases; use numbers up to 255"},
     {Kind::IdDiffers, "id-differs", Finding::Warning,
      "%1 is not the number in its key: %2; the value is never read; write %3 or rename the keys"},
 
@@ -73,10 +73,10 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
     {Kind::FolderAbsolute, "folder-absolute", Finding::Warning,
      "%1 is an absolute path: %2; it is read as a folder below Lang; use the folder's name alone"},
     {Kind::FolderPercent, "folder-percent", Finding::Warning,
-     "%1 contains a percent sign: %2; with a digit after it, the path changes; rename the folder"},
+     "%1 contains a percent sign: %2; if a digit follows it, the path changes; rename the folder"},
     {Kind::FolderCase, "folder-case", Finding::Warning,
-     "%1 differs from the folder on disk in upper and lower case: %2; Linux does not find the "
-     "folder; write %1=%3"},
+     "%1 differs in case from the folder on disk: %2; Linux does not find the folder; write "
+     "%1=%3"},
     {Kind::SameFolder, "same-folder", Finding::Error,
      "%1 is also the folder of language %2: %3; both languages have the same texts; use a folder "
      "for each"},
@@ -108,8 +108,8 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "application folder contains a percent sign: %1; the paths of the translations change; rename "
      "the folder"},
     {Kind::QmMissing, "qm-missing", Finding::Error,
-     "file does not exist; the dialog uses the default's translation, else that in Lang/chs, else "
-     "empty texts; put the compiled translation there"},
+     "file does not exist; the dialog falls back to the default's translation, then to that in "
+     "Lang/chs, then to empty texts; put the compiled translation there"},
     {Kind::QmUnreadable, "qm-unreadable", Finding::Error,
      "not a readable file; a dialog that uses it has empty texts; replace it or correct its "
      "permissions"},

@@ -12,7 +12,7 @@ class MessageBoxes : public QObject
 public:
     explicit MessageBoxes(QObject *parent = nullptr);
 
-    /// Returns the message boxes so far, in order.
+    /// Returns the message boxes recorded so far, in order.
     const QList<Box> &seen() const { return m_seen; }
 
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -26,7 +26,7 @@ struct Report
     int defaultLangId = 0;   ///< The catalogue's DEFAULT.
     QString translation;     ///< The file that is loaded; empty for none.
     bool fallback = false;   ///< Whether that is the fallback.
-    QList<Box> boxes;        ///< The message boxes at start, in order.
+    QList<Box> boxes;        ///< The message boxes at startup, in order.
     QList<Finding> findings;
 
     /// Adds a finding about a line of the catalogue, or the whole file if it is 0, and returns it.

@@ -52,9 +52,9 @@ QStringList clippedTexts(const QDialog &dialog)
     if (tabs->sizeHint().width() > dialog.width())
         result += tabs->tabText(0);
 
-    const int buttonsOfTheTitleBar = 150;
+    const int titleBarButtons = 150;
     if (dialog.fontMetrics().horizontalAdvance(dialog.windowTitle())
-        > dialog.width() - buttonsOfTheTitleBar) {
+        > dialog.width() - titleBarButtons) {
         result += dialog.windowTitle();
     }
     return result;

@@ -19,7 +19,7 @@ void print(FILE *stream, const QString &text)
     out << text;
 }
 
-/// Drops all other messages, because they are not about the deployment, but about the dialog's
+/// Prints fatal messages only. Others are not about the deployment, but about the dialog's
 /// unconnected slot and the like.
 void printFatalMessage(QtMsgType type, const QMessageLogContext & /*context*/,
                        const QString &message)
@@ -58,9 +58,9 @@ int main(int argc, char *argv[])
         "Checks Lang/Lang.ini and the translations that it names, as the settings plug-in reads "
         "them.\nPrints what the operator will see, then errors and warnings. Changes nothing.\n\n"
         "Exit code: 0 no findings, 1 warnings only, 2 errors, which the operator would see,\n"
-        "3 wrong usage."));
+        "3 incorrect usage."));
     const QCommandLineOption json(QStringLiteral("json"),
-                                  QStringLiteral("Prints one JSON object, for programs."));
+                                  QStringLiteral("Prints the report as JSON, for programs."));
     parser.addOption(json);
     const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
                                   QStringLiteral("Displays this help."));

@@ -45,7 +45,7 @@ void CZendelIns::ExecModal(QDialog &dlg, HWND owner)
         dlg.move(x, y);
     }
 
-    // Deliberate: before the dialog is visible, so that it opens in front of a foreign main window.
+    // Deliberate: before the dialog is visible, so that it opens in front of a native main window.
     WindowManager::setForegroundWindow(handle);
     WindowManager::bringWindowToTop(handle);
 

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The recorded machine, for all parts of the plug-in.
+/// The recorded machine, which the whole plug-in shares.
 
 class IHostMachine;
 

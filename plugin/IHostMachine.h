@@ -11,20 +11,20 @@
 /// The plug-in calls the object on the GUI thread and only during IZendelMgr::ShowSettingsDlg().
 /// The functions must not throw. Neither may open a second settings dialog, release the manager,
 /// unload the plug-in or destroy the object. Both may call Init(), but not with null, because the
-/// plug-in would then call a null object.
+/// plug-in would then dereference a null pointer.
 class IHostMachine
 {
 public:
-    /// Called each time SetLanguage() has returned true, before the operator sees the success
-    /// message. If SetLanguage() passed another object to Init(), that one is called.
+    /// Reports a success each time SetLanguage() has returned true, before the operator sees the
+    /// message. If SetLanguage() passed another object to Init(), that object is called.
     virtual void NotifySettingChanged() = 0;
 
     /// Switches the machine's display language and returns when that is done. The host also has to
     /// store the number, as DEFAULT in Lang/Lang.ini; the plug-in never writes that file. The
     /// operator sees a wait cursor during the call.
     ///
-    /// @param langId The language's number in the catalogue, from 0 to 255. Of greater numbers,
-    /// only the low 8 bits arrive. It is 0 if the operator's list is empty.
+    /// @param langId The language's number in the catalogue, from 0 to 255. For greater numbers,
+    /// only the low 8 bits are passed. It is 0 if the operator's list is empty.
     /// @return true if the language was switched; on false the operator sees an error message.
     virtual bool SetLanguage(std::uint8_t langId) = 0;
 

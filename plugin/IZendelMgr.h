@@ -14,11 +14,11 @@ class IHostMachine;
 /// never with delete: its memory belongs to the plug-in's run-time library.
 ///
 /// Make all calls on the GUI thread while the host's QApplication exists. Both functions run an
-/// event loop while a window of theirs is open. Until they return, do not release the manager,
-/// unload the plug-in or destroy the machine object. They don't throw, except std::bad_alloc.
+/// event loop while one of their windows is open. Until they return, do not release the manager,
+/// unload the plug-in or destroy the machine object. They can throw only std::bad_alloc.
 ///
-/// The host, Qt and the plug-in must be built with compilers of one family, MinGW-w64 or MSVC. The
-/// families differ in the layout of virtual function tables and in the names of Qt's symbols.
+/// The host, Qt and the plug-in must be built with compilers of the same family, MinGW-w64 or MSVC.
+/// The families differ in the layout of virtual function tables and in the names of Qt's symbols.
 class IZendelMgr
 {
 public:

@@ -3,7 +3,7 @@
 #include "plugin/IZendelMgr.h" // HWND
 
 /// The operations on native windows that the modal routine needs, named after Win32's functions.
-/// One source file per platform implements them. A handle that is not a window any more is ignored.
+/// One source file per platform implements them. A handle whose window no longer exists is ignored.
 namespace WindowManager {
 
 /// A rectangle on the screen, in physical pixels; without a native window system, in Qt's.
@@ -15,8 +15,8 @@ struct Rect
     int bottom = 0; ///< Top plus height.
 };
 
-/// Enables or disables mouse and keyboard input to @p window, as far as the platform can. Calls are
-/// not counted: the last one decides.
+/// Enables or disables mouse and keyboard input to @p window, as far as the platform allows. Calls
+/// are not counted: the last one decides.
 void enableWindow(HWND window, bool enable);
 
 /// Returns the outer frame of @p window, or an empty rectangle at the origin if it is not a window.

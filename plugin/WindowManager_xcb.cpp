@@ -79,8 +79,8 @@ void enableQtWindow(HWND handle, bool enable)
         focusWidget->setFocus();
 }
 
-/// Returns the frame that the window manager has put around @p window, or without one @p window
-/// itself; XCB_WINDOW_NONE if it is not a window.
+/// Returns the frame that the window manager has put around @p window, or @p window itself if it
+/// has no frame; XCB_WINDOW_NONE if it is not a window.
 xcb_window_t frameOf(xcb_window_t window)
 {
     for (;;) {
@@ -160,7 +160,7 @@ void setForegroundWindow(HWND window)
 void bringWindowToTop(HWND window)
 {
     if (connection()) {
-        // For the window, not its frame: the window manager receives the request and raises that.
+        // For the window, not its frame: the window manager gets the request and raises the frame.
         const quint32 values[] = {XCB_STACK_MODE_ABOVE};
         succeeded(xcb_configure_window_checked(connection(), toXcb(window),
                                                XCB_CONFIG_WINDOW_STACK_MODE, values));

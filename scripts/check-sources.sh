@@ -8,8 +8,8 @@ mapfile -t files < <(find . -path ./build -prune -o \( -name '*.cpp' -o -name '*
 echo "clang-format: ${#files[@]} files"
 clang-format --dry-run --Werror "${files[@]}"
 
-# Suppressed are false positives for functions that capture a test's variables and for members of
-# aggregates, and the advice to replace loops by algorithms.
+# Suppresses false positives for lambdas that capture a test's variables and for members of
+# aggregates, and the advice to replace loops with algorithms.
 echo "cppcheck"
 cppcheck --quiet --error-exitcode=1 --std=c++17 --language=c++ --library=qt --inline-suppr \
     --enable=warning,style,performance,portability --suppress=missingInclude \

@@ -13,7 +13,7 @@ cmake --build --preset linux-fuzz
 build=build/linux-fuzz
 mkdir -p "$build/artifacts" "$build/corpus"
 
-# The fuzzer writes a catalogue for each input: in memory if possible.
+# The fuzzer writes a catalogue for each input, in memory if possible.
 memory=/dev/shm
 [[ -w $memory ]] || memory=${TMPDIR-/tmp}
 folder=$(mktemp -d -p "$memory" zendel-fuzz.XXXXXX)

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# valgrind.sh [TEST...]: runs tests under Memcheck, by default those that load the plug-in. Fails if
-# one fails or has an error or definite leak not suppressed in tests/valgrind.supp. Takes minutes.
+# valgrind.sh [TEST...]: runs tests under Memcheck, by default the three listed below. Fails if one
+# fails or has an error or definite leak not suppressed in tests/valgrind.supp. Takes minutes.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -13,7 +13,7 @@ if [[ ${1-} == --visible ]]; then
     shift
 fi
 
-# The binary itself, because Debian's wrapper complains if there is no 32-bit Wine.
+# The binary itself, because Debian's wrapper complains if 32-bit Wine is missing.
 wine=/usr/lib/wine/wine64
 [[ -x $wine ]] || wine=$(command -v wine64 || command -v wine) || {
     echo "wine.sh: Wine is not installed; install the package wine64" >&2
@@ -30,7 +30,7 @@ fi
 shift
 
 export ZENDEL_WINE_SESSION=1 WINEDEBUG=-all LC_ALL=C.UTF-8
-# Without .NET and browser, which Wine would offer to download, and without menu entries.
+# Without .NET and the browser, which Wine would offer to download, and without menu entries.
 export WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe=d'
 WINEPREFIX=$(mktemp -d "${TMPDIR:-/tmp}/zendel-wine.XXXXXX")
 export WINEPREFIX

@@ -22,7 +22,7 @@ public:
     explicit DlgSettings(QWidget *parent = nullptr);
     ~DlgSettings() override;
 
-    /// Returns true if the dialog is closed and the last change of language on the page succeeded.
+    /// Returns true if the dialog has closed and the page's last change of language succeeded.
     bool changed() const { return m_changed; }
 
     /// Closes the dialog and updates changed().

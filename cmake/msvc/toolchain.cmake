@@ -1,16 +1,21 @@
 # Toolchain file: 64-bit Windows programs with Microsoft's C++ ABI, built on Linux with Clang.
 #
-# CMAKE_PREFIX_PATH is the folder that "scripts/qt-windows.sh msvc" prints.
+# CMAKE_PREFIX_PATH contains the folder that "scripts/qt-windows.sh msvc" prints.
 
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES CMAKE_PREFIX_PATH)
 set(CMAKE_TRY_COMPILE_CONFIGURATION Release) # There is no run-time library for debugging.
 
-set(CMAKE_C_COMPILER clang-19)
-set(CMAKE_CXX_COMPILER clang++-19)
-set(CMAKE_C_FLAGS_INIT --config=${CMAKE_PREFIX_PATH}/sysroot/clang.cfg)
-set(CMAKE_CXX_FLAGS_INIT --config=${CMAKE_PREFIX_PATH}/sysroot/clang++.cfg)
+foreach(folder IN LISTS CMAKE_PREFIX_PATH)
+    if(EXISTS ${folder}/sysroot/clang.cfg)
+        set(CMAKE_C_COMPILER clang-19 --config=${folder}/sysroot/clang.cfg)
+        # Compile Qt's inline functions here, as other compilers do, instead of importing them: the
+        # plug-in then needs fewer functions of its host's Qt.
+        set(CMAKE_CXX_COMPILER clang++-19
+            "--config=${folder}/sysroot/clang++.cfg -Xclang -fno-dllexport-inlines")
+    endif()
+endforeach()
 set(CMAKE_AR llvm-ar-19)
 set(CMAKE_LINKER lld-link-19)
 set(CMAKE_NM llvm-nm-19)

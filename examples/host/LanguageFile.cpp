@@ -126,7 +126,7 @@ void LanguageFile::scan()
     }
 }
 
-/// Needs no special case for comments, because ";" or "#" makes their key an unknown one.
+/// Does not treat comments specially, because ";" or "#" makes their key an unknown one.
 void LanguageFile::scanKeyLine(int start, int end)
 {
     const int equals = m_units.midRef(0, end).indexOf(QLatin1Char('='), start);

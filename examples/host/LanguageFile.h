@@ -6,8 +6,8 @@
 class QTextCodec;
 
 /// The language catalogue, in which the host stores the machine's display language as the default.
-/// Follows the plug-in's rules. Everything else in the file is written back byte for byte, even
-/// what is invalid in the file's encoding.
+/// Follows the plug-in's rules. Everything else in the file is written back byte for byte, even if
+/// it is invalid in the file's encoding.
 class LanguageFile
 {
 public:
@@ -26,7 +26,7 @@ public:
     /// Returns the name of a language; empty if it has none.
     QString languageName(int number) const { return m_names.value(number); }
 
-    /// Returns the file and the reason of the last failure.
+    /// Returns the file that the last failure was about and the reason for it.
     QString errorString() const { return m_errorString; }
 
 private:

@@ -21,7 +21,7 @@ public:
     void setRefusing(bool refusing) { m_refusing = refusing; }
 
 Q_SIGNALS:
-    /// Emitted for each call of the plug-in and for each failure.
+    /// Emitted for each call from the plug-in and for each failure.
     void logged(const QString &line);
     void switching(bool active);
     void languageChanged();

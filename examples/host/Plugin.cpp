@@ -17,7 +17,7 @@ Plugin::~Plugin()
 
 bool Plugin::load()
 {
-    // Checked first because QLibrary would try similar names and report the last one.
+    // Checked first, because QLibrary would try similar names and report the last one.
     if (!QFileInfo::exists(m_library.fileName()))
         return fail(QStringLiteral("no such file"));
     if (!m_library.load())

@@ -18,10 +18,10 @@ public:
     /// Loads the library and resolves its functions. Does not need an application object.
     bool load();
 
-    /// Returns the file and the reason of the failure after load() has returned false.
+    /// Returns the file and the reason for the failure after load() has returned false.
     QString errorString() const { return m_errorString; }
 
-    /// Returns the manager, which is created on first use. Call load() before.
+    /// Returns the manager, which is created on first use. Call load() first.
     IZendelMgr &manager();
 
 private:

@@ -22,7 +22,7 @@ namespace {
 constexpr int intervalMs = 50;
 constexpr int timeoutMs = 60 * 1000;
 
-/// How many intervals a window must have been exposed, so that it has a frame, too.
+/// The number of intervals for which a window must be exposed, so that it has its frame, too.
 constexpr int settledRounds = 8;
 
 QMessageBox *messageBox()
@@ -187,7 +187,7 @@ bool Tour::fail(const QString &reason)
     return false;
 }
 
-/// Returns false if it failed or if @p newWindow, which may be null, has not settled yet.
+/// Returns false on failure or if @p newWindow, which may be null, has not settled yet.
 bool Tour::takeScreenshot(const QWidget *newWindow)
 {
     const bool exposed =

@@ -18,7 +18,7 @@ class Tour : public QObject
 public:
     Tour(QWidget &mainWindow, LanguageFile &languages, QString directory);
 
-    /// Starts the tour, which ends the application with 0, or 1 if it fails.
+    /// Starts the tour, which exits the application with code 0, or 1 if it fails.
     void start();
 
 private:

@@ -132,7 +132,7 @@ private Q_SLOTS:
     void loadTranslator_data();
     void loadTranslator();
     void failedReloadEmptiesTheTranslator();
-    void missingFilesEmptyTheTranslatorAfterTheCriticalBox();
+    void missingFilesEmptyTheTranslatorAfterTheCriticalMessage();
     void suffixAndDelimitersAreQtsDefaults();
     void reloadFollowsTheCatalogue();
     void missingTextIsEmpty();
@@ -284,7 +284,7 @@ void tst_CTranslatorMgr::readErrorCountsAsTheEnd()
     mgr.loadLangConfig();
     QVERIFY(isEmpty(mgr)); // cleanup() checks that no message box appeared.
 #else
-    QSKIP("This system has no file that can be opened but not read.");
+    QSKIP("This system lacks a file that can be opened but not read.");
 #endif
 }
 
@@ -463,7 +463,7 @@ void tst_CTranslatorMgr::failedReloadEmptiesTheTranslator()
     QCOMPARE(translator->translate("PageSetLang", "Change"), QString());
 }
 
-void tst_CTranslatorMgr::missingFilesEmptyTheTranslatorAfterTheCriticalBox()
+void tst_CTranslatorMgr::missingFilesEmptyTheTranslatorAfterTheCriticalMessage()
 {
     Deployment::installTwoLanguages();
     CTranslatorMgr mgr;

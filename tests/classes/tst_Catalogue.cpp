@@ -176,7 +176,7 @@ void tst_Catalogue::catalogue_data()
     lines("spaces around key and value", " \t LANG1_NAME \t =  a b \t\n", "0 | 1-a b:");
     file("Unicode white space around lines and values",
          "\xEF\xBB\xBF\u3000[LANG_MGR]\u00A0\n\u2003LANG1_NAME\u3000=\u3000a\u00A0\n", "0 | 1-a:");
-    lines("lines of nothing but white space", "\n   \n\t\nDEFAULT=1\n\n", "1 |");
+    lines("lines of white space only", "\n   \n\t\nDEFAULT=1\n\n", "1 |");
 
     // Comments
     lines("lines that start with ; or #", ";DEFAULT=1\n#DEFAULT=2\n  ; DEFAULT=3\n  # [X]\n",

@@ -18,7 +18,7 @@
 
 namespace {
 
-/// Returns a file that has nothing but dependencies.
+/// Returns a file that contains only dependencies.
 QByteArray fileWithDependencies(const QList<QByteArray> &names)
 {
     return completeQmFile().left(16) + dependenciesBlock(names) + QByteArray(8, '\0');

@@ -1,4 +1,4 @@
-# Fails unless a host outside this project builds against an install of it and loads the plug-in.
+# Fails unless a host outside this project builds against its installation and loads the plug-in.
 # outside.cmake describes the definitions.
 
 include(${CMAKE_CURRENT_LIST_DIR}/outside.cmake)

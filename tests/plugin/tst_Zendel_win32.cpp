@@ -424,7 +424,7 @@ void tst_Zendel_win32::dialogIsPaintedOverTheOwner()
     m_mgr->ShowSettingsDlg(owner.handle());
     // The file is left for inspection.
     QVERIFY(screenshot.save(Deployment::path(folder + QStringLiteral(".png"))));
-    // The owner is visible beside the dialog.
+    // The owner is visible next to the dialog.
     QVERIFY(screenshot.pixelColor(QPoint(120, 620) - area.topLeft())
             != screenshot.pixelColor(QPoint(500, 500) - area.topLeft()));
 }

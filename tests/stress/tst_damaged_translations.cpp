@@ -1,6 +1,6 @@
 // Tests thousands of translation files with random damage, as after a disk error or an aborted
-// copy. The operator sees a message or the texts that are left, and the host survives, even with
-// files on which Qt itself crashes: see loadQmFile().
+// copy. The operator sees a message or the remaining texts, and the host survives, even with files
+// on which Qt itself crashes: see loadQmFile().
 //
 // ZENDEL_STEPS is the number of files, ZENDEL_SEED the seed, ZENDEL_FIRST the number of the first.
 

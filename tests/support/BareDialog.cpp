@@ -23,14 +23,14 @@ public:
         auto *const button = new QPushButton(content.button, this);
         button->setObjectName(QStringLiteral("pushButton_change"));
         button->setGeometry(290, 20, 91, 31);
-        auto *const box = new QComboBox(this);
-        box->setObjectName(QStringLiteral("comboBox_language"));
-        box->setGeometry(110, 20, 171, 31);
+        auto *const list = new QComboBox(this);
+        list->setObjectName(QStringLiteral("comboBox_language"));
+        list->setGeometry(110, 20, 171, 31);
         QMetaObject::connectSlotsByName(this);
 
         for (const LangEntry &entry : content.languages)
-            box->addItem(entry.name, entry.id);
-        box->setCurrentIndex(box->findData(content.defaultLangId));
+            list->addItem(entry.name, entry.id);
+        list->setCurrentIndex(list->findData(content.defaultLangId));
     }
 
 private Q_SLOTS:

@@ -125,7 +125,7 @@ QByteArray contextName(const char *name)
     return bigEndian(static_cast<quint8>(qstrlen(name))) + name;
 }
 
-/// Returns entries, sorted by hash, and records of the plug-in's texts and of @p others more.
+/// Returns entries, sorted by hash, and records for the plug-in's texts and @p others more.
 QByteArray blocksOfAllTexts(int others)
 {
     QByteArray messages;

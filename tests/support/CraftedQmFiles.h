@@ -9,7 +9,7 @@ struct CraftedQmFile
     const char *name;
     QByteArray bytes;
     /// Whether Qt can look up all texts of the plug-in in the file, according to the format. A test
-    /// compares it with Qt itself by QmOracle.
+    /// compares this with Qt itself, using QmOracle.
     bool usable;
     /// The translation of "Change"; empty if the file doesn't contain it.
     const char *change = "";

@@ -21,12 +21,12 @@ inline QVector<int> take()
 
 } // namespace DefaultButtons
 
-/// Replaces the function of this name by one that records the default button.
-#define RECORD_DEFAULT_BUTTON(name)                                                              \
-    INTERPOSE(QMessageBox::StandardButton, name,                                                 \
+/// Replaces the function that has this name with one that records the default button.
+#define RECORD_DEFAULT_BUTTON(name)                                                                \
+    INTERPOSE(QMessageBox::StandardButton, name,                                                   \
               (QWidget * parent, const QString &title, const QString &text,                        \
                QMessageBox::StandardButtons buttons, QMessageBox::StandardButton defaultButton))   \
     {                                                                                              \
         DefaultButtons::given += defaultButton;                                                    \
-        return ORIGINAL(name)(parent, title, text, buttons, defaultButton);                      \
+        return ORIGINAL(name)(parent, title, text, buttons, defaultButton);                        \
     }

@@ -7,8 +7,7 @@
 
 #include <functional>
 
-/// A translator of the host application. It translates everything to "host" and records what it is
-/// asked for.
+/// A host's translator. It translates everything to "host" and records what it is asked for.
 class HostTranslator : public QTranslator
 {
 public:

@@ -35,7 +35,7 @@ public:
     /// Does the same for all input: mouse movements, buttons and keys.
     int takeInput();
 
-    /// Returns true if the window gets the keyboard input.
+    /// Returns true if the window receives the keyboard input.
     bool hasFocus() const;
 
     /// Waits until the window system has processed all of Qt's requests, and Qt all replies,

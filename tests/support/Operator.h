@@ -8,7 +8,7 @@
 class QDialog;
 class QMessageBox;
 
-/// Plays the person at the machine: records every message box and modal dialog that opens in the
+/// Acts as the operator: records every message box and modal dialog that opens in the
 /// process, in order, and closes it. A message box is answered with its Ok button. A dialog is
 /// rejected, unless onDialog has closed it already.
 class Operator : public QObject

@@ -4,7 +4,7 @@
 
 #include <QLibrary>
 
-/// The plug-in, loaded by file name as a host does it. Failures fail the test.
+/// The plug-in, loaded by file name as a host does it. A failure makes the test fail.
 class Plugin
 {
 public:

@@ -35,11 +35,11 @@ void limitProcessorTime()
 }
 
 /// noexcept: Qt throws if a file makes it copy too much, which then ends the process.
-bool answers(char *place, const QByteArray &bytes, const QString &directory) noexcept
+bool answers(char *target, const QByteArray &bytes, const QString &directory) noexcept
 {
-    std::memcpy(place, bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    std::memcpy(target, bytes.constData(), static_cast<std::size_t>(bytes.size()));
     QTranslator translator;
-    if (!translator.load(reinterpret_cast<const uchar *>(place), bytes.size(), directory))
+    if (!translator.load(reinterpret_cast<const uchar *>(target), bytes.size(), directory))
         return false;
     for (const SourceText &text : kSourceTexts)
         translator.translate(text.context, text.text);

@@ -2,18 +2,18 @@
 
 #include <QtGlobal>
 
-/// Environment variables for tests that do something many times or at random.
+/// Environment variables for tests that repeat something or choose at random.
 namespace Settings {
 
-inline quint32 setting(const char *name, quint32 otherwise)
+inline quint32 setting(const char *name, quint32 fallback)
 {
-    return qEnvironmentVariableIsSet(name) ? qEnvironmentVariable(name).toUInt() : otherwise;
+    return qEnvironmentVariableIsSet(name) ? qEnvironmentVariable(name).toUInt() : fallback;
 }
 
-/// Returns ZENDEL_STEPS, or @p otherwise.
-inline quint32 stepCount(quint32 otherwise)
+/// Returns ZENDEL_STEPS, or @p fallback if it is not set.
+inline quint32 stepCount(quint32 fallback)
 {
-    return setting("ZENDEL_STEPS", otherwise);
+    return setting("ZENDEL_STEPS", fallback);
 }
 
 /// Returns ZENDEL_SEED, or 1.

@@ -5,7 +5,7 @@
 /// Collects warnings and critical messages instead of printing them.
 namespace Warnings {
 
-/// Starts collecting. To be called from initTestCase(), when Qt Test has installed its own message
+/// Starts collecting. Call it from initTestCase(), when Qt Test has installed its own message
 /// handler, which it removes at the end.
 void collect();
 

@@ -23,7 +23,7 @@ set(failures)
 foreach(copy IN LISTS copies)
     get_filename_component(name ${copy} NAME)
     file(READ ${copy} text)
-    string(REPLACE ";" "," text "${text}") # Else it would be a list.
+    string(REPLACE ";" "," text "${text}") # Otherwise it would be a list.
     string(REPLACE "<message" ";<message" messages "${text}")
     list(REMOVE_AT messages 0)
     if(NOT messages)

@@ -15,11 +15,12 @@ def demangle(symbols):
     if any(symbol.startswith("?") for symbol in symbols):
         command = ["llvm-undname-19", "--no-access-specifier", "--no-calling-convention",
                    "--no-member-type", "--no-return-type", "--no-variable-type"]
-        # It repeats each symbol and then prints its name and an empty line.
-        output = subprocess.run(command, input="\n".join(symbols), check=True,
-                                capture_output=True, text=True).stdout.splitlines()[1::3]
+        lines = iter(subprocess.run(command, input="".join(f"{symbol}\n" for symbol in symbols), check=True,
+                                    capture_output=True, text=True).stdout.splitlines())
+        # It prints each symbol, its name in the next line, and in some cases an empty line.
+        output = [next(lines) for line in lines if line.startswith("?")]
     else:
-        output = subprocess.run(["c++filt"], input="\n".join(symbols), check=True,
+        output = subprocess.run(["c++filt"], input="".join(f"{symbol}\n" for symbol in symbols), check=True,
                                 capture_output=True, text=True).stdout.splitlines()
     return [normalize(name) for name in output]
 

@@ -5,6 +5,7 @@
 #include "lang/QmFile.h"
 #include "lang/SourceTexts.h"
 #include "langcheck/CatalogueCheck.h"
+#include "langcheck/HostCheck.h"
 #include "langcheck/MessageBoxes.h"
 #include "langcheck/TextFit.h"
 #include "ui/DlgSettings.h"
@@ -286,5 +287,6 @@ Report checkDeployment(const QString &applicationDir)
     const CatalogueLines lines = checkCatalogue(report);
     if (lines.readable)
         LanguageCheck(report, lines).check();
+    checkHost(report);
     return report;
 }

@@ -121,6 +121,29 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "the file again"},
     {Kind::TextClipped, "text-clipped", Finding::Error,
      "text is too wide for the dialog: %1; its end is cut off; use a shorter translation"},
+
+    // The DLLs next to the host's executable
+    {Kind::DllUnusable, "dll-unusable", Finding::Error,
+     "not a DLL for 64-bit x86: %1; the host cannot load it; replace it by an undamaged DLL for "
+     "64-bit x86"},
+    {Kind::QtVersion, "qt-version", Finding::Error,
+     "host's Qt is not a 5.15: %1; the plug-in cannot be loaded or crashes; use a host with Qt "
+     "5.15"},
+    {Kind::QtVersionUnknown, "qt-version-unknown", Finding::Warning,
+     "file has no version resource; if it is not of Qt 5.15, the plug-in cannot be loaded or "
+     "crashes; make sure that it is"},
+    {Kind::QtOlder, "qt-older", Finding::Warning,
+     "host's Qt is older than %2, which the plug-in was built with: %1; Windows may refuse to load "
+     "the plug-in with error 127; use Qt %2 or a later 5.15"},
+    {Kind::PluginFamily, "plugin-family", Finding::Error,
+     "plug-in is built for %1, but Qt5Core.dll for %2; Windows refuses to load the plug-in with "
+     "error 126 or 127; use a plug-in that is built for %2"},
+    {Kind::PlatformMissing, "platform-missing", Finding::Error,
+     "file does not exist; the host ends at its start; copy it from Qt's folder "
+     "plugins/platforms, or name the folder of Qt's plug-ins in a qt.conf"},
+    {Kind::RuntimeMissing, "runtime-missing", Finding::Warning,
+     "file does not exist; unless it is elsewhere in the search path, Windows refuses to load the "
+     "plug-in with error 126; %1"},
 }};
 
 namespace {

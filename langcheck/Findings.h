@@ -63,6 +63,13 @@ enum class FindingKind {
     QmForeign,
     TextMissing,
     TextClipped,
+    DllUnusable,
+    QtVersion,
+    QtVersionUnknown,
+    QtOlder,
+    PluginFamily,
+    PlatformMissing,
+    RuntimeMissing,
     Count
 };
 

@@ -72,6 +72,14 @@ QString Report::toText() const
         out << (i == 0 ? "" : "              ") << box.icon << ", \"" << box.title
             << "\": " << box.text << '\n';
     }
+    if (hostQt) {
+        out << "Host's Qt:    "
+            << (hostQt->version.isEmpty() ? QStringLiteral("unknown version") : hostQt->version)
+            << ", for "
+            << (hostQt->compiler.isEmpty() ? QStringLiteral("an unknown compiler")
+                                           : hostQt->compiler)
+            << '\n';
+    }
     out << '\n';
 
     for (const Finding &finding : findings) {
@@ -113,14 +121,20 @@ QJsonObject Report::toJson() const
                                 {QStringLiteral("kind"), finding.id},
                                 {QStringLiteral("text"), finding.text}});
     }
-    return {{QStringLiteral("formatVersion"), 1},
-            {QStringLiteral("applicationDir"), applicationDir},
-            {QStringLiteral("encoding"), encoding},
-            {QStringLiteral("encodingReason"), encodingReason},
-            {QStringLiteral("languages"), languages},
-            {QStringLiteral("default"), defaultLangId},
-            {QStringLiteral("translation"), translation},
-            {QStringLiteral("fallback"), fallback},
-            {QStringLiteral("boxes"), messageBoxes},
-            {QStringLiteral("findings"), all}};
+    QJsonObject json = {{QStringLiteral("formatVersion"), 1},
+                        {QStringLiteral("applicationDir"), applicationDir},
+                        {QStringLiteral("encoding"), encoding},
+                        {QStringLiteral("encodingReason"), encodingReason},
+                        {QStringLiteral("languages"), languages},
+                        {QStringLiteral("default"), defaultLangId},
+                        {QStringLiteral("translation"), translation},
+                        {QStringLiteral("fallback"), fallback},
+                        {QStringLiteral("boxes"), messageBoxes},
+                        {QStringLiteral("findings"), all}};
+    if (hostQt) {
+        json.insert(QStringLiteral("hostQt"),
+                    QJsonObject {{QStringLiteral("version"), hostQt->version},
+                                 {QStringLiteral("compiler"), hostQt->compiler}});
+    }
+    return json;
 }

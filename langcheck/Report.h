@@ -7,12 +7,21 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 /// A message box that the operator sees.
 struct Box
 {
     QString icon; ///< "warning" or "critical".
     QString title;
     QString text;
+};
+
+/// The Qt next to the host's executable.
+struct HostQt
+{
+    QString version;  ///< Empty if not known.
+    QString compiler; ///< "MSVC" or "MinGW-w64"; empty if not known.
 };
 
 /// What the plug-in does with a deployment, and what is wrong with it.
@@ -28,6 +37,9 @@ struct Report
     bool fallback = false;   ///< Whether that is the fallback.
     QList<Box> boxes;        ///< The message boxes at startup, in order.
     QList<Finding> findings;
+
+    /// Only if there is a Qt5Core.dll.
+    std::optional<HostQt> hostQt;
 
     /// Adds a finding about a line of the catalogue, or the whole file if it is 0, and returns it.
     Finding &addLine(FindingKind kind, int line, const QStringList &values = {});

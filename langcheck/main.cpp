@@ -56,7 +56,8 @@ int main(int argc, char *argv[])
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
         "Checks Lang/Lang.ini and the translations that it names, as the settings plug-in reads "
-        "them.\nPrints what the operator will see, then errors and warnings. Changes nothing.\n\n"
+        "them,\nand the DLLs next to the host's executable, if Qt5Core.dll is one of them.\nPrints "
+        "what the operator will see, then errors and warnings. Changes nothing.\n\n"
         "Exit code: 0 no findings, 1 warnings only, 2 errors, which the operator would see,\n"
         "3 incorrect usage."));
     const QCommandLineOption json(QStringLiteral("json"),

@@ -25,6 +25,7 @@ private Q_SLOTS:
 
     void findingsArePrintedAsByACompiler();
     void jsonIsPrinted();
+    void hostIsChecked();
     void callsWithoutADeployment_data();
     void callsWithoutADeployment();
     void sampleDeploymentIsClean();
@@ -99,6 +100,24 @@ void tst_langcheck_command_line::jsonIsPrinted()
     QCOMPARE(finding.value(QStringLiteral("line")).toInt(), 9);
     QCOMPARE(finding.value(QStringLiteral("severity")).toString(), QStringLiteral("warning"));
     QCOMPARE(finding.value(QStringLiteral("kind")).toString(), QStringLiteral("repeated-key"));
+}
+
+/// The host's folder isn't the test's own, because Windows would load the file into the next test.
+void tst_langcheck_command_line::hostIsChecked()
+{
+    const QString host = Deployment::path(QStringLiteral("Lang/host"));
+    QVERIFY(QDir().mkpath(host));
+    QFile qt(host + QStringLiteral("/Qt5Core.dll"));
+    QVERIFY(qt.open(QIODevice::WriteOnly));
+    const QByteArray output = run({host}, 2);
+    QVERIFY2(output.contains("\nHost's Qt:    unknown version, for an unknown compiler\n\n"),
+             output.constData());
+    QVERIFY2(output.contains("\nQt5Core.dll: error: not a DLL for 64-bit x86: it has no PE header; "
+                             "the host cannot load it; "),
+             output.constData());
+    QVERIFY(QJsonDocument::fromJson(run({host, QStringLiteral("--json")}, 2))
+                .object()
+                .contains(QStringLiteral("hostQt")));
 }
 
 void tst_langcheck_command_line::callsWithoutADeployment_data()

@@ -1,0 +1,272 @@
+// Tests the reader of DLLs with files from DllWriter, and with damaged ones.
+
+#include "langcheck/Dll.h"
+
+#include "DllWriter.h"
+#include "support/Settings.h"
+#include "support/Warnings.h"
+
+#include <QBuffer>
+#include <QTest>
+#include <QtEndian>
+
+#include <random>
+
+Q_DECLARE_METATYPE(CompilerFamily)
+
+namespace {
+
+const char *const kMsvcName = "??0QString@@QEAA@XZ";
+const char *const kMinGwName = "_ZN7QStringC1Ev";
+
+Dll read(const QByteArray &bytes)
+{
+    QBuffer file;
+    file.setData(bytes);
+    file.open(QIODevice::ReadOnly);
+    return readDll(file);
+}
+
+DllContents goodContents()
+{
+    DllContents contents;
+    contents.exports = {"qt_startup_hook", kMsvcName, "qt_version_tag"};
+    contents.imports = {"", "qt_version_tag", kMsvcName};
+    contents.version = QVersionNumber(5, 15, 8);
+    return contents;
+}
+
+/// Counts how often it is read.
+class CountingBuffer : public QBuffer
+{
+public:
+    int count = 0;
+
+protected:
+    qint64 readData(char *data, qint64 most) override
+    {
+        ++count;
+        return QBuffer::readData(data, most);
+    }
+};
+
+} // namespace
+
+class tst_langcheck_dll : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { Warnings::collect(); }
+    void cleanup() { QCOMPARE(Warnings::take(), QStringList()); }
+
+    void exportsAreRecognized_data();
+    void exportsAreRecognized();
+    void importsAreRecognized_data();
+    void importsAreRecognized();
+    void versionIsRead();
+    void defectsAreNamed_data();
+    void defectsAreNamed();
+    void sectionWithoutBytesIsSkipped();
+    void cutOffFilesAreDefective();
+    void damagedFilesAreSurvived();
+    void damagedNumbersAreSurvived();
+    void readingIsLimited();
+};
+
+void tst_langcheck_dll::exportsAreRecognized_data()
+{
+    QTest::addColumn<QList<QByteArray>>("names");
+    QTest::addColumn<CompilerFamily>("family");
+
+    const auto row = [](const char *name, const QList<QByteArray> &names, CompilerFamily family) {
+        QTest::newRow(name) << names << family;
+    };
+    row("none", {}, CompilerFamily::Unknown);
+    row("only C", {"Z", "_", "_z", "qt_startup_hook"}, CompilerFamily::Unknown);
+    row("MSVC", {kMsvcName}, CompilerFamily::Msvc);
+    row("MSVC, after C", {"NewInterface", "_z", kMsvcName}, CompilerFamily::Msvc);
+    row("MinGW", {kMinGwName}, CompilerFamily::MinGw);
+    row("MinGW, before C", {kMinGwName, "qt_startup_hook"}, CompilerFamily::MinGw);
+}
+
+void tst_langcheck_dll::exportsAreRecognized()
+{
+    QFETCH(QList<QByteArray>, names);
+    QFETCH(CompilerFamily, family);
+
+    DllContents contents;
+    contents.exports = names;
+    const Dll dll = read(makeDll(contents));
+    QCOMPARE(dll.defect, QString());
+    QCOMPARE(dll.exports, family);
+    QCOMPARE(dll.qtImports, CompilerFamily::Unknown);
+}
+
+void tst_langcheck_dll::importsAreRecognized_data()
+{
+    QTest::addColumn<QByteArray>("from");
+    QTest::addColumn<QList<QByteArray>>("names");
+    QTest::addColumn<CompilerFamily>("family");
+
+    const auto row = [](const char *name, const char *from, const QList<QByteArray> &names,
+                        CompilerFamily family) {
+        QTest::newRow(name) << QByteArray(from) << names << family;
+    };
+    row("none", "Qt5Core.dll", {}, CompilerFamily::Unknown);
+    row("only C", "Qt5Core.dll", {"qt_version_tag"}, CompilerFamily::Unknown);
+    row("only by ordinal", "Qt5Core.dll", {"", ""}, CompilerFamily::Unknown);
+    row("MSVC", "Qt5Core.dll", {kMsvcName}, CompilerFamily::Msvc);
+    row("MinGW", "Qt5Core.dll", {kMinGwName}, CompilerFamily::MinGw);
+    row("after others", "Qt5Core.dll", {"", "qt_version_tag", kMsvcName}, CompilerFamily::Msvc);
+    row("from another DLL of Qt", "qt5widgets.dll", {kMsvcName}, CompilerFamily::Msvc);
+    row("from a DLL not of Qt", "msvcp140.dll", {kMsvcName}, CompilerFamily::Unknown);
+}
+
+void tst_langcheck_dll::importsAreRecognized()
+{
+    QFETCH(QByteArray, from);
+    QFETCH(QList<QByteArray>, names);
+    QFETCH(CompilerFamily, family);
+
+    DllContents contents;
+    contents.importedDll = from;
+    contents.imports = names;
+    const Dll dll = read(makeDll(contents));
+    QCOMPARE(dll.defect, QString());
+    QCOMPARE(dll.qtImports, family);
+    QCOMPARE(dll.exports, CompilerFamily::Unknown);
+}
+
+void tst_langcheck_dll::versionIsRead()
+{
+    QCOMPARE(read(makeDll(goodContents())).version, QVersionNumber(5, 15, 8));
+    QVERIFY(read(makeDll({})).version.isNull());
+
+    const QByteArray good = makeDll(goodContents());
+    const int signature = good.indexOf("\xBD\x04\xEF\xFE");
+    QVERIFY(signature > 0);
+    QByteArray other = good;
+    other[signature] = 0;
+    QVERIFY(read(other).version.isNull());
+    const int numberOfTypes = signature - 0x88 + 14;
+    QCOMPARE(good.at(numberOfTypes), char(2)); // The version is the second.
+    other = good;
+    other[numberOfTypes] = 1;
+    QVERIFY(read(other).version.isNull());
+}
+
+void tst_langcheck_dll::defectsAreNamed_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("defect");
+
+    const auto row = [](const char *name, const QByteArray &bytes, const char *defect) {
+        QTest::newRow(name) << bytes << QString::fromLatin1(defect);
+    };
+    const auto machine = [](quint16 number) {
+        DllContents contents = goodContents();
+        contents.machine = number;
+        return makeDll(contents);
+    };
+    const auto with = [](int offset, const char *bytes) {
+        return makeDll(goodContents()).replace(offset, int(qstrlen(bytes)), bytes);
+    };
+    DllContents program = goodContents();
+    program.characteristics = 0x0022;
+
+    row("empty", "", "it has no PE header");
+    row("text", QByteArray(1000, 'x'), "it has no PE header");
+    row("no MZ", with(0, "ZM"), "it has no PE header");
+    row("no PE", with(0x40, "NE"), "it has no PE header");
+    row("32-bit", machine(0x014C), "it is for 32-bit x86");
+    row("ARM64", machine(0xAA64), "it is for machine type 0xaa64");
+    row("program", makeDll(program), "it is a program");
+    row("header of 32-bit", with(0x58, "\x0B\x01"), "its header is damaged");
+    row("too many sections", with(0x46, "\x61"), "its header is damaged");
+    row("cut off", makeDll(goodContents()).chopped(1), "it is cut off");
+}
+
+void tst_langcheck_dll::defectsAreNamed()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, defect);
+
+    const Dll dll = read(bytes);
+    QCOMPARE(dll.defect, defect);
+    QVERIFY(dll.version.isNull());
+    QCOMPARE(dll.exports, CompilerFamily::Unknown);
+    QCOMPARE(dll.qtImports, CompilerFamily::Unknown);
+}
+
+/// Some linkers write the size of such a section, but no offset.
+void tst_langcheck_dll::sectionWithoutBytesIsSkipped()
+{
+    QByteArray bytes = makeDll(goodContents());
+    const int sections = 0x148;
+    bytes[0x46] = char(bytes.at(0x46) + 1);
+    bytes.replace(sections + 40 * 3 + 16, 4, "\xFF\xFF\xFF\x7F");
+    const Dll dll = read(bytes);
+    QCOMPARE(dll.defect, QString());
+    QCOMPARE(dll.version, QVersionNumber(5, 15, 8));
+}
+
+void tst_langcheck_dll::cutOffFilesAreDefective()
+{
+    const QByteArray good = makeDll(goodContents());
+    QCOMPARE(read(good).defect, QString());
+    for (int size = 0; size < good.size(); ++size)
+        QVERIFY2(!read(good.left(size)).defect.isEmpty(), qPrintable(QString::number(size)));
+}
+
+void tst_langcheck_dll::damagedFilesAreSurvived()
+{
+    const QByteArray good = makeDll(goodContents());
+    std::mt19937 random(Settings::seed());
+    int different = 0;
+    for (int i = 0; i < good.size(); ++i) {
+        QByteArray bytes = good;
+        bytes[i] = char(uchar(bytes.at(i)) ^ (1 + random() % 255));
+        const Dll dll = read(bytes);
+        if (!dll.defect.isEmpty() || dll.version != QVersionNumber(5, 15, 8)
+            || dll.exports != CompilerFamily::Msvc || dll.qtImports != CompilerFamily::Msvc) {
+            ++different;
+        }
+    }
+    QVERIFY(different > 50); // Proves that bytes that matter were changed.
+}
+
+/// Sets each number of 32 bits to extreme values.
+void tst_langcheck_dll::damagedNumbersAreSurvived()
+{
+    const QByteArray good = makeDll(goodContents());
+    for (const quint32 value : {0U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU}) {
+        for (int i = 0; i + 4 <= good.size(); i += 2) {
+            QByteArray bytes = good;
+            qToLittleEndian(value, bytes.data() + i);
+            read(bytes);
+        }
+    }
+}
+
+/// Tables whose entries all refer to the same, long tables don't multiply the time.
+void tst_langcheck_dll::readingIsLimited()
+{
+    DllContents contents;
+    for (int i = 0; i < 200000; ++i) {
+        contents.exports += "c";
+        contents.imports += "";
+    }
+    contents.importRepetitions = 200000;
+    CountingBuffer file;
+    file.setData(makeDll(contents));
+    QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Unbuffered));
+    const Dll dll = readDll(file);
+    QCOMPARE(dll.defect, QString());
+    QCOMPARE(dll.exports, CompilerFamily::Unknown);
+    QCOMPARE(dll.qtImports, CompilerFamily::Unknown);
+    QVERIFY2(file.count > 0x10000 && file.count < 0x40000, qPrintable(QString::number(file.count)));
+}
+
+QTEST_GUILESS_MAIN(tst_langcheck_dll)
+#include "tst_langcheck_dll.moc"

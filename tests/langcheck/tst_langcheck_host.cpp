@@ -1,0 +1,306 @@
+// Tests the findings about the DLLs next to the host's executable.
+
+#include "langcheck/HostCheck.h"
+
+#include "DllWriter.h"
+#include "support/Warnings.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+namespace {
+
+const QVersionNumber kOwnVersion(QT_VERSION_MAJOR, QT_VERSION_MINOR, QT_VERSION_PATCH);
+
+QByteArray functionName(bool msvc)
+{
+    return msvc ? "??0QString@@QEAA@XZ" : "_ZN7QStringC1Ev";
+}
+
+DllContents qtContents(bool msvc, const QVersionNumber &version = kOwnVersion)
+{
+    DllContents contents;
+    contents.exports = {functionName(msvc)};
+    contents.version = version;
+    return contents;
+}
+
+QByteArray qtCore(bool msvc, const QVersionNumber &version = kOwnVersion)
+{
+    return makeDll(qtContents(msvc, version));
+}
+
+QByteArray plugin(bool msvc)
+{
+    DllContents contents;
+    contents.exports = {"NewInterface", "ReleaseInterface"};
+    contents.imports = {functionName(msvc)};
+    return makeDll(contents);
+}
+
+} // namespace
+
+class tst_langcheck_host : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { Warnings::collect(); }
+    void init();
+    void cleanup();
+
+    void nothingIsCheckedWithoutQt();
+    void qtIsNamed_data();
+    void qtIsNamed();
+    void mistakesAreFound_data();
+    void mistakesAreFound();
+    void qtThatCannotBeOpened();
+    void otherFolderOfPlugins();
+    void runtimeOfMsvc();
+
+private:
+    QString path(const QString &name) const { return m_folder->filePath(name); }
+    void write(const QString &name, const QByteArray &bytes);
+    void installHost(bool msvc);
+    Report check();
+    QString checkedFindings();
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QByteArray m_systemRoot;
+};
+
+void tst_langcheck_host::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_folder->isValid());
+    m_systemRoot = qgetenv("SystemRoot");
+    write(QStringLiteral("Windows/System32/vcruntime140.dll"), "any");
+    qputenv("SystemRoot", QFile::encodeName(path(QStringLiteral("Windows"))));
+}
+
+void tst_langcheck_host::cleanup()
+{
+    if (m_systemRoot.isNull())
+        qunsetenv("SystemRoot");
+    else
+        qputenv("SystemRoot", m_systemRoot);
+    QCOMPARE(Warnings::take(), QStringList());
+}
+
+void tst_langcheck_host::write(const QString &name, const QByteArray &bytes)
+{
+    QVERIFY(QFileInfo(path(name)).dir().mkpath(QStringLiteral(".")));
+    QFile file(path(name));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(bytes), qint64(bytes.size()));
+}
+
+/// Writes the files of a host without findings.
+void tst_langcheck_host::installHost(bool msvc)
+{
+    write(QStringLiteral("Qt5Core.dll"), qtCore(msvc));
+    write(QStringLiteral("Zendel.dll"), plugin(msvc));
+    write(QStringLiteral("platforms/qwindows.dll"), "any");
+    if (msvc)
+        return;
+    for (const char *const name :
+         {"libgcc_s_seh-1.dll", "libstdc++-6.dll", "libwinpthread-1.dll"}) {
+        write(QLatin1String(name), "any");
+    }
+}
+
+Report tst_langcheck_host::check()
+{
+    Report report;
+    report.applicationDir = m_folder->path();
+    checkHost(report);
+    return report;
+}
+
+/// Returns file, severity, id and text of each finding, the text up to the effect.
+QString tst_langcheck_host::checkedFindings()
+{
+    QStringList result;
+    const QList<Finding> findings = check().findings;
+    for (const Finding &finding : findings) {
+        result += QStringLiteral("%1 %2 %3: %4")
+                      .arg(finding.file,
+                           finding.severity == Finding::Error ? QStringLiteral("error")
+                                                              : QStringLiteral("warning"),
+                           finding.id, finding.text.section(QLatin1String("; "), 0, 0));
+    }
+    return result.join(QLatin1Char('\n'));
+}
+
+void tst_langcheck_host::nothingIsCheckedWithoutQt()
+{
+    write(QStringLiteral("Zendel.dll"), "damaged");
+    const Report report = check();
+    QVERIFY(report.findings.isEmpty());
+    QVERIFY(!report.hostQt);
+    QVERIFY(!report.toText().contains(QLatin1String("Qt")));
+    QVERIFY(!report.toJson().contains(QStringLiteral("hostQt")));
+}
+
+void tst_langcheck_host::qtIsNamed_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("version");
+    QTest::addColumn<QString>("compiler");
+    QTest::addColumn<QString>("line");
+
+    QTest::newRow("MSVC") << qtCore(true, QVersionNumber(5, 15, 99)) << QStringLiteral("5.15.99")
+                          << QStringLiteral("MSVC") << QStringLiteral("5.15.99, for MSVC");
+    QTest::newRow("MinGW") << qtCore(false, QVersionNumber(5, 12, 0)) << QStringLiteral("5.12.0")
+                           << QStringLiteral("MinGW-w64")
+                           << QStringLiteral("5.12.0, for MinGW-w64");
+    QTest::newRow("no version") << qtCore(true, {}) << QString() << QStringLiteral("MSVC")
+                                << QStringLiteral("unknown version, for MSVC");
+    QTest::newRow("not a DLL") << QByteArray("text") << QString() << QString()
+                               << QStringLiteral("unknown version, for an unknown compiler");
+}
+
+void tst_langcheck_host::qtIsNamed()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, version);
+    QFETCH(QString, compiler);
+    QFETCH(QString, line);
+
+    write(QStringLiteral("Qt5Core.dll"), bytes);
+    const Report report = check();
+    QVERIFY2(report.toText().contains(QStringLiteral("\nHost's Qt:    %1\n\n").arg(line)),
+             qPrintable(report.toText()));
+    QCOMPARE(report.toJson().value(QStringLiteral("hostQt")).toObject(),
+             QJsonObject(
+                 {{QStringLiteral("version"), version}, {QStringLiteral("compiler"), compiler}}));
+}
+
+void tst_langcheck_host::mistakesAreFound_data()
+{
+    QTest::addColumn<bool>("msvc");
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QByteArray>("bytes"); // Null to remove the file
+    QTest::addColumn<QString>("expected");
+
+    const QByteArray removed;
+    const auto row = [](const char *name, bool msvc, const char *file, const QByteArray &bytes,
+                        const QString &expected) {
+        QTest::newRow(name) << msvc << QString::fromLatin1(file) << bytes << expected;
+    };
+    const QString own = kOwnVersion.toString();
+    DllContents small = qtContents(true);
+    small.machine = 0x014C;
+    DllContents plain = qtContents(true);
+    plain.exports = {"qt_startup_hook"};
+
+    row("clean, MSVC", true, "readme.txt", "any", {});
+    row("clean, MinGW", false, "readme.txt", "any", {});
+    row("no plug-in, MSVC", true, "Zendel.dll", removed, {});
+    row("no plug-in, MinGW", false, "Zendel.dll", removed, {});
+    row("later patch release", true, "Qt5Core.dll",
+        qtCore(true, QVersionNumber(5, 15, QT_VERSION_PATCH + 1)), {});
+
+    row("earlier patch release", true, "Qt5Core.dll", qtCore(true, QVersionNumber(5, 15, 0)),
+        QStringLiteral("Qt5Core.dll warning qt-older: host's Qt is older than %1, which the "
+                       "plug-in was built with: 5.15.0")
+            .arg(own));
+    row("earlier minor release", false, "Qt5Core.dll", qtCore(false, QVersionNumber(5, 12, 12)),
+        QStringLiteral("Qt5Core.dll error qt-version: host's Qt is not a 5.15: 5.12.12"));
+    row("later minor release", true, "Qt5Core.dll", qtCore(true, QVersionNumber(5, 16, 0)),
+        QStringLiteral("Qt5Core.dll error qt-version: host's Qt is not a 5.15: 5.16.0"));
+    row("other major release", true, "Qt5Core.dll", qtCore(true, QVersionNumber(6, 15, 8)),
+        QStringLiteral("Qt5Core.dll error qt-version: host's Qt is not a 5.15: 6.15.8"));
+    row("no version", true, "Qt5Core.dll", qtCore(true, {}),
+        QStringLiteral("Qt5Core.dll warning qt-version-unknown: file has no version resource"));
+
+    row("32-bit Qt", true, "Qt5Core.dll", makeDll(small),
+        QStringLiteral("Qt5Core.dll error dll-unusable: not a DLL for 64-bit x86: it is for "
+                       "32-bit x86"));
+    row("Qt is a text", true, "Qt5Core.dll", "text",
+        QStringLiteral("Qt5Core.dll error dll-unusable: not a DLL for 64-bit x86: it has no PE "
+                       "header"));
+    row("Qt is cut off", false, "Qt5Core.dll", qtCore(false).chopped(1),
+        QStringLiteral("Qt5Core.dll error dll-unusable: not a DLL for 64-bit x86: it is cut off"));
+    row("Qt without C++", true, "Qt5Core.dll", makeDll(plain),
+        QStringLiteral("Qt5Core.dll error dll-unusable: not a DLL for 64-bit x86: it exports no "
+                       "C++ functions"));
+    row("plug-in is cut off", false, "Zendel.dll", plugin(false).chopped(1),
+        QStringLiteral("Zendel.dll error dll-unusable: not a DLL for 64-bit x86: it is cut off"));
+
+    row("plug-in for MinGW", true, "Zendel.dll", plugin(false),
+        QStringLiteral("Zendel.dll error plugin-family: plug-in is built for MinGW-w64, but "
+                       "Qt5Core.dll for MSVC"));
+    row("plug-in for MSVC", false, "Zendel.dll", plugin(true),
+        QStringLiteral("Zendel.dll error plugin-family: plug-in is built for MSVC, but "
+                       "Qt5Core.dll for MinGW-w64"));
+    row("no platform plug-in", true, "platforms/qwindows.dll", removed,
+        QStringLiteral("platforms/qwindows.dll error platform-missing: file does not exist"));
+    for (const char *const name :
+         {"libgcc_s_seh-1.dll", "libstdc++-6.dll", "libwinpthread-1.dll"}) {
+        row(name, false, name, removed,
+            QStringLiteral("%1 warning runtime-missing: file does not exist")
+                .arg(QLatin1String(name)));
+    }
+}
+
+void tst_langcheck_host::mistakesAreFound()
+{
+    QFETCH(bool, msvc);
+    QFETCH(QString, file);
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, expected);
+
+    installHost(msvc);
+    if (bytes.isNull())
+        QVERIFY(QFile::remove(path(file)));
+    else
+        write(file, bytes);
+    QCOMPARE(checkedFindings(), expected);
+}
+
+void tst_langcheck_host::qtThatCannotBeOpened()
+{
+    installHost(true);
+    QVERIFY(QFile::remove(path(QStringLiteral("Qt5Core.dll"))));
+    QVERIFY(QDir().mkpath(path(QStringLiteral("Qt5Core.dll"))));
+    QCOMPARE(checkedFindings(),
+             QStringLiteral("Qt5Core.dll error dll-unusable: not a DLL for 64-bit x86: it cannot "
+                            "be opened"));
+}
+
+void tst_langcheck_host::otherFolderOfPlugins()
+{
+    installHost(true);
+    QVERIFY(QFile::remove(path(QStringLiteral("platforms/qwindows.dll"))));
+    write(QStringLiteral("qt.conf"), "[Paths]\nPlugins=plugins\n");
+    QCOMPARE(checkedFindings(), QString());
+}
+
+/// It may be next to the executable or in Windows' folder, which other systems don't have.
+void tst_langcheck_host::runtimeOfMsvc()
+{
+    installHost(true);
+    QVERIFY(QFile::remove(path(QStringLiteral("Windows/System32/vcruntime140.dll"))));
+    const QList<Finding> findings = check().findings;
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(findings.first().file, QStringLiteral("vcruntime140.dll"));
+    QCOMPARE(findings.first().severity, Finding::Warning);
+    QCOMPARE(findings.first().id, QStringLiteral("runtime-missing"));
+    QVERIFY(findings.first().text.endsWith(
+        QLatin1String("; install Microsoft's Visual C++ redistributable")));
+
+    write(QStringLiteral("vcruntime140.dll"), "any");
+    QCOMPARE(checkedFindings(), QString());
+
+    QVERIFY(QFile::remove(path(QStringLiteral("vcruntime140.dll"))));
+    qunsetenv("SystemRoot");
+    QCOMPARE(checkedFindings(), QString());
+}
+
+QTEST_GUILESS_MAIN(tst_langcheck_host)
+#include "tst_langcheck_host.moc"

@@ -1,5 +1,5 @@
-# Installs and packs two components: "plugin" for developing a host or deploying the plug-in, and on
-# Windows "demo", which runs without anything else installed.
+# Installs and packs the component "plugin" for developing a host or deploying the plug-in, and on
+# Windows also "demo", which runs without a Qt installed, and "symbols" for debuggers.
 
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
@@ -24,7 +24,7 @@ install(FILES plugin/IHostMachine.h plugin/IZendelMgr.h
         DESTINATION include/Zendel COMPONENT plugin)
 install(FILES CHANGELOG.md README.md DESTINATION ${data_folder} COMPONENT plugin)
 install(DIRECTORY docs/ DESTINATION ${data_folder}/docs COMPONENT plugin
-        FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
+        FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.txt" PATTERN CMakeLists.txt EXCLUDE)
 write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/ZendelConfigVersion.cmake
     COMPATIBILITY SameMajorVersion ARCH_INDEPENDENT)
 install(FILES cmake/ZendelConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/ZendelConfigVersion.cmake
@@ -42,8 +42,8 @@ install(DIRECTORY translations/ DESTINATION ${data_folder}/translations COMPONEN
         FILES_MATCHING PATTERN "*.ts")
 
 set(CPACK_COMPONENTS_ALL plugin)
-if(MINGW AND ZENDEL_BUILD_EXAMPLES AND ZENDEL_BUILD_LANGCHECK)
-    list(APPEND CPACK_COMPONENTS_ALL demo)
+if(WIN32 AND ZENDEL_BUILD_EXAMPLES AND ZENDEL_BUILD_LANGCHECK)
+    list(APPEND CPACK_COMPONENTS_ALL demo symbols)
     install(TARGETS zendel-host langcheck RUNTIME DESTINATION . COMPONENT demo)
     install(TARGETS Zendel LIBRARY DESTINATION . COMPONENT demo)
     install_sample_deployment(demo .)
@@ -53,15 +53,36 @@ if(MINGW AND ZENDEL_BUILD_EXAMPLES AND ZENDEL_BUILD_LANGCHECK)
     install(FILES $<TARGET_FILE:Qt5::QWindowsIntegrationPlugin>
             DESTINATION platforms COMPONENT demo)
     install(FILES $<TARGET_FILE:Qt5::QWindowsVistaStylePlugin> DESTINATION styles COMPONENT demo)
+
+    # With MinGW, the debug symbols are in the built files, from which CPack strips them.
+    foreach(target Zendel langcheck zendel-host)
+        set(symbols $<TARGET_PDB_FILE:${target}>)
+        if(MINGW)
+            set(symbols ${CMAKE_CURRENT_BINARY_DIR}/symbols/$<TARGET_FILE_NAME:${target}>.debug)
+            add_custom_target(${target}-symbols ALL
+                COMMAND ${CMAKE_COMMAND} -E make_directory ${CMAKE_CURRENT_BINARY_DIR}/symbols
+                COMMAND ${CMAKE_OBJCOPY} --only-keep-debug $<TARGET_FILE:${target}> ${symbols}
+                VERBATIM)
+        endif()
+        install(FILES ${symbols} DESTINATION . COMPONENT symbols)
+    endforeach()
+    if(NOT MINGW)
+        install(FILES examples/host/README.txt DESTINATION . COMPONENT demo)
+    endif()
 endif()
 
 set(CPACK_GENERATOR ZIP)
 set(CPACK_ARCHIVE_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_GROUPING IGNORE)
-set(CPACK_STRIP_FILES ON)
-set(CPACK_ARCHIVE_PLUGIN_FILE_NAME Zendel-${PROJECT_VERSION}-${CMAKE_SYSTEM_NAME})
-if(WIN32)
-    set(CPACK_ARCHIVE_PLUGIN_FILE_NAME Zendel-${PROJECT_VERSION}-win64)
-    set(CPACK_ARCHIVE_DEMO_FILE_NAME Zendel-${PROJECT_VERSION}-win64-demo)
+set(CPACK_STRIP_FILES ${MINGW})
+if(MINGW)
+    set(platform win64-mingw)
+elseif(WIN32)
+    set(platform win64-msvc)
+else()
+    set(platform ${CMAKE_SYSTEM_NAME})
 endif()
+set(CPACK_ARCHIVE_PLUGIN_FILE_NAME Zendel-${PROJECT_VERSION}-${platform})
+set(CPACK_ARCHIVE_DEMO_FILE_NAME Zendel-${PROJECT_VERSION}-${platform}-demo)
+set(CPACK_ARCHIVE_SYMBOLS_FILE_NAME Zendel-${PROJECT_VERSION}-${platform}-symbols)
 include(CPack)

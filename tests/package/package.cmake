@@ -1,6 +1,7 @@
 # Fails unless the packages contain the expected files, and the demo runs without any other DLL from
 # a folder with spaces in its name.
-# cmake -D CPACK=... -D BUILD_DIR=... -D SOURCE_DIR=... -D VERSION=... -D LAUNCHER=... -P package.cmake
+# cmake -D CPACK=... -D BUILD_DIR=... -D SOURCE_DIR=... -D VERSION=... -D FLAVOUR=... -D LAUNCHER=...
+#       -P package.cmake
 
 set(folder ${BUILD_DIR}/tests/unpacked)
 file(REMOVE_RECURSE ${folder})
@@ -13,15 +14,17 @@ list(TRANSFORM languages REPLACE "[.]ts$" "")
 list(TRANSFORM languages APPEND .ts OUTPUT_VARIABLE translations)
 list(TRANSFORM translations PREPEND translations/)
 
-# unpack(PACKAGE FOLDER FILE...): the package must contain these files and no others.
-function(unpack package target)
+set(files Lang/Lang.ini Zendel.dll langcheck.exe)
+foreach(language IN LISTS languages)
+    list(APPEND files Lang/${language}/Zendel.qm)
+endforeach()
+
+# unpack(SUFFIX FOLDER FILE...): the package must contain these files and no others.
+function(unpack suffix target)
+    set(package Zendel-${VERSION}-win64-${FLAVOUR}${suffix}.zip)
     file(ARCHIVE_EXTRACT INPUT ${folder}/${package} DESTINATION "${target}")
     file(GLOB_RECURSE found RELATIVE "${target}" "${target}/*")
     set(expected ${ARGN})
-    foreach(language IN LISTS languages)
-        list(APPEND expected Lang/${language}/Zendel.qm)
-    endforeach()
-    list(APPEND expected Lang/Lang.ini Zendel.dll langcheck.exe)
     list(SORT found)
     list(SORT expected)
     if(NOT found STREQUAL expected)
@@ -29,13 +32,15 @@ function(unpack package target)
     endif()
 endfunction()
 
-unpack(Zendel-${VERSION}-win64.zip ${folder}/plugin
+unpack("" ${folder}/plugin
+    ${files}
     CHANGELOG.md
     README.md
     docs/developer.md
     docs/dialog.png
     docs/host-developer.md
     docs/languages.png
+    docs/msvc-imports.txt
     docs/performance.md
     docs/reliability.md
     docs/service-engineer.md
@@ -48,13 +53,20 @@ unpack(Zendel-${VERSION}-win64.zip ${folder}/plugin
 )
 
 set(demo "${folder}/demo of the plug-in")
-unpack(Zendel-${VERSION}-win64-demo.zip ${demo}
+if(FLAVOUR STREQUAL msvc)
+    set(runtime README.txt)
+    set(symbols Zendel.pdb langcheck.pdb zendel-host.pdb)
+else()
+    set(runtime libgcc_s_seh-1.dll libstdc++-6.dll libwinpthread-1.dll)
+    set(symbols Zendel.dll.debug langcheck.exe.debug zendel-host.exe.debug)
+endif()
+unpack(-symbols ${folder}/symbols ${symbols})
+unpack(-demo ${demo}
+    ${files}
     Qt5Core.dll
     Qt5Gui.dll
     Qt5Widgets.dll
-    libgcc_s_seh-1.dll
-    libstdc++-6.dll
-    libwinpthread-1.dll
+    ${runtime}
     platforms/qwindows.dll
     styles/qwindowsvistastyle.dll
     zendel-host.exe

@@ -1,25 +1,33 @@
 #!/usr/bin/env bash
-# demo.sh [windows] [HOST-OPTION...]: builds the plug-in and starts the example host with the sample
-# deployment, with "windows" the Windows build under Wine. Without a display and options, the host
-# runs its scripted tour on a virtual display and saves screenshots below build/.
+# demo.sh [windows|msvc] [HOST-OPTION...]: builds the plug-in and starts the example host with the
+# sample deployment; with "windows" or "msvc" the Windows build for that compiler, under Wine. Without
+# a display and options, the host runs its scripted tour on a virtual display and saves screenshots
+# below build/.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
 platform=linux
-if [[ ${1-} == windows ]]; then
-    platform=windows
+if [[ ${1-} == windows || ${1-} == msvc ]]; then
+    platform=$1
     shift
 fi
+preset=$platform
 
 scripts/install-packages.sh "$platform"
 fresh_qt=()
-if [[ $platform == windows ]]; then
+if [[ $platform != linux ]]; then
     fresh_qt=(-U 'Qt5*_DIR') # The cache may refer to an earlier build of Qt.
-    ZENDEL_QT_WINDOWS=$(scripts/qt-windows.sh)
-    export ZENDEL_QT_WINDOWS
+    if [[ $platform == msvc ]]; then
+        preset=windows-msvc
+        ZENDEL_QT_MSVC=$(scripts/qt-windows.sh msvc)
+        export ZENDEL_QT_MSVC
+    else
+        ZENDEL_QT_WINDOWS=$(scripts/qt-windows.sh)
+        export ZENDEL_QT_WINDOWS
+    fi
 fi
-cmake --preset "$platform" "${fresh_qt[@]}"
-cmake --build --preset "$platform"
+cmake --preset "$preset" "${fresh_qt[@]}"
+cmake --build --preset "$preset"
 
 if [[ $platform == linux ]]; then
     display=${DISPLAY-}${WAYLAND_DISPLAY-}
@@ -28,9 +36,10 @@ if [[ $platform == linux ]]; then
 else
     display=${DISPLAY-} # Wine needs X11.
     # Installed, so that it runs with its own DLLs only
-    cmake --install build/windows --component demo --prefix build/demo-windows >/dev/null
-    host=(scripts/wine.sh --visible build/demo-windows/zendel-host.exe)
-    hidden_host=(scripts/wine.sh build/demo-windows/zendel-host.exe)
+    demo=build/demo-$platform
+    cmake --install "build/$preset" --component demo --prefix "$demo" >/dev/null
+    host=(scripts/wine.sh --visible "$demo/zendel-host.exe")
+    hidden_host=(scripts/wine.sh "$demo/zendel-host.exe")
 fi
 
 if [[ -n $display ]]; then

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# install-packages.sh [windows]: installs missing Debian packages for building, tests and the demo,
-# as root or with sudo; with "windows" also those for the Windows build, but not for that of Qt.
+# install-packages.sh [windows|msvc]: installs missing Debian packages for building, tests and the
+# demo, as root or with sudo; with "windows" or "msvc" also those for that Windows build.
+# scripts/qt-windows.sh installs the packages for building Qt.
 set -euo pipefail
 
 packages=(
@@ -16,12 +17,15 @@ packages=(
     clang clang-format clang-tidy cppcheck
     doxygen gettext libclang-rt-dev libicu-dev qttranslations5-l10n
 )
-if [[ ${1-} == windows ]]; then
-    packages+=(
-        g++-mingw-w64-x86-64-posix
-        fonts-wine wine wine64
-    )
-fi
+case ${1-} in
+windows)
+    packages+=(g++-mingw-w64-x86-64-posix fonts-wine python3-pefile wine wine64)
+    ;;
+msvc)
+    packages+=(clang-19 lld-19 llvm-19 libwine-dev mingw-w64-x86-64-dev)
+    packages+=(fonts-wine python3-pefile wine wine64)
+    ;;
+esac
 
 missing=()
 for package in "${packages[@]}"; do

@@ -42,7 +42,7 @@ void CZendelIns::ExecModal(QDialog &dlg, HWND owner)
         const WindowManager::Rect rc = WindowManager::windowRect(owner);
         const int x = rc.left + (rc.right - rc.left - dlg.width()) / 2;
         const int y = rc.top + (rc.bottom - rc.top - dlg.height()) / 2;
-        dlg.move(x, y);
+        dlg.move(QPoint(x, y));
     }
 
     // Deliberate: before the dialog is visible, so that it opens in front of a native main window.

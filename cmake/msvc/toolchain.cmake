@@ -10,7 +10,10 @@ set(CMAKE_TRY_COMPILE_CONFIGURATION Release) # There is no run-time library for 
 foreach(folder IN LISTS CMAKE_PREFIX_PATH)
     if(EXISTS ${folder}/sysroot/clang.cfg)
         set(CMAKE_C_COMPILER clang-19 --config=${folder}/sysroot/clang.cfg)
-        set(CMAKE_CXX_COMPILER clang++-19 --config=${folder}/sysroot/clang++.cfg)
+        # Compile Qt's inline functions here, as other compilers do, instead of importing them: the
+        # plug-in then needs fewer functions of its host's Qt.
+        set(CMAKE_CXX_COMPILER clang++-19
+            "--config=${folder}/sysroot/clang++.cfg -Xclang -fno-dllexport-inlines")
     endif()
 endforeach()
 if(NOT CMAKE_CXX_COMPILER)

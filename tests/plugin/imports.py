@@ -20,16 +20,12 @@ import pefile
 sys.path.insert(0, str(pathlib.Path(__file__).parent.parent / "support"))
 from symbols import demangle, exported  # noqa: E402
 
-# Inline functions of exported classes, which Microsoft's compiler exports as well. Others compile
-# them into each program, as Clang does here with most.
+# Inline functions that the header defines outside their class. Microsoft's compiler exports such a
+# function from an exported class, others compile it into each program.
 INLINE = {
-    "QMessageBox::information(QWidget*,QStringconst&,QStringconst&,QMessageBox::StandardButton,"
-    "QMessageBox::StandardButton)",
-    "QWidget::move(int,int)",
     "QWidget::resize(int,int)",
     "QWidget::setMaximumSize(QSizeconst&)",
     "QWidget::setMinimumSize(QSizeconst&)",
-    "QWidget::windowFlags()const",
 }
 
 

@@ -150,7 +150,8 @@ msvc)
         llvm-19
         mingw-w64-x86-64-dev        # import libraries of Windows
     )
-    recipe=("$here/qt-windows.sh" "$here/msvc-sysroot.sh" "$here"/../cmake/msvc/*/*)
+    mapfile -t recipe < <(find "$here"/qt-windows.sh "$here"/msvc-sysroot.sh \
+        "$here"/../cmake/msvc -type f ! -name toolchain.cmake | sort)
     ;;
 *)
     fail "unknown flavour: $flavour; use mingw or msvc"

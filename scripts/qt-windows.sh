@@ -24,10 +24,9 @@ version_package=qtbase5-dev
 
 packages=(
     dpkg-dev
+    g++                             # moc, uic and rcc run on this machine
     make
     perl
-    qt5-qmake                       # with moc, uic and rcc, they run here
-    qtbase5-dev-tools
     xz-utils
 )
 
@@ -38,7 +37,6 @@ configure_options=(
     -shared
     -silent
     -pch                            # most of the time goes into reading headers
-    -external-hostbindir /usr/lib/qt5/bin
     -nomake examples
     -nomake tests
 
@@ -241,9 +239,6 @@ fetch_sources() {
 }
 
 patch_source() {
-    # The tools of Debian's own Qt, of the same version, serve.
-    sed -i -E 's/\bsrc_tools_[a-z0-9_]+([^.a-z0-9_]|$)/\1/g' source/src/src.pro
-
     # Debian's source lacks the header of the tablet drivers.  The platform plugin
     # does without them; in the libraries the feature stays on, see above.
     local folder=source/src/plugins/platforms/windows

@@ -54,7 +54,7 @@ compile "$llvm/compiler-rt/lib/builtins/x86_64/chkstk.S"
 (cd "$folder/objects" && x86_64-w64-mingw32-ar x $mingw/libmingw32.a \
     lib64_libmingw32_a-tlssup.o lib64_libmingw32_a-tlsthrd.o)
 # lld warns of the names of GNU's debug sections.
-llvm-objcopy --strip-debug "$folder"/objects/lib64_*.o
+llvm-strip --strip-debug "$folder"/objects/lib64_*.o
 llvm-ar qcs "$folder/lib/uuid.lib" "$folder/objects/uuid.c.o"
 rm "$folder/objects/uuid.c.o"
 llvm-ar qcs "$folder/lib/msvcrt.lib" "$folder"/objects/*.o

@@ -58,6 +58,7 @@ void tst_CTranslatorMgr_threads::firstThreadCreatesTheInstanceOfAll()
     std::array<const CTranslatorMgr *, threadCount> instances {};
     std::array<const QTranslator *, threadCount> translators {};
     std::vector<std::thread> threads;
+    threads.reserve(threadCount);
     for (int i = 0; i < threadCount; ++i) {
         threads.emplace_back([&, i] {
             ++threadsAtInstance;

@@ -109,19 +109,19 @@ int c_host_init(Mgr *mgr, int accepts)
     machine.table = &machine_table;
     machine.accepts = accepts != 0;
     machine.count = 0;
-    return ((uint8_t(*)(Mgr *, Machine *))mgr->table[INIT_SLOT])(mgr, &machine);
+    return ((Init)mgr->table[INIT_SLOT])(mgr, &machine);
 }
 
 /// Calls Init() with null. Returns its result.
 int c_host_init_null(Mgr *mgr)
 {
-    return ((uint8_t(*)(Mgr *, Machine *))mgr->table[INIT_SLOT])(mgr, NULL);
+    return ((Init)mgr->table[INIT_SLOT])(mgr, NULL);
 }
 
 /// Calls ShowSettingsDlg(). Returns its result.
 int c_host_show(Mgr *mgr, HWND owner)
 {
-    return ((uint8_t(*)(Mgr *, HWND))mgr->table[SHOW_SETTINGS_DLG_SLOT])(mgr, owner);
+    return ((ShowSettingsDlg)mgr->table[SHOW_SETTINGS_DLG_SLOT])(mgr, owner);
 }
 
 /// Returns the machine's calls since c_host_init(): the number of the language for SetLanguage(),

@@ -10,17 +10,18 @@
 #include "support/Warnings.h"
 
 #include <QApplication>
-#include <QComboBox>
 #include <QDialog>
 #include <QFile>
+#include <QFileInfo>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QVector>
 
+#include <algorithm>
 #include <cstring>
 #include <stdexcept>
 #include <typeinfo>
-#include <utility>
 
 #include <windows.h>
 
@@ -248,7 +249,7 @@ void tst_runtime_win32::twoPluginsWorkIndependently()
 
 void tst_runtime_win32::heapDamageIsDetected()
 {
-    const HANDLE heap = HeapCreate(0, 0, 0);
+    HANDLE heap = HeapCreate(0, 0, 0);
     const SIZE_T size = 64;
     const SIZE_T written = size + 32;
     auto *const block = static_cast<char *>(HeapAlloc(heap, 0, size));

@@ -5,8 +5,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 mapfile -t files < <(find . -path ./build -prune -o \( -name '*.cpp' -o -name '*.h' \) -print | sort)
 
-echo "clang-format: ${#files[@]} files"
-clang-format --dry-run --Werror "${files[@]}"
+echo "clang-format: ${#files[@]} files in C++ and the tests in C"
+clang-format --dry-run --Werror "${files[@]}" tests/plugin/*.c
 
 # Suppresses false positives for lambdas that capture a test's variables and for members of
 # aggregates, and the advice to replace loops with algorithms.

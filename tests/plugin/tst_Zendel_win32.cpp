@@ -4,6 +4,7 @@
 #include "plugin/IZendelMgr.h"
 
 #include "support/Deployment.h"
+#include "support/Imports_win32.h"
 #include "support/NativeWindow.h"
 #include "support/Operator.h"
 #include "support/Plugin.h"
@@ -23,7 +24,6 @@
 #include <QTest>
 
 #include <algorithm>
-#include <cstring>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -48,35 +48,16 @@ QString nameOf(HWND window)
     return QString::number(reinterpret_cast<quintptr>(window));
 }
 
-/// Replaces a function in the import table of @p module. Returns the original function, or null if
-/// the module doesn't import it.
-void *replaceImport(HMODULE module, const char *function, void *replacement)
+/// Replaces a function that @p module imports. Returns false if it doesn't import the function.
+bool replaceImport(HMODULE module, const char *function, void *replacement)
 {
-    auto *const base = reinterpret_cast<char *>(module);
-    const auto *const headers = reinterpret_cast<const IMAGE_NT_HEADERS *>(
-        base + reinterpret_cast<const IMAGE_DOS_HEADER *>(base)->e_lfanew);
-    const IMAGE_DATA_DIRECTORY &directory =
-        headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
-    const auto *dll =
-        reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR *>(base + directory.VirtualAddress);
-    for (; dll->Name; ++dll) {
-        const auto *name =
-            reinterpret_cast<const IMAGE_THUNK_DATA *>(base + dll->OriginalFirstThunk);
-        auto *address = reinterpret_cast<IMAGE_THUNK_DATA *>(base + dll->FirstThunk);
-        for (; name->u1.AddressOfData; ++name, ++address) {
-            if (IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal))
-                continue;
-            const auto *const import =
-                reinterpret_cast<const IMAGE_IMPORT_BY_NAME *>(base + name->u1.AddressOfData);
-            if (std::strcmp(reinterpret_cast<const char *>(import->Name), function) != 0)
-                continue;
-            DWORD protection = 0;
-            VirtualProtect(&address->u1.Function, sizeof(void *), PAGE_READWRITE, &protection);
-            return reinterpret_cast<void *>(
-                std::exchange(address->u1.Function, reinterpret_cast<ULONGLONG>(replacement)));
-        }
-    }
-    return nullptr;
+    void **const address = findImport(module, function);
+    if (!address)
+        return false;
+    DWORD protection = 0;
+    VirtualProtect(address, sizeof(void *), PAGE_READWRITE, &protection);
+    *address = replacement;
+    return true;
 }
 
 BOOL WINAPI recordEnableWindow(HWND window, BOOL enable)

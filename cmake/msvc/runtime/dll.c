@@ -17,15 +17,18 @@ BOOL WINAPI default_DllMain(HINSTANCE instance, DWORD reason, void *reserved)
 __attribute__((no_stack_protector)) // It fills the cookie itself.
 BOOL WINAPI _DllMainCRTStartup(HINSTANCE instance, DWORD reason, void *reserved)
 {
+    static BOOL initialized = FALSE;
     if (reason == DLL_PROCESS_ATTACH) {
         __security_init_cookie();
-        if (!keep_atexit_functions() || !run_initializers())
-            return FALSE;
+        initialized = keep_atexit_functions() && run_initializers();
     }
+    if (!initialized)
+        return FALSE;
 
     const BOOL succeeded = DllMain(instance, reason, reserved);
 
-    if (reason == DLL_PROCESS_DETACH || (reason == DLL_PROCESS_ATTACH && !succeeded))
+    // Not if DLL_PROCESS_ATTACH has failed, because Windows then calls DllMain() once more.
+    if (reason == DLL_PROCESS_DETACH)
         run_atexit_functions();
     return succeeded;
 }

@@ -29,10 +29,8 @@ INTERPOSE(QTextCodec *, codecForName, (const QByteArray &name))
     return otherCodec ? otherCodec : ORIGINAL(codecForName)(name);
 }
 
-RECORD_DEFAULT_BUTTON(
-    critical)
-RECORD_DEFAULT_BUTTON(
-    warning)
+RECORD_DEFAULT_BUTTON(critical)
+RECORD_DEFAULT_BUTTON(warning)
 
 namespace {
 

@@ -23,8 +23,7 @@ bool codecsAreMissing = false;
 INTERPOSE(QTextCodec *, codecForName, (const QByteArray &name))
 {
     codecAskedFor = name;
-    return codecsAreMissing ? nullptr
-                            : ORIGINAL(codecForName)(name);
+    return codecsAreMissing ? nullptr : ORIGINAL(codecForName)(name);
 }
 
 namespace {

@@ -21,10 +21,8 @@
 #include <QStandardItemModel>
 #include <QTest>
 
-RECORD_DEFAULT_BUTTON(
-    information)
-RECORD_DEFAULT_BUTTON(
-    critical)
+RECORD_DEFAULT_BUTTON(information)
+RECORD_DEFAULT_BUTTON(critical)
 
 namespace {
 

@@ -5,8 +5,9 @@
 // INTERPOSE(Result, name, (Parameters)) { ... }
 //
 // Replaces a function of another library in calls from the objects that are linked into this
-// program. ORIGINAL(name) is the function itself. zendel_interpose() in tests/CMakeLists.txt sets the
-// linker option and defines SYMBOL_name. On Windows, the pointer in the import table is replaced.
+// program. ORIGINAL(name) is the function itself. zendel_interpose() in tests/CMakeLists.txt sets
+// the linker option and defines SYMBOL_name. On Windows, the pointer in the import table is
+// replaced.
 #ifdef Q_OS_WIN
 #    define INTERPOSE(Result, name, Parameters)                                                    \
         extern "C" Result(*real_##name) Parameters asm("__real___imp_" SYMBOL_##name);             \

@@ -15,7 +15,8 @@ BOOL WINAPI default_DllMain(HINSTANCE instance, DWORD reason, void *reserved)
 }
 
 __attribute__((no_stack_protector)) // It fills the cookie itself.
-BOOL WINAPI _DllMainCRTStartup(HINSTANCE instance, DWORD reason, void *reserved)
+BOOL WINAPI
+_DllMainCRTStartup(HINSTANCE instance, DWORD reason, void *reserved)
 {
     static BOOL initialized = FALSE;
     if (reason == DLL_PROCESS_ATTACH) {

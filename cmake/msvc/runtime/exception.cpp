@@ -10,14 +10,36 @@
 
 namespace std {
 
-exception_ptr::exception_ptr() noexcept : __ptr1_(nullptr), __ptr2_(nullptr) {}
-exception_ptr::exception_ptr(nullptr_t) noexcept : exception_ptr() {}
-exception_ptr::exception_ptr(const exception_ptr &) noexcept : exception_ptr() {}
-exception_ptr &exception_ptr::operator=(const exception_ptr &) noexcept { return *this; }
-exception_ptr::~exception_ptr() noexcept {}
-bool operator==(const exception_ptr &, const exception_ptr &) noexcept { return true; }
+exception_ptr::exception_ptr() noexcept
+    : __ptr1_(nullptr)
+    , __ptr2_(nullptr)
+{
+}
+exception_ptr::exception_ptr(nullptr_t) noexcept
+    : exception_ptr()
+{
+}
+exception_ptr::exception_ptr(const exception_ptr &) noexcept
+    : exception_ptr()
+{
+}
+exception_ptr &exception_ptr::operator=(const exception_ptr &) noexcept
+{
+    return *this;
+}
+exception_ptr::~exception_ptr() noexcept { }
+bool operator==(const exception_ptr &, const exception_ptr &) noexcept
+{
+    return true;
+}
 
-exception_ptr __copy_exception_ptr(void *, const void *) { abort(); }
-void rethrow_exception(exception_ptr) { abort(); }
+exception_ptr __copy_exception_ptr(void *, const void *)
+{
+    abort();
+}
+void rethrow_exception(exception_ptr)
+{
+    abort();
+}
 
 } // namespace std

@@ -6,8 +6,7 @@
 static const UINT_PTR unset = 0x00002b992ddfa232;
 UINT_PTR __security_cookie = 0x00002b992ddfa232;
 
-__attribute__((no_stack_protector))
-void __security_init_cookie(void)
+__attribute__((no_stack_protector)) void __security_init_cookie(void)
 {
     FILETIME time;
     LARGE_INTEGER counter;
@@ -21,8 +20,7 @@ void __security_init_cookie(void)
     __security_cookie = cookie != unset ? cookie : cookie + 1;
 }
 
-__attribute__((no_stack_protector))
-void __security_check_cookie(UINT_PTR cookie)
+__attribute__((no_stack_protector)) void __security_check_cookie(UINT_PTR cookie)
 {
     if (cookie != __security_cookie)
         __fastfail(2); // FAST_FAIL_STACK_COOKIE_CHECK_FAILURE

@@ -19,8 +19,8 @@ void __security_init_cookie(void);
 /// Returns 0 if one has failed.
 int run_initializers(void);
 
-/// Prepares a program of this type, 1 with a console and 2 with windows only, up to main(). Ends the
-/// process on failure.
+/// Prepares a program of this type, 1 with a console and 2 with windows only, up to main(). Ends
+/// the process on failure.
 void start_program(int type);
 
 /// Makes atexit() keep functions until run_atexit_functions(), as a DLL needs, instead of until the

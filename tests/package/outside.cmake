@@ -13,7 +13,7 @@ function(build_outside folder sources)
     execute_process(
         COMMAND ${CMAKE_COMMAND} -S ${sources} -B ${folder}/build -G ${GENERATOR}
                 "-DCMAKE_PREFIX_PATH=${folder}/install;${QT}" "-DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN}"
-                "-DCMAKE_CXX_FLAGS=-Wall -Wextra -Werror ${FLAGS}" ${ARGN}
+                "-DCMAKE_CXX_FLAGS=-Wall -Wextra -Werror ${FLAGS}" -DCMAKE_BUILD_TYPE=Release ${ARGN}
         COMMAND_ERROR_IS_FATAL ANY)
     run(${CMAKE_COMMAND} --build ${folder}/build)
 endfunction()

@@ -21,7 +21,16 @@ wine=/usr/lib/wine/wine64
 }
 
 if [[ ${1-} != --session ]]; then
-    [[ -z ${ZENDEL_WINE_SESSION-} ]] || exec "$wine" "$@"
+    if [[ -n ${ZENDEL_WINE_SESSION-} ]]; then
+        # Rarely, Wine ends at once and without a message, before it has started the program.
+        started=${EPOCHREALTIME//[.,]/} status=0
+        "$wine" "$@" || status=$?
+        if ((status != 0 && ${EPOCHREALTIME//[.,]/} - started < 100000)); then
+            echo "wine.sh: Wine did not start $1 (exit code $status); trying again" >&2
+            exec "$wine" "$@"
+        fi
+        exit "$status"
+    fi
     set -- --session "$wine" "$@"
 fi
 if [[ -z $visible ]]; then

@@ -82,9 +82,14 @@ mv "$folder/lib/vcruntime140.dll.lib" "$folder/lib/vcruntime.lib"
 # Windows' own DLLs
 for library in "$mingw"/lib*.a; do
     name=$(basename "$library" .a)
-    [[ $name =~ ^lib(crtdll|gmon|largeint|m|mingw.*|moldname|msvc.*|pthread|ucrt.*|uuid|vcruntime.*|winpthread)$ ]] ||
+    [[ $name =~ ^lib(crtdll|dxguid|gmon|largeint|m|mingw.*|moldname|msvc.*|pthread|ucrt.*|uuid|vcruntime.*|winpthread)$ ]] ||
         ln -s "$library" "$folder/lib/${name#lib}.lib"
 done
+llvm-ar qcs "$folder/lib/dxguid.lib" # uuid.lib has its identifiers.
+# mingw-w64's also defines identifiers that uuid.lib has.
+rm "$folder/lib/shell32.lib"
+cp "$mingw/libshell32.a" "$folder/lib/shell32.lib"
+llvm-ar d "$folder/lib/shell32.lib" lib64_libshell32_a-shell32.o
 # CMake always links it. Microsoft's has the names of C functions without their underscore.
 llvm-ar qcs "$folder/lib/oldnames.lib"
 

@@ -1,10 +1,12 @@
-// The identifiers of COM classes and interfaces, which Microsoft has in uuid.lib. mingw-w64's
-// library doesn't serve, because some of its identifiers may not be defined in another object as
-// well.
+// The identifiers of COM classes and interfaces, which Microsoft has in uuid.lib and
+// dxguid.lib. mingw-w64's libraries don't serve, because some of their identifiers may not be
+// defined in another object as well.
 #include <initguid.h>
 
 #include <windows.h>
 
+#include <d3d11_1.h>
+#include <dxgi1_6.h>
 #include <ole2.h>
 #include <shlguid.h>
 #include <shlobj.h>

@@ -44,7 +44,8 @@ if(ZENDEL_COVERAGE)
     # Without the branches that the compiler adds for exceptions and for thread-safe statics
     add_compile_options(--coverage -fno-exceptions -fno-threadsafe-statics)
     add_link_options(--coverage)
-    list(TRANSFORM ZENDEL_PLUGIN_FOLDERS REPLACE "(.+)" "filter = \\1/" OUTPUT_VARIABLE filters)
+    list(TRANSFORM ZENDEL_PLUGIN_FOLDERS REPLACE "(.+)" "filter = ${PROJECT_SOURCE_DIR}/\\1/"
+         OUTPUT_VARIABLE filters)
     list(JOIN filters "\n" filters)
     configure_file(cmake/gcovr.cfg.in gcovr.cfg @ONLY)
 endif()

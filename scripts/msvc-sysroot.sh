@@ -1,5 +1,5 @@
 #!/bin/bash
-# msvc-sysroot.sh FOLDER LLVM-SOURCE: puts together what clang needs to compile and link for
+# msvc-sysroot.sh FOLDER LLVM-SOURCE: collects what Clang needs to compile and link for
 # Microsoft's C++ ABI, without anything of Microsoft's: libc++ and the stack probe, from LLVM's
 # source; the start of programs and DLLs, from cmake/msvc/runtime; import libraries. Libraries have
 # the names that Microsoft's have, so that clang and CMake find them.

@@ -22,11 +22,12 @@ wine=/usr/lib/wine/wine64
 
 if [[ ${1-} != --session ]]; then
     if [[ -n ${ZENDEL_WINE_SESSION-} ]]; then
-        # Rarely, Wine ends at once and without a message, before it has started the program.
+        # Rarely, Wine ends at once and without a message, before it has started the program. A
+        # program that fails as quickly by itself is run twice, and fails again.
         started=${EPOCHREALTIME//[.,]/} status=0
         "$wine" "$@" || status=$?
         if ((status != 0 && ${EPOCHREALTIME//[.,]/} - started < 100000)); then
-            echo "wine.sh: Wine did not start $1 (exit code $status); trying again" >&2
+            echo "wine.sh: $1 ended at once with exit code $status; running it again" >&2
             exec "$wine" "$@"
         fi
         exit "$status"

@@ -1,4 +1,4 @@
-// What Qt asks of Microsoft's header and Wine's lacks. There is no guard around the inclusion,
+// What Qt needs and Wine's header lacks. There is no guard around the inclusion,
 // because Wine's header includes itself indirectly.
 #include_next <objbase.h>
 

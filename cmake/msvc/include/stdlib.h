@@ -1,4 +1,4 @@
-// What libc++ and Qt ask of Microsoft's header and Wine's lacks or, for EXIT_FAILURE, has as -1.
+// What libc++ and Qt need and Wine's header lacks. Its EXIT_FAILURE is -1.
 #pragma once
 #include_next <stdlib.h>
 

@@ -1,4 +1,4 @@
-// What libc++ and Qt ask of Microsoft's header and Wine's lacks.
+// What libc++ and Qt need and Wine's header lacks.
 #pragma once
 #include_next <time.h>
 

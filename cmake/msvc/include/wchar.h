@@ -1,4 +1,4 @@
-// What libc++ asks of Microsoft's header and Wine's lacks.
+// What libc++ needs and Wine's header lacks.
 #pragma once
 #include_next <wchar.h>
 

@@ -20,7 +20,7 @@ void _initterm(Initializer *first, Initializer *last);
 // The compiler's name for the function that touches each page of a large stack frame.
 #pragma comment(linker, "/alternatename:__chkstk=___chkstk_ms")
 
-// mingw-w64's TLS callback asks for it; 1 says that the DLL may be used by several threads.
+// mingw-w64's TLS callback reads it. 1 means that several threads may use the module.
 int _CRT_MT = 1;
 
 // The compiler refers to it wherever a floating-point number occurs.

@@ -24,7 +24,7 @@ CTranslatorMgr::CTranslatorMgr(QObject *parent)
 
 CTranslatorMgr::~CTranslatorMgr()
 {
-    delete m_translator;
+    delete m_translator; // GCOV_EXCL_BR_LINE: Never null.
     m_translator = nullptr;
 }
 

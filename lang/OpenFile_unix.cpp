@@ -6,8 +6,8 @@
 
 bool openForReading(QFile &file)
 {
+    const QByteArray name = QFile::encodeName(file.fileName());
     struct stat status = {};
-    const bool isPipe = stat(QFile::encodeName(file.fileName()).constData(), &status) == 0
-        && S_ISFIFO(status.st_mode);
+    const bool isPipe = stat(name.constData(), &status) == 0 && S_ISFIFO(status.st_mode);
     return !isPipe && file.open(QIODevice::ReadOnly);
 }

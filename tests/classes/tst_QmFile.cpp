@@ -120,6 +120,11 @@ void tst_QmFile::dependencies_data()
     row("found in the dependency", fileWithDependencies({"complete.qm"}), true, true, "CHANGE");
     row("named without suffix", fileWithDependencies({"complete"}), true, true, "CHANGE");
     row("named with a longer name", fileWithDependencies({"complete_de.x"}), true, true, "CHANGE");
+    row("named with an absolute path",
+        fileWithDependencies({m_folder.filePath(QStringLiteral("complete.qm")).toLatin1()}), true,
+        true, "CHANGE");
+    row("named twice", fileWithDependencies({"empty.qm", "empty.qm", "complete.qm"}), true, true,
+        "CHANGE");
     row("endless dependency", fileWithDependencies({"endless.qm"}), true, false, "");
     row("endless dependency after one that has all texts",
         fileWithDependencies({"complete.qm", "endless.qm"}), true, true, "CHANGE");
@@ -138,6 +143,7 @@ void tst_QmFile::dependencies()
     QFETCH(QString, change);
 
     write("complete.qm", completeQmFile());
+    write("empty.qm", fileWithDependencies({}));
     write("endless.qm", endlessQmFile());
     const QString fileName = write("Zendel.qm", bytes);
     QTranslator translator;

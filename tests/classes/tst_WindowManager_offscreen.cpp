@@ -150,6 +150,9 @@ void tst_WindowManager_offscreen::foregroundWindowIsActive()
 
 void tst_WindowManager_offscreen::windowWithoutAWidgetIsSupported()
 {
+    QWindow other;
+    other.setGeometry(0, 0, 10, 10);
+    other.show();
     QWindow window;
     window.setGeometry(100, 50, 800, 600);
     window.show();

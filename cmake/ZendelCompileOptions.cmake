@@ -35,6 +35,8 @@ elseif(WIN32)
     # With Microsoft's ABI, these are the linker's defaults. Stack checks are as well with MSVC.
     if(NOT MSVC)
         add_compile_options(-fstack-protector-strong)
+        # Debuggers look for the symbols next to the DLL, not in a folder of this machine.
+        add_link_options(LINKER:-pdbaltpath:%_PDB%)
     endif()
 else()
     add_link_options(LINKER:-z,defs)

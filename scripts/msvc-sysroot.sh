@@ -11,11 +11,25 @@ msvc=$(cd "$(dirname "${BASH_SOURCE[0]}")/../cmake/msvc" && pwd)
 mingw=/usr/x86_64-w64-mingw32/lib
 export PATH=/usr/lib/llvm-19/bin:$PATH
 
-mkdir -p "$folder/include" "$folder/lib" "$folder/objects"
+# replace LINE TEXT FILE: prints the file with this line changed; fails if it is not there.
+replace() {
+    grep -qxF -- "$1" "$3"
+    awk -v line="$1" -v text="$2" '$0 == line { $0 = text } { print }' "$3"
+}
+
+mkdir -p "$folder/include/wine" "$folder/lib" "$folder/objects"
 cp -r "$llvm/libcxx/include" "$folder/include/c++"
 cp "$llvm/libcxx/vendor/llvm/default_assertion_handler.in" "$folder/include/c++/__assertion_handler"
 cp "$msvc/__config_site" "$folder/include/c++/"
 cp -r "$msvc/include" "$folder/include/windows"
+# Microsoft's std::exception also has a text, and whether to free it: a host may copy one.
+replace '  virtual const char* what() const _NOEXCEPT;' \
+    '  virtual const char* what() const _NOEXCEPT; private: const char* __text = nullptr; bool __owned = false;' \
+    "$llvm/libcxx/include/__exception/exception.h" > "$folder/include/c++/__exception/exception.h"
+# Microsoft's library writes all 8 bytes.
+replace 'typedef int mbstate_t;' \
+    'typedef struct { unsigned wide; unsigned short byte, state; } mbstate_t;' \
+    /usr/include/wine/wine/msvcrt/wchar.h > "$folder/include/wine/wchar.h"
 headers=$(clang -print-resource-dir)/include
 sed "s|@CLANG_HEADERS@|$headers|; /^@/d" "$msvc/clang.cfg.in" > "$folder/clang.cfg"
 sed "s|@CLANG_HEADERS@|$headers|; s|@CXX_OPTION@|-fcxx-exceptions|
@@ -36,7 +50,9 @@ libcxx() {
         grep -vE '/exception\.cpp|compiler_rt_shims|legacy_|int128|print|random_shuffle|strstream|tz|debug'
 }
 echo "compiling libc++"
+# For Windows 7, like Qt. The last two are missing in Wine's headers.
 options=(-std=c++23 -w -DNDEBUG -DNOMINMAX -D_LIBCPP_BUILDING_LIBRARY
+    -D_WIN32_WINNT=0x0601 -D_WIN32_WINNT_WIN8=0x0602 -D_WIN32_WINNT_WIN10=0x0a00
     -I "$llvm/libcxx/src" -I "$llvm/libcxx/src/include")
 export -f compile
 export folder

@@ -2,9 +2,11 @@
 """dll.py PLUGIN RUNTIME-DLL...
 
 Fails unless the DLL is for x86-64, exports exactly two functions, imports only from Qt, the given
-DLLs of the compiler and the system, and has ASLR and non-executable data enabled.
+DLLs of the compiler and the system, has ASLR and non-executable data enabled and, with Microsoft's
+ABI, no types of the C++ library that a host could catch by mistake.
 """
 
+import re
 import sys
 from fnmatch import fnmatchcase
 
@@ -37,6 +39,13 @@ for flag in ("HIGH_ENTROPY_VA", "DYNAMIC_BASE", "NX_COMPAT"):
     value = pefile.DLL_CHARACTERISTICS[f"IMAGE_DLLCHARACTERISTICS_{flag}"]
     if not dll.OPTIONAL_HEADER.DllCharacteristics & value:
         failures.append(f"lacks {flag}")
+
+# Only these have the same layout as Microsoft's, so that nothing else may be thrown into a host.
+types = set(re.findall(rb"\.\?A[UV]([^\0]+@std@@)", dll.__data__[:]))
+types -= {name + b"@std@@" for name in
+          (b"exception", b"bad_alloc", b"bad_array_new_length", b"bad_cast", b"bad_typeid")}
+if types:
+    failures.append(f"has type information of {sorted(types)}")
 
 if failures:
     sys.exit("\n".join(f"{plugin} {failure}" for failure in failures))

@@ -27,9 +27,12 @@ _DllMainCRTStartup(HINSTANCE instance, DWORD reason, void *reserved)
         return FALSE;
 
     const BOOL succeeded = DllMain(instance, reason, reserved);
-
-    // Not if DLL_PROCESS_ATTACH has failed, because Windows then calls DllMain() once more.
-    if (reason == DLL_PROCESS_DETACH)
+    const BOOL failed = reason == DLL_PROCESS_ATTACH && !succeeded;
+    if (failed) // Like Microsoft's library, and not once more if Windows calls this function again.
+        DllMain(instance, DLL_PROCESS_DETACH, reserved);
+    if (failed || reason == DLL_PROCESS_DETACH) {
         run_atexit_functions();
+        initialized = FALSE;
+    }
     return succeeded;
 }

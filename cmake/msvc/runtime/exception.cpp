@@ -2,11 +2,16 @@
 // std::exception_ptr. Condition variables refer to it by way of std::future, but never store an
 // exception, so here it is always null.
 #include <cstdlib>
+#include <cwchar>
 #include <exception>
 #include <new>
 #include <typeinfo>
 
 #include "support/runtime/exception_msvc.ipp"
+
+// As in Microsoft's library. msvc-sysroot.sh changes the headers accordingly.
+static_assert(sizeof(std::exception) == 24 && sizeof(std::bad_alloc) == 24);
+static_assert(sizeof(std::mbstate_t) == 8);
 
 namespace std {
 

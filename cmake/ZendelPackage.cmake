@@ -24,7 +24,7 @@ install(FILES plugin/IHostMachine.h plugin/IZendelMgr.h
         DESTINATION include/Zendel COMPONENT plugin)
 install(FILES CHANGELOG.md README.md DESTINATION ${data_folder} COMPONENT plugin)
 install(DIRECTORY docs/ DESTINATION ${data_folder}/docs COMPONENT plugin
-        FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.txt" PATTERN CMakeLists.txt EXCLUDE)
+        FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
 write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/ZendelConfigVersion.cmake
     COMPATIBILITY SameMajorVersion ARCH_INDEPENDENT)
 install(FILES cmake/ZendelConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/ZendelConfigVersion.cmake

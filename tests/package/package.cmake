@@ -40,7 +40,6 @@ unpack("" ${folder}/plugin
     docs/dialog.png
     docs/host-developer.md
     docs/languages.png
-    docs/msvc-imports.txt
     docs/performance.md
     docs/reliability.md
     docs/service-engineer.md

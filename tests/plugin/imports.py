@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""imports.py PLUGIN EXPECTED PUBLISHED UNPUBLISHED QT-FOLDER LINUX-LIBRARY...
+"""imports.py PLUGIN PAGE PUBLISHED UNPUBLISHED QT-FOLDER LINUX-LIBRARY...
 
 With Microsoft's ABI, a function that the plug-in needs must have the same name in the Qt of every
 host. Fails unless each function that PLUGIN imports from Qt is
-- in the file EXPECTED, which host developers can compare with their Qt, and nothing else is;
+- in the list of PAGE, which host developers can compare with their Qt, and nothing else is;
 - exported by our Qt, in QT-FOLDER;
 - in the file PUBLISHED, which lists what an official build exports, or in UNPUBLISHED, which names
   those that such a listing leaves out;
@@ -30,8 +30,9 @@ INLINE = {
 
 
 def read(path):
+    """Returns the lines "DLL function" of a file, without indentation."""
     lines = pathlib.Path(path).read_text("utf-8").splitlines()
-    return [line for line in lines if line and not line.startswith("#")]
+    return [line.strip() for line in lines if re.match(r" *Qt5\w+\.dll ", line)]
 
 
 def imports(plugin):
@@ -53,11 +54,11 @@ def without_sizes(name):
 
 
 def main():
-    plugin, expected, published, unpublished, qt, *linux_libraries = sys.argv[1:]
+    plugin, page, published, unpublished, qt, *linux_libraries = sys.argv[1:]
     lines = sorted(imports(plugin))
     failures = []
-    for line in sorted(set(lines) ^ set(read(expected))):
-        failures.append(f"{line}: {'not in' if line in lines else 'only in'} {expected}")
+    for line in sorted(set(lines) ^ set(read(page))):
+        failures.append(f"{line}: {'not in' if line in lines else 'only in'} {page}")
 
     ours = {f"{dll.name} {name}" for dll in pathlib.Path(qt).glob("Qt5*.dll")
             for name in exports_of(dll)}

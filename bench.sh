@@ -4,9 +4,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
-scripts/install-packages.sh linux
-cmake --preset linux-bench
-cmake --build --preset linux-bench
+scripts/build.sh linux-bench
 
 # Offscreen, because a program can't measure the X server's processor time. Repetitions run in random
 # order, so that other load on the machine affects all benchmarks alike.

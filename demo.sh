@@ -11,23 +11,8 @@ if [[ ${1-} == windows || ${1-} == msvc ]]; then
     platform=$1
     shift
 fi
-preset=$platform
-
-scripts/install-packages.sh "$platform"
-fresh_qt=()
-if [[ $platform != linux ]]; then
-    fresh_qt=(-U 'Qt5*_DIR') # The cache may refer to an earlier build of Qt.
-    if [[ $platform == msvc ]]; then
-        preset=windows-msvc
-        ZENDEL_QT_MSVC=$(scripts/qt-windows.sh msvc)
-        export ZENDEL_QT_MSVC
-    else
-        ZENDEL_QT_WINDOWS=$(scripts/qt-windows.sh)
-        export ZENDEL_QT_WINDOWS
-    fi
-fi
-cmake --preset "$preset" "${fresh_qt[@]}"
-cmake --build --preset "$preset"
+preset=${platform/msvc/windows-msvc}
+scripts/build.sh "$preset"
 
 if [[ $platform == linux ]]; then
     display=${DISPLAY-}${WAYLAND_DISPLAY-}

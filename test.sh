@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # test.sh [linux|windows|msvc|coverage] [CTEST-OPTION...]: installs missing packages, builds, checks
-# the sources and runs all tests: on Linux and through Wine on Windows, or on the given platform.
-# "windows" is the build with MinGW, "msvc" that with Microsoft's C++ ABI, which runs only if given.
+# the sources and runs all tests: on Linux and, through Wine, on Windows with the builds for MinGW
+# ("windows") and for Microsoft's C++ ABI ("msvc"); or on the given platform only.
 # With CTest options it skips the source checks: "./test.sh linux -R tst_Zendel" runs one test.
 # "coverage" runs scripts/coverage.sh.
 set -euo pipefail
@@ -12,7 +12,7 @@ if [[ ${1-} == coverage ]]; then
     exec scripts/coverage.sh "$@"
 fi
 
-platforms=(linux windows)
+platforms=(linux windows msvc)
 case ${1-} in
 linux | windows | msvc)
     platforms=("$1")
@@ -25,47 +25,53 @@ step() {
 }
 
 run_tests() {
-    local platform=$1 preset=$1
+    local platform=$1 preset=$1 emulator=(scripts/wine.sh --session) docs=OFF
     shift
+    case $platform in
+    linux)
+        emulator=()
+        docs=ON # They are the same on all platforms.
+        ;;
+    msvc)
+        preset=windows-msvc
+        ;;
+    esac
+
     step "$platform: packages and build"
-    scripts/install-packages.sh "$platform"
-    local emulator=() fresh_qt=() docs=ON
-    if [[ $platform != linux ]]; then
-        if [[ $platform == msvc ]]; then
-            preset=windows-msvc
-            ZENDEL_QT_MSVC=$(scripts/qt-windows.sh msvc)
-            export ZENDEL_QT_MSVC
-        else
-            ZENDEL_QT_WINDOWS=$(scripts/qt-windows.sh)
-            export ZENDEL_QT_WINDOWS
-        fi
-        emulator=(scripts/wine.sh --session)
-        fresh_qt=(-U 'Qt5*_DIR') # The cache may refer to an earlier build of Qt.
-        docs=OFF                 # They are the same on both platforms.
-    fi
-    cmake --preset "$preset" -D ZENDEL_BUILD_DOCS="$docs" "${fresh_qt[@]}"
-    cmake --build --preset "$preset"
+    scripts/build.sh "$preset" -D ZENDEL_BUILD_DOCS="$docs"
     if (($# == 0)) && [[ $platform != msvc ]]; then
         step "$platform: source checks"
         if [[ $platform == linux ]]; then
             scripts/check-sources.sh
         fi
-        cmake --preset "$platform-tidy" "${fresh_qt[@]}"
-        cmake --build --preset "$platform-tidy"
+        scripts/build.sh "$platform-tidy"
     fi
     step "$platform: tests"
     # Options may select tests that only one platform has.
     local options=("${@---no-tests=error}")
-    "${emulator[@]}" ctest --preset "$preset" "${options[@]}"
+    "${emulator[@]}" ctest --preset "$preset" -j "$(nproc)" "${options[@]}"
     if (($# == 0)) && [[ $platform == linux ]]; then
         step "$platform: catalogue fuzzer"
         scripts/fuzz.sh 60
     fi
 }
 
-# Tests the second platform even if the first fails
-set +e
 status=0
+if ((${#platforms[@]} > 1)); then
+    # Both at once, because parts of each build keep only one processor busy.
+    step "Qt for Windows"
+    builds=()
+    for flavour in mingw msvc; do
+        scripts/qt-windows.sh "$flavour" >/dev/null &
+        builds+=($!)
+    done
+    for build in "${builds[@]}"; do
+        wait "$build" || { status=1 && platforms=(linux); }
+    done
+fi
+
+# Tests the next platform even if one fails
+set +e
 for platform in "${platforms[@]}"; do
     (set -e; run_tests "$platform" "$@")
     (($? == 0)) || status=1

@@ -4,9 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/install-packages.sh linux
-cmake --preset linux-coverage
-cmake --build --preset linux-coverage
+scripts/build.sh linux-coverage
 # Counts are added to these files whenever the plug-in is unloaded.
 find build/linux-coverage -name '*.gcda' -delete
 ctest --preset linux-coverage "$@"

@@ -6,9 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds=${1-60}
 
-scripts/install-packages.sh linux
-cmake --preset linux-fuzz
-cmake --build --preset linux-fuzz
+scripts/build.sh linux-fuzz
 
 build=build/linux-fuzz
 mkdir -p "$build/artifacts" "$build/corpus"

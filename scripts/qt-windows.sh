@@ -156,12 +156,12 @@ msvc)
     ;;
 esac
 
-# The lock (descriptor 9) must not live on in anything a package starts.
+# The locks (descriptors 8 and 9) must not live on in anything a package starts.
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then
-        "$@" 9>&-
+        "$@" 8>&- 9>&-
     elif command -v sudo > /dev/null; then
-        sudo "$@" 9>&-
+        sudo "$@" 8>&- 9>&-
     else
         fail "needs root or sudo for: $*" >&4
     fi
@@ -189,6 +189,9 @@ install_packages() {
     # Also where nothing is missing: only the current version of a source
     # package can be had, so the lists must be fresh.  Without a network the
     # build fails later and says why.
+    # One build of Qt after the other, because apt doesn't wait for its own lock of the lists.
+    exec 8> "$cache/packages.lock"
+    flock 8
     as_root apt-get update || echo "The package lists could not be refreshed."
     local package missing=()
     for package in "${packages[@]}"; do
@@ -199,6 +202,7 @@ install_packages() {
         as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y \
             --no-install-recommends -o DPkg::Lock::Timeout=600 "${missing[@]}"
     fi
+    exec 8>&-
 }
 
 # Most machines have no source packages in their apt configuration.  The list
@@ -250,8 +254,8 @@ patch_source() {
 
 # Reads what make prints and says now and then how far it is.
 follow() {
-    awk -v total="$total" '/^compiling / && ++n % 50 == 0 {
-        printf "compiled %d of about %d files\n", n, total
+    awk -v flavour="$flavour" -v total="$total" '/^compiling / && ++n % 50 == 0 {
+        printf "%s: compiled %d of about %d files\n", flavour, n, total
         fflush()
     }'
 }
@@ -274,7 +278,7 @@ set_up_mingw() {
 
 set_up_msvc() {
     local sysroot=$work/root$prefix/sysroot
-    echo "building the C++ library"
+    echo "$flavour: building the C++ library"
     "$here/msvc-sysroot.sh" "$sysroot" llvm >> "$log" 2>&1
     cp -r "$here/../cmake/msvc/mkspec" source/mkspecs/win32-clang-cross
     configure_options+=(
@@ -293,11 +297,11 @@ build() {
     "set_up_$flavour"
     mkdir build
     cd build
-    echo "configuring"
+    echo "$flavour: configuring"
     # Qt is told its final place, and put there by the rename at the end.
     ../source/configure -prefix "$prefix" "${configure_options[@]}" >> "$log" 2>&1
     make 2>&1 | tee -a "$log" | follow
-    echo "installing"
+    echo "$flavour: installing"
     make -j1 install INSTALL_ROOT="$work/root" >> "$log" 2>&1
     cd "$work"
 }
@@ -333,12 +337,12 @@ trap finish EXIT
 : > "$log"
 
 cd "$work"
-echo "installing packages"
+echo "$flavour: installing packages"
 install_packages >> "$log" 2>&1
 find_prefix
 print_if_built
 [ -n "$version" ] || fail "apt does not know $version_package"
-echo "fetching $source_package $version"
+echo "$flavour: fetching $source_package $version"
 fetch_sources >> "$log" 2>&1
 patch_source
 build

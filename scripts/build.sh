@@ -1,0 +1,27 @@
+#!/usr/bin/env bash
+# build.sh PRESET [CMAKE-OPTION...]: installs missing packages and, for a Windows preset, builds Qt if
+# it is missing; then configures and builds the preset.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+preset=$1
+shift
+
+platform=linux options=("$@")
+case $preset in
+windows-msvc)
+    platform=msvc
+    ZENDEL_QT_MSVC=$(scripts/qt-windows.sh msvc)
+    export ZENDEL_QT_MSVC
+    ;;
+windows*)
+    platform=windows
+    ZENDEL_QT_WINDOWS=$(scripts/qt-windows.sh mingw)
+    export ZENDEL_QT_WINDOWS
+    ;;
+esac
+if [[ $platform != linux ]]; then
+    options+=(-U 'Qt5*_DIR') # The cache may refer to an earlier build of Qt.
+fi
+scripts/install-packages.sh "$platform"
+cmake --preset "$preset" "${options[@]}"
+cmake --build --preset "$preset"

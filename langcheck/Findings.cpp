@@ -108,8 +108,8 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "application folder contains a percent sign: %1; the paths of the translations change; rename "
      "the folder"},
     {Kind::QmMissing, "qm-missing", Finding::Error,
-     "file does not exist; the dialog falls back to the default's translation, then to that in "
-     "Lang/chs, then to empty texts; put the compiled translation there"},
+     "file does not exist; a dialog that needs it uses Lang/chs/Zendel.qm, or has empty texts if "
+     "that is missing, too; put the compiled translation there"},
     {Kind::QmUnreadable, "qm-unreadable", Finding::Error,
      "not a readable file; a dialog that uses it has empty texts; replace it or correct its "
      "permissions"},
@@ -138,9 +138,9 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
     {Kind::PluginFamily, "plugin-family", Finding::Error,
      "plug-in is built for %1, but Qt5Core.dll for %2; Windows refuses to load the plug-in with "
      "error 126 or 127; use a plug-in that is built for %2"},
-    {Kind::PlatformMissing, "platform-missing", Finding::Error,
-     "file does not exist; the host ends at its start; copy it from Qt's folder "
-     "plugins/platforms, or name the folder of Qt's plug-ins in a qt.conf"},
+    {Kind::PlatformMissing, "platform-missing", Finding::Warning,
+     "file does not exist; unless the host itself knows where Qt's plug-ins are, it ends at its "
+     "start; copy the file from Qt's folder plugins/platforms, or name that folder in a qt.conf"},
     {Kind::RuntimeMissing, "runtime-missing", Finding::Warning,
      "file does not exist; unless it is elsewhere in the search path, Windows refuses to load the "
      "plug-in with error 126; %1"},

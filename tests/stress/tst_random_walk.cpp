@@ -7,6 +7,9 @@
 #include "plugin/IHostMachine.h"
 
 #include "support/Deployment.h"
+#ifdef Q_OS_WIN
+#    include "support/Heaps_win32.h"
+#endif
 #include "support/NativeWindow.h"
 #include "support/Operator.h"
 #include "support/Plugin.h"
@@ -230,6 +233,9 @@ void tst_random_walk::walk()
         compare("warnings", Warnings::take(), std::exchange(m_expectedWarnings, {}));
         compare("modal", QApplication::activeModalWidget() != nullptr, false);
         compare("cursor", QApplication::overrideCursor() != nullptr, false);
+#ifdef Q_OS_WIN
+        compare("valid heaps", Heaps::areValid(), true);
+#endif
         while (m_log.size() > 50)
             m_log.removeFirst();
         if (m_failed) {

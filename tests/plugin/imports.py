@@ -42,11 +42,6 @@ def imports(plugin):
             if entry.dll.startswith(b"Qt5") for function in entry.imports]
 
 
-def exports_of(dll):
-    symbols = pefile.PE(dll, fast_load=False).DIRECTORY_ENTRY_EXPORT.symbols
-    return {symbol.name.decode() for symbol in symbols if symbol.name}
-
-
 def without_sizes(name):
     """Spells the integer types of both platforms alike."""
     name = name.replace("unsigned__int64", "size_t").replace("__int64", "int64")
@@ -61,12 +56,12 @@ def main():
         failures.append(f"{line}: {'not in' if line in lines else 'only in'} {page}")
 
     ours = {f"{dll.name} {name}" for dll in pathlib.Path(qt).glob("Qt5*.dll")
-            for name in exports_of(dll)}
+            for name in exported(str(dll))}
     symbols = [line.split()[1] for line in lines]
     names = demangle(symbols)
     linux = set()
     for library in linux_libraries:
-        linux |= {without_sizes(name) for name in demangle(exported("nm", library))}
+        linux |= {without_sizes(name) for name in demangle(exported(library))}
     # Of most functions the listing has the name alone, as it is without parameters.
     listed = set(read(published))
     left_out = set(read(unpublished))

@@ -1,28 +1,43 @@
 #!/usr/bin/env python3
-"""symbols.py NM LIBRARY... -- FUNCTION...
+"""symbols.py LIBRARY... -- FUNCTION...
 
 Prints the symbol of each C++ function, for example of "QWidget::winId() const", in libraries of any
-C++ ABI. A test that replaces a function needs it for the linker, and writes it as C++ does.
+C++ ABI. A test that replaces a function needs it for the linker or the import table, and writes it as
+C++ does.
 """
 
+import ctypes
 import re
+import shutil
 import subprocess
 import sys
 
 
 def demangle(symbols):
     """Returns the C++ names of symbols, which are all of one ABI, in one spelling for all ABIs."""
-    if any(symbol.startswith("?") for symbol in symbols):
-        command = ["llvm-undname-19", "--no-access-specifier", "--no-calling-convention",
-                   "--no-member-type", "--no-return-type", "--no-variable-type"]
-        lines = iter(subprocess.run(command, input="".join(f"{symbol}\n" for symbol in symbols), check=True,
-                                    capture_output=True, text=True).stdout.splitlines())
-        # It prints each symbol, its name in the next line, and in some cases an empty line.
-        output = [next(lines) for line in lines if line.startswith("?")]
-    else:
-        output = subprocess.run(["c++filt"], input="".join(f"{symbol}\n" for symbol in symbols), check=True,
-                                capture_output=True, text=True).stdout.splitlines()
-    return [normalize(name) for name in output]
+    if not any(symbol.startswith("?") for symbol in symbols):
+        return [normalize(name) for name in run(["c++filt"], symbols)]
+    undname = shutil.which("llvm-undname-19") or shutil.which("llvm-undname")
+    if not undname:
+        return [normalize(undecorate(symbol)) for symbol in symbols]
+    lines = iter(run([undname, "--no-access-specifier", "--no-calling-convention",
+                      "--no-member-type", "--no-return-type", "--no-variable-type"], symbols))
+    # It prints each symbol, its name in the next line, and in some cases an empty line.
+    return [normalize(next(lines)) for line in lines if line.startswith("?")]
+
+
+def run(command, lines=()):
+    return subprocess.run(command, input="".join(f"{line}\n" for line in lines), check=True,
+                          capture_output=True, text=True).stdout.splitlines()
+
+
+def undecorate(symbol):
+    """Returns the C++ name of a symbol of Microsoft's ABI. Works only on Windows."""
+    no_return_type, no_access_specifier, no_member_type = 0x4, 0x80, 0x200
+    name = ctypes.create_string_buffer(4096)
+    ctypes.windll.dbghelp.UnDecorateSymbolName(symbol.encode(), name, len(name),
+                                               no_return_type | no_access_specifier | no_member_type)
+    return name.value.decode()
 
 
 def normalize(name):
@@ -30,23 +45,27 @@ def normalize(name):
     return name.replace(" ", "")
 
 
-def exported(nm, library):
-    """Returns the C++ symbols that a shared library or an import library has."""
-    options = ["-D"] if ".so" in library else []
-    output = subprocess.run([nm, *options, "--defined-only", library], check=True,
-                            capture_output=True, text=True).stdout
-    symbols = {line.split()[-1] for line in output.splitlines() if line.strip()}
-    # In a Linux library a version follows the name.
-    return sorted({symbol.split("@")[0] for symbol in symbols if symbol.startswith("_Z")}
-                  | {symbol for symbol in symbols if symbol.startswith("?")})
+def exported(library):
+    """Returns the C++ symbols that a DLL or a Linux library exports."""
+    if library.endswith(".dll"):
+        import pefile # Not needed on Linux
+        # Without pefile's limit of 8192, because Qt5Widgets.dll may export more.
+        dll = pefile.PE(library, fast_load=True, max_symbol_exports=0x10000)
+        dll.parse_data_directories(pefile.DIRECTORY_ENTRY["IMAGE_DIRECTORY_ENTRY_EXPORT"])
+        symbols = {symbol.name.decode() for symbol in dll.DIRECTORY_ENTRY_EXPORT.symbols if symbol.name}
+    else:
+        # A version follows the name.
+        symbols = {line.split()[-1].split("@")[0]
+                   for line in run(["nm", "-D", "--defined-only", library])}
+    return sorted(symbol for symbol in symbols if symbol.startswith(("_Z", "?")))
 
 
 def main():
     separator = sys.argv.index("--")
-    nm, *libraries = sys.argv[1:separator]
+    libraries = sys.argv[1:separator]
     symbols = {}
     for library in libraries:
-        names = exported(nm, library)
+        names = exported(library)
         for name, symbol in zip(demangle(names), names):
             symbols.setdefault(name, symbol) # Of a constructor's two, the first one: C1 is whole.
     for function in sys.argv[separator + 1:]:

@@ -48,18 +48,6 @@ QString nameOf(HWND window)
     return QString::number(reinterpret_cast<quintptr>(window));
 }
 
-/// Replaces a function that @p module imports. Returns false if it doesn't import the function.
-bool replaceImport(HMODULE module, const char *function, void *replacement)
-{
-    void **const address = findImport(module, function);
-    if (!address)
-        return false;
-    DWORD protection = 0;
-    VirtualProtect(address, sizeof(void *), PAGE_READWRITE, &protection);
-    *address = replacement;
-    return true;
-}
-
 BOOL WINAPI recordEnableWindow(HWND window, BOOL enable)
 {
     calls += QStringLiteral("EnableWindow(%1, %2)").arg(nameOf(window)).arg(enable);

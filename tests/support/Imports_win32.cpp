@@ -1,6 +1,11 @@
 #include "support/Imports_win32.h"
 
+#include <QtGlobal>
+
 #include <cstring>
+#include <utility>
+
+#include <windows.h>
 
 void **findImport(HMODULE module, const char *function)
 {
@@ -25,4 +30,21 @@ void **findImport(HMODULE module, const char *function)
         }
     }
     return nullptr;
+}
+
+void *replaceImport(HMODULE module, const char *function, void *replacement)
+{
+    void **const address = findImport(module, function);
+    DWORD protection = 0;
+    if (!address || !VirtualProtect(address, sizeof(void *), PAGE_READWRITE, &protection))
+        return nullptr;
+    return std::exchange(*address, replacement);
+}
+
+void *replaceOwnImport(const char *function, void *replacement)
+{
+    void *const original = replaceImport(GetModuleHandleW(nullptr), function, replacement);
+    if (!original)
+        qFatal("This program doesn't import %s, so the test can't replace it", function);
+    return original;
 }

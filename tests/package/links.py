@@ -10,7 +10,7 @@ root = pathlib.Path(sys.argv[1])
 ELSEWHERE = re.compile(r"^(Lang|build|include|platforms)/|[<>*~]")
 SOURCE = re.compile(r"\.(cmake|cpp|h|ini|md|py|sh)$")
 
-names = {path.name for path in root.rglob("*") if not ELSEWHERE.match(str(path.relative_to(root)))}
+names = {path.name for path in root.rglob("*") if not ELSEWHERE.match(path.relative_to(root).as_posix())}
 failures = []
 checked = 0
 for page in sorted(root.glob("*.md")) + sorted(root.glob("docs/*.md")):

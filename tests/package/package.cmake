@@ -1,7 +1,7 @@
 # Fails unless the packages contain the expected files, and the demo runs without any other DLL from
 # a folder with spaces in its name.
 # cmake -D CPACK=... -D BUILD_DIR=... -D SOURCE_DIR=... -D VERSION=... -D FLAVOUR=... -D LAUNCHER=...
-#       -P package.cmake
+#       -D PATH_VARIABLE=... -P package.cmake
 
 set(folder ${BUILD_DIR}/tests/unpacked)
 file(REMOVE_RECURSE ${folder})
@@ -74,7 +74,7 @@ unpack(-demo ${demo}
 # run(NAME ARGUMENT...): runs a program of the demo without any other DLL and sets "output". Uses
 # files, because a pipe would stay open as long as the desktop that Wine may start with the program.
 function(run name)
-    execute_process(COMMAND ${CMAKE_COMMAND} -E env --unset=WINEPATH
+    execute_process(COMMAND ${CMAKE_COMMAND} -E env --unset=${PATH_VARIABLE}
                             ${LAUNCHER} ${demo}/${name}.exe ${ARGN}
                     WORKING_DIRECTORY ${demo}
                     OUTPUT_FILE ${folder}/${name}.txt ERROR_FILE ${folder}/${name}.errors.txt

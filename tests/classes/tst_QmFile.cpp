@@ -5,6 +5,7 @@
 #include "lang/SourceTexts.h"
 
 #include "support/CraftedQmFiles.h"
+#include "support/TestFile.h"
 #ifdef Q_OS_UNIX
 #    include "support/QmOracle_unix.h"
 #endif
@@ -187,7 +188,7 @@ void tst_QmFile::longChainOfDependenciesIsFollowed()
 
 void tst_QmFile::sourceTextsAreThoseThatLupdateFinds()
 {
-    QFile file(QStringLiteral(TEXTS_FILE));
+    QFile file(testFile(QStringLiteral(TEXTS_FILE)));
     QVERIFY(file.open(QIODevice::ReadOnly));
     QXmlStreamReader reader(&file);
     QStringList found;

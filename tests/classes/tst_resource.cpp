@@ -1,6 +1,8 @@
 // Replaces two functions of QtCore, to see what the compiled style sheet passes to Qt when the
 // plug-in is loaded and unloaded.
 
+#include "support/TestFile.h"
+
 #include <QtTest>
 
 namespace {
@@ -41,7 +43,7 @@ private Q_SLOTS:
 
     void dataIsTheLengthAndTheFile()
     {
-        QFile source(QStringLiteral(STYLE_SHEET));
+        QFile source(testFile(QStringLiteral(STYLE_SHEET)));
         QVERIFY(source.open(QIODevice::ReadOnly));
         const QByteArray bytes = source.readAll();
         const auto size = qFromBigEndian<quint32>(registeredData);
@@ -68,5 +70,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_resource)
+QTEST_GUILESS_MAIN(tst_resource)
 #include "tst_resource.moc"

@@ -3,6 +3,8 @@
 #include "examples/host/LanguageFile.h"
 #include "lang/SourceTexts.h"
 
+#include "support/TestFile.h"
+
 #include <QDir>
 #include <QFile>
 #include <QImage>
@@ -45,8 +47,8 @@ private:
 
 void tst_host::initTestCase()
 {
-    QVERIFY(QFile::copy(QStringLiteral(HOST_FILE), path(QStringLiteral("host.exe"))));
-    const QDir sample(QStringLiteral(SAMPLE_DEPLOYMENT));
+    QVERIFY(QFile::copy(testFile(QStringLiteral(HOST_FILE)), path(QStringLiteral("host.exe"))));
+    const QDir sample(testFile(QStringLiteral(SAMPLE_DEPLOYMENT)));
     for (const QString &folder : sample.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
         QVERIFY(QDir().mkpath(path(QStringLiteral("Lang/") + folder)));
         QVERIFY(QFile::copy(sample.filePath(folder + QStringLiteral("/Zendel.qm")),
@@ -57,7 +59,8 @@ void tst_host::initTestCase()
 void tst_host::init()
 {
     QFile::remove(path(QStringLiteral("Lang/Lang.ini")));
-    QVERIFY(QFile::copy(QStringLiteral(SAMPLE_CATALOGUE), path(QStringLiteral("Lang/Lang.ini"))));
+    QVERIFY(QFile::copy(testFile(QStringLiteral(SAMPLE_CATALOGUE)),
+                        path(QStringLiteral("Lang/Lang.ini"))));
 }
 
 void tst_host::run(const QStringList &arguments, bool withDisplay)
@@ -78,8 +81,8 @@ void tst_host::run(const QStringList &arguments, bool withDisplay)
 
 void tst_host::runTour(const QString &folder)
 {
-    run({QStringLiteral("--plugin"), QStringLiteral(PLUGIN_FILE), QStringLiteral("--tour"),
-         folder});
+    run({QStringLiteral("--plugin"), testFile(QStringLiteral(PLUGIN_FILE)),
+         QStringLiteral("--tour"), folder});
 }
 
 int tst_host::defaultLanguage() const
@@ -127,11 +130,11 @@ void tst_host::unusablePluginIsReported_data()
     QTest::newRow("missing") << QStringLiteral("/no/such/plugin.so")
                              << QStringLiteral("no such file");
     QTest::newRow("not a library")
-        << QStringLiteral(SAMPLE_CATALOGUE) << QStringLiteral("Cannot load");
+        << testFile(QStringLiteral(SAMPLE_CATALOGUE)) << QStringLiteral("Cannot load");
     QTest::newRow("without NewInterface")
-        << QStringLiteral(PLUGIN_WITHOUT_FUNCTIONS) << QStringLiteral("NewInterface");
+        << testFile(QStringLiteral(PLUGIN_WITHOUT_FUNCTIONS)) << QStringLiteral("NewInterface");
     QTest::newRow("without ReleaseInterface")
-        << QStringLiteral(PLUGIN_WITHOUT_RELEASE) << QStringLiteral("ReleaseInterface");
+        << testFile(QStringLiteral(PLUGIN_WITHOUT_RELEASE)) << QStringLiteral("ReleaseInterface");
 }
 
 void tst_host::unusablePluginIsReported()
@@ -147,7 +150,7 @@ void tst_host::unusablePluginIsReported()
 
 void tst_host::sampleCatalogueIsAsDescribed()
 {
-    QFile file(QStringLiteral(SAMPLE_CATALOGUE));
+    QFile file(testFile(QStringLiteral(SAMPLE_CATALOGUE)));
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QByteArray bytes = file.readAll();
     QVERIFY(bytes.startsWith("\xFF\xFE"));

@@ -4,6 +4,7 @@
 #include "langcheck/DeploymentCheck.h"
 
 #include "GoodDeployment.h"
+#include "support/TestFile.h"
 #include "support/TranslationBoxes.h"
 
 #include <QDir>
@@ -441,7 +442,7 @@ void tst_langcheck_checks::textsNameEffectAndRemedy()
 /// The page lists each id once, with its severity, and no others.
 void tst_langcheck_checks::pageListsEveryFinding()
 {
-    QFile page(QStringLiteral(PAGE_FILE));
+    QFile page(testFile(QStringLiteral(PAGE_FILE)));
     QVERIFY(page.open(QIODevice::ReadOnly));
     const QRegularExpression row(QStringLiteral("^\\| `([a-z0-9-]+)` \\| (error|warning)\\b"),
                                  QRegularExpression::MultilineOption);

@@ -4,6 +4,8 @@
 
 #include "GoodDeployment.h"
 
+#include "support/TestFile.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
@@ -39,7 +41,7 @@ QByteArray tst_langcheck_command_line::run(const QStringList &arguments, int exi
 {
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(QStringLiteral(LANGCHECK_FILE), arguments);
+    process.start(testFile(QStringLiteral(LANGCHECK_FILE)), arguments);
     if (!process.waitForFinished())
         QTest::qFail(qPrintable(process.errorString()), __FILE__, __LINE__);
     QByteArray output = process.readAll().replace("\r\n", "\n");

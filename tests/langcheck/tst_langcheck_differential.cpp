@@ -9,6 +9,7 @@
 #include "support/Plugin.h"
 #include "support/RecordingMachine.h"
 #include "support/Settings.h"
+#include "support/TestFile.h"
 #include "support/Warnings.h"
 
 #include <QComboBox>
@@ -137,7 +138,7 @@ void tst_langcheck_differential::operatorSeesWhatIsReported()
 #else
     const quint32 count = Settings::stepCount(2000);
 #endif
-    Plugin plugin(QStringLiteral(PLUGIN_FILE));
+    Plugin plugin(testFile(QStringLiteral(PLUGIN_FILE)));
     plugin.load();
     IZendelMgr *const manager = plugin.newInterface();
     RecordingMachine machine;

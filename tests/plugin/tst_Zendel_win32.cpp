@@ -9,6 +9,7 @@
 #include "support/Operator.h"
 #include "support/Plugin.h"
 #include "support/RecordingMachine.h"
+#include "support/TestFile.h"
 #include "support/Warnings.h"
 
 #include <QApplication>
@@ -206,7 +207,7 @@ private:
     void recordCalls();
     void takeAll();
 
-    Plugin m_plugin {QStringLiteral(PLUGIN_FILE)};
+    Plugin m_plugin {testFile(QStringLiteral(PLUGIN_FILE))};
     IZendelMgr *m_mgr = nullptr;
     RecordingMachine m_machine;
     Operator m_operator;
@@ -368,7 +369,7 @@ void tst_Zendel_win32::dialogIsPaintedOverTheOwner()
     QFETCH(QString, folder);
     QFETCH(QString, title);
 
-    QFile translation(QStringLiteral(SAMPLE_DEPLOYMENT "/%1/Zendel.qm").arg(folder));
+    QFile translation(testFile(QStringLiteral(SAMPLE_DEPLOYMENT "/%1/Zendel.qm").arg(folder)));
     QVERIFY(translation.open(QIODevice::ReadOnly));
     Deployment::writeTranslation(folder, translation.readAll());
     Deployment::writeLines("DEFAULT=" + QByteArray(folder == QLatin1String("en") ? "1" : "2")
@@ -468,14 +469,15 @@ void tst_Zendel_win32::applicationFolderNames_data()
     QTest::newRow("percent") << QStringLiteral("100% machine %n");
 }
 
-/// Runs a copy of this program, because the application's folder is that of the executable.
+/// Runs a copy of this program, because the application's folder is that of the executable. The
+/// copy is in a folder next to this program's, where it finds the plug-in.
 void tst_Zendel_win32::applicationFolderNames()
 {
     QFETCH(QString, folder);
 
-    const QString copy = Deployment::path(folder) + QStringLiteral("/copy.exe");
-    QDir().mkpath(Deployment::path(folder));
-    QFile::remove(copy);
+    const QDir copyFolder(testFile(QStringLiteral("../") + folder));
+    QVERIFY(QDir(copyFolder).removeRecursively() && copyFolder.mkpath(QStringLiteral(".")));
+    const QString copy = copyFolder.filePath(QStringLiteral("copy.exe"));
     QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), copy));
 
     QProcess process;
@@ -485,7 +487,8 @@ void tst_Zendel_win32::applicationFolderNames()
     const QByteArray output = process.readAll();
     QVERIFY2(output.contains(" 0 failed, 0 skipped"), output.constData());
     QCOMPARE(process.exitCode(), 0);
-    QVERIFY(QFile::exists(Deployment::path(folder) + QStringLiteral("/Lang/first/Zendel.qm")));
+    QVERIFY(copyFolder.exists(QStringLiteral("Lang/first/Zendel.qm")));
+    QVERIFY(QDir(copyFolder).removeRecursively());
 }
 
 void tst_Zendel_win32::leaksAreDetected()

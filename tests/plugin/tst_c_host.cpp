@@ -5,6 +5,7 @@
 #include "support/Heaps_win32.h"
 #include "support/NativeWindow.h"
 #include "support/Operator.h"
+#include "support/TestFile.h"
 #include "support/Warnings.h"
 
 #include <QComboBox>
@@ -81,7 +82,7 @@ void tst_c_host::init()
     Deployment::clear();
     Deployment::installTwoLanguages();
     m_operator.onDialog = nullptr;
-    const QString file = QStringLiteral(PLUGIN_FILE);
+    const QString file = testFile(QStringLiteral(PLUGIN_FILE));
     QVERIFY(c_host_load(reinterpret_cast<const wchar_t *>(file.utf16())));
     m_mgr = c_host_new();
     QVERIFY(m_mgr);

@@ -5,6 +5,7 @@
 #include "support/Operator.h"
 #include "support/Plugin.h"
 #include "support/RecordingMachine.h"
+#include "support/TestFile.h"
 #include "support/TranslationBoxes.h"
 #include "support/Warnings.h"
 
@@ -150,7 +151,7 @@ private Q_SLOTS:
 private:
     QStringList dialogTexts();
 
-    Plugin m_plugin {QStringLiteral(PLUGIN_FILE)};
+    Plugin m_plugin {testFile(QStringLiteral(PLUGIN_FILE))};
     IZendelMgr *m_mgr = nullptr;
     RecordingMachine m_machine;
     Operator m_operator;

@@ -7,6 +7,7 @@
 #include "support/Operator.h"
 #include "support/Plugin.h"
 #include "support/RecordingMachine.h"
+#include "support/TestFile.h"
 #include "support/Warnings.h"
 
 #include <QApplication>
@@ -124,7 +125,7 @@ private Q_SLOTS:
     void allModulesShareOneHeap();
 
 private:
-    Plugin m_plugin {QStringLiteral(PLUGIN_FILE)};
+    Plugin m_plugin {testFile(QStringLiteral(PLUGIN_FILE))};
     IZendelMgr *m_mgr = nullptr;
     RecordingMachine m_machine;
     Operator m_operator;

@@ -11,6 +11,7 @@
 #include "support/Plugin.h"
 #include "support/RecordingMachine.h"
 #include "support/Settings.h"
+#include "support/TestFile.h"
 #include "support/Warnings.h"
 
 #include <QDialog>
@@ -52,7 +53,7 @@ private:
     void showBareDialog(bool change);
 
     QString m_styleSheet;
-    Plugin m_plugin {QStringLiteral(PLUGIN_FILE)};
+    Plugin m_plugin {testFile(QStringLiteral(PLUGIN_FILE))};
     RecordingMachine m_machine;
     Operator m_operator;
 };

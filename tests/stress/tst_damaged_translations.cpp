@@ -15,6 +15,7 @@
 #include "support/RecordingMachine.h"
 #include "support/RecordingWindowManager.h"
 #include "support/Settings.h"
+#include "support/TestFile.h"
 #include "support/TranslationBoxes.h"
 #include "support/Warnings.h"
 
@@ -76,7 +77,7 @@ void tst_damaged_translations::initTestCase()
 
     QStringList names;
     for (const QString &folder :
-         {QStringLiteral(":/translations"), QStringLiteral(SAMPLE_DEPLOYMENT)}) {
+         {QStringLiteral(":/translations"), testFile(QStringLiteral(SAMPLE_DEPLOYMENT))}) {
         QDirIterator files(folder, {QStringLiteral("*.qm")}, QDir::Files,
                            QDirIterator::Subdirectories);
         while (files.hasNext())
@@ -112,7 +113,7 @@ void tst_damaged_translations::filesThatCrashQtAreRefused_data()
 void tst_damaged_translations::filesThatCrashQtAreRefused()
 {
     QFETCH(QString, name);
-    const QByteArray bytes = contents(QStringLiteral(DAMAGED_FILES "/") + name);
+    const QByteArray bytes = contents(testFile(QStringLiteral(DAMAGED_FILES "/") + name));
     Deployment::writeTranslation(QStringLiteral("first"), bytes);
     m_refused = 0;
     loadAndLookUpTexts();

@@ -14,6 +14,7 @@
 #include "support/Operator.h"
 #include "support/Plugin.h"
 #include "support/Settings.h"
+#include "support/TestFile.h"
 #include "support/TranslationBoxes.h"
 #include "support/Warnings.h"
 
@@ -181,7 +182,7 @@ private:
     int m_depth = 0;
     bool m_failed = false;
 
-    Plugin m_plugin {QStringLiteral(PLUGIN_FILE)};
+    Plugin m_plugin {testFile(QStringLiteral(PLUGIN_FILE))};
     QList<IZendelMgr *> m_managers;
     QList<IZendelMgr *> m_busy; // With a dialog open
     Machine m_machines[3];

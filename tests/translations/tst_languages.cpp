@@ -7,6 +7,8 @@
 #include "langcheck/TextFit.h"
 #include "ui/DlgSettings.h"
 
+#include "support/TestFile.h"
+
 #include <QComboBox>
 #include <QDir>
 #include <QGlyphRun>
@@ -26,7 +28,7 @@
 
 QString applicationDir()
 {
-    return QStringLiteral(SAMPLE_DIR);
+    return testFile(QStringLiteral(SAMPLE_DIR));
 }
 
 namespace {
@@ -60,7 +62,7 @@ class tst_languages : public QObject
 
 private Q_SLOTS:
     void initTestCase();
-    void cleanupTestCase() { QVERIFY(m_sheet.save(QStringLiteral(SHEET_FILE))); }
+    void cleanupTestCase() { QVERIFY(m_sheet.save(testFile(QStringLiteral(SHEET_FILE)))); }
     void textsAreNotClipped_data();
     void textsAreNotClipped();
     void clippedTextsAreDetected();
@@ -78,7 +80,7 @@ void tst_languages::initTestCase()
     CTranslatorMgr::instance()->loadLangConfig();
     m_languages = CTranslatorMgr::instance()->visibleLanguages();
     QVERIFY(m_languages.size() >= 22);
-    const QDir folders(QStringLiteral(SAMPLE_DIR "/Lang"));
+    const QDir folders(testFile(QStringLiteral(SAMPLE_DIR "/Lang")));
     QCOMPARE(folders.entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), m_languages.size());
     const int rows = (m_languages.size() + kColumns - 1) / kColumns;
     m_sheet = QImage(kCell.width() * kColumns, kCell.height() * rows, QImage::Format_RGB32);

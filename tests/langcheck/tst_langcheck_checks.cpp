@@ -3,12 +3,12 @@
 #include "lang/SourceTexts.h"
 #include "langcheck/DeploymentCheck.h"
 
+#include "ExposureCounter.h"
 #include "GoodDeployment.h"
 #include "support/TestFile.h"
 #include "support/TranslationBoxes.h"
 
 #include <QDir>
-#include <QEvent>
 #include <QFile>
 #include <QRegularExpression>
 #include <QTest>
@@ -41,22 +41,6 @@ QString shortForms(const Report &report)
 }
 
 } // namespace
-
-/// Counts how often a window is exposed.
-class ExposureCounter : public QObject
-{
-public:
-    ExposureCounter() { QCoreApplication::instance()->installEventFilter(this); }
-
-    bool eventFilter(QObject * /*watched*/, QEvent *event) override
-    {
-        if (event->type() == QEvent::Expose)
-            ++count;
-        return false;
-    }
-
-    int count = 0;
-};
 
 class tst_langcheck_checks : public QObject
 {

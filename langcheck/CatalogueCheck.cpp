@@ -8,10 +8,13 @@
 #include "langcheck/BytesCheck.h"
 
 #include <QFile>
+#include <QSet>
 #include <QTextCodec>
 #include <QTextStream>
 
 namespace {
+
+const int kQuoteLength = 300;
 
 bool isNumber(const QStringRef &value)
 {
@@ -29,6 +32,8 @@ public:
         : m_report(report)
         , m_numbers(numbers)
     {
+        for (const Finding &finding : qAsConst(report.findings))
+            m_reported.insert(finding.line);
     }
 
     const CatalogueLines &lines() const { return m_lines; }
@@ -37,6 +42,7 @@ public:
     {
         m_line = m_numbers.value(m_count, m_count + 1);
         ++m_count;
+        const int found = m_report.findings.size();
         const QString trimmed = text.trimmed();
         if (trimmed.contains(QLatin1Char('\r')))
             add(FindingKind::CarriageReturn);
@@ -44,7 +50,13 @@ public:
             add(FindingKind::Undecodable, {m_report.encoding});
         if (text.startsWith(QChar(QChar::ByteOrderMark)))
             add(FindingKind::SecondBom);
-        checkLine(m_reader.read(text), trimmed);
+        const LangLine line = m_reader.read(text);
+        checkLine(line, trimmed);
+        // Later checks may report lines with these keys.
+        if (m_report.findings.size() > found || m_reported.contains(m_line)
+            || line.kind == LangLine::Default || line.isLanguageKey()) {
+            m_lines.texts.insert(m_line, shortened(text, kQuoteLength));
+        }
     }
 
 private:
@@ -182,10 +194,11 @@ private:
 
     Report &m_report;
     const QVector<int> m_numbers;
+    QSet<int> m_reported; ///< The lines with findings about their bytes
     int m_count = 0;
     int m_line = 0;
     LangLineReader m_reader;
-    CatalogueLines m_lines {true, false, 0, {}};
+    CatalogueLines m_lines {true, false, 0, {}, {}};
 };
 
 } // namespace
@@ -200,10 +213,14 @@ int LanguageLines::first() const
     return result;
 }
 
+QString shortened(const QString &text, int most)
+{
+    return text.size() > most ? text.left(most) + QLatin1String("...") : text;
+}
+
 QString quoted(const QString &text)
 {
-    const int most = 60;
-    QString shown = text.size() > most ? text.left(most) + QLatin1String("...") : text;
+    QString shown = shortened(text, 60);
     return QLatin1Char('"') + shown.replace(QLatin1Char('\r'), QLatin1Char(' ')) + QLatin1Char('"');
 }
 

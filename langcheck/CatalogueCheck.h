@@ -2,6 +2,7 @@
 
 #include "langcheck/Report.h"
 
+#include <QHash>
 #include <QMap>
 
 /// The line numbers of a language's keys, from 1; 0 if the key is missing.
@@ -25,7 +26,11 @@ struct CatalogueLines
     bool hasSection = false;
     int defaultLine = 0;
     QMap<int, LanguageLines> languages; ///< By number, including hidden ones.
+    QHash<int, QString> texts;          ///< Those with findings or keys, by line number.
 };
+
+/// Returns @p text, cut off if it has more than @p most characters.
+QString shortened(const QString &text, int most);
 
 /// Returns @p text in quotation marks, shortened if it is long, and without carriage returns.
 QString quoted(const QString &text);

@@ -31,11 +31,6 @@ const Qt::CaseSensitivity kFileNames = Qt::CaseInsensitive;
 const Qt::CaseSensitivity kFileNames = Qt::CaseSensitive;
 #endif
 
-QString fallbackPath()
-{
-    return checkedDir + QLatin1String("/Lang/chs/") + kQmFileName;
-}
-
 /// Returns the name of a folder in Lang as it is on disk, where upper and lower case may differ;
 /// empty if there is no such folder.
 QString nameOnDisk(const QString &folder)
@@ -156,7 +151,7 @@ private:
                                   quoted(lang.name)});
             }
             idOfName.insert(lang.name, lang.id);
-            if (nameIsClipped(dialog, i)) {
+            if (languageName(dialog, i).clipped) {
                 m_report.addLine(FindingKind::NameClipped, line,
                                  {key(lang.id, "NAME"), quoted(lang.name)});
             }
@@ -266,6 +261,11 @@ QString applicationDir()
     return checkedDir;
 }
 
+QString fallbackPath()
+{
+    return checkedDir + QLatin1String("/Lang/chs/") + kQmFileName;
+}
+
 Report checkDeployment(const QString &applicationDir)
 {
     checkedDir = applicationDir;
@@ -287,6 +287,8 @@ Report checkDeployment(const QString &applicationDir)
     const CatalogueLines lines = checkCatalogue(report);
     if (lines.readable)
         LanguageCheck(report, lines).check();
+    for (Finding &finding : report.findings)
+        finding.quote = lines.texts.value(finding.line);
     checkHost(report);
     return report;
 }

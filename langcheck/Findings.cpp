@@ -163,13 +163,17 @@ static_assert(isInOrder());
 Finding makeFinding(FindingKind kind, const QString &file, int line, const QStringList &values)
 {
     const FindingDescription &description = kFindings[static_cast<std::size_t>(kind)];
-    // In one pass, because a value may contain a percent sign.
+    // In one pass, because a value may contain a percent sign or a semicolon.
     QString text;
+    int remedy = 0;
     for (const char *c = description.text; *c != '\0'; ++c) {
         if (*c == '%')
             text += values.at(*++c - '1');
         else
             text += QLatin1Char(*c);
+        if (c[0] == ';' && c[1] == ' ')
+            remedy = text.size() + 1;
     }
-    return {file, line, description.severity, QLatin1String(description.id), text};
+    return {file, line, description.severity, QLatin1String(description.id), text, text.mid(remedy),
+            {}};
 }

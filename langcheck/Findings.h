@@ -16,8 +16,10 @@ struct Finding
     QString file; ///< Path below the application directory.
     int line = 0; ///< From 1; 0 for the file as a whole.
     Severity severity = Warning;
-    QString id;   ///< The id of its kind.
-    QString text; ///< What is wrong, the effect and the remedy.
+    QString id;     ///< The id of its kind.
+    QString text;   ///< What is wrong, the effect and the remedy.
+    QString remedy; ///< The last part of the text.
+    QString quote;  ///< The line of the catalogue as it was read, shortened if it is long.
 };
 
 /// What langcheck can find, in the order of kFindings.

@@ -1,14 +1,41 @@
 #include "langcheck/MessageBoxes.h"
 
+#include "langcheck/WindowPicture.h"
+
 #include <QCoreApplication>
 #include <QEvent>
+#include <QLabel>
 #include <QMessageBox>
+#include <QScreen>
 #include <QTimer>
+
+namespace {
+
+QString iconName(QMessageBox::Icon icon)
+{
+    switch (icon) {
+    case QMessageBox::Critical:
+        return QStringLiteral("critical");
+    case QMessageBox::Information:
+        return QStringLiteral("information");
+    default:
+        return QStringLiteral("warning");
+    }
+}
+
+} // namespace
 
 MessageBoxes::MessageBoxes(QObject *parent)
     : QObject(parent)
+    // Windows plays a sound when Qt announces a message box.
+    , m_previousHandler(QAccessible::installUpdateHandler([](QAccessibleEvent * /*event*/) {}))
 {
     QCoreApplication::instance()->installEventFilter(this);
+}
+
+MessageBoxes::~MessageBoxes()
+{
+    QAccessible::installUpdateHandler(m_previousHandler);
 }
 
 bool MessageBoxes::eventFilter(QObject *watched, QEvent *event)
@@ -20,10 +47,27 @@ bool MessageBoxes::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::Polish) { // Sent before anything is drawn
         box->setAttribute(Qt::WA_DontShowOnScreen);
     } else if (event->type() == QEvent::Show) {
-        const bool critical = box->icon() == QMessageBox::Critical;
-        m_seen.append({critical ? QStringLiteral("critical") : QStringLiteral("warning"),
-                       box->windowTitle(), box->text()});
-        QTimer::singleShot(0, box, &QMessageBox::accept);
+        // Later, because the box gets its size after this event.
+        QTimer::singleShot(0, box, [this, box] {
+            record(*box);
+            box->accept();
+        });
     }
     return false;
+}
+
+void MessageBoxes::record(QMessageBox &box)
+{
+    const auto *const label = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"));
+    const QRect space(label->mapTo(&box, QPoint(0, 0)), label->size());
+    // The box grows with its text, but nobody sees what is outside the screen.
+    const QSize largest(1000, 500);
+    const QRect visible(QPoint(0, 0),
+                        box.size().boundedTo(box.screen()->size()).boundedTo(largest));
+    const QVector<ShownText> texts {
+        {box.windowTitle(), boxTitleSpace(box), false},
+        {box.text(), space & visible, !visible.contains(space)},
+    };
+    m_seen.append({iconName(box.icon()), box.windowTitle(), box.text(),
+                   drawWindow(box, visible.size(), texts)});
 }

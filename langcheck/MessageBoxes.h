@@ -2,15 +2,20 @@
 
 #include "langcheck/Report.h"
 
+#include <QAccessible>
 #include <QObject>
 
-/// Records and closes all message boxes of the process. None appears on the screen.
+class QMessageBox;
+
+/// Records and closes all message boxes of the process. None appears on the screen or makes a
+/// sound.
 class MessageBoxes : public QObject
 {
     Q_OBJECT
 
 public:
     explicit MessageBoxes(QObject *parent = nullptr);
+    ~MessageBoxes() override;
 
     /// Returns the message boxes recorded so far, in order.
     const QList<Box> &seen() const { return m_seen; }
@@ -18,5 +23,8 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void record(QMessageBox &box);
+
     QList<Box> m_seen;
+    const QAccessible::UpdateHandler m_previousHandler;
 };

@@ -21,6 +21,13 @@ QString count(int number, const QString &noun)
 
 } // namespace
 
+QString HostQt::description() const
+{
+    return QStringLiteral("%1, for %2")
+        .arg(version.isEmpty() ? QStringLiteral("unknown version") : version,
+             compiler.isEmpty() ? QStringLiteral("an unknown compiler") : compiler);
+}
+
 Finding &Report::addLine(FindingKind kind, int line, const QStringList &values)
 {
     findings.append(makeFinding(kind, QStringLiteral("Lang/Lang.ini"), line, values));
@@ -72,14 +79,8 @@ QString Report::toText() const
         out << (i == 0 ? "" : "              ") << box.icon << ", \"" << box.title
             << "\": " << box.text << '\n';
     }
-    if (hostQt) {
-        out << "Host's Qt:    "
-            << (hostQt->version.isEmpty() ? QStringLiteral("unknown version") : hostQt->version)
-            << ", for "
-            << (hostQt->compiler.isEmpty() ? QStringLiteral("an unknown compiler")
-                                           : hostQt->compiler)
-            << '\n';
-    }
+    if (hostQt)
+        out << "Host's Qt:    " << hostQt->description() << '\n';
     out << '\n';
 
     for (const Finding &finding : findings) {

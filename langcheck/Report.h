@@ -3,6 +3,7 @@
 #include "lang/LangEntry.h"
 #include "langcheck/Findings.h"
 
+#include <QImage>
 #include <QJsonObject>
 #include <QList>
 #include <QString>
@@ -12,9 +13,10 @@
 /// A message box that the operator sees.
 struct Box
 {
-    QString icon; ///< "warning" or "critical".
+    QString icon; ///< "information", "warning" or "critical".
     QString title;
     QString text;
+    QImage picture;
 };
 
 /// The Qt next to the host's executable.
@@ -22,6 +24,9 @@ struct HostQt
 {
     QString version;  ///< Empty if not known.
     QString compiler; ///< "MSVC" or "MinGW-w64"; empty if not known.
+
+    /// Returns both for people.
+    QString description() const;
 };
 
 /// What the plug-in does with a deployment, and what is wrong with it.

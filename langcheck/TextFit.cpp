@@ -9,6 +9,7 @@
 #include <QStyleOptionComboBox>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTextLayout>
 
 namespace {
 
@@ -34,34 +35,56 @@ QRect room(const QComboBox &list)
                                         &list);
 }
 
+QRect inWindow(const QWidget &widget, const QRect &rect)
+{
+    return {widget.mapTo(widget.window(), rect.topLeft()), rect.size()};
+}
+
 } // namespace
+
+QVector<ShownText> dialogTexts(const QDialog &dialog)
+{
+    const auto *const label = dialog.findChild<QLabel *>(QStringLiteral("label_info1"));
+    const auto *const button = dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"));
+    const auto *const tabs = dialog.findChild<QTabWidget *>(QStringLiteral("tabWidget"))->tabBar();
+    const int titleBarButtons = 150;
+    const QString title = dialog.windowTitle();
+    const QRect titleSpace(0, -kTitleBarHeight, dialog.width() - titleBarButtons, kTitleBarHeight);
+    return {
+        {label->text(), inWindow(*label, label->rect()),
+         !fits(*label, label->text(), label->contentsRect())},
+        {button->text(), inWindow(*button, button->rect()),
+         !fits(*button, button->text(), room(*button))},
+        // The tab grows with its text, up to the width of the dialog.
+        {tabs->tabText(0), inWindow(*tabs, tabs->tabRect(0)),
+         tabs->sizeHint().width() > dialog.width()},
+        {title, titleSpace, dialog.fontMetrics().horizontalAdvance(title) > titleSpace.width()},
+    };
+}
 
 QStringList clippedTexts(const QDialog &dialog)
 {
     QStringList result;
-    const auto *const label = dialog.findChild<QLabel *>(QStringLiteral("label_info1"));
-    if (!fits(*label, label->text(), label->contentsRect()))
-        result += label->text();
-
-    const auto *const button = dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"));
-    if (!fits(*button, button->text(), room(*button)))
-        result += button->text();
-
-    // The tab grows with its text, up to the width of the dialog.
-    const auto *const tabs = dialog.findChild<QTabWidget *>(QStringLiteral("tabWidget"))->tabBar();
-    if (tabs->sizeHint().width() > dialog.width())
-        result += tabs->tabText(0);
-
-    const int titleBarButtons = 150;
-    if (dialog.fontMetrics().horizontalAdvance(dialog.windowTitle())
-        > dialog.width() - titleBarButtons) {
-        result += dialog.windowTitle();
+    const QVector<ShownText> texts = dialogTexts(dialog);
+    for (const ShownText &text : texts) {
+        if (text.clipped)
+            result += text.text;
     }
     return result;
 }
 
-bool nameIsClipped(const QDialog &dialog, int index)
+ShownText languageName(const QDialog &dialog, int index)
 {
     const auto *const list = dialog.findChild<QComboBox *>(QStringLiteral("comboBox_language"));
-    return !fits(*list, list->itemText(index), room(*list));
+    const QString name = list->itemText(index);
+    return {name, inWindow(*list, list->rect()), !fits(*list, name, room(*list))};
+}
+
+QList<QGlyphRun> glyphRuns(const QWidget &widget, const QString &text)
+{
+    QTextLayout layout(text, widget.font());
+    layout.beginLayout();
+    layout.createLine();
+    layout.endLayout();
+    return layout.glyphRuns();
 }

@@ -1,14 +1,36 @@
 #pragma once
 
+#include <QGlyphRun>
+#include <QRect>
+#include <QString>
 #include <QStringList>
+#include <QVector>
 
 class QDialog;
+class QWidget;
 
 // Finds texts that are too large for the settings dialog's widgets in this application's fonts and
 // style. Message boxes are left out because they grow with their text.
 
-/// Returns the clipped texts among those of the label, button, tab and title.
+/// The height that the space for a window's title is assumed to have.
+inline constexpr int kTitleBarHeight = 30;
+
+/// A text in a window.
+struct ShownText
+{
+    QString text;
+    QRect space; ///< In the window's coordinates. A title is above the window.
+    bool clipped = false;
+};
+
+/// Returns the dialog's texts: those of the label, button, tab and title.
+QVector<ShownText> dialogTexts(const QDialog &dialog);
+
+/// Returns the clipped ones among these texts.
 QStringList clippedTexts(const QDialog &dialog);
 
-/// Returns true if the name at @p index of the language list is clipped.
-bool nameIsClipped(const QDialog &dialog, int index);
+/// Returns the name at @p index of the language list.
+ShownText languageName(const QDialog &dialog, int index);
+
+/// Returns the glyphs with which the widget shows @p text.
+QList<QGlyphRun> glyphRuns(const QWidget &widget, const QString &text);

@@ -15,7 +15,7 @@ packages=(
     # Tests and source checks
     binutils gcovr libbenchmark-dev libxcb-xtest0-dev python3 valgrind
     clang clang-format clang-tidy cppcheck
-    doxygen gettext libclang-rt-dev libicu-dev qttranslations5-l10n
+    doxygen gettext libclang-rt-dev libicu-dev qttranslations5-l10n tidy
 )
 case ${1-} in
 windows)

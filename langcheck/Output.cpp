@@ -1,0 +1,69 @@
+#include "langcheck/Output.h"
+
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QUrl>
+
+namespace {
+
+/// Repeats the attempt if only a part could be written, to learn why.
+bool writeAll(QIODevice &file, const QByteArray &bytes)
+{
+    for (qint64 done = 0; done < bytes.size();) {
+        const qint64 written = file.write(bytes.constData() + done, bytes.size() - done);
+        if (written <= 0)
+            return false;
+        done += written;
+    }
+    return true;
+}
+
+QString writeFile(const QString &path, const QByteArray &bytes)
+{
+    const auto failure = [&path](const QString &reason) {
+        return QStringLiteral("Cannot write \"%1\": %2.")
+            .arg(QDir::toNativeSeparators(path), reason);
+    };
+    // QSaveFile would replace a device.
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile())
+        return failure(QStringLiteral("it is not a file"));
+    QSaveFile file(path);
+    // Flushed first, because commit() would forget why that failed.
+    if (file.open(QIODevice::WriteOnly) && writeAll(file, bytes) && file.flush() && file.commit())
+        return {};
+    return failure(file.errorString());
+}
+
+} // namespace
+
+QString writePage(const QString &path, const QByteArray &page)
+{
+    return writeFile(path, page);
+}
+
+QString writePictures(const QString &folder, const QVector<LanguagePictures> &all)
+{
+    for (const LanguagePictures &pictures : all) {
+        const QString name =
+            QStringLiteral("language-%1.png").arg(pictures.language.id, 3, 10, QLatin1Char('0'));
+        const QString error = writeFile(QDir(folder).filePath(name), toPng(combined(pictures)));
+        if (!error.isEmpty())
+            return error;
+    }
+    return all.isEmpty()
+        ? QString()
+        : writeFile(QDir(folder).filePath(QStringLiteral("languages.png")), toPng(sheet(all)));
+}
+
+QString openPage(const QByteArray &page)
+{
+    const QString path = QDir::temp().filePath(QStringLiteral("langcheck.html"));
+    const QString error = writePage(path, page);
+    if (!error.isEmpty() || QDesktopServices::openUrl(QUrl::fromLocalFile(path)))
+        return error;
+    return QStringLiteral("The page was written, but no browser opens it: %1")
+        .arg(QDir::toNativeSeparators(path));
+}

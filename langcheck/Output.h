@@ -1,0 +1,14 @@
+#pragma once
+
+#include "langcheck/Pictures.h"
+
+// Each function writes files as a whole or not at all. It returns which file can't be written and
+// why; empty if all were.
+
+QString writePage(const QString &path, const QByteArray &page);
+
+/// Writes a picture of each language and one of all.
+QString writePictures(const QString &folder, const QVector<LanguagePictures> &all);
+
+/// Writes the page as langcheck.html into the user's temporary folder and opens it in the browser.
+QString openPage(const QByteArray &page);

@@ -1,0 +1,8 @@
+#pragma once
+
+#include "langcheck/Pictures.h"
+
+/// Returns the report as a page in HTML without scripts and references to other files.
+/// @p start is the dialog as it opens at first. There may be fewer pictures than languages.
+QByteArray makePage(const Report &report, const QImage &start,
+                    const QVector<LanguagePictures> &pictures);

@@ -1,0 +1,183 @@
+#include "langcheck/Pictures.h"
+
+#include "lang/CTranslatorMgr.h"
+#include "lang/QmFile.h"
+#include "lang/SourceTexts.h"
+#include "langcheck/DeploymentCheck.h"
+#include "langcheck/MessageBoxes.h"
+#include "langcheck/WindowPicture.h"
+#include "plugin/HostMachine.h"
+#include "plugin/IHostMachine.h"
+#include "ui/DlgSettings.h"
+
+#include <QBuffer>
+#include <QComboBox>
+#include <QFileInfo>
+#include <QPainter>
+#include <QPushButton>
+#include <QRawFont>
+#include <QRegularExpression>
+#include <QTranslator>
+
+#include <algorithm>
+
+namespace {
+
+const int kGap = 10;
+
+/// Accepts or refuses each language.
+class Machine : public IHostMachine
+{
+public:
+    void NotifySettingChanged() override { }
+    bool SetLanguage(std::uint8_t /*langId*/) override { return accepts; }
+
+    bool accepts = true;
+};
+
+/// Presses the dialog's button and returns the message box that appears.
+QImage drawBox(const DlgSettings &dialog, bool success)
+{
+    const MessageBoxes boxes;
+    Machine machine;
+    machine.accepts = success;
+    IHostMachine *const previous = g_pHostMachine;
+    g_pHostMachine = &machine;
+    dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"))->click();
+    g_pHostMachine = previous;
+    return boxes.seen().value(0).picture;
+}
+
+QImage drawUpperPart(DlgSettings &dialog)
+{
+    dialog.grab({0, 0, 1, 1}); // Lays out the widgets.
+    const auto *const list = dialog.findChild<QComboBox *>(QStringLiteral("comboBox_language"));
+    QVector<ShownText> texts = dialogTexts(dialog);
+    int bottom = 0;
+    if (list->count() > 0)
+        texts.prepend(languageName(dialog, list->currentIndex()));
+    for (const ShownText &text : qAsConst(texts))
+        bottom = std::max(bottom, text.space.bottom());
+    return drawWindow(dialog, {dialog.width(), std::min(bottom + 4 * kGap, dialog.height())},
+                      texts);
+}
+
+/// Returns the language as HTML writes it; empty if it may not be one.
+QString languageTag(QString language)
+{
+    static const QRegularExpression tag(QStringLiteral("^[A-Za-z]{2,3}(-[A-Za-z0-9]{2,8})*$"));
+    language.replace(QLatin1Char('_'), QLatin1Char('-'));
+    return tag.match(language).hasMatch() ? language : QString();
+}
+
+void addFonts(QStringList &fonts, const QWidget &widget, const QString &text)
+{
+    // Longer texts are damaged, and slow to lay out.
+    const QList<QGlyphRun> runs = glyphRuns(widget, text.left(1000));
+    for (const QGlyphRun &run : runs) {
+        const QString name = run.rawFont().familyName();
+        if (!name.isEmpty() && !fonts.contains(name))
+            fonts += name;
+    }
+}
+
+QSize logicalSize(const QImage &image)
+{
+    return image.size() / image.devicePixelRatio();
+}
+
+QSize combinedSize(const LanguagePictures &pictures)
+{
+    QSize size(kGap, 0);
+    for (const QImage &image : {pictures.dialog, pictures.success, pictures.failure}) {
+        const QSize one = logicalSize(image);
+        size = {size.width() + one.width() + kGap, std::max(size.height(), one.height())};
+    }
+    return size + QSize(0, 2 * kGap);
+}
+
+void drawCombined(QPainter &painter, QPoint corner, const LanguagePictures &pictures)
+{
+    corner += QPoint(kGap, kGap);
+    for (const QImage &image : {pictures.dialog, pictures.success, pictures.failure}) {
+        painter.drawImage(corner, image);
+        corner.rx() += logicalSize(image).width() + kGap;
+    }
+}
+
+} // namespace
+
+QImage drawStart(const Report &report)
+{
+    QTranslator &translator = *CTranslatorMgr::instance()->translator();
+    if (report.translation.isEmpty())
+        translator.load(nullptr, 0); // Empties it.
+    else
+        loadQmFile(translator, report.translation);
+    DlgSettings dialog;
+    return drawUpperPart(dialog);
+}
+
+LanguagePictures drawLanguage(const LangEntry &language, int index)
+{
+    QTranslator &translator = *CTranslatorMgr::instance()->translator();
+    const bool fallback = !QFileInfo::exists(language.qmPath);
+    loadQmFile(translator, fallback ? fallbackPath() : language.qmPath);
+
+    DlgSettings dialog;
+    dialog.findChild<QComboBox *>(QStringLiteral("comboBox_language"))->setCurrentIndex(index);
+    LanguagePictures result;
+    result.language = language;
+    result.translation = translator.filePath();
+    result.fallback = fallback;
+    result.tag = languageTag(translator.language());
+    addFonts(result.fonts, dialog, language.name);
+    for (const SourceText &text : kSourceTexts) {
+        result.texts += translator.translate(text.context, text.text);
+        addFonts(result.fonts, dialog, result.texts.last());
+    }
+    result.dialog = drawUpperPart(dialog);
+    result.success = drawBox(dialog, true);
+    result.failure = drawBox(dialog, false);
+    return result;
+}
+
+QImage combined(const LanguagePictures &pictures)
+{
+    const qreal ratio = pictures.dialog.devicePixelRatio();
+    QImage image(combinedSize(pictures) * ratio, QImage::Format_RGB32);
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    drawCombined(painter, {0, 0}, pictures);
+    return image;
+}
+
+QImage sheet(const QVector<LanguagePictures> &all)
+{
+    const int columns = 2;
+    QSize size;
+    for (const LanguagePictures &pictures : all)
+        size = size.expandedTo(combinedSize(pictures));
+    // Very many are drawn smaller, because the picture would otherwise need much memory.
+    const qreal scale = all.size() > 64 ? 0.5 : 1;
+    const int rows = (all.size() + columns - 1) / columns;
+    QImage image(QSize(columns * size.width(), rows * size.height()) * scale, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.scale(scale, scale);
+    for (int i = 0; i < all.size(); ++i) {
+        const QPoint corner(i % columns * size.width(), i / columns * size.height());
+        drawCombined(painter, corner, all.at(i));
+    }
+    return image;
+}
+
+QByteArray toPng(const QImage &image)
+{
+    QBuffer file;
+    file.open(QIODevice::WriteOnly);
+    image.save(&file, "PNG");
+    return file.data();
+}

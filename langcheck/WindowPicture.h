@@ -1,0 +1,14 @@
+#pragma once
+
+#include "langcheck/TextFit.h"
+
+#include <QImage>
+
+class QWidget;
+
+/// The space for the title of a message box, which grows with its title.
+QRect boxTitleSpace(const QWidget &box);
+
+/// Returns a picture of the window's upper left part of this size, which need not be on the screen,
+/// with a plain title bar. Marks each of the texts that is missing or clipped.
+QImage drawWindow(QWidget &window, const QSize &size, const QVector<ShownText> &texts);

@@ -1,0 +1,531 @@
+// Tests langcheck's page and pictures: the page is valid HTML, whatever the deployment contains,
+// and the pictures show the dialog in each language, with marks where a text is missing or clipped.
+
+#include "lang/SourceTexts.h"
+#include "langcheck/DeploymentCheck.h"
+#include "langcheck/Output.h"
+#include "ui/DlgSettings.h"
+
+#include "CheckedPage.h"
+#include "ExposureCounter.h"
+#include "GoodDeployment.h"
+
+#include <QDesktopServices>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTemporaryDir>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace {
+
+using GoodDeployment::kCatalogue;
+
+const QRgb kMissing = qRgb(0xC0, 0, 0);
+const QRgb kClipped = qRgb(0xB8, 0x50, 0);
+
+Report check()
+{
+    return checkDeployment(QCoreApplication::applicationDirPath());
+}
+
+QByteArray page()
+{
+    return CheckedPage::make(check());
+}
+
+QByteArray read(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+int pixels(const QImage &image, QRgb color, const QRect &rect)
+{
+    int result = 0;
+    for (int y = std::max(rect.top(), 0); y <= std::min(rect.bottom(), image.height() - 1); ++y) {
+        for (int x = std::max(rect.left(), 0); x <= std::min(rect.right(), image.width() - 1); ++x)
+            result += image.pixel(x, y) == color ? 1 : 0;
+    }
+    return result;
+}
+
+int pixels(const QImage &image, QRgb color)
+{
+    return pixels(image, color, image.rect());
+}
+
+bool isBlank(const QImage &image)
+{
+    QSet<QRgb> colors;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            colors.insert(image.pixel(x, y));
+    }
+    return colors.size() < 10;
+}
+
+/// Returns the spaces of label, button, tab and title in a picture of the dialog, which has a frame
+/// of one pixel and a title bar.
+QVector<QRect> spaces()
+{
+    DlgSettings dialog;
+    dialog.grab();
+    QVector<QRect> result;
+    const QVector<ShownText> texts = dialogTexts(dialog);
+    for (const ShownText &text : texts)
+        result += text.space.translated(1, 1 + kTitleBarHeight);
+    return result;
+}
+
+/// UTF-16 with a BOM, which can contain any character.
+QByteArray utf16(const QString &text)
+{
+    return Deployment::utf16(QChar(QChar::ByteOrderMark) + text);
+}
+
+} // namespace
+
+/// Receives the files that would be opened in the browser.
+class Browser : public QObject
+{
+    Q_OBJECT
+
+public:
+    Browser() { QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "open"); }
+    ~Browser() override { QDesktopServices::unsetUrlHandler(QStringLiteral("file")); }
+
+    QList<QUrl> opened;
+
+public Q_SLOTS:
+    void open(const QUrl &url) { opened += url; }
+};
+
+class tst_langcheck_page : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { GoodDeployment::prepareTests(); }
+    void init() { GoodDeployment::install(); }
+
+    void everyKindOfFindingIsShown();
+    void deploymentsAreShown_data();
+    void deploymentsAreShown();
+    void languagesHaveTheirScript();
+    void hostileTextsStayTexts_data();
+    void hostileTextsStayTexts();
+    void hostileTranslationsStayTexts();
+    void picturesOfAGoodDeploymentHaveNoMarks();
+    void missingTextsAreMarked();
+    void clippedTextsAreMarked();
+    void clippedNameIsMarked();
+    void missingFileShowsTheFallback();
+    void startIsShownInItsOwnLanguage();
+    void noWindowIsShown();
+    void pictureFilesOfTheSample();
+    void manyLanguages();
+    void pageOpensInTheBrowser();
+    void errorsNameTheFileAndTheReason();
+    void failedWriteLeavesTheOldPage();
+
+private:
+    QByteArray run(const QStringList &arguments, int exitCode);
+};
+
+/// Runs langcheck and returns what it prints to stderr.
+QByteArray tst_langcheck_page::run(const QStringList &arguments, int exitCode)
+{
+    QProcess process;
+    process.start(QStringLiteral(LANGCHECK_FILE), arguments);
+    if (!process.waitForFinished(120000))
+        QTest::qFail(qPrintable(process.errorString()), __FILE__, __LINE__);
+    const QByteArray errors = process.readAllStandardError().replace("\r\n", "\n");
+    QTest::qCompare(process.exitCode(), exitCode, errors.constData(), "exit code", __FILE__,
+                    __LINE__);
+    return errors;
+}
+
+void tst_langcheck_page::everyKindOfFindingIsShown()
+{
+    Report report = check();
+    QStringList values;
+    for (int i = 1; i < 10; ++i)
+        values += QStringLiteral("value %1; <&\">").arg(i);
+    for (const FindingDescription &kind : kFindings) {
+        report.findings += makeFinding(kind.kind, QStringLiteral("a & b"), 7, values);
+        report.findings.last().quote = QStringLiteral("line of ") + QLatin1String(kind.id);
+        report.findings += makeFinding(kind.kind, QStringLiteral("a & b"), 7, values);
+        report.findings += makeFinding(kind.kind, QStringLiteral("a & b"), 0, values);
+    }
+    const QByteArray bytes = CheckedPage::make(report);
+    CheckedPage::validate(bytes);
+    const CheckedPage::Contents contents = CheckedPage::read(bytes);
+    for (const FindingDescription &kind : kFindings) {
+        const QString id = QLatin1String(kind.id);
+        for (const char *const anchor : {"%1-line-7", "%1-line-7-2", "%1"})
+            QVERIFY(contents.anchors.contains(QString::fromLatin1(anchor).arg(id)));
+        QVERIFY(contents.texts.contains(QStringLiteral("line of ") + id));
+        const Finding finding = makeFinding(kind.kind, {}, 0, values);
+        QVERIFY(finding.text.endsWith(QLatin1String("; ") + finding.remedy));
+        const auto contains = [&contents](const QString &text) {
+            return std::any_of(contents.texts.begin(), contents.texts.end(),
+                               [&text](const QString &shown) {
+                                   return shown.compare(text, Qt::CaseInsensitive) == 0;
+                               });
+        };
+        QVERIFY2(contains(finding.remedy + QLatin1Char('.')), qPrintable(finding.remedy));
+        QVERIFY(contains(finding.text.chopped(finding.remedy.size() + 2) + QLatin1Char('.')));
+    }
+    QVERIFY(bytes.contains("Error: ") && bytes.contains("Warning: "));
+}
+
+void tst_langcheck_page::deploymentsAreShown_data()
+{
+    QTest::addColumn<QByteArray>("catalogue"); // Null for none
+    QTest::addColumn<QString>("verdict");
+    QTest::addColumn<QString>("text");
+
+    const QByteArray good = kCatalogue;
+    QTest::newRow("good") << good << QStringLiteral("Nothing is wrong.") << QStringLiteral("None.");
+    QTest::newRow("warning") << good + "LANG2_NAME=Deux\n"
+                             << QStringLiteral(
+                                    "There are warnings, but the operator sees no error.")
+                             << QStringLiteral("LANG2_NAME=Deux");
+    QTest::newRow("error") << QByteArray(good).replace("DEFAULT=1", "DEFAULT=77")
+                           << QStringLiteral("There are errors that the operator will see.")
+                           << QStringLiteral("DEFAULT=77");
+    QTest::newRow("empty list") << QByteArray("[LANG_MGR]\n")
+                                << QStringLiteral("There are errors that the operator will see.")
+                                << QStringLiteral("None; the operator's list is empty.");
+    QTest::newRow("no catalogue") << QByteArray()
+                                  << QStringLiteral("There are errors that the operator will see.")
+                                  << QStringLiteral("Lang/Lang.ini, cannot be opened");
+    QTest::newRow("half a character")
+        << good + ";\xD6\n;\n"
+        << QStringLiteral("There are errors that the operator will see.")
+        << QStringLiteral("Lang/Lang.ini, read as GB2312 because it "
+                          "has no BOM");
+}
+
+void tst_langcheck_page::deploymentsAreShown()
+{
+    QFETCH(QByteArray, catalogue);
+    QFETCH(QString, verdict);
+    QFETCH(QString, text);
+
+    if (catalogue.isNull())
+        QVERIFY(QFile::remove(Deployment::path(QStringLiteral("Lang/Lang.ini"))));
+    else
+        Deployment::writeCatalogue(catalogue);
+    const Report report = check();
+    const QByteArray bytes = CheckedPage::make(report);
+    CheckedPage::validate(bytes);
+    const CheckedPage::Contents contents = CheckedPage::read(bytes);
+    QVERIFY(contents.texts.contains(verdict));
+    QVERIFY2(contents.texts.contains(text), bytes.left(20000).constData());
+    QCOMPARE(bytes.count("<img "), report.boxes.size() + 1 + 3 * report.listed.size());
+    for (const Finding &finding : report.findings) {
+        QVERIFY(std::any_of(contents.anchors.begin(), contents.anchors.end(),
+                            [&](const QString &anchor) { return anchor.startsWith(finding.id); }));
+    }
+}
+
+void tst_langcheck_page::languagesHaveTheirScript()
+{
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(QStringLiteral("page.html"));
+    run({QStringLiteral("--html"), file}, 0);
+    const QByteArray bytes = read(file);
+    CheckedPage::validate(bytes);
+    const QString text = QString::fromUtf8(bytes);
+    QVERIFY(text.contains(QStringLiteral("<bdi dir=\"auto\" lang=\"ar\">العربية</bdi>")));
+    QVERIFY(text.contains(QStringLiteral("<bdi dir=\"auto\" lang=\"zh-CN\">简体中文</bdi>")));
+    QCOMPARE(bytes.count("<img "), 1 + 22 * 3);
+}
+
+void tst_langcheck_page::hostileTextsStayTexts_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("shown");
+
+    const auto row = [](const char *name, const QString &text, const QString &shown) {
+        QTest::newRow(name) << text << shown;
+    };
+    const auto same = [&row](const char *name, const QString &text) { row(name, text, text); };
+    same("script", QStringLiteral("<script>alert(1)</script>"));
+    same("end of everything", QStringLiteral("</bdi></style></table></body></html>\"'>"));
+    same("quotation marks", QStringLiteral("\"a' onload='b\" x"));
+    same("entities", QStringLiteral("&lt; &#0; & &amp"));
+    same("comment", QStringLiteral("<!-- a -- b ]]> <![CDATA["));
+    same("outside the BMP", QStringLiteral("\U0001F600"));
+    same("other direction", QStringLiteral("\u202Eabc\u2066"));
+    row("NUL", QStringLiteral("a") + QChar(0) + QStringLiteral("b"), QStringLiteral("a\u2400b"));
+    row("controls",
+        QStringLiteral("a\x01\x1B\x7F\x85"
+                       "b"),
+        QStringLiteral("a\u2401\u241B\u2421\uFFFDb"));
+    for (const ushort code : {0xFFFE, 0xFFFF, 0xFDD0, 0xD800, 0xDC00}) {
+        row(qPrintable(QString::number(code, 16)),
+            QStringLiteral("a") + QChar(code) + QLatin1Char('b'), QStringLiteral("a\uFFFDb"));
+    }
+    row("noncharacter outside the BMP", QStringLiteral("a\U0001FFFEb"), QStringLiteral("a\uFFFDb"));
+    row("100,000 letters", QString(100000, QLatin1Char('x')),
+        QString(300, QLatin1Char('x')) + QStringLiteral("..."));
+    row("cut in a pair", QString(299, QLatin1Char('x')) + QStringLiteral("\U0001F600y"),
+        QString(299, QLatin1Char('x')) + QStringLiteral("\uFFFD..."));
+}
+
+void tst_langcheck_page::hostileTextsStayTexts()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, shown);
+
+    Deployment::writeCatalogue(utf16(QStringLiteral("[LANG_MGR]\nDEFAULT=1\nLANG1_NAME=%1\n"
+                                                    "LANG1_FOLDER=%1\nLANG1_SHOW=1\n%1\n%1=%1\n")
+                                         .arg(text)));
+    const Report report = check();
+    QCOMPARE(report.listed.size(), 1);
+    QCOMPARE(report.listed.first().name, text);
+    const QByteArray bytes = CheckedPage::make(report);
+    CheckedPage::validate(bytes);
+    QVERIFY(CheckedPage::read(bytes).texts.contains(shown));
+    QVERIFY(bytes.size() < 1000000);
+}
+
+void tst_langcheck_page::hostileTranslationsStayTexts()
+{
+    Deployment::writeTranslation(QStringLiteral("second"), QByteArray());
+    Report report = check();
+    QVector<LanguagePictures> pictures;
+    for (int i = 0; i < report.listed.size(); ++i)
+        pictures += drawLanguage(report.listed.at(i), i);
+    for (QString &text : pictures.first().texts)
+        text = QStringLiteral("</td><script>");
+    const QByteArray bytes = makePage(report, drawStart(report), pictures);
+    CheckedPage::validate(bytes);
+    QCOMPARE(CheckedPage::read(bytes).texts.count(QStringLiteral("</td><script>")), 8);
+    QVERIFY(bytes.contains("no translation is loaded"));
+}
+
+void tst_langcheck_page::picturesOfAGoodDeploymentHaveNoMarks()
+{
+    const Report report = check();
+    const LanguagePictures pictures = drawLanguage(report.listed.at(1), 1);
+    QCOMPARE(pictures.texts.size(), 8);
+    QVERIFY(!pictures.fonts.isEmpty());
+    for (const QImage &image : {pictures.dialog, pictures.success, pictures.failure}) {
+        QVERIFY(!isBlank(image));
+        QCOMPARE(pixels(image, kMissing), 0);
+        QCOMPARE(pixels(image, kClipped), 0);
+    }
+    QCOMPARE(pictures.dialog.width(), 702);
+    QVERIFY(pictures.success != pictures.failure);
+}
+
+void tst_langcheck_page::missingTextsAreMarked()
+{
+    Deployment::installTranslation(QStringLiteral("second"), QStringLiteral("one_text"));
+    const LanguagePictures pictures = drawLanguage(check().listed.at(1), 1);
+    const QVector<QRect> places = spaces();
+    QVERIFY(pixels(pictures.dialog, kMissing, places.at(0)) > 0); // Label
+    QCOMPARE(pixels(pictures.dialog, kMissing, places.at(1)), 0); // Button
+    QVERIFY(pixels(pictures.dialog, kMissing, places.at(2)) > 0); // Tab
+    QVERIFY(pixels(pictures.dialog, kMissing, places.at(3)) > 0); // Title
+    QCOMPARE(pixels(pictures.dialog, kClipped), 0);
+    for (const QImage &image : {pictures.success, pictures.failure}) {
+        const QRect title(0, 0, image.width(), kTitleBarHeight);
+        QVERIFY(pixels(image, kMissing, title) > 0);
+        QVERIFY(pixels(image, kMissing, image.rect().adjusted(0, kTitleBarHeight + 1, 0, 0)) > 0);
+    }
+}
+
+void tst_langcheck_page::clippedTextsAreMarked()
+{
+    Deployment::installTranslation(QStringLiteral("second"), QStringLiteral("long_texts"));
+    const LanguagePictures pictures = drawLanguage(check().listed.at(1), 1);
+    const QVector<QRect> places = spaces();
+    QCOMPARE(pixels(pictures.dialog, kClipped, places.at(0)), 0);
+    QVERIFY(pixels(pictures.dialog, kClipped, places.at(1)) > 0);
+    QCOMPARE(pixels(pictures.dialog, kClipped, places.at(2)), 0);
+    QCOMPARE(pixels(pictures.dialog, kClipped, places.at(3)), 0);
+    QCOMPARE(pixels(pictures.dialog, kMissing), 0);
+}
+
+void tst_langcheck_page::clippedNameIsMarked()
+{
+    Deployment::writeCatalogue(
+        QByteArray(kCatalogue).replace("=Two", "=A language with a name that no list can hold"));
+    const Report report = check();
+    QCOMPARE(pixels(drawLanguage(report.listed.at(0), 0).dialog, kClipped), 0);
+    QVERIFY(pixels(drawLanguage(report.listed.at(1), 1).dialog, kClipped) > 0);
+}
+
+/// The second language has the texts of the fallback.
+void tst_langcheck_page::missingFileShowsTheFallback()
+{
+    Deployment::installTranslation(QStringLiteral("chs"), QStringLiteral("second"));
+    QVERIFY(QFile::remove(Deployment::path(QStringLiteral("Lang/second/Zendel.qm"))));
+    const Report report = check();
+    const LanguagePictures pictures = drawLanguage(report.listed.at(1), 1);
+    QVERIFY(pictures.fallback);
+    QCOMPARE(pictures.texts.first(), QStringLiteral("2 Language"));
+    const QByteArray bytes = CheckedPage::make(report);
+    CheckedPage::validate(bytes);
+    QVERIFY(bytes.contains("; the texts are those of the fallback"));
+
+    QVERIFY(QFile::remove(Deployment::path(QStringLiteral("Lang/chs/Zendel.qm"))));
+    QCOMPARE(drawLanguage(report.listed.at(1), 1).texts.count(QString()), 8);
+}
+
+/// Not in that of the file that was checked or drawn last.
+void tst_langcheck_page::startIsShownInItsOwnLanguage()
+{
+    Deployment::installTranslation(QStringLiteral("second"), QStringLiteral("second"));
+    const Report report = check();
+    const QImage start = drawStart(report);
+    QVERIFY(start == drawLanguage(report.listed.at(0), 0).dialog);
+    QVERIFY(start != drawLanguage(report.listed.at(1), 1).dialog);
+    QVERIFY(start == drawStart(report));
+}
+
+void tst_langcheck_page::noWindowIsShown()
+{
+    QVERIFY(QFile::remove(Deployment::path(QStringLiteral("Lang/chs/Zendel.qm"))));
+    Deployment::writeCatalogue(QByteArray(kCatalogue).replace("DEFAULT=1", "DEFAULT=9"));
+    const ExposureCounter exposures;
+    const QByteArray bytes = page();
+    QCOMPARE(bytes.count("<img "), 2 + 1 + 6);
+    QCoreApplication::processEvents();
+    QCOMPARE(exposures.count, 0);
+}
+
+void tst_langcheck_page::pictureFilesOfTheSample()
+{
+    const QTemporaryDir folder;
+    run({QStringLiteral("--pictures"), folder.path()}, 0);
+    const QDir dir(folder.path());
+    const QStringList names = dir.entryList(QDir::Files);
+    QCOMPARE(names.size(), 22 + 1);
+    QCOMPARE(names.first(), QStringLiteral("language-001.png"));
+    QCOMPARE(names.last(), QStringLiteral("languages.png"));
+    QSet<QByteArray> different;
+    for (const QString &name : names) {
+        const QImage image(dir.filePath(name));
+        QVERIFY2(!isBlank(image), qPrintable(name));
+        QVERIFY(image.width() > 702 && image.height() > 100);
+        QVERIFY(image.height() < 400 || name == QLatin1String("languages.png"));
+        different.insert(read(dir.filePath(name)));
+    }
+    QCOMPARE(different.size(), names.size());
+    const QImage one(dir.filePath(names.first()));
+    const QImage all(dir.filePath(names.last()));
+    QVERIFY(all.width() >= 2 * one.width() && all.height() >= 11 * one.height());
+}
+
+/// More than the machine can tell apart. Progress is reported if it takes long.
+void tst_langcheck_page::manyLanguages()
+{
+    QByteArray catalogue = "[LANG_MGR]\nDEFAULT=1\n";
+    for (int i = 0; i < 300; ++i) {
+        catalogue += QByteArray("LANG%_NAME=Language %\nLANG%_FOLDER=first\nLANG%_SHOW=1\n")
+                         .replace('%', QByteArray::number(i));
+    }
+    Deployment::writeCatalogue(catalogue);
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(QStringLiteral("page.html"));
+    const QByteArray progress = run({QStringLiteral("--html"), file, QStringLiteral("--pictures"),
+                                     folder.path(), QCoreApplication::applicationDirPath()},
+                                    2);
+    QVERIFY2(QRegularExpression(QStringLiteral("^(\\d+ of 256 languages drawn\n)*$"))
+                 .match(QString::fromUtf8(progress))
+                 .hasMatch(),
+             progress.constData());
+    const QByteArray bytes = read(file);
+    QCOMPARE(bytes.count("<img "), 1 + 256 * 3);
+    QVERIFY(bytes.contains("The list has 300 languages; only the first 256 are drawn."));
+    QVERIFY(bytes.contains(">Language 299<"));
+    QCOMPARE(QDir(folder.path()).entryList({QStringLiteral("*.png")}).size(), 256 + 1);
+    QVERIFY(!isBlank(QImage(folder.filePath(QStringLiteral("languages.png")))));
+}
+
+/// What a double click in Explorer does, except for the console.
+void tst_langcheck_page::pageOpensInTheBrowser()
+{
+    Browser browser;
+    QCOMPARE(openPage(page()), QString());
+    const QString file = QDir::temp().filePath(QStringLiteral("langcheck.html"));
+    QCOMPARE(browser.opened, QList<QUrl> {QUrl::fromLocalFile(file)});
+    CheckedPage::validate(read(file));
+
+    QVERIFY(QFile::remove(file));
+    QVERIFY(QDir().mkdir(file));
+    QCOMPARE(openPage(page()),
+             QStringLiteral("Cannot write \"%1\": it is not a file.")
+                 .arg(QDir::toNativeSeparators(file)));
+    QVERIFY(QDir().rmdir(file));
+    QCOMPARE(browser.opened.size(), 1);
+}
+
+void tst_langcheck_page::errorsNameTheFileAndTheReason()
+{
+    const QString deployment = QCoreApplication::applicationDirPath();
+    const QTemporaryDir folder;
+    const QString missing = folder.filePath(QStringLiteral("no/such"));
+    const QString html = QStringLiteral("--html");
+    const QString pictures = QStringLiteral("--pictures");
+
+    QCOMPARE(run({pictures, missing, deployment}, 3),
+             "langcheck: \"" + missing.toUtf8() + "\" is not a folder.\nSee langcheck --help.\n");
+    const QByteArray name = QDir::toNativeSeparators(missing).toUtf8();
+    const QByteArray error = run({html, missing, deployment}, 3);
+    QVERIFY2(error.startsWith("langcheck: Cannot write \"" + name + "\": ")
+                 && error.size() > name.size() + 40,
+             error.constData());
+    QCOMPARE(run({html, folder.path(), deployment}, 3),
+             "langcheck: Cannot write \"" + QDir::toNativeSeparators(folder.path()).toUtf8()
+                 + "\": it is not a file.\n");
+    QVERIFY(QDir(folder.path()).isEmpty());
+#ifdef Q_OS_UNIX
+    QVERIFY(run({html, QStringLiteral("/dev/null"), deployment}, 3).contains("it is not a file"));
+    QVERIFY(!QFileInfo(QStringLiteral("/dev/null")).isFile());
+#endif
+    // A folder is in the place of the first picture.
+    QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("language-001.png")));
+    QVERIFY(
+        run({pictures, folder.path(), deployment}, 3).contains("language-001.png\": it is not"));
+}
+
+void tst_langcheck_page::failedWriteLeavesTheOldPage()
+{
+#ifdef Q_OS_WIN
+    QSKIP("Windows has no limit for the size of files.");
+#else
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(QStringLiteral("page.html"));
+    run({QStringLiteral("--html"), file, QCoreApplication::applicationDirPath()}, 0);
+    const QByteArray old = read(file);
+    QVERIFY(!old.isEmpty());
+
+    // With a limit of one block, the same error as on a full disk
+    QProcess process;
+    process.start(QStringLiteral("/bin/sh"),
+                  {QStringLiteral("-c"),
+                   QStringLiteral("trap '' XFSZ; ulimit -f 1; exec \"$0\" \"$@\""),
+                   QStringLiteral(LANGCHECK_FILE), QStringLiteral("--html"), file,
+                   QCoreApplication::applicationDirPath()});
+    QVERIFY(process.waitForFinished(120000));
+    const QByteArray error = process.readAllStandardError();
+    QVERIFY2(error.contains(QFile::encodeName(file) + "\": File too large"), error.constData());
+    QCOMPARE(process.exitCode(), 3);
+    QCOMPARE(read(file), old);
+    QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
+#endif
+}
+
+QTEST_MAIN(tst_langcheck_page)
+#include "tst_langcheck_page.moc"

@@ -51,7 +51,7 @@ run_tests() {
     local options=("${@---no-tests=error}")
     "${emulator[@]}" ctest --preset "$preset" -j "$(nproc)" "${options[@]}"
     if (($# == 0)) && [[ $platform == linux ]]; then
-        step "$platform: catalogue fuzzer"
+        step "$platform: fuzzers"
         scripts/fuzz.sh 60
     fi
 }

@@ -1,0 +1,111 @@
+// Checks a deployment made of the fuzzer's input with langcheck, and aborts if the report or its
+// page is invalid. The input is a catalogue, a compiled translation, or a catalogue and a
+// translation: the latter starts with the magic number of such files.
+
+#include "langcheck/DeploymentCheck.h"
+#include "langcheck/Page.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QXmlStreamReader>
+
+#include <cstdint>
+#include <cstdlib>
+#include <iostream>
+#include <numeric>
+
+namespace {
+
+const QByteArray kMagic("\x3C\xB8\x64\x18\xCA\xEF\x9C\x95\xCD\x21\x1C\xBF\x60\xA1\xBD\xDD", 16);
+const QByteArray kCatalogue("[LANG_MGR]\nDEFAULT=1\nLANG1_NAME=One\nLANG1_FOLDER=one\n"
+                            "LANG1_SHOW=1\nLANG2_NAME=Two\nLANG2_FOLDER=none\nLANG2_SHOW=1\n");
+
+[[noreturn]] void fail(const char *what, const QString &details = {})
+{
+    std::cerr << what << ": " << details.toStdString() << '\n';
+    std::abort();
+}
+
+void write(const QString &path, const QByteArray &bytes)
+{
+    // Removed first, because Qt may still have the old file mapped into memory.
+    QFile::remove(path);
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        fail("Cannot write", path);
+}
+
+void checkReport(const Report &report, const QByteArray &catalogue)
+{
+    const int lines = catalogue.count('\n') + 1;
+    for (const Finding &finding : report.findings) {
+        if (finding.remedy.isEmpty() || !finding.text.endsWith(finding.remedy))
+            fail("No remedy", finding.text);
+        if (finding.line < 0 || finding.line > lines)
+            fail("No such line", finding.text);
+    }
+    if (report.selected >= report.listed.size())
+        fail("No such language");
+    if (!report.boxes.isEmpty() && report.exitCode() != 2)
+        fail("A message box without an error", report.toText());
+    report.toText();
+    report.toJson();
+}
+
+void checkPage(const QByteArray &page)
+{
+    QXmlStreamReader reader(page);
+    while (!reader.atEnd()) {
+        reader.readNext();
+        if (reader.isStartElement() && reader.name() == QLatin1String("script"))
+            fail("A script");
+    }
+    if (reader.hasError())
+        fail("Not well-formed", reader.errorString());
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qInstallMessageHandler([](QtMsgType /*type*/, const QMessageLogContext & /*context*/,
+                              const QString & /*message*/) {});
+    new QApplication(*argc, *argv); // Never deleted, because Qt's platform plug-in is gone at exit.
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    static const QTemporaryDir folder;
+    const QString lang = folder.filePath(QStringLiteral("Lang"));
+    for (const char *const name : {"/one", "/chs"}) {
+        if (!QDir().mkpath(lang + QLatin1String(name)))
+            fail("Cannot create", lang);
+    }
+
+    const QByteArray input(reinterpret_cast<const char *>(data), static_cast<int>(size));
+    const int start = input.indexOf(kMagic);
+    QByteArray catalogue = input.left(start);
+    const QByteArray translation = start < 0 ? QByteArray() : input.mid(start);
+    if (start == 0)
+        catalogue = kCatalogue;
+    write(lang + QStringLiteral("/Lang.ini"), catalogue);
+    for (const char *const name : {"/one/Zendel.qm", "/chs/Zendel.qm"})
+        write(lang + QLatin1String(name), translation);
+
+    const Report report = checkDeployment(QDir(folder.path()).canonicalPath());
+    checkReport(report, catalogue);
+    // Drawing takes longer than all checks.
+    QVector<LanguagePictures> pictures;
+    QImage image;
+    if (std::accumulate(data, data + size, 0U) % 16 == 0) {
+        image = drawStart(report);
+        if (!report.listed.isEmpty())
+            pictures += drawLanguage(report.listed.first(), 0);
+    }
+    checkPage(makePage(report, image, pictures));
+    return 0;
+}

@@ -10,14 +10,20 @@
 /// Pages of langcheck, for tests that define TIDY, the path of the validator.
 namespace CheckedPage {
 
-/// Makes the page of a deployment that checkDeployment() has just checked.
-inline QByteArray make(const Report &report)
+/// Draws all languages of a deployment that checkDeployment() has just checked.
+inline QVector<LanguagePictures> draw(const Report &report)
 {
-    const QImage start = drawStart(report);
     QVector<LanguagePictures> pictures;
     for (int i = 0; i < report.listed.size(); ++i)
         pictures += drawLanguage(report.listed.at(i), i);
-    return makePage(report, start, pictures);
+    return pictures;
+}
+
+/// Makes its page.
+inline QByteArray make(const Report &report)
+{
+    const QImage start = drawStart(report);
+    return makePage(report, start, draw(report));
 }
 
 /// What a browser would make of a page.

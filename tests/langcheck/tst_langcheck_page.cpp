@@ -302,10 +302,8 @@ void tst_langcheck_page::hostileTextsStayTexts()
 void tst_langcheck_page::hostileTranslationsStayTexts()
 {
     Deployment::writeTranslation(QStringLiteral("second"), QByteArray());
-    Report report = check();
-    QVector<LanguagePictures> pictures;
-    for (int i = 0; i < report.listed.size(); ++i)
-        pictures += drawLanguage(report.listed.at(i), i);
+    const Report report = check();
+    QVector<LanguagePictures> pictures = CheckedPage::draw(report);
     for (QString &text : pictures.first().texts)
         text = QStringLiteral("</td><script>");
     const QByteArray bytes = makePage(report, drawStart(report), pictures);

@@ -49,7 +49,7 @@ QString writePictures(const QString &folder, const QVector<LanguagePictures> &al
     for (const LanguagePictures &pictures : all) {
         const QString name =
             QStringLiteral("language-%1.png").arg(pictures.language.id, 3, 10, QLatin1Char('0'));
-        const QString error = writeFile(QDir(folder).filePath(name), toPng(combined(pictures)));
+        QString error = writeFile(QDir(folder).filePath(name), toPng(combined(pictures)));
         if (!error.isEmpty())
             return error;
     }
@@ -61,7 +61,7 @@ QString writePictures(const QString &folder, const QVector<LanguagePictures> &al
 QString openPage(const QByteArray &page)
 {
     const QString path = QDir::temp().filePath(QStringLiteral("langcheck.html"));
-    const QString error = writePage(path, page);
+    QString error = writePage(path, page);
     if (!error.isEmpty() || QDesktopServices::openUrl(QUrl::fromLocalFile(path)))
         return error;
     return QStringLiteral("The page was written, but no browser opens it: %1")

@@ -144,7 +144,7 @@ QByteArray tst_langcheck_page::run(const QStringList &arguments, int exitCode)
     process.start(QStringLiteral(LANGCHECK_FILE), arguments);
     if (!process.waitForFinished(120000))
         QTest::qFail(qPrintable(process.errorString()), __FILE__, __LINE__);
-    const QByteArray errors = process.readAllStandardError().replace("\r\n", "\n");
+    QByteArray errors = process.readAllStandardError().replace("\r\n", "\n");
     QTest::qCompare(process.exitCode(), exitCode, errors.constData(), "exit code", __FILE__,
                     __LINE__);
     return errors;

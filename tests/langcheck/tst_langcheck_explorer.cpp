@@ -2,6 +2,7 @@
 // console of its own: it opens its page in the browser.
 
 #include "CheckedPage.h"
+#include "support/TestFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -41,7 +42,7 @@ void tst_langcheck_explorer::doubleClickOpensTheBrowser()
         arguments->flags |= CREATE_NEW_CONSOLE;
         arguments->startupInfo->dwFlags &= ~DWORD(STARTF_USESTDHANDLES);
     });
-    process.start(QStringLiteral(LANGCHECK_FILE), QStringList());
+    process.start(testFile(QStringLiteral(LANGCHECK_FILE)), QStringList());
     QVERIFY2(process.waitForFinished(60000), qPrintable(process.errorString()));
     QCOMPARE(process.exitCode(), 0);
     QTRY_VERIFY(QFileInfo(opened).size() > 0);

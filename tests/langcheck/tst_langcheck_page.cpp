@@ -9,6 +9,7 @@
 #include "CheckedPage.h"
 #include "ExposureCounter.h"
 #include "GoodDeployment.h"
+#include "support/TestFile.h"
 
 #include <QDesktopServices>
 #include <QDir>
@@ -141,7 +142,7 @@ private:
 QByteArray tst_langcheck_page::run(const QStringList &arguments, int exitCode)
 {
     QProcess process;
-    process.start(QStringLiteral(LANGCHECK_FILE), arguments);
+    process.start(testFile(QStringLiteral(LANGCHECK_FILE)), arguments);
     if (!process.waitForFinished(120000))
         QTest::qFail(qPrintable(process.errorString()), __FILE__, __LINE__);
     QByteArray errors = process.readAllStandardError().replace("\r\n", "\n");
@@ -516,7 +517,7 @@ void tst_langcheck_page::failedWriteLeavesTheOldPage()
     process.start(QStringLiteral("/bin/sh"),
                   {QStringLiteral("-c"),
                    QStringLiteral("trap '' XFSZ; ulimit -f 1; exec \"$0\" \"$@\""),
-                   QStringLiteral(LANGCHECK_FILE), QStringLiteral("--html"), file,
+                   testFile(QStringLiteral(LANGCHECK_FILE)), QStringLiteral("--html"), file,
                    QCoreApplication::applicationDirPath()});
     QVERIFY(process.waitForFinished(120000));
     const QByteArray error = process.readAllStandardError();

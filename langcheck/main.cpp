@@ -64,11 +64,14 @@ QVector<LanguagePictures> drawLanguages(const Report &report)
 }
 
 #ifdef Q_OS_WIN
-/// Returns true if langcheck was started with a console of its own, as Explorer does.
+/// Returns true if langcheck was started with a console of its own, as Explorer does. A program
+/// that reads the output may do that too, but then the output doesn't go to the console.
 bool ownsConsole()
 {
     DWORD process = 0;
-    return GetConsoleProcessList(&process, 1) == 1;
+    DWORD mode = 0;
+    return GetConsoleProcessList(&process, 1) == 1
+        && GetConsoleMode(GetStdHandle(STD_OUTPUT_HANDLE), &mode);
 }
 
 /// Shows the report in the browser instead of in the console, which would vanish with langcheck.

@@ -60,6 +60,8 @@ status=0
 if ((${#platforms[@]} > 1)); then
     # Both at once, because parts of each build keep only one processor busy.
     step "Qt for Windows"
+    scripts/install-packages.sh windows
+    scripts/install-packages.sh msvc
     builds=()
     for flavour in mingw msvc; do
         scripts/qt-windows.sh "$flavour" >/dev/null &

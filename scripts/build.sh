@@ -8,13 +8,17 @@ shift
 
 platform=linux options=("$@")
 case $preset in
-windows-msvc)
-    platform=msvc
+windows-msvc) platform=msvc ;;
+windows*) platform=windows ;;
+esac
+scripts/install-packages.sh "$platform"
+
+case $platform in
+msvc)
     ZENDEL_QT_MSVC=$(scripts/qt-windows.sh msvc)
     export ZENDEL_QT_MSVC
     ;;
-windows*)
-    platform=windows
+windows)
     ZENDEL_QT_WINDOWS=$(scripts/qt-windows.sh mingw)
     export ZENDEL_QT_WINDOWS
     ;;
@@ -22,6 +26,5 @@ esac
 if [[ $platform != linux ]]; then
     options+=(-U 'Qt5*_DIR') # The cache may refer to an earlier build of Qt.
 fi
-scripts/install-packages.sh "$platform"
 cmake --preset "$preset" "${options[@]}"
 cmake --build --preset "$preset"

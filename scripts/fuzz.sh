@@ -29,8 +29,8 @@ fuzz() {
 
 echo "Fuzzing the catalogue reader and langcheck for $seconds seconds"
 # Without leaks, because fontconfig's memory is still in use when the fuzzer exits.
-ASAN_OPTIONS=detect_leaks=0 fuzz fuzz_langcheck -max_len=8192 "$build/corpus-langcheck" tests/stress/fuzz/seeds \
-    tests/data/damaged "$build/bin/Lang" >"$folder/langcheck.log" &
+ASAN_OPTIONS=detect_leaks=0 fuzz fuzz_langcheck -max_len=8192 "$build/corpus-langcheck" \
+    tests/stress/fuzz/seeds tests/data/damaged "$build/bin/Lang" >"$folder/langcheck.log" &
 langcheck=$!
 status=0
 fuzz fuzz_catalogue -max_len=2048 "$build/corpus" tests/stress/fuzz/seeds || status=1

@@ -11,6 +11,7 @@
 #include "support/Operator.h"
 #include "support/Properties.h"
 #include "support/RecordingMachine.h"
+#include "support/TestFile.h"
 #include "support/Warnings.h"
 
 #include <QFile>
@@ -443,7 +444,7 @@ void tst_DlgSettings::styleSheetAppliesToTheTabs()
 void tst_DlgSettings::styleSheetIsReadAsUtf8()
 {
     Q_CLEANUP_RESOURCE(style);
-    const QString other = Deployment::path(QStringLiteral("other_style.rcc"));
+    const QString other = testFile(QStringLiteral("../data/other_style.rcc"));
     QVERIFY(QResource::registerResource(other));
     {
         const DlgSettings dialog;

@@ -122,7 +122,7 @@ void tst_QmFile::dependencies_data()
     row("named without suffix", fileWithDependencies({"complete"}), true, true, "CHANGE");
     row("named with a longer name", fileWithDependencies({"complete_de.x"}), true, true, "CHANGE");
     row("named with an absolute path",
-        fileWithDependencies({m_folder.filePath(QStringLiteral("complete.qm")).toLatin1()}), true,
+        fileWithDependencies({m_folder.filePath(QStringLiteral("complete.qm")).toUtf8()}), true,
         true, "CHANGE");
     row("named twice", fileWithDependencies({"empty.qm", "empty.qm", "complete.qm"}), true, true,
         "CHANGE");

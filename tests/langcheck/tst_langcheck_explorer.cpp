@@ -24,14 +24,15 @@ void tst_langcheck_explorer::doubleClickOpensTheBrowser()
     if (!GetProcAddress(GetModuleHandleW(L"ntdll"), "wine_get_version"))
         QSKIP("Under Windows itself, this would change which browser opens pages.");
 
-    // The "browser" writes down what it is asked to open.
+    // The "browser" writes down what it is asked to open, with "/u" in UTF-16.
     const QTemporaryDir folder;
     const QString opened = folder.filePath(QStringLiteral("opened.txt"));
     QSettings classes(QStringLiteral("HKEY_LOCAL_MACHINE\\Software\\Classes"),
                       QSettings::NativeFormat);
     classes.setValue(QStringLiteral(".html/."), QStringLiteral("zendeltest"));
     classes.setValue(QStringLiteral("zendeltest/shell/open/command/."),
-                     QStringLiteral("cmd /c echo %1>") + QDir::toNativeSeparators(opened));
+                     QStringLiteral("cmd /u /c echo %1>\"") + QDir::toNativeSeparators(opened)
+                         + QLatin1Char('"'));
     classes.sync();
 
     const QString page = QDir::temp().filePath(QStringLiteral("langcheck.html"));
@@ -49,9 +50,10 @@ void tst_langcheck_explorer::doubleClickOpensTheBrowser()
 
     QFile file(opened);
     QVERIFY(file.open(QIODevice::ReadOnly));
-    const QString path =
-        QDir::fromNativeSeparators(QString::fromLocal8Bit(file.readAll().trimmed()));
-    QCOMPARE(path.toLower(), page.toLower());
+    const QByteArray bytes = file.readAll();
+    const QString path = QDir::fromNativeSeparators(QString::fromUtf16(
+        reinterpret_cast<const char16_t *>(bytes.constData()), bytes.size() / 2));
+    QCOMPARE(path.trimmed().toLower(), page.toLower());
     QFile written(page);
     QVERIFY(written.open(QIODevice::ReadOnly));
     CheckedPage::validate(written.readAll());

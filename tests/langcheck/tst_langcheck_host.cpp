@@ -71,6 +71,7 @@ private:
 
     std::unique_ptr<QTemporaryDir> m_folder;
     QByteArray m_systemRoot;
+    QString m_previousDir;
 };
 
 void tst_langcheck_host::init()
@@ -79,7 +80,10 @@ void tst_langcheck_host::init()
     QVERIFY(m_folder->isValid());
     m_systemRoot = qgetenv("SystemRoot");
     write(QStringLiteral("Windows/System32/vcruntime140.dll"), "any");
-    qputenv("SystemRoot", QFile::encodeName(path(QStringLiteral("Windows"))));
+    // Relative, because qputenv() can't pass each name of a folder
+    m_previousDir = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(m_folder->path()));
+    qputenv("SystemRoot", "Windows");
 }
 
 void tst_langcheck_host::cleanup()
@@ -88,6 +92,7 @@ void tst_langcheck_host::cleanup()
         qunsetenv("SystemRoot");
     else
         qputenv("SystemRoot", m_systemRoot);
+    QVERIFY(QDir::setCurrent(m_previousDir));
     QCOMPARE(Warnings::take(), QStringList());
 }
 

@@ -25,10 +25,10 @@ QByteArray bigEndian(Number number)
     return bytes;
 }
 
-QByteArray utf16(const char *text)
+QByteArray utf16(const QByteArray &text)
 {
     QByteArray bytes;
-    for (const QChar c : QString::fromLatin1(text))
+    for (const QChar c : QString::fromUtf8(text))
         bytes += bigEndian(c.unicode());
     return bytes;
 }
@@ -167,7 +167,7 @@ QByteArray dependenciesBlock(const QList<QByteArray> &names)
 {
     QByteArray content;
     for (const QByteArray &name : names) {
-        const QByteArray text = utf16(name.constData());
+        const QByteArray text = utf16(name);
         content += bigEndian(static_cast<quint32>(text.size())) + text;
     }
     return tagged(Dependencies, content);

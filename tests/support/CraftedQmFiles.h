@@ -21,7 +21,7 @@ QVector<CraftedQmFile> craftedQmFiles();
 /// plug-in, each translated to upper case.
 QByteArray completeQmFile(const QByteArray &further = QByteArray());
 
-/// Returns a block that makes Qt load these files, too.
+/// Returns a block that makes Qt load the files with these names, in UTF-8, too.
 QByteArray dependenciesBlock(const QList<QByteArray> &names);
 
 /// Returns a file in which looking up "Change" never ends.

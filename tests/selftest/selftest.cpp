@@ -14,6 +14,7 @@
 #include <QTextStream>
 #include <QXmlStreamWriter>
 
+#include <algorithm>
 #include <cstdio>
 
 #include <windows.h>
@@ -38,6 +39,12 @@ struct Function
     QString name;
     QString result; ///< "PASS", "FAIL!", "SKIP" or another one of Qt Test's
     QString details;
+
+    bool failed() const
+    {
+        return result == QLatin1String("FAIL!") || result == QLatin1String("XPASS");
+    }
+    bool skipped() const { return result.endsWith(QLatin1String("SKIP")); }
 };
 
 struct Result
@@ -219,17 +226,18 @@ void writeText(QIODevice &file, const QList<Result> &results)
         out << property.first.leftJustified(10) << property.second << "\r\n";
     out << "\r\n";
     for (const Result &result : results) {
-        int skipped = 0;
-        for (const Function &function : result.functions)
-            skipped += function.result.endsWith(QLatin1String("SKIP")) ? 1 : 0;
         out << (result.failure.isEmpty() ? "passed  " : "FAILED  ")
             << result.test.name.leftJustified(32) << QString::number(result.seconds, 'f', 1)
             << " s";
-        if (skipped > 0)
-            out << ", " << skipped << " skipped";
         if (!result.failure.isEmpty())
             out << ", " << result.failure;
         out << "\r\n";
+        for (const Function &function : result.functions) {
+            if (function.skipped()) {
+                out << "skipped " << function.name << ": " << function.details.simplified()
+                    << "\r\n";
+            }
+        }
     }
     for (const Result &result : results) {
         QString log = result.log;
@@ -257,16 +265,11 @@ void writeXml(QIODevice &file, const QList<Result> &results)
     const auto all = properties();
     for (const Result &result : results) {
         // What a program does outside its functions, like a crash, counts as one more.
-        QList<Function> functions = result.functions;
-        int failures = 0;
-        int skipped = 0;
-        for (const Function &function : qAsConst(functions)) {
-            failures += function.result == QLatin1String("FAIL!")
-                    || function.result == QLatin1String("XPASS")
-                ? 1
-                : 0;
-            skipped += function.result.endsWith(QLatin1String("SKIP")) ? 1 : 0;
-        }
+        const QList<Function> &functions = result.functions;
+        const auto failures = std::count_if(functions.begin(), functions.end(),
+                                            [](const Function &f) { return f.failed(); });
+        const auto skipped = std::count_if(functions.begin(), functions.end(),
+                                           [](const Function &f) { return f.skipped(); });
         const bool error = !result.failure.isEmpty() && failures == 0;
         xml.writeStartElement(QStringLiteral("testsuite"));
         xml.writeAttribute(QStringLiteral("name"), result.test.name);
@@ -283,14 +286,13 @@ void writeXml(QIODevice &file, const QList<Result> &results)
             xml.writeAttribute(QStringLiteral("value"), property.second);
         }
         xml.writeEndElement();
-        for (const Function &function : qAsConst(functions)) {
+        for (const Function &function : functions) {
             xml.writeStartElement(QStringLiteral("testcase"));
             xml.writeAttribute(QStringLiteral("classname"), result.test.name);
             xml.writeAttribute(QStringLiteral("name"), xmlText(function.name));
-            if (function.result == QLatin1String("FAIL!")
-                || function.result == QLatin1String("XPASS"))
+            if (function.failed())
                 xml.writeTextElement(QStringLiteral("failure"), xmlText(function.details));
-            else if (function.result.endsWith(QLatin1String("SKIP")))
+            else if (function.skipped())
                 xml.writeTextElement(QStringLiteral("skipped"), xmlText(function.details));
             xml.writeEndElement();
         }

@@ -72,6 +72,7 @@ with open(root / "tests/tests.txt", "a", encoding="utf-8") as file:
 report, suites = run(1, "crash", "hang", "fail", "pass")
 assert "1 of 4 tests passed" in report, report
 for text in ("crashed with code 0xc0000005", "stopped after 3 seconds", "failed with exit code 1",
-             "'x & y'"):
+             "'x & y'", "skipped misbehave::third(): Not here"):
     assert text in report, f"not in the report: {text}"
 assert [attributes(suite) for suite in suites] == [(0, 1), (0, 1), (1, 0), (0, 0)], "report.xml"
+assert [suite.get("skipped") for suite in suites] == ["0", "0", "0", "1"], "report.xml"

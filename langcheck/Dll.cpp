@@ -20,9 +20,10 @@ struct Section
 class DllReader
 {
 public:
-    explicit DllReader(QIODevice &file)
+    DllReader(QIODevice &file, bool isProgram)
         : m_file(file)
         , m_size(file.size())
+        , m_isProgram(isProgram)
     {
     }
 
@@ -82,8 +83,9 @@ private:
         if (machine != 0x8664)
             return QStringLiteral("it is for machine type 0x%1").arg(machine, 4, 16, QChar(u'0'));
         const quint16 isDll = 0x2000;
-        if ((number<quint16>(header + 22) & isDll) == 0)
-            return QStringLiteral("it is a program");
+        const bool isProgram = (number<quint16>(header + 22) & isDll) == 0;
+        if (isProgram != m_isProgram)
+            return isProgram ? QStringLiteral("it is a program") : QStringLiteral("it is a DLL");
 
         m_optionalHeader = header + 24;
         const int sectionCount = number<quint16>(header + 6);
@@ -184,6 +186,7 @@ private:
 
     QIODevice &m_file;
     const qint64 m_size;
+    const bool m_isProgram;
     qint64 m_optionalHeader = 0;
     QVector<Section> m_sections;
 };
@@ -192,5 +195,10 @@ private:
 
 Dll readDll(QIODevice &file)
 {
-    return DllReader(file).read();
+    return DllReader(file, false).read();
+}
+
+Dll readProgram(QIODevice &file)
+{
+    return DllReader(file, true).read();
 }

@@ -124,8 +124,9 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
 
     // The DLLs next to the host's executable
     {Kind::DllUnusable, "dll-unusable", Finding::Error,
-     "not a DLL for 64-bit x86: %1; the host cannot load it; replace it by an undamaged DLL for "
-     "64-bit x86"},
+     "not a DLL for 64-bit x86: %1; a 64-bit host, which the plug-in needs, cannot load it; "
+     "replace "
+     "it by %2, and use a 64-bit host if this one is not"},
     {Kind::QtVersion, "qt-version", Finding::Error,
      "host's Qt is not a 5.15: %1; the plug-in cannot be loaded or crashes; use a host with Qt "
      "5.15"},
@@ -135,9 +136,14 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
     {Kind::QtOlder, "qt-older", Finding::Warning,
      "host's Qt is older than %2, which the plug-in was built with: %1; Windows may refuse to load "
      "the plug-in with error 127; use Qt %2 or a later 5.15"},
+    {Kind::QtFamily, "qt-family", Finding::Error,
+     "built for %1, but %3 for %2; Windows refuses to start the host; replace it by %4"},
+    {Kind::QtVersionsDiffer, "qt-versions-differ", Finding::Warning,
+     "version is %1, but that of %3 is %2; the DLLs of different versions may not work together; "
+     "copy all DLLs of Qt, and its folder platforms, from the Qt that the host was built with"},
     {Kind::PluginFamily, "plugin-family", Finding::Error,
-     "plug-in is built for %1, but Qt5Core.dll for %2; Windows refuses to load the plug-in with "
-     "error 126 or 127; use a plug-in that is built for %2"},
+     "plug-in is built for %1, but %3 for %2; Windows refuses to load the plug-in with error 126 "
+     "or 127; use a plug-in that is built for %2"},
     {Kind::PlatformMissing, "platform-missing", Finding::Warning,
      "file does not exist; unless the host itself knows where Qt's plug-ins are, it ends at its "
      "start; copy the file from Qt's folder plugins/platforms, or name that folder in a qt.conf"},

@@ -69,6 +69,8 @@ enum class FindingKind {
     QtVersion,
     QtVersionUnknown,
     QtOlder,
+    QtFamily,
+    QtVersionsDiffer,
     PluginFamily,
     PlatformMissing,
     RuntimeMissing,

@@ -3,8 +3,13 @@
 #include "lang/OpenFile.h"
 #include "langcheck/Dll.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QVector>
+
+#include <algorithm>
+#include <optional>
 
 namespace {
 
@@ -31,6 +36,13 @@ QString systemFolder()
     return windows.isEmpty() ? QString() : windows + QLatin1String("/System32");
 }
 
+/// A DLL of Qt next to the host's executable.
+struct QtDll
+{
+    QString name;
+    Dll dll;
+};
+
 /// Checks the DLLs in the folder of the host's executable.
 class HostCheck
 {
@@ -42,59 +54,154 @@ public:
 
     void check()
     {
-        const Dll qt = readUsable(kQtCore);
-        m_report.hostQt = HostQt {qt.version.toString(), familyName(qt.exports)};
-        if (qt.defect.isEmpty()) {
-            checkVersion(qt.version);
-            checkRuntime(qt.exports);
-        }
+        readQt();
+        findFamily();
+        for (const QtDll &qt : qAsConst(m_qt))
+            checkQt(qt);
+        if (m_reference)
+            checkVersion(*m_reference);
+        checkRuntime();
         if (exists(kPlugin))
-            checkPlugin(qt.exports);
+            checkPlugin();
         if (!exists(QStringLiteral("platforms/qwindows.dll")) && !exists(QStringLiteral("qt.conf")))
             add(FindingKind::PlatformMissing, QStringLiteral("platforms/qwindows.dll"));
     }
 
 private:
-    /// Reads a DLL and reports it if it can't be used.
-    Dll readUsable(const QString &name)
+    void readQt()
+    {
+        for (const QLatin1String name :
+             {kQtCore, QLatin1String("Qt5Gui.dll"), QLatin1String("Qt5Widgets.dll")}) {
+            if (!exists(name))
+                continue;
+            Dll dll = read(name, readDll);
+            if (dll.defect.isEmpty() && dll.exports == CompilerFamily::Unknown)
+                dll.defect = QStringLiteral("it exports no C++ functions");
+            m_qt += {name, dll};
+        }
+        const Dll &core = m_qt.constFirst().dll;
+        m_report.hostQt = HostQt {core.version.toString(), familyName(core.exports)};
+    }
+
+    /// Finds the family of the host's programs, or else that of most DLLs of Qt, and the first DLL
+    /// of Qt that is of this family.
+    void findFamily()
+    {
+        readPrograms();
+        if (m_family == CompilerFamily::Unknown) {
+            const int msvc = count(CompilerFamily::Msvc);
+            const int minGw = count(CompilerFamily::MinGw);
+            for (const QtDll &qt : qAsConst(m_qt)) {
+                const bool fewer =
+                    qt.dll.exports == CompilerFamily::Msvc ? msvc < minGw : minGw < msvc;
+                if (!qt.dll.defect.isEmpty() || fewer)
+                    continue;
+                m_family = qt.dll.exports;
+                m_evidence = qt.name;
+                break;
+            }
+        }
+        const auto it = std::find_if(m_qt.constBegin(), m_qt.constEnd(), [this](const QtDll &qt) {
+            return qt.dll.defect.isEmpty() && qt.dll.exports == m_family;
+        });
+        if (it != m_qt.constEnd())
+            m_reference = *it;
+    }
+
+    /// Finds the family of the programs that use Qt, if they all have the same.
+    void readPrograms()
+    {
+        const QStringList names =
+            QDir(m_report.applicationDir).entryList({QStringLiteral("*.exe")}, QDir::Files);
+        for (const QString &name : names) {
+            if (name.compare(QLatin1String("langcheck.exe"), Qt::CaseInsensitive) == 0)
+                continue;
+            const CompilerFamily family = read(name, readProgram).qtImports;
+            if (family == CompilerFamily::Unknown || family == m_family)
+                continue;
+            if (m_family != CompilerFamily::Unknown) {
+                m_family = CompilerFamily::Unknown;
+                return;
+            }
+            m_family = family;
+            m_evidence = name;
+        }
+    }
+
+    int count(CompilerFamily family) const
+    {
+        return int(std::count_if(m_qt.begin(), m_qt.end(), [family](const QtDll &qt) {
+            return qt.dll.defect.isEmpty() && qt.dll.exports == family;
+        }));
+    }
+
+    Dll read(const QString &name, Dll (*readFile)(QIODevice &)) const
     {
         QFile file(path(name));
-        Dll dll;
         if (openForReading(file))
-            dll = readDll(file);
-        else
-            dll.defect = QStringLiteral("it cannot be opened");
-        if (dll.defect.isEmpty() && name == kQtCore && dll.exports == CompilerFamily::Unknown)
-            dll.defect = QStringLiteral("it exports no C++ functions");
-        if (!dll.defect.isEmpty())
-            add(FindingKind::DllUnusable, name, {dll.defect});
+            return readFile(file);
+        Dll dll;
+        dll.defect = QStringLiteral("it cannot be opened");
         return dll;
     }
 
-    void checkVersion(const QVersionNumber &version)
+    /// Checks whether the DLL fits the host, except for what is the same in all DLLs of Qt.
+    void checkQt(const QtDll &qt)
     {
-        const QVersionNumber own(QT_VERSION_MAJOR, QT_VERSION_MINOR, QT_VERSION_PATCH);
-        if (version.isNull())
-            add(FindingKind::QtVersionUnknown, kQtCore);
-        else if (!QVersionNumber(5, 15).isPrefixOf(version))
-            add(FindingKind::QtVersion, kQtCore, {version.toString()});
-        else if (version < own)
-            add(FindingKind::QtOlder, kQtCore, {version.toString(), own.toString()});
+        const QString version = m_reference ? m_reference->dll.version.toString() : QString();
+        const QString replacement =
+            QStringLiteral("the same file of Qt %1 for %2")
+                .arg(version.isEmpty() ? QStringLiteral("5.15") : version,
+                     m_family == CompilerFamily::Unknown ? QStringLiteral("64-bit x86")
+                                                         : familyName(m_family));
+        if (!qt.dll.defect.isEmpty()) {
+            add(FindingKind::DllUnusable, qt.name, {qt.dll.defect, replacement});
+        } else if (qt.dll.exports != m_family) {
+            add(FindingKind::QtFamily, qt.name,
+                {familyName(qt.dll.exports), familyName(m_family), m_evidence, replacement});
+        } else if (qt.dll.version != m_reference->dll.version && !qt.dll.version.isNull()
+                   && !version.isEmpty()) {
+            add(FindingKind::QtVersionsDiffer, qt.name,
+                {qt.dll.version.toString(), version, m_reference->name});
+        }
     }
 
-    void checkPlugin(CompilerFamily host)
+    void checkVersion(const QtDll &qt)
     {
-        const CompilerFamily plugin = readUsable(kPlugin).qtImports;
-        if (host == CompilerFamily::Unknown || plugin == CompilerFamily::Unknown || plugin == host)
-            return;
-        add(FindingKind::PluginFamily, kPlugin, {familyName(plugin), familyName(host)});
+        const QVersionNumber own(QT_VERSION_MAJOR, QT_VERSION_MINOR, QT_VERSION_PATCH);
+        const QVersionNumber &version = qt.dll.version;
+        if (version.isNull())
+            add(FindingKind::QtVersionUnknown, qt.name);
+        else if (!QVersionNumber(5, 15).isPrefixOf(version))
+            add(FindingKind::QtVersion, qt.name, {version.toString()});
+        else if (version < own)
+            add(FindingKind::QtOlder, qt.name, {version.toString(), own.toString()});
+    }
+
+    void checkPlugin()
+    {
+        const Dll plugin = read(kPlugin, readDll);
+        const CompilerFamily family = plugin.qtImports;
+        if (!plugin.defect.isEmpty()) {
+            add(FindingKind::DllUnusable, kPlugin,
+                {plugin.defect,
+                 m_family == CompilerFamily::Unknown
+                     ? QStringLiteral("an undamaged plug-in")
+                     : QStringLiteral("a plug-in that is built for ") + familyName(m_family)});
+        } else if (m_family != CompilerFamily::Unknown && family != CompilerFamily::Unknown
+                   && family != m_family) {
+            add(FindingKind::PluginFamily, kPlugin,
+                {familyName(family), familyName(m_family), m_evidence});
+        }
     }
 
     /// MinGW's DLLs may also be elsewhere in the search path. MSVC's usually are in Windows'
     /// folder, which can be checked only on Windows.
-    void checkRuntime(CompilerFamily family)
+    void checkRuntime()
     {
-        if (family == CompilerFamily::MinGw) {
+        if (m_family == CompilerFamily::Unknown)
+            return;
+        if (m_family == CompilerFamily::MinGw) {
             for (const char *const name :
                  {"libgcc_s_seh-1.dll", "libstdc++-6.dll", "libwinpthread-1.dll"}) {
                 if (!exists(QLatin1String(name))) {
@@ -122,10 +229,15 @@ private:
 
     void add(FindingKind kind, const QString &name, const QStringList &values = {})
     {
-        m_report.addFile(kind, path(name), values);
+        const Finding &finding = m_report.addFile(kind, path(name), values);
+        m_report.hostFails = m_report.hostFails || finding.severity == Finding::Error;
     }
 
     Report &m_report;
+    QVector<QtDll> m_qt;                               ///< Those that exist, Qt5Core.dll first.
+    CompilerFamily m_family = CompilerFamily::Unknown; ///< The host's.
+    QString m_evidence;                                ///< The file that shows the family.
+    std::optional<QtDll> m_reference; ///< The DLL of Qt whose version the others must have.
 };
 
 } // namespace

@@ -219,8 +219,14 @@ private:
     void writeStart()
     {
         heading("start", QStringLiteral("At startup"));
-        if (m_report.boxes.isEmpty())
+        if (m_report.hostFails) {
+            element("p",
+                    QStringLiteral("The program may not start at all, or not load the plug-in, "
+                                   "because of the errors in its DLLs. The rest of this page holds "
+                                   "once it does."));
+        } else if (m_report.boxes.isEmpty()) {
             element("p", QStringLiteral("No message box appears."));
+        }
         for (const Box &box : m_report.boxes) {
             open("div", "language");
             open("p");
@@ -236,9 +242,10 @@ private:
         }
         open("div", "language");
         element("p",
-                m_report.listed.isEmpty()
-                    ? QStringLiteral("The dialog then opens with an empty list:")
-                    : QStringLiteral("The dialog then opens like this:"));
+                (m_report.hostFails ? QStringLiteral("Once it does, the dialog opens ")
+                                    : QStringLiteral("The dialog then opens "))
+                    + (m_report.listed.isEmpty() ? QStringLiteral("with an empty list:")
+                                                 : QStringLiteral("like this:")));
         open("div", "windows");
         picture("dialog", QStringLiteral("The dialog at startup"), m_start);
         close();

@@ -64,6 +64,7 @@ private Q_SLOTS:
     void exportsAreRecognized();
     void importsAreRecognized_data();
     void importsAreRecognized();
+    void programsAreRead();
     void versionIsRead();
     void defectsAreNamed_data();
     void defectsAreNamed();
@@ -136,6 +137,21 @@ void tst_langcheck_dll::importsAreRecognized()
     QCOMPARE(dll.defect, QString());
     QCOMPARE(dll.qtImports, family);
     QCOMPARE(dll.exports, CompilerFamily::Unknown);
+}
+
+void tst_langcheck_dll::programsAreRead()
+{
+    const auto readAsProgram = [](const DllContents &contents) {
+        QBuffer file;
+        file.setData(makeDll(contents));
+        file.open(QIODevice::ReadOnly);
+        return readProgram(file);
+    };
+    DllContents contents = goodContents();
+    QCOMPARE(readAsProgram(contents).defect, QStringLiteral("it is a DLL"));
+    contents.characteristics = 0x0022;
+    QCOMPARE(readAsProgram(contents).defect, QString());
+    QCOMPARE(readAsProgram(contents).qtImports, CompilerFamily::Msvc);
 }
 
 void tst_langcheck_dll::versionIsRead()

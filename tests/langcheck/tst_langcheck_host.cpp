@@ -7,10 +7,14 @@
 
 #include <QDir>
 #include <QFile>
+#include <QMap>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>
+
+using Files = QMap<QString, QByteArray>; ///< By name; null to remove the file.
+Q_DECLARE_METATYPE(Files)
 
 namespace {
 
@@ -32,6 +36,14 @@ DllContents qtContents(bool msvc, const QVersionNumber &version = kOwnVersion)
 QByteArray qtCore(bool msvc, const QVersionNumber &version = kOwnVersion)
 {
     return makeDll(qtContents(msvc, version));
+}
+
+QByteArray program(bool msvc)
+{
+    DllContents contents;
+    contents.imports = {functionName(msvc)};
+    contents.characteristics = 0x0022;
+    return makeDll(contents);
 }
 
 QByteArray plugin(bool msvc)
@@ -58,6 +70,10 @@ private Q_SLOTS:
     void qtIsNamed();
     void mistakesAreFound_data();
     void mistakesAreFound();
+    void allMistakesAreFoundAtOnce_data();
+    void allMistakesAreFoundAtOnce();
+    void replacementsFitTheHost();
+    void startIsNotPromised();
     void qtThatCannotBeOpened();
     void otherFolderOfPlugins();
     void runtimeOfMsvc();
@@ -66,6 +82,7 @@ private:
     QString path(const QString &name) const { return m_folder->filePath(name); }
     void write(const QString &name, const QByteArray &bytes);
     void installHost(bool msvc);
+    void installWholeHost();
     Report check();
     QString checkedFindings();
 
@@ -116,6 +133,15 @@ void tst_langcheck_host::installHost(bool msvc)
          {"libgcc_s_seh-1.dll", "libstdc++-6.dll", "libwinpthread-1.dll"}) {
         write(QLatin1String(name), "any");
     }
+}
+
+/// Writes the files of a host for MinGW, with a program and more of Qt.
+void tst_langcheck_host::installWholeHost()
+{
+    installHost(false);
+    write(QStringLiteral("Qt5Gui.dll"), qtCore(false));
+    write(QStringLiteral("Qt5Widgets.dll"), qtCore(false));
+    write(QStringLiteral("MachineControl.exe"), program(false));
 }
 
 Report tst_langcheck_host::check()
@@ -178,7 +204,7 @@ void tst_langcheck_host::qtIsNamed()
 
     write(QStringLiteral("Qt5Core.dll"), bytes);
     const Report report = check();
-    QVERIFY2(report.toText().contains(QStringLiteral("\nHost's Qt:    %1\n\n").arg(line)),
+    QVERIFY2(report.toText().contains(QStringLiteral("\nHost's Qt:    %1\n").arg(line)),
              qPrintable(report.toText()));
     QCOMPARE(report.toJson().value(QStringLiteral("hostQt")).toObject(),
              QJsonObject(
@@ -266,6 +292,135 @@ void tst_langcheck_host::mistakesAreFound()
     else
         write(file, bytes);
     QCOMPARE(checkedFindings(), expected);
+}
+
+/// Each row adds files to a complete host for MinGW, or replaces some of it.
+void tst_langcheck_host::allMistakesAreFoundAtOnce_data()
+{
+    QTest::addColumn<Files>("files");
+    QTest::addColumn<QString>("expected");
+
+    const auto row = [](const char *name, const Files &files, const QString &expected) {
+        QTest::newRow(name) << files << expected;
+    };
+    const QString core = QStringLiteral("Qt5Core.dll");
+    const QString gui = QStringLiteral("Qt5Gui.dll");
+    const QString widgets = QStringLiteral("Qt5Widgets.dll");
+    const QString host = QStringLiteral("MachineControl.exe");
+    const QString zendel = QStringLiteral("Zendel.dll");
+    const QByteArray removed;
+    const auto family = [](const QString &file, const QString &evidence) {
+        return QStringLiteral("%1 error qt-family: built for MSVC, but %2 for MinGW-w64")
+            .arg(file, evidence);
+    };
+    const QString pluginFamily = QStringLiteral("Zendel.dll error plugin-family: plug-in is built "
+                                                "for MSVC, but %1 for MinGW-w64");
+    const QString cutOff = QStringLiteral("%1 error dll-unusable: not a DLL for 64-bit x86: it is "
+                                          "cut off");
+    const QString differ = QStringLiteral("%1 warning qt-versions-differ: version is %2, but that "
+                                          "of Qt5Core.dll is %3");
+    const QString end = QStringLiteral("\n");
+    const QVersionNumber later(5, 15, 99);
+    DllContents small = qtContents(false);
+    small.machine = 0x014C;
+
+    row("clean", {}, {});
+    row("Qt5Core", {{core, qtCore(true)}}, family(core, host));
+    row("Qt5Core, no program", {{core, qtCore(true)}, {host, removed}}, family(core, gui));
+    row("Qt5Core and Qt5Gui", {{core, qtCore(true)}, {gui, qtCore(true)}},
+        family(core, host) + end + family(gui, host));
+    row("all of Qt", {{core, qtCore(true)}, {gui, qtCore(true)}, {widgets, qtCore(true)}},
+        family(core, host) + end + family(gui, host) + end + family(widgets, host));
+    row("all but the program",
+        {{core, qtCore(true)},
+         {gui, qtCore(true)},
+         {widgets, qtCore(true)},
+         {zendel, plugin(true)}},
+        family(core, host) + end + family(gui, host) + end + family(widgets, host) + end
+            + pluginFamily.arg(host));
+    row("Qt5Core, plug-in and a missing DLL of MinGW",
+        {{core, qtCore(true)},
+         {zendel, plugin(true)},
+         {QStringLiteral("libstdc++-6.dll"), removed}},
+        family(core, host) + end
+            + QStringLiteral("libstdc++-6.dll warning runtime-missing: file does not exist\n")
+            + pluginFamily.arg(host));
+    row("langcheck", {{QStringLiteral("LangCheck.exe"), program(true)}}, {});
+    row("only langcheck, and Qt5Widgets",
+        {{QStringLiteral("langcheck.exe"), program(true)},
+         {host, removed},
+         {widgets, qtCore(true)}},
+        family(widgets, core));
+    row("programs that differ, and Qt5Widgets",
+        {{QStringLiteral("Other.exe"), program(true)}, {widgets, qtCore(true)}},
+        family(widgets, core));
+    row("programs that are none", {{QStringLiteral("a.exe"), "x"}, {QStringLiteral("b.exe"), ""}},
+        {});
+    row("Qt5Gui cut off", {{gui, qtCore(false).chopped(1)}}, cutOff.arg(gui));
+    row("Qt5Core cut off, and plug-in", {{core, qtCore(false).chopped(1)}, {zendel, plugin(true)}},
+        cutOff.arg(core) + end + pluginFamily.arg(host));
+    row("Qt5Core cut off, no program, and plug-in",
+        {{core, qtCore(false).chopped(1)}, {host, removed}, {zendel, plugin(true)}},
+        cutOff.arg(core) + end + pluginFamily.arg(gui));
+    row("Qt5Widgets for 32-bit", {{widgets, makeDll(small)}},
+        QStringLiteral("Qt5Widgets.dll error dll-unusable: not a DLL for 64-bit x86: it is for "
+                       "32-bit x86"));
+    row("version of Qt5Gui", {{gui, qtCore(false, later)}},
+        differ.arg(gui, later.toString(), kOwnVersion.toString()));
+    row("version of Qt5Core", {{core, qtCore(false, later)}},
+        differ.arg(gui, kOwnVersion.toString(), later.toString()) + end
+            + differ.arg(widgets, kOwnVersion.toString(), later.toString()));
+    row("version and family of Qt5Core", {{core, qtCore(true, later)}}, family(core, host));
+    row("Qt5Gui without a version", {{gui, qtCore(false, {})}}, {});
+}
+
+void tst_langcheck_host::allMistakesAreFoundAtOnce()
+{
+    QFETCH(Files, files);
+    QFETCH(QString, expected);
+
+    installWholeHost();
+    for (auto it = files.begin(); it != files.end(); ++it) {
+        if (it->isNull())
+            QVERIFY(QFile::remove(path(it.key())));
+        else
+            write(it.key(), *it);
+    }
+    QCOMPARE(checkedFindings(), expected);
+}
+
+void tst_langcheck_host::replacementsFitTheHost()
+{
+    installWholeHost();
+    const QString own = kOwnVersion.toString();
+    write(QStringLiteral("Qt5Core.dll"), qtCore(true, QVersionNumber(5, 15, 99)));
+    write(QStringLiteral("Qt5Gui.dll"), "text");
+    write(QStringLiteral("Zendel.dll"), "text");
+    QList<Finding> findings = check().findings;
+    QCOMPARE(findings.size(), 3);
+    const QString file = QStringLiteral("replace it by the same file of Qt %1 for MinGW-w64");
+    QCOMPARE(findings.at(0).remedy, file.arg(own));
+    const QString host = QStringLiteral(", and use a 64-bit host if this one is not");
+    QCOMPARE(findings.at(1).remedy, file.arg(own) + host);
+    QCOMPARE(findings.at(2).remedy,
+             QStringLiteral("replace it by a plug-in that is built for MinGW-w64") + host);
+
+    write(QStringLiteral("Qt5Widgets.dll"), qtCore(true));
+    findings = check().findings;
+    QCOMPARE(findings.at(0).remedy, file.arg(QStringLiteral("5.15")));
+}
+
+/// Neither as text nor on the page, if an error of the DLLs prevents it.
+void tst_langcheck_host::startIsNotPromised()
+{
+    const QString warned = QStringLiteral("may not start");
+    installWholeHost();
+    write(QStringLiteral("Qt5Gui.dll"), qtCore(false, QVersionNumber(5, 15, 99)));
+    QVERIFY(!check().toText().contains(warned));
+    QVERIFY(!check().hostFails);
+    write(QStringLiteral("Qt5Gui.dll"), qtCore(true));
+    QVERIFY(check().toText().contains(warned));
+    QVERIFY(check().hostFails);
 }
 
 void tst_langcheck_host::qtThatCannotBeOpened()

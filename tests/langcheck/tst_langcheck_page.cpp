@@ -117,6 +117,7 @@ private Q_SLOTS:
     void everyKindOfFindingIsShown();
     void deploymentsAreShown_data();
     void deploymentsAreShown();
+    void startIsNotPromisedIfTheHostFails();
     void languagesHaveTheirScript();
     void hostileTextsStayTexts_data();
     void hostileTextsStayTexts();
@@ -234,6 +235,22 @@ void tst_langcheck_page::deploymentsAreShown()
         QVERIFY(std::any_of(contents.anchors.begin(), contents.anchors.end(),
                             [&](const QString &anchor) { return anchor.startsWith(finding.id); }));
     }
+}
+
+void tst_langcheck_page::startIsNotPromisedIfTheHostFails()
+{
+    const QString noBox = QStringLiteral("No message box appears.");
+    const QString dialog = QStringLiteral("The dialog then opens like this:");
+    Report report = check();
+    QStringList texts = CheckedPage::read(CheckedPage::make(report)).texts;
+    QVERIFY(texts.contains(noBox) && texts.contains(dialog));
+    report.hostFails = true;
+    const QByteArray bytes = CheckedPage::make(report);
+    CheckedPage::validate(bytes);
+    texts = CheckedPage::read(bytes).texts;
+    QVERIFY(!texts.contains(noBox) && !texts.contains(dialog));
+    QVERIFY(bytes.contains(">The program may not start at all, or not load the plug-in, "));
+    QVERIFY(texts.contains(QStringLiteral("Once it does, the dialog opens like this:")));
 }
 
 void tst_langcheck_page::languagesHaveTheirScript()

@@ -11,10 +11,14 @@
 #include <QSet>
 #include <QTextCodec>
 #include <QTextStream>
+#include <QVector>
+
+#include <algorithm>
 
 namespace {
 
 const int kQuoteLength = 300;
+const int kNoLanguage = -1;
 
 bool isNumber(const QStringRef &value)
 {
@@ -38,6 +42,21 @@ public:
 
     const CatalogueLines &lines() const { return m_lines; }
 
+    /// Checks what a line by itself doesn't show. To be called after the last line.
+    void finish()
+    {
+        for (auto it = m_repetitions.constBegin(); it != m_repetitions.constEnd(); ++it) {
+            if (it.key() != kNoLanguage && addSeveralLanguages(it.key(), *it))
+                continue;
+            for (const Repetition &one : *it) {
+                addRepeatedKey(
+                    one, one.field ? m_lines.languages[it.key()].*one.field : m_lines.defaultKey);
+            }
+        }
+        for (const DifferentId &id : qAsConst(m_differentIds))
+            addIdDiffers(id);
+    }
+
     void check(const QString &text)
     {
         m_line = m_numbers.value(m_count, m_count + 1);
@@ -60,6 +79,23 @@ public:
     }
 
 private:
+    using Field = CatalogueKey LanguageLines::*;
+
+    struct Repetition
+    {
+        QString key;
+        Field field; ///< Null for DEFAULT.
+        CatalogueKey earlier;
+        CatalogueKey later;
+    };
+
+    struct DifferentId
+    {
+        QString key;
+        int langId;
+        CatalogueKey id;
+    };
+
     void checkLine(const LangLine &line, const QString &text)
     {
         switch (line.kind) {
@@ -79,7 +115,7 @@ private:
             checkOtherKey(line);
             break;
         case LangLine::Default:
-            checkRepetition(m_lines.defaultLine, line);
+            setKey(m_lines.defaultKey, line, nullptr);
             if (!isNumber(line.value))
                 add(FindingKind::DefaultNumber, {quoted(line.value.toString())});
             break;
@@ -126,20 +162,18 @@ private:
 
         LanguageLines &language = m_lines.languages[line.langId];
         if (line.kind == LangLine::Id) {
-            checkRepetition(language.id, line);
+            setKey(language.id, line, &LanguageLines::id);
             if (!isNumber(line.value) || line.value.toInt() != line.langId)
-                addValue(FindingKind::IdDiffers, line, {QString::number(line.langId)});
+                m_differentIds += {line.key.toString(), line.langId, language.id};
         } else if (line.kind == LangLine::Name) {
-            checkRepetition(language.name, line);
+            setKey(language.name, line, &LanguageLines::name);
             checkText(line);
-            language.hasName = !line.value.isEmpty();
         } else if (line.kind == LangLine::Folder) {
-            checkRepetition(language.folder, line);
+            setKey(language.folder, line, &LanguageLines::folder);
             checkText(line);
             checkFolder(line);
-            language.hasFolder = !line.value.isEmpty();
         } else {
-            checkRepetition(language.show, line);
+            setKey(language.show, line, &LanguageLines::show);
             if (!isNumber(line.value))
                 addValue(FindingKind::ShowNumber, line);
             else if (line.value.toInt() != 0 && line.value.toInt() != 1)
@@ -171,14 +205,93 @@ private:
             addValue(FindingKind::FolderPercent, line);
     }
 
-    /// Reports a repeated key. @p earlier is the previous one's line number and becomes this one's.
-    void checkRepetition(int &earlier, const LangLine &line)
+    /// Sets @p key, which is @p field of a language or DEFAULT, to the line's value.
+    void setKey(CatalogueKey &key, const LangLine &line, Field field)
     {
-        if (earlier > 0) {
-            add(FindingKind::RepeatedKey,
-                {line.key.toString(), QString::number(earlier), quoted(line.value.toString())});
+        const CatalogueKey earlier = key;
+        key = {m_line, line.value.toString()};
+        if (earlier.line > 0) {
+            m_repetitions[field ? line.langId : kNoLanguage] +=
+                {line.key.toString(), field, earlier, key};
         }
-        earlier = m_line;
+    }
+
+    void addRepeatedKey(const Repetition &repetition, const CatalogueKey &last)
+    {
+        m_report.addLine(FindingKind::RepeatedKey, repetition.later.line,
+                         {repetition.key, QString::number(repetition.earlier.line),
+                          quoted(repetition.earlier.value), QString::number(repetition.later.line),
+                          quoted(repetition.later.value), QString::number(last.line)});
+    }
+
+    /// Reports a number whose keys are repeated, unless that may be a mistake in one line: at least
+    /// two keys are repeated, one of them a different name or folder. Returns true if it is
+    /// reported.
+    bool addSeveralLanguages(int langId, const QVector<Repetition> &repetitions)
+    {
+        const auto differs = [&repetitions](Field field) {
+            return std::any_of(
+                repetitions.begin(), repetitions.end(), [field](const Repetition &one) {
+                    return one.field == field && !one.earlier.value.isEmpty()
+                        && !one.later.value.isEmpty() && one.earlier.value != one.later.value;
+                });
+        };
+        const bool oneKey = std::all_of(repetitions.begin(), repetitions.end(),
+                                        [&repetitions](const Repetition &one) {
+                                            return one.field == repetitions.first().field;
+                                        });
+        const bool names = differs(&LanguageLines::name);
+        if (oneKey || (!names && !differs(&LanguageLines::folder)))
+            return false;
+
+        const LanguageLines &language = m_lines.languages[langId];
+        const Field field = names ? &LanguageLines::name : &LanguageLines::folder;
+        const CatalogueKey last = language.*field;
+        QStringList missing;
+        QStringList missingWithLines;
+        bool shown = true;
+        for (const Repetition &one : repetitions) {
+            if (one.field == field && one.earlier.value != last.value
+                && !missing.contains(quoted(one.earlier.value))) {
+                missing += quoted(one.earlier.value);
+                missingWithLines += withLine(one.earlier);
+            }
+            if (one.field == &LanguageLines::show)
+                shown = shown && one.earlier.value.toInt() == 1;
+        }
+        const QString separator = QStringLiteral(", ");
+        Finding &finding = m_report.addLine(
+            FindingKind::RepeatedLanguage, last.line,
+            {QString::number(langId), shortened(missingWithLines.join(separator), kQuoteLength),
+             withLine(last), shortened(missing.join(separator), kQuoteLength)});
+        if (!shown) // The operator would not see it anyway.
+            finding.severity = Finding::Warning;
+        return true;
+    }
+
+    static QString withLine(const CatalogueKey &key)
+    {
+        return QStringLiteral("%1 in line %2").arg(quoted(key.value)).arg(key.line);
+    }
+
+    void addIdDiffers(const DifferentId &id)
+    {
+        const QString &value = id.id.value;
+        const int wanted = value.toInt();
+        QString remedy;
+        if (isNumber(QStringRef(&value)) && wanted >= 0 && wanted <= 255) {
+            remedy = QStringLiteral("to give the language the number %1, rename its keys to "
+                                    "LANG%1_ID, LANG%1_NAME and so on")
+                         .arg(wanted);
+            if (m_lines.languages.contains(wanted))
+                remedy +=
+                    QStringLiteral(", give the present language %1 another number").arg(wanted);
+            if (m_report.defaultLangId == id.langId)
+                remedy += QStringLiteral(", write DEFAULT=%1").arg(wanted);
+            remedy += QStringLiteral(", or, if %1 is the right number, ").arg(id.langId);
+        }
+        remedy += QStringLiteral("write %1=%2").arg(id.key).arg(id.langId);
+        m_report.addLine(FindingKind::IdDiffers, id.id.line, {id.key, quoted(value), remedy});
     }
 
     /// Adds a finding about the line's key and value, and further values.
@@ -198,7 +311,9 @@ private:
     int m_count = 0;
     int m_line = 0;
     LangLineReader m_reader;
-    CatalogueLines m_lines {true, false, 0, {}, {}};
+    CatalogueLines m_lines {true, false, {}, {}, {}};
+    QMap<int, QVector<Repetition>> m_repetitions; ///< By language, or kNoLanguage for DEFAULT.
+    QVector<DifferentId> m_differentIds;
 };
 
 } // namespace
@@ -206,7 +321,7 @@ private:
 int LanguageLines::first() const
 {
     int result = 0;
-    for (const int line : {id, name, folder, show}) {
+    for (const int line : {id.line, name.line, folder.line, show.line}) {
         if (line > 0 && (result == 0 || line < result))
             result = line;
     }
@@ -263,5 +378,6 @@ CatalogueLines checkCatalogue(Report &report)
         lines.check(text);
     while (in.readLineInto(&text))
         lines.check(text);
+    lines.finish();
     return lines.lines();
 }

@@ -5,17 +5,23 @@
 #include <QHash>
 #include <QMap>
 
-/// The line numbers of a language's keys, from 1; 0 if the key is missing.
+/// A key of the catalogue. Of a repeated key, the last line applies.
+struct CatalogueKey
+{
+    int line = 0; ///< From 1; 0 if the key is missing.
+    QString value;
+};
+
+/// The keys of a language.
 struct LanguageLines
 {
-    int id = 0;
-    int name = 0;
-    int folder = 0;
-    int show = 0;
-    bool hasName = false;
-    bool hasFolder = false;
+    CatalogueKey id;
+    CatalogueKey name;
+    CatalogueKey folder;
+    CatalogueKey show;
     bool shown = false;
 
+    /// Returns the number of the first line; 0 if there is none.
     int first() const;
 };
 
@@ -24,7 +30,7 @@ struct CatalogueLines
 {
     bool readable = false; ///< If false, everything else is empty.
     bool hasSection = false;
-    int defaultLine = 0;
+    CatalogueKey defaultKey;
     QMap<int, LanguageLines> languages; ///< By number, including hidden ones.
     QHash<int, QString> texts;          ///< Those with findings or keys, by line number.
 };

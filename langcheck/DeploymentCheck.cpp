@@ -87,14 +87,14 @@ private:
     void checkShown()
     {
         for (auto it = m_lines.languages.begin(); it != m_lines.languages.end(); ++it) {
-            if (it->show == 0) {
+            if (it->show.line == 0) {
                 m_report.addLine(FindingKind::ShowMissing, it->first(),
                                  {QString::number(it.key())});
             }
-            if (it->shown && !it->hasName)
-                addIncomplete(it->name, it->show, key(it.key(), "NAME"), "<name>");
-            if (it->shown && !it->hasFolder)
-                addIncomplete(it->folder, it->show, key(it.key(), "FOLDER"), "<folder>");
+            if (it->shown && it->name.value.isEmpty())
+                addIncomplete(it->name.line, it->show.line, key(it.key(), "NAME"), "<name>");
+            if (it->shown && it->folder.value.isEmpty())
+                addIncomplete(it->folder.line, it->show.line, key(it.key(), "FOLDER"), "<folder>");
         }
         if (!m_lines.hasSection)
             m_report.addLine(FindingKind::NoSection, 0);
@@ -116,7 +116,7 @@ private:
             return;
         m_report.addLine(m_lines.languages.contains(id) ? FindingKind::DefaultHidden
                                                         : FindingKind::DefaultUnknown,
-                         m_lines.defaultLine, {QString::number(id)});
+                         m_lines.defaultKey.line, {QString::number(id)});
     }
 
     void checkNumbers()
@@ -144,7 +144,7 @@ private:
         const DlgSettings dialog;
         for (int i = 0; i < m_report.listed.size(); ++i) {
             const LangEntry &lang = m_report.listed.at(i);
-            const int line = m_lines.languages.value(lang.id).name;
+            const int line = m_lines.languages.value(lang.id).name.line;
             if (idOfName.contains(lang.name)) {
                 m_report.addLine(FindingKind::SameName, line,
                                  {key(lang.id, "NAME"), QString::number(idOfName.value(lang.name)),
@@ -162,7 +162,7 @@ private:
     {
         QHash<QString, int> idOfPath;
         for (const LangEntry &lang : qAsConst(m_report.listed)) {
-            const int line = m_lines.languages.value(lang.id).folder;
+            const int line = m_lines.languages.value(lang.id).folder.line;
             QString path = QDir::cleanPath(QDir::fromNativeSeparators(lang.qmPath));
             if (kFileNames == Qt::CaseInsensitive)
                 path = path.toCaseFolded();

@@ -42,7 +42,12 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
     {Kind::UnknownKey, "unknown-key", Finding::Warning,
      "key is unknown: %1; it is ignored; use DEFAULT or LANG<n>_ID, _NAME, _FOLDER or _SHOW"},
     {Kind::RepeatedKey, "repeated-key", Finding::Warning,
-     "%1 repeats line %2: %3; line %2 has no effect; delete one of the two"},
+     "%1 is in line %2 with %3 and in line %4 with %5; only the last line with the key, line %6, "
+     "counts; delete one of the two, so that the right value remains"},
+    {Kind::RepeatedLanguage, "repeated-language", Finding::Error,
+     "number %1 belongs to more than one language: %2 and %3; only the last counts, and this is "
+     "missing from the operator's list: %4; give each of them a number, a name and a folder of its "
+     "own, or delete the lines of those that are not wanted"},
 
     // Numbers of languages
     {Kind::NumberTooLong, "number-too-long", Finding::Warning,
@@ -55,7 +60,8 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "language number has the same low 8 bits as %2: %1; the machine is asked for language %3 in "
      "both cases; use numbers up to 255"},
     {Kind::IdDiffers, "id-differs", Finding::Warning,
-     "%1 is not the number in its key: %2; the value is never read; write %3 or rename the keys"},
+     "%1 is not the number in its key: %2; the value is never read, and the number in the keys "
+     "decides the place in the list, what DEFAULT means and what the machine receives; %3"},
 
     // Names and folders
     {Kind::QuotedValue, "quoted-value", Finding::Warning,

@@ -38,6 +38,7 @@ enum class FindingKind {
     KeyCase,
     UnknownKey,
     RepeatedKey,
+    RepeatedLanguage,
     NumberTooLong,
     NumberAbove255,
     SameMachineNumber,

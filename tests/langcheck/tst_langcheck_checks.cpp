@@ -68,7 +68,9 @@ private Q_SLOTS:
     void noWindowIsShown();
     void fallbackIsReported();
     void missingTextsAreNamed();
-    void repeatedKeyNamesBothLines();
+    void repeatedKeysNameAllLines();
+    void idDiffersNamesTheRemedy_data();
+    void idDiffersNamesTheRemedy();
     void valuesAreCutToOneLine();
     void textsNameEffectAndRemedy();
     void pageListsEveryFinding();
@@ -117,6 +119,17 @@ void tst_langcheck_checks::catalogueLines_data()
     row("carriage return without line feed", good + "; one\r; two\n", "9 warning carriage-return");
     row("repeated key", good + "LANG2_NAME=Other\n", "9 warning repeated-key");
     row("repeated DEFAULT", good + "DEFAULT=2\n", "9 warning repeated-key");
+    row("two repeated keys of one language", good + "LANG2_NAME=Two\nLANG2_SHOW=1\n",
+        "9 warning repeated-key\nLang/Lang.ini:10 warning repeated-key");
+    row("two languages with one number",
+        good + "LANG2_NAME=Three\nLANG2_FOLDER=chs\nLANG2_SHOW=1\n", "9 error repeated-language");
+    row("two folders with one number", good + "LANG2_NAME=Two\nLANG2_FOLDER=chs\n",
+        "10 error repeated-language");
+    row("an empty name before", good + "LANG3_NAME=\nLANG3_SHOW=0\nLANG3_NAME=x\nLANG3_SHOW=0\n",
+        "11 warning repeated-key\nLang/Lang.ini:12 warning repeated-key");
+    row("two hidden languages with one number",
+        good + "LANG3_NAME=x\nLANG3_SHOW=0\nLANG3_NAME=y\nLANG3_SHOW=0\n",
+        "11 warning repeated-language");
     row("SHOW is a word", good + "LANG3_SHOW=yes\n", "9 warning show-number");
     row("SHOW is empty", good + "LANG3_SHOW=\n", "9 warning show-number");
     row("SHOW is neither 0 nor 1", good + "LANG3_SHOW=2\n", "9 warning show-other");
@@ -401,12 +414,60 @@ void tst_langcheck_checks::missingTextsAreNamed()
     QCOMPARE(named, expected);
 }
 
-void tst_langcheck_checks::repeatedKeyNamesBothLines()
+void tst_langcheck_checks::repeatedKeysNameAllLines()
 {
-    Deployment::writeCatalogue(kCatalogue + QByteArray("LANG2_FOLDER=second\n"));
-    const Finding finding = check().findings.value(0);
-    QCOMPARE(finding.line, 9);
-    QVERIFY(finding.text.startsWith(QLatin1String("LANG2_FOLDER repeats line 7: \"second\"; ")));
+    Deployment::writeCatalogue(kCatalogue + QByteArray("LANG2_FOLDER=first\nLANG2_FOLDER=chs\n"));
+    QList<Finding> findings = check().findings;
+    QCOMPARE(findings.size(), 2);
+    QVERIFY(findings.at(0).text.startsWith(QLatin1String(
+        "LANG2_FOLDER is in line 7 with \"second\" and in line 9 with \"first\"; only "
+        "the last line with the key, line 10, counts; ")));
+    QVERIFY(findings.at(1).text.startsWith(
+        QLatin1String("LANG2_FOLDER is in line 9 with \"first\" and in line 10 with \"chs\"; ")));
+
+    Deployment::writeCatalogue(kCatalogue
+                               + QByteArray("LANG2_NAME=Three\nLANG2_FOLDER=chs\n"
+                                            "LANG2_NAME=Four\nLANG2_FOLDER=chs\n"));
+    findings = check().findings;
+    QCOMPARE(findings.size(), 1);
+    QVERIFY(findings.first().text.startsWith(QLatin1String(
+        "number 2 belongs to more than one language: \"Two\" in line 6, \"Three\" in "
+        "line 9 and \"Four\" in line 11; only the last counts, and this is missing from "
+        "the operator's list: \"Two\", \"Three\"; ")));
+}
+
+void tst_langcheck_checks::idDiffersNamesTheRemedy_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<QString>("remedy");
+
+    const auto row = [](const char *line, const char *remedy) {
+        QTest::newRow(line) << QByteArray(line) << QString::fromLatin1(remedy);
+    };
+    row("LANG2_ID=7",
+        "to give the language the number 7, rename its keys to LANG7_ID, LANG7_NAME and so on, or, "
+        "if 2 is the right number, write LANG2_ID=2");
+    row("LANG2_ID=1",
+        "to give the language the number 1, rename its keys to LANG1_ID, LANG1_NAME and so on, "
+        "give "
+        "the present language 1 another number, or, if 2 is the right number, write LANG2_ID=2");
+    row("LANG1_ID=7",
+        "to give the language the number 7, rename its keys to LANG7_ID, LANG7_NAME and so on, "
+        "write DEFAULT=7, or, if 1 is the right number, write LANG1_ID=1");
+    row("LANG2_ID=256", "write LANG2_ID=2");
+    row("LANG2_ID=-1", "write LANG2_ID=2");
+    row("LANG2_ID=two", "write LANG2_ID=2");
+}
+
+void tst_langcheck_checks::idDiffersNamesTheRemedy()
+{
+    QFETCH(QByteArray, line);
+    QFETCH(QString, remedy);
+
+    Deployment::writeCatalogue(kCatalogue + line);
+    const QList<Finding> findings = check().findings;
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(findings.first().remedy, remedy);
 }
 
 void tst_langcheck_checks::valuesAreCutToOneLine()

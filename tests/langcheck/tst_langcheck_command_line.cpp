@@ -53,18 +53,20 @@ QByteArray tst_langcheck_command_line::run(const QStringList &arguments, int exi
 void tst_langcheck_command_line::findingsArePrintedAsByACompiler()
 {
     Deployment::writeCatalogue(kCatalogue + QByteArray("LANG2_NAME=Deux\n"));
-    QCOMPARE(QString::fromUtf8(run({QCoreApplication::applicationDirPath()}, 1)),
-             QStringLiteral(
-                 "Catalogue:    Lang/Lang.ini, read as GB2312 because it has no BOM\n"
-                 "Languages:    1 One (selected)\n"
-                 "              2 Deux\n"
-                 "Default:      1\n"
-                 "Translation:  Lang/first/Zendel.qm\n"
-                 "Messages:     none\n"
-                 "\n"
-                 "Lang/Lang.ini:9: warning: LANG2_NAME repeats line 6: \"Deux\"; line 6 has no "
-                 "effect; delete one of the two [repeated-key]\n"
-                 "0 errors, 1 warning\n"));
+    QCOMPARE(
+        QString::fromUtf8(run({QCoreApplication::applicationDirPath()}, 1)),
+        QStringLiteral(
+            "Catalogue:    Lang/Lang.ini, read as GB2312 because it has no BOM\n"
+            "Languages:    1 One (selected)\n"
+            "              2 Deux\n"
+            "Default:      1\n"
+            "Translation:  Lang/first/Zendel.qm\n"
+            "Messages:     none\n"
+            "\n"
+            "Lang/Lang.ini:9: warning: LANG2_NAME is in line 6 with \"Two\" and in line 9 with "
+            "\"Deux\"; only the last line with the key, line 9, counts; delete one of the two, "
+            "so that the right value remains [repeated-key]\n"
+            "0 errors, 1 warning\n"));
 
     QVERIFY(QDir(Deployment::path(QStringLiteral("Lang"))).removeRecursively());
     const QString path = QCoreApplication::applicationDirPath();

@@ -17,12 +17,14 @@ bool isHalfOfGb2312(char byte)
     return code >= 0xA1 && code <= 0xFE;
 }
 
-bool looksLikeUtf8(const QByteArray &bytes)
+/// Returns the text if the bytes are UTF-8 and not only ASCII; otherwise an empty string.
+QString decodedUtf8(const QByteArray &bytes)
 {
     QTextCodec::ConverterState state;
-    QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
-    return !std::all_of(bytes.begin(), bytes.end(), isAscii) && state.invalidChars == 0
-        && state.remainingChars == 0;
+    const QString text =
+        QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
+    const bool ascii = std::all_of(bytes.begin(), bytes.end(), isAscii);
+    return ascii || state.invalidChars > 0 || state.remainingChars > 0 ? QString() : text;
 }
 
 /// The result of decoding a line, without its line end, as GB2312.
@@ -64,9 +66,26 @@ bool looksLikeUtf16(const QByteArray &bytes)
     return bytes.count('\0') > bytes.size() / 4;
 }
 
+QString readAgainAsUtf8(const QString &name)
+{
+    // The characters of the bytes 0x80 to 0x9F. Windows reads unassigned bytes as controls.
+    static const QString upper = QStringLiteral(
+        "\u20AC\u0081\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030\u0160\u2039\u0152\u008D\u017D"
+        "\u008F\u0090\u2018\u2019\u201C\u201D\u2022\u2013\u2014\u02DC\u2122\u0161\u203A\u0153\u009D"
+        "\u017E\u0178");
+    QByteArray bytes;
+    for (const QChar c : name) {
+        const int index = upper.indexOf(c);
+        if (index < 0 && (c.unicode() > 0xFF || (c.unicode() >= 0x80 && c.unicode() < 0xA0)))
+            return {};
+        bytes += static_cast<char>(index < 0 ? c.unicode() : 0x80 + index);
+    }
+    return decodedUtf8(bytes);
+}
+
 void checkBytesWithoutBom(const QByteArray &bytes, Report &report)
 {
-    const bool utf8 = looksLikeUtf8(bytes);
+    const bool utf8 = !decodedUtf8(bytes).isEmpty();
     bool onlyComments = true;
     int number = 0;
     const QList<QByteArray> lines = bytes.split('\n');
@@ -78,7 +97,10 @@ void checkBytesWithoutBom(const QByteArray &bytes, Report &report)
         onlyComments = onlyComments && (comment || std::all_of(line.begin(), line.end(), isAscii));
         if (decoding.endsInHalf && number < lines.size()) {
             report.addLine(FindingKind::SwallowedLine, number,
-                           {QString::fromLatin1(line.right(1).toHex().toUpper())});
+                           {QString::fromLatin1(line.right(1).toHex().toUpper()),
+                            utf8
+                                ? QStringLiteral("as UTF-8")
+                                : QStringLiteral("in the encoding in which all names look right")});
         } else if (decoding.invalid && !utf8) {
             Finding &finding =
                 report.addLine(FindingKind::Undecodable, number, {QStringLiteral("GB2312")});

@@ -31,10 +31,12 @@ bool isNumber(const QStringRef &value)
 class LineCheck
 {
 public:
-    /// @p numbers are the lines' numbers; empty if they are consecutive.
-    LineCheck(Report &report, const QVector<int> &numbers)
+    /// @p numbers are the lines' numbers; empty if they are consecutive. @p decodable is false if
+    /// the catalogue may have bytes that are not valid in its encoding.
+    LineCheck(Report &report, const QVector<int> &numbers, bool decodable)
         : m_report(report)
         , m_numbers(numbers)
+        , m_decodable(decodable)
     {
         for (const Finding &finding : qAsConst(report.findings))
             m_reported.insert(finding.line);
@@ -65,7 +67,9 @@ public:
         const QString trimmed = text.trimmed();
         if (trimmed.contains(QLatin1Char('\r')))
             add(FindingKind::CarriageReturn);
-        if (m_numbers.isEmpty() && text.contains(QChar(QChar::ReplacementCharacter)))
+        m_undecodable = !m_decodable && m_numbers.isEmpty()
+            && text.contains(QChar(QChar::ReplacementCharacter));
+        if (m_undecodable)
             add(FindingKind::Undecodable, {m_report.encoding});
         if (text.startsWith(QChar(QChar::ByteOrderMark)))
             add(FindingKind::SecondBom);
@@ -168,6 +172,7 @@ private:
         } else if (line.kind == LangLine::Name) {
             setKey(language.name, line, &LanguageLines::name);
             checkText(line);
+            checkLetters(line);
         } else if (line.kind == LangLine::Folder) {
             setKey(language.folder, line, &LanguageLines::folder);
             checkText(line);
@@ -191,6 +196,21 @@ private:
             add(FindingKind::QuotedValue, {line.key.toString(), text.toString()});
         if (text.contains(QLatin1String(" ;")) || text.contains(QLatin1String(" #")))
             addValue(FindingKind::CommentInValue, line);
+    }
+
+    /// Checks for traces of a wrong encoding in a name. Those of the present one are reported
+    /// already, for the line or for the whole file.
+    void checkLetters(const LangLine &line)
+    {
+        const QString name = line.value.toString();
+        const QString original = readAgainAsUtf8(name);
+        if (!original.isEmpty()) {
+            addValue(FindingKind::GarbledName, line, {shortened(original, 60)});
+        } else if (!m_reported.contains(m_line) && !m_undecodable
+                   && (name.contains(QLatin1Char('?'))
+                       || (m_decodable && name.contains(QChar(QChar::ReplacementCharacter))))) {
+            addValue(FindingKind::LostLetters, line);
+        }
     }
 
     void checkFolder(const LangLine &line)
@@ -307,9 +327,11 @@ private:
 
     Report &m_report;
     const QVector<int> m_numbers;
+    const bool m_decodable;
     QSet<int> m_reported; ///< The lines with findings about their bytes
     int m_count = 0;
     int m_line = 0;
+    bool m_undecodable = false; ///< The line has bytes that its encoding lacks.
     LangLineReader m_reader;
     CatalogueLines m_lines {true, false, {}, {}, {}};
     QMap<int, QVector<Repetition>> m_repetitions; ///< By language, or kNoLanguage for DEFAULT.
@@ -355,6 +377,7 @@ CatalogueLines checkCatalogue(Report &report)
     // The stream recognises more BOMs than the plug-in and switches to their codecs.
     report.encoding = QString::fromLatin1(in.codec()->name());
     QVector<int> numbers;
+    bool decodable = false; // Decided line by line without a BOM.
     if (report.encoding.startsWith(QLatin1String("UTF"))) {
         const int length = report.encoding == QLatin1String("UTF-8") ? 3
             : report.encoding.startsWith(QLatin1String("UTF-16"))    ? 2
@@ -362,6 +385,10 @@ CatalogueLines checkCatalogue(Report &report)
         report.encodingReason =
             QStringLiteral("it starts with the BOM %1")
                 .arg(QString::fromLatin1(bytes.left(length).toHex(' ').toUpper()));
+        const QChar replacement(QChar::ReplacementCharacter);
+        decodable = length == 2
+            || in.codec()->toUnicode(bytes).count(replacement)
+                == bytes.count(QString(replacement).toUtf8());
     } else {
         report.encoding = QStringLiteral("GB2312"); // Its codec may have the name of a superset.
         report.encodingReason = QStringLiteral("it has no BOM");
@@ -373,7 +400,7 @@ CatalogueLines checkCatalogue(Report &report)
         numbers = lineNumbersWithoutBom(bytes);
     }
 
-    LineCheck lines(report, numbers);
+    LineCheck lines(report, numbers, decodable);
     if (!bytes.isEmpty())
         lines.check(text);
     while (in.readLineInto(&text))

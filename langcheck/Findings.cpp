@@ -8,19 +8,21 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "missing or not a readable file; the operator's list is empty; put the catalogue there or "
      "correct its permissions"},
     {Kind::Utf16WithoutBom, "utf16-without-bom", Finding::Error,
-     "UTF-16 without a BOM; the file is read as GB2312 and all lines are ignored; save it as "
-     "UTF-16 LE with a BOM"},
+     "UTF-16 without a BOM; the file is read as GB2312 and all lines are ignored; open it as "
+     "UTF-16, make sure that all names look right, and only then save it as \"UTF-8 with BOM\""},
     {Kind::Utf8WithoutBom, "utf8-without-bom", Finding::Error,
-     "UTF-8 without a BOM; the file is read as GB2312 and all non-ASCII characters are wrong; save "
-     "it as \"UTF-8 with BOM\""},
+     "UTF-8 without a BOM; the file is read as GB2312 and all non-ASCII characters are wrong; open "
+     "the file as UTF-8, correct names that have lost letters, and only then save it as \"UTF-8 "
+     "with BOM\""},
     {Kind::SecondBom, "second-bom", Finding::Warning,
      "line starts with a second BOM; its key or header is not recognised; delete the BOM"},
     {Kind::Undecodable, "undecodable", Finding::Error,
-     "line is not valid %1; some of its characters are wrong; save the file as \"UTF-8 with "
-     "BOM\""},
+     "line is not valid %1; some of its characters are wrong; open the file in the encoding in "
+     "which all names look right, correct names that have lost letters, and only then save it as "
+     "\"UTF-8 with BOM\""},
     {Kind::SwallowedLine, "swallowed-line", Finding::Error,
-     "line ends in half a GB2312 character: 0x%1; the next line is lost; save the file as \"UTF-8 "
-     "with BOM\""},
+     "line ends in half a GB2312 character: 0x%1; the next line is lost; open the file %2, correct "
+     "names that have lost letters, and only then save it as \"UTF-8 with BOM\""},
     {Kind::CarriageReturn, "carriage-return", Finding::Warning,
      "line contains a carriage return without a line feed; the text after it is part of the same "
      "line; end lines with CR LF or LF"},
@@ -51,8 +53,8 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
 
     // Numbers of languages
     {Kind::NumberTooLong, "number-too-long", Finding::Warning,
-     "%1 has a number that is too large; the line is read as one for language 0; use a number "
-     "up to 255"},
+     "%1 has a number that is too large; the line is read as one for language 0; use a number up "
+     "to 255"},
     {Kind::NumberAbove255, "number-above-255", Finding::Warning,
      "language number is above 255: %1; the machine is asked for language %2; use a number up to "
      "255"},
@@ -69,6 +71,15 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
     {Kind::CommentInValue, "comment-in-value", Finding::Warning,
      "%1 has a comment after its value: %2; the comment is part of the value; move it to a line of "
      "its own"},
+    {Kind::LostLetters, "lost-letters", Finding::Warning,
+     "%1 contains a question mark or a replacement character: %2; the operator sees it, and "
+     "letters were probably lost when the file was saved in an encoding that lacks them; open the "
+     "file in the encoding in which all other names look right, write this one again, and save the "
+     "file as \"UTF-8 with BOM\""},
+    {Kind::GarbledName, "garbled-name", Finding::Warning,
+     "%1 looks like UTF-8 that was read as Windows-1252: %2; the operator sees these letters, "
+     "where %3 was probably meant; write %1=%3, correct the other names, and save the file as "
+     "\"UTF-8 with BOM\""},
     {Kind::SameName, "same-name", Finding::Error,
      "%1 is also the name of language %2: %3; the operator cannot tell them apart; use another "
      "name"},
@@ -81,8 +92,7 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
     {Kind::FolderPercent, "folder-percent", Finding::Warning,
      "%1 contains a percent sign: %2; if a digit follows it, the path changes; rename the folder"},
     {Kind::FolderCase, "folder-case", Finding::Warning,
-     "%1 differs in case from the folder on disk: %2; Linux does not find the folder; write "
-     "%1=%3"},
+     "%1 differs in case from the folder on disk: %2; Linux does not find the folder; write %1=%3"},
     {Kind::SameFolder, "same-folder", Finding::Error,
      "%1 is also the folder of language %2: %3; both languages have the same texts; use a folder "
      "for each"},
@@ -131,8 +141,7 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
     // The DLLs next to the host's executable
     {Kind::DllUnusable, "dll-unusable", Finding::Error,
      "not a DLL for 64-bit x86: %1; a 64-bit host, which the plug-in needs, cannot load it; "
-     "replace "
-     "it by %2, and use a 64-bit host if this one is not"},
+     "replace it by %2, and use a 64-bit host if this one is not"},
     {Kind::QtVersion, "qt-version", Finding::Error,
      "host's Qt is not a 5.15: %1; the plug-in cannot be loaded or crashes; use a host with Qt "
      "5.15"},

@@ -45,6 +45,8 @@ enum class FindingKind {
     IdDiffers,
     QuotedValue,
     CommentInValue,
+    LostLetters,
+    GarbledName,
     SameName,
     NameClipped,
     FolderDots,

@@ -10,8 +10,10 @@
 
 #include <QDir>
 #include <QFile>
+#include <QLocale>
 #include <QRegularExpression>
 #include <QTest>
+#include <QTextStream>
 
 namespace {
 
@@ -68,6 +70,10 @@ private Q_SLOTS:
     void noWindowIsShown();
     void fallbackIsReported();
     void missingTextsAreNamed();
+    void realNamesAreNotGarbled();
+    void garbledNamesAreRestored();
+    void remedyNamesTheEncoding_data();
+    void remedyNamesTheEncoding();
     void repeatedKeysNameAllLines();
     void idDiffersNamesTheRemedy_data();
     void idDiffersNamesTheRemedy();
@@ -168,6 +174,27 @@ void tst_langcheck_checks::catalogueLines_data()
     row("UTF-16 without a BOM", Deployment::utf16(QString::fromLatin1(good)),
         "0 error utf16-without-bom");
     row("invalid GB2312", with("=Two", "=\xB0 0"), "6 error undecodable");
+    row("lost letters", with("=Two", "=Fran?ais"), "6 warning lost-letters");
+    row("lost letters, reported as invalid", with("=Two", "=Espa\xF1ol?"), "6 error undecodable");
+    row("lost letters with a BOM", "\xEF\xBB\xBF" + with("=Two", "=Fran?ais"),
+        "6 warning lost-letters");
+    row("replacement character",
+        "\xEF\xBB\xBF"
+            + with("=Two",
+                   "=Fran\xEF\xBF\xBD"
+                   "ais"),
+        "6 warning lost-letters");
+    row("replacement character, in a comment and invalid",
+        "\xEF\xBB\xBF" + with("=Two", "=\xE4 x") + ";\xEF\xBF\xBD\n",
+        "6 error undecodable\nLang/Lang.ini:9 error undecodable");
+    row("UTF-8 read as Windows-1252", "\xEF\xBB\xBF" + with("=Two", "=FranÃ§ais"),
+        "6 warning garbled-name");
+    row("Japanese read as Windows-1252", "\xEF\xBB\xBF" + with("=Two", "=æ—¥æœ¬èªž"),
+        "6 warning garbled-name");
+    row("Russian read as Windows-1252, with controls",
+        "\xEF\xBB\xBF" + with("=Two", "=Ð\u00A0ÑƒÑ\u0081Ñ\u0081ÐºÐ¸Ð¹"), "6 warning garbled-name");
+    row("hidden name read as Windows-1252",
+        "\xEF\xBB\xBF" + good + "LANG3_NAME=FranÃ§ais\nLANG3_SHOW=0\n", "9 warning garbled-name");
     row("folder with dots", with("=second", "=../Lang/second"), "7 warning folder-dots");
     row("folder with dots and backslashes", good + "LANG3_FOLDER=..\\second\nLANG3_SHOW=0\n",
         "9 warning folder-dots");
@@ -412,6 +439,77 @@ void tst_langcheck_checks::missingTextsAreNamed()
     QCOMPARE(expected.size(), 7);
     expected.sort();
     QCOMPARE(named, expected);
+}
+
+/// Those of the sample deployment, and all that Qt knows.
+void tst_langcheck_checks::realNamesAreNotGarbled()
+{
+    QFile sample(testFile(QStringLiteral(SAMPLE_FILE)));
+    QVERIFY(sample.open(QIODevice::ReadOnly));
+    QTextStream in(&sample);
+    in.setCodec("UTF-16LE");
+    QStringList names;
+    QString line;
+    while (in.readLineInto(&line)) {
+        if (line.contains(QRegularExpression(QStringLiteral("^LANG\\d+_NAME="))))
+            names += line.section(QLatin1Char('='), 1);
+    }
+    QCOMPARE(names.size(), 22);
+    const QList<QLocale> locales =
+        QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyCountry);
+    for (const QLocale &locale : locales)
+        names += locale.nativeLanguageName();
+    names.removeDuplicates();
+    names.removeAll(QString());
+    QVERIFY2(names.size() > 200, qPrintable(QString::number(names.size())));
+
+    QString lines;
+    for (int i = 0; i < names.size(); ++i)
+        lines += QStringLiteral("LANG%1_NAME=%2\nLANG%1_SHOW=0\n").arg(i + 10).arg(names.at(i));
+    Deployment::writeCatalogue("\xEF\xBB\xBF" + QByteArray(kCatalogue) + lines.toUtf8());
+    QCOMPARE(shortForms(check()), QString());
+}
+
+/// Saving a file that was opened in a wrong encoding would damage all names.
+void tst_langcheck_checks::remedyNamesTheEncoding_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QStringList>("remedies");
+
+    const QByteArray good = kCatalogue;
+    const QString end =
+        QStringLiteral(", correct names that have lost letters, and only then save it "
+                       "as \"UTF-8 with BOM\"");
+    const QString utf8 = QStringLiteral("open the file as UTF-8") + end;
+    const QString any =
+        QStringLiteral("open the file in the encoding in which all names look right") + end;
+    QTest::newRow("UTF-8") << QByteArray(good).replace("=Two", "=中文") << QStringList(utf8);
+    QTest::newRow("UTF-8, swallowed line") << good + ";\xE4\xB8\xAD\n;\n"
+                                           << QStringList({utf8, utf8});
+    QTest::newRow("Latin-1") << QByteArray(good).replace("=Two", "=Espa\xF1ol") << QStringList(any);
+    QTest::newRow("swallowed line") << good + ";\xD6\n;\n" << QStringList(any);
+}
+
+void tst_langcheck_checks::remedyNamesTheEncoding()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QStringList, remedies);
+
+    Deployment::writeCatalogue(bytes);
+    QStringList found;
+    const QList<Finding> findings = check().findings;
+    for (const Finding &finding : findings)
+        found += finding.remedy;
+    QCOMPARE(found, remedies);
+}
+
+void tst_langcheck_checks::garbledNamesAreRestored()
+{
+    Deployment::writeCatalogue("\xEF\xBB\xBF"
+                               + QByteArray(kCatalogue).replace("=Two", "=æ—¥æœ¬èªž"));
+    const Finding finding = check().findings.value(0);
+    QVERIFY2(finding.remedy.startsWith(QStringLiteral("write LANG2_NAME=日本語, ")),
+             qPrintable(finding.text));
 }
 
 void tst_langcheck_checks::repeatedKeysNameAllLines()

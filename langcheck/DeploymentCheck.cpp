@@ -20,6 +20,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 
 namespace {
 
@@ -44,6 +45,18 @@ QString nameOnDisk(const QString &folder)
             return candidate.compare(folder, Qt::CaseInsensitive) == 0;
         });
     return it == folders.end() ? QString() : *it;
+}
+
+/// Returns the code points of the characters that aren't ASCII, because some look like ASCII.
+QStringList codePoints(const QString &text)
+{
+    QStringList result;
+    const QVector<uint> codes = text.toUcs4();
+    for (const uint code : codes) {
+        if (code >= 0x80)
+            result += QStringLiteral("U+%1").arg(QString::number(code, 16).toUpper(), 4, u'0');
+    }
+    return result;
 }
 
 QString key(int langId, const char *field)
@@ -190,19 +203,62 @@ private:
     void checkTranslations()
     {
         for (const LangEntry &lang : qAsConst(m_report.listed))
-            checkOnce(lang.qmPath);
+            checkOnce(lang.qmPath, lang.id);
         const QString own = CTranslatorMgr::instance()->langFilePath(m_report.defaultLangId);
-        checkOnce(own);
+        checkOnce(own, m_report.defaultLangId);
         m_unused = QFileInfo::exists(own);
-        checkOnce(fallbackPath());
+        if (!m_checked.contains(fallbackPath()))
+            checkTranslation(fallbackPath());
     }
 
-    void checkOnce(const QString &path)
+    void checkOnce(const QString &path, int langId)
     {
         if (m_checked.contains(path))
             return;
         m_checked.insert(path);
-        checkTranslation(path);
+        const CatalogueKey folder = m_lines.languages.value(langId).folder;
+        // A percent sign may change the path, which is reported elsewhere.
+        const QString folderPath = checkedDir + QLatin1String("/Lang/") + folder.value;
+        const bool plain = path == folderPath + QLatin1Char('/') + kQmFileName;
+        if (plain && !QFileInfo(folderPath).isDir())
+            addFolderMissing(key(langId, "FOLDER"), folder);
+        else
+            checkTranslation(path);
+    }
+
+    void addFolderMissing(const QString &key, const CatalogueKey &folder)
+    {
+        QString name = quoted(folder.value);
+        const QStringList codes = codePoints(shortened(folder.value, 20));
+        if (!codes.isEmpty())
+            name += QStringLiteral(" (with %1)").arg(codes.join(QStringLiteral(", ")));
+        if (!m_unusedFolders)
+            m_unusedFolders = shortened(unusedFolders().join(QStringLiteral(", ")), 200);
+        QString remedy =
+            QStringLiteral("write %1= and the name of an existing folder, typed again, ").arg(key);
+        if (!m_unusedFolders->isEmpty())
+            remedy +=
+                QStringLiteral("such as one that no language uses: %1, ").arg(*m_unusedFolders);
+        remedy += QStringLiteral("or create a folder with exactly this name and put the compiled "
+                                 "translation into it");
+        m_report.addLine(FindingKind::FolderMissing, folder.line, {key, name, remedy});
+    }
+
+    /// Returns the folders with a translation that no language uses, not even a hidden one.
+    QStringList unusedFolders() const
+    {
+        QStringList used;
+        for (const LanguageLines &language : m_lines.languages)
+            used += language.folder.value;
+        QStringList result;
+        const QDir lang(checkedDir + QLatin1String("/Lang"));
+        const QStringList folders = lang.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+        for (const QString &folder : folders) {
+            if (!used.contains(folder, kFileNames)
+                && QFileInfo(lang.filePath(folder + QLatin1Char('/') + kQmFileName)).isFile())
+                result += folder;
+        }
+        return result;
     }
 
     void checkTranslation(const QString &path)
@@ -250,6 +306,7 @@ private:
 
     Report &m_report;
     const CatalogueLines &m_lines;
+    std::optional<QString> m_unusedFolders;
     QSet<QString> m_checked {QString()}; ///< Paths of translations.
     bool m_unused = false; ///< Whether the fallback is checked although the default has a file.
 };

@@ -123,6 +123,9 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
     {Kind::ApplicationFolder, "application-folder", Finding::Error,
      "application folder contains a percent sign: %1; the paths of the translations change; rename "
      "the folder"},
+    {Kind::FolderMissing, "folder-missing", Finding::Error,
+     "%1 is not a folder in Lang: %2; a dialog that needs the translation uses Lang/chs/Zendel.qm, "
+     "or has empty texts if that is missing, too; %3"},
     {Kind::QmMissing, "qm-missing", Finding::Error,
      "file does not exist; a dialog that needs it uses Lang/chs/Zendel.qm, or has empty texts if "
      "that is missing, too; put the compiled translation there"},

@@ -63,6 +63,7 @@ enum class FindingKind {
     DefaultUnknown,
     DefaultHidden,
     ApplicationFolder,
+    FolderMissing,
     QmMissing,
     QmUnreadable,
     QmForeign,

@@ -59,12 +59,13 @@ details { margin: .4rem 0; }
 )";
 
 const int kLongestText = 300;
+const int kLongestFinding = 1000; // Findings quote several texts, each shortened.
 
 /// Replaces what HTML can't contain: control characters by their pictures, lone surrogates and
 /// noncharacters by the replacement character. Shortens long texts.
-QString printable(const QString &text)
+QString printable(const QString &text, int most = kLongestText)
 {
-    const QString shown = shortened(text, kLongestText);
+    const QString shown = shortened(text, most);
     QString result;
     for (int i = 0; i < shown.size(); ++i) {
         const QChar c = shown.at(i);
@@ -208,10 +209,11 @@ private:
             foreignText("code", finding.quote);
             close();
         }
-        foreignText("p", sentence(finding.text.chopped(finding.remedy.size() + 2)));
+        foreignText("p", sentence(finding.text.chopped(finding.remedy.size() + 2)), {},
+                    kLongestFinding);
         open("p");
         span("label", QStringLiteral("What to do: "));
-        foreignText("bdi", sentence(finding.remedy));
+        foreignText("bdi", sentence(finding.remedy), {}, kLongestFinding);
         close();
         close();
     }
@@ -414,13 +416,14 @@ private:
     }
 
     /// Writes a text of the deployment, in its own direction.
-    void foreignText(const char *name, const QString &content, const QString &tag = {})
+    void foreignText(const char *name, const QString &content, const QString &tag = {},
+                     int most = kLongestText)
     {
         open(name);
         m_out.writeAttribute(QStringLiteral("dir"), QStringLiteral("auto"));
         if (!tag.isEmpty())
             m_out.writeAttribute(QStringLiteral("lang"), tag);
-        text(printable(content));
+        text(printable(content, most));
         close();
     }
 

@@ -74,6 +74,8 @@ private Q_SLOTS:
     void garbledNamesAreRestored();
     void remedyNamesTheEncoding_data();
     void remedyNamesTheEncoding();
+    void missingFolderIsSpelledOut();
+    void existingFolderMayHaveAnyName();
     void repeatedKeysNameAllLines();
     void idDiffersNamesTheRemedy_data();
     void idDiffersNamesTheRemedy();
@@ -203,6 +205,12 @@ void tst_langcheck_checks::catalogueLines_data()
         "9 warning folder-absolute");
     row("folder with a percent sign", good + "LANG3_FOLDER=100%\nLANG3_SHOW=0\n",
         "9 warning folder-percent");
+    row("folder does not exist", with("=second", "=none"), "7 error folder-missing");
+    row("folder of the default does not exist, no name",
+        with("=first", "=none").replace("LANG1_NAME=One\n", ""),
+        "4 error incomplete\nLang/Lang.ini:3 error folder-missing");
+    row("Cyrillic folder does not exist", "\xEF\xBB\xBF" + with("=second", "=sec\u043End"),
+        "7 error folder-missing");
     row("no languages", "[LANG_MGR]\nDEFAULT=1\n", "0 error no-languages");
     row("no section", "DEFAULT=1\n", "1 warning outside-section\nLang/Lang.ini:0 error no-section");
     row("empty file", "", "0 error no-section");
@@ -295,10 +303,10 @@ void tst_langcheck_checks::fallback_data()
     QTest::newRow("foreign, not needed")
         << good << QByteArray("x") << QStringLiteral("Lang/chs/Zendel.qm:0 warning qm-foreign");
     QTest::newRow("missing, needed") << unused << QByteArray()
-                                     << QStringLiteral("Lang/none/Zendel.qm:0 error qm-missing\n"
+                                     << QStringLiteral("Lang/Lang.ini:7 error folder-missing\n"
                                                        "Lang/chs/Zendel.qm:0 error qm-missing");
     QTest::newRow("foreign, needed") << unused << QByteArray("x")
-                                     << QStringLiteral("Lang/none/Zendel.qm:0 error qm-missing\n"
+                                     << QStringLiteral("Lang/Lang.ini:7 error folder-missing\n"
                                                        "Lang/chs/Zendel.qm:0 error qm-foreign");
 }
 
@@ -510,6 +518,35 @@ void tst_langcheck_checks::garbledNamesAreRestored()
     const Finding finding = check().findings.value(0);
     QVERIFY2(finding.remedy.startsWith(QStringLiteral("write LANG2_NAME=日本語, ")),
              qPrintable(finding.text));
+}
+
+void tst_langcheck_checks::missingFolderIsSpelledOut()
+{
+    Deployment::installTranslation(QStringLiteral("cs"), QStringLiteral("first"));
+    Deployment::installTranslation(QStringLiteral("hidden"), QStringLiteral("first"));
+    QVERIFY(QDir().mkpath(Deployment::path(QStringLiteral("Lang/empty"))));
+    Deployment::writeCatalogue("\xEF\xBB\xBF"
+                               + QByteArray(kCatalogue).replace("=second", "=\u0441s\U0001F600")
+                               + "LANG3_FOLDER=hidden\nLANG3_SHOW=0\n");
+    const Finding finding = check().findings.value(0);
+    QCOMPARE(finding.quote, QStringLiteral("LANG2_FOLDER=\u0441s\U0001F600"));
+    QVERIFY2(finding.text.startsWith(
+                 QStringLiteral("LANG2_FOLDER is not a folder in Lang: \"\u0441s\U0001F600\" (with "
+                                "U+0441, U+1F600); ")),
+             qPrintable(finding.text));
+    QCOMPARE(finding.remedy,
+             QStringLiteral("write LANG2_FOLDER= and the name of an existing folder, typed again, "
+                            "such as one that no language uses: chs, cs, second, or create a "
+                            "folder with exactly this name and put the compiled translation into "
+                            "it"));
+}
+
+void tst_langcheck_checks::existingFolderMayHaveAnyName()
+{
+    Deployment::installTranslation(QStringLiteral("简体中文"), QStringLiteral("first"));
+    Deployment::writeCatalogue("\xEF\xBB\xBF"
+                               + QByteArray(kCatalogue).replace("=second", "=简体中文"));
+    QCOMPARE(shortForms(check()), QString());
 }
 
 void tst_langcheck_checks::repeatedKeysNameAllLines()

@@ -17,6 +17,7 @@
 #include <QHash>
 #include <QSet>
 #include <QTranslator>
+#include <QXmlStreamReader>
 
 #include <algorithm>
 #include <iterator>
@@ -25,6 +26,8 @@
 namespace {
 
 QString checkedDir;
+
+const int kStartLength = 10000; ///< Enough of a file to see what it is.
 
 #ifdef Q_OS_WIN
 const Qt::CaseSensitivity kFileNames = Qt::CaseInsensitive;
@@ -57,6 +60,19 @@ QStringList codePoints(const QString &text)
             result += QStringLiteral("U+%1").arg(QString::number(code, 16).toUpper(), 4, u'0');
     }
     return result;
+}
+
+/// Returns the finding for a file that can't be loaded, by its first bytes.
+FindingKind kindOfInvalidFile(const QByteArray &start)
+{
+    static const QByteArray magic(
+        "\x3C\xB8\x64\x18\xCA\xEF\x9C\x95\xCD\x21\x1C\xBF\x60\xA1\xBD\xDD", 16);
+    if (start.startsWith(magic) || magic.startsWith(start))
+        return FindingKind::QmDamaged;
+    QXmlStreamReader reader(start);
+    return reader.readNextStartElement() && reader.name() == QLatin1String("TS")
+        ? FindingKind::QmSource
+        : FindingKind::QmForeign;
 }
 
 QString key(int langId, const char *field)
@@ -269,7 +285,7 @@ private:
         else if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
             addTranslation(FindingKind::QmUnreadable, path);
         else if (!loadQmFile(*CTranslatorMgr::instance()->translator(), path))
-            addTranslation(FindingKind::QmForeign, path);
+            addTranslation(kindOfInvalidFile(file.read(kStartLength)), path);
         else
             checkTexts(path);
     }

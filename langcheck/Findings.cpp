@@ -132,9 +132,16 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
     {Kind::QmUnreadable, "qm-unreadable", Finding::Error,
      "not a readable file; a dialog that uses it has empty texts; replace it or correct its "
      "permissions"},
+    {Kind::QmSource, "qm-source", Finding::Error,
+     "file is a translation source that was not compiled; a dialog that uses it has empty texts; "
+     "rename this very file to Zendel.ts and compile it: lrelease Zendel.ts -qm Zendel.qm"},
+    {Kind::QmDamaged, "qm-damaged", Finding::Error,
+     "compiled translation is damaged or cut off; a dialog that uses it has empty texts; copy it "
+     "again from where it came from"},
     {Kind::QmForeign, "qm-foreign", Finding::Error,
-     "not a compiled translation of the plug-in, or damaged; a dialog that uses it has empty "
-     "texts; compile the plug-in's .ts file with lrelease"},
+     "not a compiled translation of the plug-in's texts; a dialog that uses it has empty texts; "
+     "replace it by the plug-in's translation, compiled with lrelease from the plug-in's .ts file "
+     "after that was translated"},
     {Kind::TextMissing, "text-missing", Finding::Error,
      "text is not translated: \"%1\" of %2; it is empty in the dialog; translate it and compile "
      "the file again"},

@@ -66,6 +66,8 @@ enum class FindingKind {
     FolderMissing,
     QmMissing,
     QmUnreadable,
+    QmSource,
+    QmDamaged,
     QmForeign,
     TextMissing,
     TextClipped,

@@ -270,6 +270,16 @@ void tst_langcheck_checks::translationFiles_data()
     row("missing", QByteArray(), "qm-missing");
     row("unreadable", "folder", "qm-unreadable");
     row("not a translation", "not a translation", "qm-foreign");
+    const QByteArray source = "<!DOCTYPE TS>\n<TS version=\"2.1\" language=\"de\">\n<context>";
+    row("source", "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n" + source, "qm-source");
+    row("source with a BOM", "\xEF\xBB\xBF" + source, "qm-source");
+    row("other XML", "<xliff version=\"1.2\"></xliff>", "qm-foreign");
+    row("empty", "empty", "qm-damaged");
+    row("cut off in the magic number", translation("first").left(10), "qm-damaged");
+    row("cut off", translation("first").left(100), "qm-damaged");
+    row("cut off by a byte", translation("first").chopped(1), "qm-damaged");
+    row("damaged", translation("first").left(17) + "\xFF\xFF" + translation("first").mid(19),
+        "qm-damaged");
     row("another program's", translation("other_program"), "qm-foreign");
     row("one of eight texts", translation("one_text"), "text-missing", 7);
     row("too long", translation("long_texts"), "text-clipped");
@@ -284,6 +294,8 @@ void tst_langcheck_checks::translationFiles()
     QVERIFY(QFile::remove(file));
     if (bytes == "folder")
         QVERIFY(QDir().mkpath(file));
+    else if (bytes == "empty")
+        Deployment::writeTranslation(QStringLiteral("second"), QByteArray());
     else if (!bytes.isEmpty())
         Deployment::writeTranslation(QStringLiteral("second"), bytes);
     QCOMPARE(shortForms(check()), findings);

@@ -180,9 +180,11 @@ private:
                                   quoted(lang.name)});
             }
             idOfName.insert(lang.name, lang.id);
-            if (languageName(dialog, i).clipped) {
+            const ShownText name = languageName(dialog, i);
+            if (name.clipped) {
                 m_report.addLine(FindingKind::NameClipped, line,
-                                 {key(lang.id, "NAME"), quoted(lang.name)});
+                                 {key(lang.id, "NAME"), quoted(lang.name),
+                                  QString::number(name.width), QString::number(name.room)});
             }
         }
     }
@@ -308,9 +310,13 @@ private:
                                {QLatin1String(text.text), QLatin1String(text.context)});
             }
         }
-        const QStringList clipped = clippedTexts(DlgSettings());
-        for (const QString &text : clipped)
-            addTranslation(FindingKind::TextClipped, path, {quoted(text)});
+        const QVector<ShownText> clipped = clippedTexts(DlgSettings());
+        for (const ShownText &text : clipped) {
+            addTranslation(FindingKind::TextClipped, path,
+                           {QLatin1String(text.source.text), QLatin1String(text.source.context),
+                            quoted(text.text), QString::number(text.width),
+                            QString::number(text.room)});
+        }
     }
 
     void addTranslation(FindingKind kind, const QString &path, const QStringList &values = {})

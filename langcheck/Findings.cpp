@@ -84,7 +84,8 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "%1 is also the name of language %2: %3; the operator cannot tell them apart; use another "
      "name"},
     {Kind::NameClipped, "name-clipped", Finding::Error,
-     "%1 is too wide for the operator's list: %2; its end is cut off; use a shorter name"},
+     "%1 is too wide for the operator's list: %2 has %3 pixels, and there is room for %4; its end "
+     "is cut off; use a shorter name"},
     {Kind::FolderDots, "folder-dots", Finding::Warning,
      "%1 contains \"..\": %2; the path leaves the folder Lang; use the name of a folder in Lang"},
     {Kind::FolderAbsolute, "folder-absolute", Finding::Warning,
@@ -146,7 +147,9 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "text is not translated: \"%1\" of %2; it is empty in the dialog; translate it and compile "
      "the file again"},
     {Kind::TextClipped, "text-clipped", Finding::Error,
-     "text is too wide for the dialog: %1; its end is cut off; use a shorter translation"},
+     "text is too wide for the dialog: \"%1\" of %2 is translated as %3, which has %4 pixels, and "
+     "there is room for %5; its end is cut off; use a shorter translation and compile the file "
+     "again"},
 
     // The DLLs next to the host's executable
     {Kind::DllUnusable, "dll-unusable", Finding::Error,

@@ -11,12 +11,17 @@
 #include <QTabWidget>
 #include <QTextLayout>
 
+#include <algorithm>
+
 namespace {
 
-bool fits(const QWidget &widget, const QString &text, const QRect &room)
+/// Returns a text of the widget, for which there is @p room.
+ShownText shownText(const QWidget &widget, const QString &text, const QRect &space,
+                    const QSize &room, const SourceText &source = {nullptr, nullptr})
 {
     const QSize size = widget.fontMetrics().size(Qt::TextSingleLine, text);
-    return size.width() <= room.width() && size.height() <= room.height();
+    const bool clipped = size.width() > room.width() || size.height() > room.height();
+    return {text, space, clipped, size.width(), room.width(), source};
 }
 
 QRect room(const QPushButton &button)
@@ -50,34 +55,35 @@ QVector<ShownText> dialogTexts(const QDialog &dialog)
     const int titleBarButtons = 150;
     const QString title = dialog.windowTitle();
     const QRect titleSpace(0, -kTitleBarHeight, dialog.width() - titleBarButtons, kTitleBarHeight);
+    // The tab grows with its text, up to the width of the dialog.
+    const QSize tabFrame =
+        tabs->sizeHint() - tabs->fontMetrics().size(Qt::TextSingleLine, tabs->tabText(0));
     return {
-        {label->text(), inWindow(*label, label->rect()),
-         !fits(*label, label->text(), label->contentsRect())},
-        {button->text(), inWindow(*button, button->rect()),
-         !fits(*button, button->text(), room(*button))},
-        // The tab grows with its text, up to the width of the dialog.
-        {tabs->tabText(0), inWindow(*tabs, tabs->tabRect(0)),
-         tabs->sizeHint().width() > dialog.width()},
-        {title, titleSpace, dialog.fontMetrics().horizontalAdvance(title) > titleSpace.width()},
+        shownText(*label, label->text(), inWindow(*label, label->rect()),
+                  label->contentsRect().size(), {"PageSetLang", "Language:"}),
+        shownText(*button, button->text(), inWindow(*button, button->rect()), room(*button).size(),
+                  {"PageSetLang", "Change"}),
+        shownText(*tabs, tabs->tabText(0), inWindow(*tabs, tabs->tabRect(0)),
+                  dialog.size() - tabFrame, {"DlgSettings", "Language"}),
+        shownText(dialog, title, titleSpace, {titleSpace.width(), dialog.height()},
+                  {"DlgSettings", "Settings"}),
     };
 }
 
-QStringList clippedTexts(const QDialog &dialog)
+QVector<ShownText> clippedTexts(const QDialog &dialog)
 {
-    QStringList result;
-    const QVector<ShownText> texts = dialogTexts(dialog);
-    for (const ShownText &text : texts) {
-        if (text.clipped)
-            result += text.text;
-    }
+    QVector<ShownText> result = dialogTexts(dialog);
+    result.erase(std::remove_if(result.begin(), result.end(),
+                                [](const ShownText &text) { return !text.clipped; }),
+                 result.end());
     return result;
 }
 
 ShownText languageName(const QDialog &dialog, int index)
 {
     const auto *const list = dialog.findChild<QComboBox *>(QStringLiteral("comboBox_language"));
-    const QString name = list->itemText(index);
-    return {name, inWindow(*list, list->rect()), !fits(*list, name, room(*list))};
+    return shownText(*list, list->itemText(index), inWindow(*list, list->rect()),
+                     room(*list).size());
 }
 
 QList<QGlyphRun> glyphRuns(const QWidget &widget, const QString &text)

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "lang/SourceTexts.h"
+
 #include <QGlyphRun>
 #include <QRect>
 #include <QString>
-#include <QStringList>
 #include <QVector>
 
 class QDialog;
@@ -21,13 +22,17 @@ struct ShownText
     QString text;
     QRect space; ///< In the window's coordinates. A title is above the window.
     bool clipped = false;
+    int width = 0; ///< The text's own, in pixels. Only in the dialog, as what follows.
+    int room = 0;  ///< The width that it may have.
+    SourceText source = {nullptr,
+                         nullptr}; ///< The English text. Only for texts that are translated.
 };
 
 /// Returns the dialog's texts: those of the label, button, tab and title.
 QVector<ShownText> dialogTexts(const QDialog &dialog);
 
 /// Returns the clipped ones among these texts.
-QStringList clippedTexts(const QDialog &dialog);
+QVector<ShownText> clippedTexts(const QDialog &dialog);
 
 /// Returns the name at @p index of the language list.
 ShownText languageName(const QDialog &dialog, int index);

@@ -74,6 +74,8 @@ private Q_SLOTS:
     void garbledNamesAreRestored();
     void remedyNamesTheEncoding_data();
     void remedyNamesTheEncoding();
+    void clippedTextIsMeasured();
+    void clippedNameIsMeasured();
     void missingFolderIsSpelledOut();
     void existingFolderMayHaveAnyName();
     void repeatedKeysNameAllLines();
@@ -530,6 +532,39 @@ void tst_langcheck_checks::garbledNamesAreRestored()
     const Finding finding = check().findings.value(0);
     QVERIFY2(finding.remedy.startsWith(QStringLiteral("write LANG2_NAME=日本語, ")),
              qPrintable(finding.text));
+}
+
+/// A letter is between 1 and 30 pixels wide.
+void tst_langcheck_checks::clippedTextIsMeasured()
+{
+    Deployment::installTranslation(QStringLiteral("second"), QStringLiteral("long_texts"));
+    const QString text = check().findings.value(0).text;
+    const QRegularExpressionMatch match =
+        QRegularExpression(
+            QStringLiteral(
+                "^text is too wide for the dialog: \"Change\" of PageSetLang is "
+                "translated as \"1 A word that is too long\", which has (\\d+) pixels, and "
+                "there is room for (\\d+); "))
+            .match(text);
+    QVERIFY2(match.hasMatch(), qPrintable(text));
+    const int width = match.captured(1).toInt();
+    const int room = match.captured(2).toInt();
+    QVERIFY2(width > room && width < 24 * 30, qPrintable(text));
+    QVERIFY2(room > 60 && room <= 91, qPrintable(text)); // The button's width is 91 pixels.
+}
+
+void tst_langcheck_checks::clippedNameIsMeasured()
+{
+    Deployment::writeCatalogue(QByteArray(kCatalogue).replace("=Two", "=" + QByteArray(50, 'W')));
+    const QString text = check().findings.value(0).text;
+    const QRegularExpressionMatch match =
+        QRegularExpression(
+            QStringLiteral("^LANG2_NAME is too wide for the operator's list: \"W{50}\" has (\\d+) "
+                           "pixels, and there is room for (\\d+); "))
+            .match(text);
+    QVERIFY2(match.hasMatch(), qPrintable(text));
+    QVERIFY2(match.captured(1).toInt() > match.captured(2).toInt(), qPrintable(text));
+    QVERIFY2(match.captured(2).toInt() > 100, qPrintable(text));
 }
 
 void tst_langcheck_checks::missingFolderIsSpelledOut()

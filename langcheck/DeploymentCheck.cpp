@@ -15,6 +15,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
+#include <QLocale>
+#include <QRegularExpression>
 #include <QSet>
 #include <QTranslator>
 #include <QXmlStreamReader>
@@ -60,6 +62,26 @@ QStringList codePoints(const QString &text)
             result += QStringLiteral("U+%1").arg(QString::number(code, 16).toUpper(), 4, u'0');
     }
     return result;
+}
+
+/// Returns true for a code such as "de", "pt_BR" or "zh-Hant".
+bool isLanguageCode(const QString &text)
+{
+    static const QRegularExpression code(
+        QStringLiteral("^[A-Za-z]{2,3}([_-][A-Za-z]{4})?([_-]([A-Za-z]{2}|[0-9]{3}))?$"));
+    return code.match(text).hasMatch() && QLocale(text).language() != QLocale::C;
+}
+
+/// Returns true if a folder of this name is for the language with this code: it is named for the
+/// language, with another country only if one of the two has none, or for the country.
+bool isNamedFor(const QString &folder, const QString &code)
+{
+    const QLocale language(code);
+    if (folder.compare(language.name().section(QLatin1Char('_'), 1), Qt::CaseInsensitive) == 0)
+        return true;
+    const QLocale own(folder);
+    return isLanguageCode(folder) && own.language() == language.language()
+        && (folder.size() <= 3 || code.size() <= 3 || own.country() == language.country());
 }
 
 /// Returns the finding for a file that can't be loaded, by its first bytes.
@@ -227,6 +249,39 @@ private:
         m_unused = QFileInfo::exists(own);
         if (!m_checked.contains(fallbackPath()))
             checkTranslation(fallbackPath());
+        checkLanguages();
+    }
+
+    /// Finds files that are in the folder of another listed language.
+    void checkLanguages()
+    {
+        QSet<QString> swapped;
+        for (const LangEntry &lang : qAsConst(m_report.listed)) {
+            const QString code = m_codes.value(lang.qmPath);
+            const QString folder = folderName(lang);
+            if (!isLanguageCode(code) || !isLanguageCode(folder) || isNamedFor(folder, code)
+                || swapped.contains(lang.qmPath))
+                continue;
+            const auto other = std::find_if(
+                m_report.listed.constBegin(), m_report.listed.constEnd(),
+                [&code](const LangEntry &one) { return isNamedFor(folderName(one), code); });
+            if (other == m_report.listed.constEnd())
+                continue;
+            const QString otherFile = QDir(checkedDir).relativeFilePath(other->qmPath);
+            QString remedy = QStringLiteral("replace it by the translation for %1").arg(folder);
+            if (isNamedFor(folder, m_codes.value(other->qmPath))) {
+                swapped.insert(other->qmPath); // Once for both, because two swaps change nothing.
+                remedy = QStringLiteral("swap it with %1, which is for %2")
+                             .arg(otherFile, m_codes.value(other->qmPath));
+            }
+            m_report.addFile(FindingKind::QmLanguage, lang.qmPath,
+                             {code, folderName(*other), folder, quoted(lang.name), remedy});
+        }
+    }
+
+    static QString folderName(const LangEntry &language)
+    {
+        return QFileInfo(language.qmPath).dir().dirName();
     }
 
     void checkOnce(const QString &path, int langId)
@@ -304,6 +359,7 @@ private:
             addTranslation(FindingKind::QmForeign, path);
             return;
         }
+        m_codes.insert(path, CTranslatorMgr::instance()->translator()->language());
         for (const SourceText &text : kSourceTexts) {
             if (isMissing(text)) {
                 addTranslation(FindingKind::TextMissing, path,
@@ -328,6 +384,7 @@ private:
 
     Report &m_report;
     const CatalogueLines &m_lines;
+    QHash<QString, QString> m_codes; ///< The language of each translation, as the file says.
     std::optional<QString> m_unusedFolders;
     QSet<QString> m_checked {QString()}; ///< Paths of translations.
     bool m_unused = false; ///< Whether the fallback is checked although the default has a file.

@@ -143,6 +143,9 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "not a compiled translation of the plug-in's texts; a dialog that uses it has empty texts; "
      "replace it by the plug-in's translation, compiled with lrelease from the plug-in's .ts file "
      "after that was translated"},
+    {Kind::QmLanguage, "qm-language", Finding::Warning,
+     "translation is for %1, like the folder %2, and not for %3; an operator who chooses %4 "
+     "probably sees texts in another language; %5"},
     {Kind::TextMissing, "text-missing", Finding::Error,
      "text is not translated: \"%1\" of %2; it is empty in the dialog; translate it and compile "
      "the file again"},

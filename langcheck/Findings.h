@@ -69,6 +69,7 @@ enum class FindingKind {
     QmSource,
     QmDamaged,
     QmForeign,
+    QmLanguage,
     TextMissing,
     TextClipped,
     DllUnusable,

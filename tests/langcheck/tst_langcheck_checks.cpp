@@ -11,9 +11,14 @@
 #include <QDir>
 #include <QFile>
 #include <QLocale>
+#include <QPair>
 #include <QRegularExpression>
 #include <QTest>
 #include <QTextStream>
+#include <QVector>
+
+using Files = QVector<QPair<const char *, const char *>>; ///< Folders and their files' languages
+Q_DECLARE_METATYPE(Files)
 
 namespace {
 
@@ -28,6 +33,32 @@ Report check()
 QString severityName(Finding::Severity severity)
 {
     return severity == Finding::Error ? QStringLiteral("error") : QStringLiteral("warning");
+}
+
+/// Installs languages whose translations are as good as GoodDeployment's, but name a language.
+void installLanguages(const Files &files)
+{
+    QFile first(QStringLiteral(":/translations/first.qm"));
+    if (!first.open(QIODevice::ReadOnly))
+        qFatal("No test translation");
+    const QByteArray translation = first.readAll();
+    const QByteArray language("\xA7\0\0\0\x02"
+                              "en",
+                              7);
+    if (translation.count(language) != 1)
+        qFatal("No language in the test translation");
+    QByteArray catalogue = "[LANG_MGR]\nDEFAULT=1\n";
+    for (int i = 0; i < files.size(); ++i) {
+        const QByteArray code = files.at(i).second;
+        const QByteArray block =
+            code.isEmpty() ? QByteArray() : QByteArray("\xA7\0\0\0", 4) + char(code.size()) + code;
+        Deployment::writeTranslation(QLatin1String(files.at(i).first),
+                                     QByteArray(translation).replace(language, block));
+        catalogue += QByteArray("LANG%_NAME=Language ?\nLANG%_FOLDER=?\nLANG%_SHOW=1\n")
+                         .replace('%', QByteArray::number(i + 1))
+                         .replace('?', files.at(i).first);
+    }
+    Deployment::writeCatalogue(catalogue);
 }
 
 QString shortForms(const Report &report)
@@ -74,6 +105,9 @@ private Q_SLOTS:
     void garbledNamesAreRestored();
     void remedyNamesTheEncoding_data();
     void remedyNamesTheEncoding();
+    void languagesOfFilesAreCompared_data();
+    void languagesOfFilesAreCompared();
+    void swapIsAdvisedOnce();
     void clippedTextIsMeasured();
     void clippedNameIsMeasured();
     void missingFolderIsSpelledOut();
@@ -532,6 +566,63 @@ void tst_langcheck_checks::garbledNamesAreRestored()
     const Finding finding = check().findings.value(0);
     QVERIFY2(finding.remedy.startsWith(QStringLiteral("write LANG2_NAME=日本語, ")),
              qPrintable(finding.text));
+}
+
+void tst_langcheck_checks::languagesOfFilesAreCompared_data()
+{
+    QTest::addColumn<Files>("files");
+    QTest::addColumn<QString>("warned"); // Folders
+
+    const auto row = [](const char *name, const Files &files, const char *warned) {
+        QTest::newRow(name) << files << QString::fromLatin1(warned);
+    };
+    row("right", {{"es", "es"}, {"pt", "pt_BR"}}, "");
+    row("swapped", {{"es", "pt_BR"}, {"pt", "es"}}, "es");
+    row("copied", {{"es", "pt_BR"}, {"pt", "pt_BR"}}, "es");
+    row("three in a circle", {{"es", "pt"}, {"fr", "es"}, {"pt", "fr"}}, "es fr pt");
+    row("with countries", {{"pt_BR", "pt_PT"}, {"pt_PT", "pt_BR"}}, "pt_BR");
+    row("with hyphens", {{"pt-BR", "es_ES"}, {"es-ES", "pt_BR"}}, "pt-BR");
+    row("in upper case", {{"ES", "pt_BR"}, {"PT", "es"}}, "ES");
+    row("Chinese", {{"chs", "zh_CN"}, {"cht", "zh_TW"}, {"zh", "zh_CN"}}, "");
+    row("other country", {{"pt", "pt_PT"}, {"es", "es_MX"}}, "");
+    row("nobody's language", {{"es", "pt_BR"}, {"fr", "fr"}}, "");
+    row("folders named for countries",
+        {{"br", "pt_BR"}, {"pt", "pt_PT"}, {"se", "sv"}, {"sv", "sv"}}, "");
+    row("folders with other names", {{"spanish", "pt"}, {"es_old", "pt"}, {"pt", "pt"}}, "");
+    row("no language in the file", {{"es", ""}, {"pt", "pt"}}, "");
+    row("no known language in the file", {{"es", "x-test"}, {"pt", "pt"}}, "");
+}
+
+void tst_langcheck_checks::languagesOfFilesAreCompared()
+{
+    QFETCH(Files, files);
+    QFETCH(QString, warned);
+
+    installLanguages(files);
+    QStringList found;
+    const QList<Finding> findings = check().findings;
+    for (const Finding &finding : findings) {
+        QCOMPARE(finding.id, QStringLiteral("qm-language"));
+        QCOMPARE(finding.severity, Finding::Warning);
+        found += finding.file.section(QLatin1Char('/'), 1, 1);
+    }
+    QCOMPARE(found.join(QLatin1Char(' ')), warned);
+}
+
+void tst_langcheck_checks::swapIsAdvisedOnce()
+{
+    installLanguages({{"es", "pt_BR"}, {"pt", "es"}});
+    QList<Finding> findings = check().findings;
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(
+        findings.first().text,
+        QStringLiteral("translation is for pt_BR, like the folder pt, and not for es; an operator "
+                       "who chooses \"Language es\" probably sees texts in another language; "
+                       "swap it with Lang/pt/Zendel.qm, which is for es"));
+    installLanguages({{"es", "pt_BR"}, {"pt", "pt_BR"}});
+    findings = check().findings;
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(findings.first().remedy, QStringLiteral("replace it by the translation for es"));
 }
 
 /// A letter is between 1 and 30 pixels wide.

@@ -307,7 +307,8 @@ private:
                 remedy +=
                     QStringLiteral(", give the present language %1 another number").arg(wanted);
             if (m_report.defaultLangId == id.langId)
-                remedy += QStringLiteral(", write DEFAULT=%1").arg(wanted);
+                remedy +=
+                    QStringLiteral(", write DEFAULT=%1 if it is to stay the default").arg(wanted);
             remedy += QStringLiteral(", or, if %1 is the right number, ").arg(id.langId);
         }
         remedy += QStringLiteral("write %1=%2").arg(id.key).arg(id.langId);

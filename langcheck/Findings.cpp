@@ -147,12 +147,12 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "translation is for %1, like the folder %2, and not for %3; an operator who chooses %4 "
      "probably sees texts in another language; %5"},
     {Kind::TextMissing, "text-missing", Finding::Error,
-     "text is not translated: \"%1\" of %2; it is empty in the dialog; translate it and compile "
-     "the file again"},
+     "text is not translated: \"%1\" of %2; it is empty in the dialog; translate it in the "
+     "language's .ts file, or in one made by \"lconvert Zendel.qm -o Zendel.ts\", and compile it"},
     {Kind::TextClipped, "text-clipped", Finding::Error,
      "text is too wide for the dialog: \"%1\" of %2 is translated as %3, which has %4 pixels, and "
-     "there is room for %5; its end is cut off; use a shorter translation and compile the file "
-     "again"},
+     "there is room for %5; its end is cut off; use a shorter translation in the language's "
+     ".ts file, or in one made by \"lconvert Zendel.qm -o Zendel.ts\", and compile it"},
 
     // The DLLs next to the host's executable
     {Kind::DllUnusable, "dll-unusable", Finding::Error,
@@ -177,10 +177,10 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "or 127; use a plug-in that is built for %2"},
     {Kind::PlatformMissing, "platform-missing", Finding::Warning,
      "file does not exist; unless the host itself knows where Qt's plug-ins are, it ends at its "
-     "start; copy the file from Qt's folder plugins/platforms, or name that folder in a qt.conf"},
+     "start; copy %1, from its folder plugins, or name that folder in a qt.conf"},
     {Kind::RuntimeMissing, "runtime-missing", Finding::Warning,
-     "file does not exist; unless it is elsewhere in the search path, Windows refuses to load the "
-     "plug-in with error 126; %1"},
+     "file does not exist; unless it is elsewhere in the search path, Windows refuses to start the "
+     "host, or to load the plug-in with error 126; %1"},
 }};
 
 namespace {

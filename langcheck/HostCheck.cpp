@@ -63,8 +63,7 @@ public:
         checkRuntime();
         if (exists(kPlugin))
             checkPlugin();
-        if (!exists(QStringLiteral("platforms/qwindows.dll")) && !exists(QStringLiteral("qt.conf")))
-            add(FindingKind::PlatformMissing, QStringLiteral("platforms/qwindows.dll"));
+        checkPlatform();
     }
 
 private:
@@ -148,21 +147,44 @@ private:
     /// Checks whether the DLL fits the host, except for what is the same in all DLLs of Qt.
     void checkQt(const QtDll &qt)
     {
-        const QString version = m_reference ? m_reference->dll.version.toString() : QString();
-        const QString replacement =
-            QStringLiteral("the same file of Qt %1 for %2")
-                .arg(version.isEmpty() ? QStringLiteral("5.15") : version,
-                     m_family == CompilerFamily::Unknown ? QStringLiteral("64-bit x86")
-                                                         : familyName(m_family));
         if (!qt.dll.defect.isEmpty()) {
-            add(FindingKind::DllUnusable, qt.name, {qt.dll.defect, replacement});
+            add(FindingKind::DllUnusable, qt.name, {qt.dll.defect, sameFile()});
         } else if (qt.dll.exports != m_family) {
             add(FindingKind::QtFamily, qt.name,
-                {familyName(qt.dll.exports), familyName(m_family), m_evidence, replacement});
+                {familyName(qt.dll.exports), familyName(m_family), m_evidence, sameFile()});
         } else if (qt.dll.version != m_reference->dll.version && !qt.dll.version.isNull()
-                   && !version.isEmpty()) {
+                   && !m_reference->dll.version.isNull()) {
             add(FindingKind::QtVersionsDiffer, qt.name,
-                {qt.dll.version.toString(), version, m_reference->name});
+                {qt.dll.version.toString(), m_reference->dll.version.toString(),
+                 m_reference->name});
+        }
+    }
+
+    /// Returns what a file of Qt is to be replaced by.
+    QString sameFile() const
+    {
+        const bool known = m_reference && !m_reference->dll.version.isNull();
+        return QStringLiteral("the same file of Qt %1 for %2")
+            .arg(known ? m_reference->dll.version.toString() : QStringLiteral("5.15"),
+                 m_family == CompilerFamily::Unknown ? QStringLiteral("64-bit x86")
+                                                     : familyName(m_family));
+    }
+
+    void checkPlatform()
+    {
+        const QLatin1String name("platforms/qwindows.dll");
+        if (!exists(name)) {
+            if (!exists(QStringLiteral("qt.conf")))
+                add(FindingKind::PlatformMissing, name, {sameFile()});
+            return;
+        }
+        const Dll dll = read(name, readDll);
+        if (!dll.defect.isEmpty()) {
+            add(FindingKind::DllUnusable, name, {dll.defect, sameFile()});
+        } else if (m_family != CompilerFamily::Unknown && dll.qtImports != CompilerFamily::Unknown
+                   && dll.qtImports != m_family) {
+            add(FindingKind::QtFamily, name,
+                {familyName(dll.qtImports), familyName(m_family), m_evidence, sameFile()});
         }
     }
 
@@ -206,7 +228,8 @@ private:
                  {"libgcc_s_seh-1.dll", "libstdc++-6.dll", "libwinpthread-1.dll"}) {
                 if (!exists(QLatin1String(name))) {
                     add(FindingKind::RuntimeMissing, QLatin1String(name),
-                        {QStringLiteral("copy it from the compiler that Qt was built with")});
+                        {QStringLiteral("copy it from the compiler that Qt was built with, whose "
+                                        "DLLs Qt has in its folder bin")});
                 }
             }
             return;
@@ -230,7 +253,8 @@ private:
     void add(FindingKind kind, const QString &name, const QStringList &values = {})
     {
         const Finding &finding = m_report.addFile(kind, path(name), values);
-        m_report.hostFails = m_report.hostFails || finding.severity == Finding::Error;
+        m_report.hostFails = m_report.hostFails || finding.severity == Finding::Error
+            || kind == FindingKind::PlatformMissing || kind == FindingKind::RuntimeMissing;
     }
 
     Report &m_report;

@@ -148,16 +148,22 @@ private:
     void writeVerdict()
     {
         const char *const classes[] = {"verdict good", "verdict warning", "verdict error"};
-        const char *const verdicts[] = {"Nothing is wrong.",
+        const char *const verdicts[] = {"Nothing wrong was found.",
                                         "There are warnings, but the operator sees no error.",
                                         "There are errors that the operator will see."};
         int errors = 0;
         for (const Finding &finding : m_report.findings)
             errors += finding.severity == Finding::Error ? 1 : 0;
         open("p", classes[m_report.exitCode()]);
-        span("label", QLatin1String(verdicts[m_report.exitCode()]));
+        span("label",
+             QLatin1String(m_report.hostFails
+                               ? "The program may not start, or not load the plug-in."
+                               : verdicts[m_report.exitCode()]));
         text(QLatin1Char(' ') + count(errors, "error") + QStringLiteral(", ")
-             + count(m_report.findings.size() - errors, "warning") + QLatin1Char('.'));
+             + count(m_report.findings.size() - errors, "warning")
+             + QStringLiteral(
+                 ". Check below that these are the languages, the order and the default "
+                 "that are wanted."));
         close();
         open("p");
         foreignText("code", m_report.applicationDir);
@@ -224,8 +230,8 @@ private:
         if (m_report.hostFails) {
             element("p",
                     QStringLiteral("The program may not start at all, or not load the plug-in, "
-                                   "because of the errors in its DLLs. The rest of this page holds "
-                                   "once it does."));
+                                   "because of its DLLs. The rest of this page holds once it "
+                                   "does."));
         } else if (m_report.boxes.isEmpty()) {
             element("p", QStringLiteral("No message box appears."));
         }

@@ -82,8 +82,8 @@ QString Report::toText() const
     if (hostQt)
         out << "Host's Qt:    " << hostQt->description() << '\n';
     if (hostFails) {
-        out << "Host:         may not start, or not load the plug-in, because of the errors in its "
-               "DLLs; the lines above hold once it does\n";
+        out << "Host:         may not start, or not load the plug-in, because of its DLLs; the lines "
+               "above hold once it does\n";
     }
     out << '\n';
 

@@ -45,7 +45,7 @@ struct Report
 
     /// Only if there is a Qt5Core.dll.
     std::optional<HostQt> hostQt;
-    bool hostFails = false; ///< Whether an error in the DLLs may keep the plug-in from running.
+    bool hostFails = false; ///< Whether the DLLs may keep the plug-in from running.
 
     /// Adds a finding about a line of the catalogue, or the whole file if it is 0, and returns it.
     Finding &addLine(FindingKind kind, int line, const QStringList &values = {});

@@ -726,7 +726,8 @@ void tst_langcheck_checks::idDiffersNamesTheRemedy_data()
         "the present language 1 another number, or, if 2 is the right number, write LANG2_ID=2");
     row("LANG1_ID=7",
         "to give the language the number 7, rename its keys to LANG7_ID, LANG7_NAME and so on, "
-        "write DEFAULT=7, or, if 1 is the right number, write LANG1_ID=1");
+        "write DEFAULT=7 if it is to stay the default, or, if 1 is the right number, write "
+        "LANG1_ID=1");
     row("LANG2_ID=256", "write LANG2_ID=2");
     row("LANG2_ID=-1", "write LANG2_ID=2");
     row("LANG2_ID=two", "write LANG2_ID=2");

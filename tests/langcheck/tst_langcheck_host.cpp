@@ -126,7 +126,7 @@ void tst_langcheck_host::installHost(bool msvc)
 {
     write(QStringLiteral("Qt5Core.dll"), qtCore(msvc));
     write(QStringLiteral("Zendel.dll"), plugin(msvc));
-    write(QStringLiteral("platforms/qwindows.dll"), "any");
+    write(QStringLiteral("platforms/qwindows.dll"), plugin(msvc));
     if (msvc)
         return;
     for (const char *const name :
@@ -271,6 +271,13 @@ void tst_langcheck_host::mistakesAreFound_data()
                        "Qt5Core.dll for MinGW-w64"));
     row("no platform plug-in", true, "platforms/qwindows.dll", removed,
         QStringLiteral("platforms/qwindows.dll warning platform-missing: file does not exist"));
+    row("platform plug-in for MinGW", true, "platforms/qwindows.dll", plugin(false),
+        QStringLiteral("platforms/qwindows.dll error qt-family: built for MinGW-w64, but "
+                       "Qt5Core.dll for MSVC"));
+    row("empty platform plug-in", true, "platforms/qwindows.dll", QByteArray(""),
+        QStringLiteral(
+            "platforms/qwindows.dll error dll-unusable: not a DLL for 64-bit x86: it has "
+            "no PE header"));
     for (const char *const name :
          {"libgcc_s_seh-1.dll", "libstdc++-6.dll", "libwinpthread-1.dll"}) {
         row(name, false, name, removed,
@@ -410,7 +417,7 @@ void tst_langcheck_host::replacementsFitTheHost()
     QCOMPARE(findings.at(0).remedy, file.arg(QStringLiteral("5.15")));
 }
 
-/// Neither as text nor on the page, if an error of the DLLs prevents it.
+/// Neither as text nor on the page, if a wrong or missing DLL may prevent it.
 void tst_langcheck_host::startIsNotPromised()
 {
     const QString warned = QStringLiteral("may not start");
@@ -421,6 +428,12 @@ void tst_langcheck_host::startIsNotPromised()
     write(QStringLiteral("Qt5Gui.dll"), qtCore(true));
     QVERIFY(check().toText().contains(warned));
     QVERIFY(check().hostFails);
+
+    for (const char *const name : {"libwinpthread-1.dll", "platforms/qwindows.dll"}) {
+        installWholeHost();
+        QVERIFY(QFile::remove(path(QLatin1String(name))));
+        QVERIFY2(check().hostFails, name);
+    }
 }
 
 void tst_langcheck_host::qtThatCannotBeOpened()

@@ -193,7 +193,8 @@ void tst_langcheck_page::deploymentsAreShown_data()
     QTest::addColumn<QString>("text");
 
     const QByteArray good = kCatalogue;
-    QTest::newRow("good") << good << QStringLiteral("Nothing is wrong.") << QStringLiteral("None.");
+    QTest::newRow("good") << good << QStringLiteral("Nothing wrong was found.")
+                          << QStringLiteral("None.");
     QTest::newRow("warning") << good + "LANG2_NAME=Deux\n"
                              << QStringLiteral(
                                     "There are warnings, but the operator sees no error.")
@@ -249,6 +250,7 @@ void tst_langcheck_page::startIsNotPromisedIfTheHostFails()
     CheckedPage::validate(bytes);
     texts = CheckedPage::read(bytes).texts;
     QVERIFY(!texts.contains(noBox) && !texts.contains(dialog));
+    QVERIFY(texts.contains(QStringLiteral("The program may not start, or not load the plug-in.")));
     QVERIFY(bytes.contains(">The program may not start at all, or not load the plug-in, "));
     QVERIFY(texts.contains(QStringLiteral("Once it does, the dialog opens like this:")));
 }

@@ -1,3 +1,4 @@
+#include "commit.h"
 #include "langcheck/DeploymentCheck.h"
 #include "langcheck/Output.h"
 #include "langcheck/Page.h"
@@ -152,7 +153,7 @@ int main(int argc, char *argv[])
         return 0;
     }
     if (parser.isSet(version)) {
-        print(stdout, QStringLiteral("langcheck " VERSION "\n"));
+        print(stdout, QStringLiteral("langcheck " VERSION COMMIT "\n"));
         return 0;
     }
     const QStringList arguments = parser.positionalArguments();

@@ -3,6 +3,7 @@
 #include "langcheck/DeploymentCheck.h"
 
 #include "GoodDeployment.h"
+#include "commit.h"
 
 #include "support/TestFile.h"
 
@@ -136,7 +137,7 @@ void tst_langcheck_command_line::callsWithoutADeployment_data()
         QTest::newRow(name) << arguments << code << QString::fromLatin1(text);
     };
     row("help", {QStringLiteral("--help")}, 0, "[FOLDER]");
-    row("version", {QStringLiteral("--version")}, 0, "langcheck " VERSION "\n");
+    row("version", {QStringLiteral("--version")}, 0, "langcheck " VERSION COMMIT "\n");
     row("unknown option", {QStringLiteral("--colour")}, 3, "Unknown option 'colour'");
     row("two folders", {QStringLiteral("."), QStringLiteral(".")}, 3, "More than one folder");
     row("not a folder", {QStringLiteral("no/such")}, 3, "\"no/such\" is not a folder");

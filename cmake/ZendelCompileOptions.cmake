@@ -23,6 +23,14 @@ else()
         $<$<CXX_COMPILER_ID:Clang>:-Wno-c++20-extensions>)
 endif()
 
+# The same bytes whatever the folder of the sources is. gcov needs the real folder.
+if(NOT MSVC AND NOT ZENDEL_COVERAGE)
+    add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+    foreach(folder IN LISTS CMAKE_PREFIX_PATH)
+        add_compile_options(-ffile-prefix-map=${folder}=qt)
+    endforeach()
+endif()
+
 if(ZENDEL_SANITIZE)
     # For all targets, including generated sources
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined
@@ -31,12 +39,22 @@ if(ZENDEL_SANITIZE)
 elseif(MINGW)
     # ASLR and non-executable data, as in any modern Windows program
     add_link_options(LINKER:--dynamicbase,--high-entropy-va,--nxcompat)
+    add_link_options(LINKER:--no-insert-timestamp)
 elseif(WIN32)
     # With Microsoft's ABI, these are the linker's defaults. Stack checks are as well with MSVC.
     if(NOT MSVC)
         add_compile_options(-fstack-protector-strong)
         # Debuggers look for the symbols next to the DLL, not in a folder of this machine.
         add_link_options(LINKER:-pdbaltpath:%_PDB%)
+        # In the PDB file, all paths are below "zendel" instead, and there are no command lines.
+        file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR} ${CMAKE_BINARY_DIR})
+        add_compile_options(-fdebug-compilation-dir=${folder} -gno-codeview-command-line)
+        add_link_options(LINKER:-pdbsourcepath:zendel)
+        # Hashes instead of times, in object files and in the DLL
+        add_compile_options(-mno-incremental-linker-compatible)
+        add_link_options(LINKER:-Brepro)
+        # Clang makes names of anonymous namespaces of the source's path.
+        set(CMAKE_CXX_COMPILER_LAUNCHER ${PROJECT_SOURCE_DIR}/cmake/relative-source.sh)
     endif()
 else()
     add_link_options(LINKER:-z,defs)

@@ -238,7 +238,8 @@ fetch_sources() {
         apt-get "${options[@]}" source --download-only --tar-only llvm-toolchain-19
         mkdir llvm
         tar -xf llvm-toolchain-19_*.orig.tar.* -C llvm --strip-components=1 --wildcards \
-            '*/libcxx/include' '*/libcxx/src' '*/libcxx/vendor' '*/compiler-rt/lib/builtins'
+            '*/libcxx/include' '*/libcxx/src' '*/libcxx/vendor' '*/compiler-rt/lib/builtins' \
+            '*/libcxx/LICENSE.TXT'
     fi
 }
 
@@ -306,6 +307,25 @@ build() {
     cd "$work"
 }
 
+# Copies what THIRD-PARTY-NOTICES are made from: licences, Qt's descriptions of the code of others,
+# the names of the sources that each makefile compiles or includes, and the source package.
+copy_notices() {
+    local folder=$1
+    mkdir -p "$folder"
+    cp source/LICENSE.LGPL3 source/LICENSE.GPL3 source/debian/copyright "$folder"
+    (cd source && find src \( -name qt_attribution.json -o -iname '*licen[cs]e*' \
+        -o -name COPYING -o -name FTL.TXT -o -name GPLv2.TXT \) -type f \
+        -exec cp --parents -t "$folder" {} +)
+    (cd build/src && grep -roE --include=Makefile.Release '[^ ]*/source/src/[^ \]+' .) |
+        sed -E 's|^\./(.*)/Makefile\.Release:.*/source/(src/.*)|\1 \2|' |
+        sort -u > "$folder/compiled"
+    echo "$source_package $version" > "$folder/source"
+    if [ "$flavour" = msvc ]; then
+        cp llvm/libcxx/LICENSE.TXT "$folder/LLVM-LICENSE.TXT"
+        dpkg-query -W -f '${source:Package} ${source:Version}\n' clang-19 > "$folder/llvm-source"
+    fi
+}
+
 cache=$(realpath -m "${ZENDEL_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/zendel}")
 
 find_prefix
@@ -346,5 +366,6 @@ echo "$flavour: fetching $source_package $version"
 fetch_sources >> "$log" 2>&1
 patch_source
 build
+copy_notices "$work/root$prefix/share/doc"
 mv -T "$work/root$prefix" "$prefix"
 echo "$prefix" >&3

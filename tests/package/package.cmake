@@ -1,5 +1,5 @@
-# Fails unless the packages contain the expected files, and the demo runs without any other DLL from
-# a folder with spaces in its name.
+# Fails unless the packages contain the expected files, their notices name each DLL of others, the SBOM
+# and SHA256SUMS match, and the demo runs without any other DLL from a folder with spaces in its name.
 # cmake -D CPACK=... -D BUILD_DIR=... -D SOURCE_DIR=... -D VERSION=... -D FLAVOUR=... -D LAUNCHER=...
 #       -D PATH_VARIABLE=... -P package.cmake
 
@@ -19,20 +19,50 @@ foreach(language IN LISTS languages)
     list(APPEND files Lang/${language}/Zendel.qm)
 endforeach()
 
-# unpack(SUFFIX FOLDER FILE...): the package must contain these files and no others.
-function(unpack suffix target)
+# unpack(COMPONENT SUFFIX FOLDER FILE...): the package must contain these files and no others.
+function(unpack component suffix target)
     set(package Zendel-${VERSION}-win64-${FLAVOUR}${suffix}.zip)
     file(ARCHIVE_EXTRACT INPUT ${folder}/${package} DESTINATION "${target}")
     file(GLOB_RECURSE found RELATIVE "${target}" "${target}/*")
-    set(expected ${ARGN})
+    set(expected THIRD-PARTY-NOTICES ${ARGN})
     list(SORT found)
     list(SORT expected)
     if(NOT found STREQUAL expected)
         message(SEND_ERROR "${package} contains\n${found}\nnot\n${expected}")
     endif()
-endfunction()
 
-unpack("" ${folder}/plugin
+    file(STRINGS ${target}/THIRD-PARTY-NOTICES named REGEX "^  Files:")
+    list(JOIN named " " named)
+    separate_arguments(named)
+    foreach(file IN LISTS found)
+        get_filename_component(name ${file} NAME)
+        if(name MATCHES "[.]dll$" AND NOT name STREQUAL Zendel.dll AND NOT name IN_LIST named)
+            message(SEND_ERROR "${package}: THIRD-PARTY-NOTICES do not name ${name}")
+        endif()
+    endforeach()
+
+    # One hash in SHA256SUMS, and in the SBOM the only package with this file name
+    file(SHA256 ${folder}/${package} hash)
+    file(STRINGS ${folder}/SHA256SUMS lines REGEX "  ${package}$")
+    if(NOT lines STREQUAL "${hash}  ${package}")
+        message(SEND_ERROR "SHA256SUMS has ${lines}, not ${hash}, for ${package}")
+    endif()
+    if(NOT sbom MATCHES "\"packageFileName\": \"${package}\",[^}]*\"checksumValue\": \"${hash}\"")
+        message(SEND_ERROR "The SBOM lacks ${package} with ${hash}")
+    endif()
+    # Each component in the notices is a package of the SBOM.
+    file(STRINGS ${target}/THIRD-PARTY-NOTICES licences REGEX "^  Licence:")
+    list(LENGTH licences count)
+    string(REGEX MATCHALL "\"spdxElementId\": \"SPDXRef-${component}\",[ \n]*\"relationshipType\": \"CONTAINS\""
+           contained "${sbom}")
+    list(LENGTH contained contained)
+    if(count EQUAL 0 OR NOT count EQUAL contained)
+        message(SEND_ERROR "The notices of ${package} have ${count} components, the SBOM ${contained}")
+    endif()
+endfunction()
+file(READ ${folder}/Zendel-${VERSION}-win64-${FLAVOUR}.spdx.json sbom)
+
+unpack(plugin "" ${folder}/plugin
     ${files}
     CHANGELOG.md
     README.md
@@ -59,8 +89,8 @@ else()
     set(runtime libgcc_s_seh-1.dll libstdc++-6.dll libwinpthread-1.dll)
     set(symbols Zendel.dll.debug langcheck.exe.debug zendel-host.exe.debug)
 endif()
-unpack(-symbols ${folder}/symbols ${symbols})
-unpack(-demo ${demo}
+unpack(symbols -symbols ${folder}/symbols ${symbols})
+unpack(demo -demo ${demo}
     ${files}
     Qt5Core.dll
     Qt5Gui.dll

@@ -1,0 +1,323 @@
+#!/usr/bin/env python3
+"""Lists the code of others in the packages.
+
+third_party.py notices CONFIG COMPONENT FILE: writes THIRD-PARTY-NOTICES of a package.
+third_party.py finish CONFIG FOLDER PACKAGE...: gives the packages' entries a fixed order, date and
+permissions, and writes their SHA256SUMS and their SBOM, in SPDX's format, to the folder.
+
+CONFIG is third-party.json in the build folder, see ZendelPackage.cmake. Versions and licence texts are
+those of the installed Debian packages and of the sources that Qt was built from, which
+scripts/qt-windows.sh has copied to Qt's folder.
+"""
+
+import datetime
+import hashlib
+import json
+import pathlib
+import posixpath
+import re
+import subprocess
+import sys
+import urllib.parse
+import zipfile
+
+# The licences of Debian's source packages, as far as their code gets into ours
+LICENCES = {
+    "gcc-12": "GPL-3.0-or-later WITH GCC-exception-3.1",
+    "gcc-mingw-w64": "GPL-3.0-or-later WITH GCC-exception-3.1",
+    "glibc": "LGPL-2.1-or-later",
+    "libxcb": "X11",
+    "linux": "GPL-2.0-only WITH Linux-syscall-note",
+    "llvm-toolchain-19": "Apache-2.0 WITH LLVM-exception",
+    "mingw-w64": "ZPL-2.1 AND MIT AND BSD-3-Clause",
+    "qtbase-opensource-src": "LGPL-3.0-only",
+    "qtx11extras-opensource-src": "LGPL-3.0-only",
+    "wine": "LGPL-2.1-or-later",
+}
+# What the compiler takes from Debian packages for our own files: headers, import libraries, and objects
+# at the start of programs and DLLs. Qt is added below.
+COMPILED_FROM = {
+    "mingw": {
+        "g++-mingw-w64-x86-64-posix": "headers of the C++ library",
+        "gcc-mingw-w64-x86-64-posix": "headers of the compiler, parts of libgcc",
+        "mingw-w64-common": "headers of C and of Windows",
+        "mingw-w64-x86-64-dev": "start-up objects, import libraries",
+    },
+    "msvc": {
+        "libclang-common-19-dev": "headers of the compiler",
+        "libwine-dev": "headers of C and of Windows",
+        "mingw-w64-x86-64-dev": "objects for thread-local storage, import libraries",
+    },
+    "linux": {
+        "libc6-dev": "headers, start-up objects",
+        "libgcc-12-dev": "headers of the compiler, parts of libgcc",
+        "libqt5x11extras5-dev": "headers",
+        "libstdc++-12-dev": "headers of the C++ library",
+        "libxcb1-dev": "headers",
+        "linux-libc-dev": "headers",
+        "qtbase5-dev": "headers with inline functions",
+    },
+}
+# The folders in Qt's build that end up in the DLLs of the demo
+QT_FOLDERS = re.compile(r"3rdparty/.*|corelib|gui|widgets|platformsupport/.*|plugins/platforms/windows|"
+                        r"plugins/styles/windowsvista")
+
+REPLACING_QT = """\
+Qt is used under the GNU Lesser General Public License, version 3, as DLLs of their own. To use a
+changed Qt, build one for the same compiler family, from the source package named above or from
+another Qt 5.15, and replace the DLLs. Zendel.dll and the programs needn't be linked again. You may
+reverse engineer them to debug such changes.
+"""
+SOURCES = """\
+Debian keeps the source packages named below. "apt-get source NAME=VERSION" fetches one; older
+versions are kept at https://snapshot.debian.org/.
+"""
+
+
+class Component:
+    """Code of others: name, version, licence in SPDX's words, where to get it, its use, and texts."""
+
+    def __init__(self, name, version, licence, purl, use, *, files=(), source="", texts=(), note=""):
+        self.name, self.version, self.licence, self.purl = name, version, licence, purl
+        self.use, self.files, self.source, self.note = use, list(files), source, note
+        self.texts = [text.strip("\n") for text in texts]
+
+    @property
+    def spdx_id(self):
+        return "SPDXRef-" + re.sub(r"[^A-Za-z0-9.-]+", "-", f"{self.name}-{self.version}").rstrip("-")
+
+
+def run(*command):
+    return subprocess.run(command, check=True, capture_output=True, text=True).stdout.strip()
+
+
+def read(path):
+    return pathlib.Path(path).read_text("utf-8", errors="replace")
+
+
+def debian_purl(package, version, architecture):
+    return (f"pkg:deb/debian/{package}@{urllib.parse.quote(version, safe='.~-')}"
+            f"?arch={architecture}")
+
+
+def debian_component(package, use, files=()):
+    """Describes an installed package."""
+    version, architecture, source, source_version, built_using = run(
+        "dpkg-query", "-W", "-f", "${Version}\n${Architecture}\n${source:Package}\n"
+        "${source:Version}\n${Built-Using}.", package).split("\n")
+    texts = [read(f"/usr/share/doc/{package}/copyright")]
+    # Referred to by the copyright files
+    texts += [read(f"/usr/share/common-licenses/{name}")
+              for name in sorted(set(re.findall(r"/usr/share/common-licenses/((?:L?GPL)-[0-9.]*[0-9])",
+                                                texts[0])))]
+    if built_using != ".":
+        source_version += f", with {built_using[:-1]}"
+    return Component(package, version, LICENCES[source], debian_purl(package, version, architecture),
+                     use, files=files, source=f"{source} {source_version}", texts=texts)
+
+
+def qt_component(folder, use, files=()):
+    """Describes the Qt that scripts/qt-windows.sh has built."""
+    doc = folder / "share/doc"
+    source, version = read(doc / "source").split()
+    texts = [read(doc / name) for name in ("LICENSE.LGPL3", "LICENSE.GPL3", "copyright")]
+    return Component("Qt", version, LICENCES[source], debian_purl(source, version, "source"), use,
+                     files=files, source=f"{source} {version}", texts=texts, note=REPLACING_QT)
+
+
+def licence_expression(attribution):
+    """Returns Qt's identifier of a licence in the form that SPDX requires."""
+    words = attribution.get("LicenseId", "").replace("(", " ( ").replace(")", " ) ").split()
+    words = [{"or": "OR", "and": "AND", "GPL-2.0": "GPL-2.0-only"}.get(word, word) for word in words]
+    if not words or any(word in ("OR", "AND") for word in words[::2]) \
+            or any(word not in ("OR", "AND") for word in words[1::2]):
+        return f"LicenseRef-{attribution['Id']}"
+    return " ".join(words)
+
+
+def code_in_qt(folder):
+    """Describes the code of others that was compiled into Qt's DLLs."""
+    doc = folder / "share/doc"
+    compiled = set()
+    for line in read(doc / "compiled").splitlines():
+        makefile, path = line.split(" ", 1)
+        suffix = posixpath.splitext(path)[1]
+        if QT_FOLDERS.fullmatch(makefile) and suffix not in ("", ".pri", ".pro", ".prf"):
+            compiled.add(posixpath.normpath(path))
+    result = []
+    for file in sorted(doc.rglob("qt_attribution.json")):
+        # Some have line ends in strings.
+        attributions = json.loads(read(file), strict=False)
+        for entry in attributions if isinstance(attributions, list) else [attributions]:
+            base = file.parent.relative_to(doc) / entry.get("Path", "")
+            names = [str(base / name) for name in re.split(r"[\s,]+", entry.get("Files", "")) if name]
+            if not any(path in names if names else path == str(base) or path.startswith(f"{base}/")
+                       for path in compiled):
+                continue
+            copyrights = entry.get("Copyright", "")
+            if isinstance(copyrights, list):
+                copyrights = "\n".join(copyrights)
+            texts = [f"{entry.get('License', '')}\n\n{copyrights}"]
+            if "LicenseFile" in entry:
+                texts.append(read(file.parent / entry["LicenseFile"]))
+            # FreeType's refers to these.
+            texts += [read(path) for path in
+                      (doc / "src/3rdparty/freetype/docs" / name for name in ("FTL.TXT", "GPLv2.TXT"))
+                      if "FTL" in entry.get("LicenseId", "")]
+            version = entry.get("Version", "")
+            purl = f"pkg:generic/{urllib.parse.quote(entry['Id'])}"
+            if version:
+                purl += f"@{urllib.parse.quote(version, safe='')}"
+            result.append(Component(
+                entry["Name"], version, licence_expression(entry), purl,
+                # The makefiles also name headers that are only included on other platforms.
+                "in the sources of Qt's DLLs", source=f"{base} in the source package of Qt", texts=texts))
+    return result
+
+
+def components(config, package):
+    """Lists what a package contains, and what its files are compiled from."""
+    flavour, qt = config["flavour"], pathlib.Path(config["qt"])
+    shipped = {}
+    for file in config["packages"][package]["files"]:
+        path = pathlib.Path(file)
+        if qt in path.parents:
+            owner = "Qt"
+        else:
+            owner = run("dpkg", "-S", str(path)).split(":")[0]
+        shipped.setdefault(owner, []).append(path.name)
+    result = []
+    if flavour != "linux":
+        dlls = shipped.pop("Qt", [])
+        result.append(qt_component(qt, "DLLs, and headers with inline functions" if dlls
+                                   else "headers with inline functions", dlls))
+        if dlls:
+            result += code_in_qt(qt)
+    if flavour == "msvc":
+        source, version = read(qt / "share/doc/llvm-source").split()
+        result.append(Component(
+            "libc++ and compiler-rt", version, LICENCES[source], debian_purl(source, version, "source"),
+            "C++ library and stack probe, linked into each DLL and program", source=f"{source} {version}",
+            texts=[read(qt / "share/doc/LLVM-LICENSE.TXT")]))
+    for name, use in COMPILED_FROM[flavour].items():
+        result.append(debian_component(name, use, shipped.pop(name, ())))
+    for name, files in shipped.items():
+        result.append(debian_component(name, "run-time library", files))
+    return result
+
+
+def notices(config, package):
+    """Returns THIRD-PARTY-NOTICES: a list, then each text once."""
+    texts, lines = [], []
+    for component in components(config, package):
+        numbers = []
+        for text in component.texts:
+            if text not in texts:
+                texts.append(text)
+            numbers.append(str(texts.index(text) + 1))
+        lines += [f"{component.name} {component.version}".rstrip(), f"  Use:      {component.use}",
+                  f"  Licence:  {component.licence}", f"  Source:   {component.source}"]
+        if component.files:
+            lines.append(f"  Files:    {' '.join(sorted(component.files))}")
+        lines += [f"  Texts:    {', '.join(numbers)}", ""]
+        if component.note:
+            lines += ["  " + line for line in component.note.splitlines()] + [""]
+    result = [f"Code of others in {config['packages'][package]['archive']}, or that its files are compiled "
+              "from", "", SOURCES, *lines]
+    for number, text in enumerate(texts, 1):
+        result += ["=" * 80, f"Text {number}", "=" * 80, "", text, ""]
+    return "\n".join(line.rstrip() for line in "\n".join(result).splitlines()) + "\n"
+
+
+def source_date(config):
+    """Returns the time of the commit, or without a repository 1980-01-01."""
+    if (pathlib.Path(config["source"]) / ".git").exists():
+        log = subprocess.run(["git", "-C", config["source"], "log", "-1", "--format=%ct"],
+                             capture_output=True, text=True, check=False)
+        if log.returncode == 0:
+            return int(log.stdout)
+    return 315532800
+
+
+def sort_entries(package, date):
+    """Writes the archive again, the same whatever its entries' order, dates and owners were."""
+    with zipfile.ZipFile(package) as archive:
+        entries = {entry.filename: (archive.read(entry), entry.external_attr >> 16 & 0o100)
+                   for entry in archive.infolist() if not entry.is_dir()}
+    with zipfile.ZipFile(package, "w") as archive:
+        for name, (data, executable) in sorted(entries.items()):
+            entry = zipfile.ZipInfo(name, date.timetuple()[:6])
+            entry.create_system = 3  # Unix, so that permissions are used
+            entry.external_attr = (0o100755 if executable else 0o100644) << 16
+            archive.writestr(entry, data, zipfile.ZIP_DEFLATED, 9)
+
+
+def sbom(config, packages, date):
+    """Returns the SPDX document of the packages, which maps names of components to hashes."""
+    described, extracted, relationships = {}, {}, []
+    for component, digest in packages.items():
+        archive = config["packages"][component]["archive"]
+        package_id = f"SPDXRef-{component}"
+        described[package_id] = {
+            "SPDXID": package_id, "name": archive, "versionInfo": config["version"],
+            "packageFileName": archive, "downloadLocation": "NOASSERTION", "filesAnalyzed": False,
+            "checksums": [{"algorithm": "SHA256", "checksumValue": digest}],
+            "licenseConcluded": "NOASSERTION", "licenseDeclared": "NOASSERTION",
+            "copyrightText": "NOASSERTION", "primaryPackagePurpose": "ARCHIVE"}
+        relationships.append(("SPDXRef-DOCUMENT", "DESCRIBES", package_id))
+        for part in components(config, component):
+            described[part.spdx_id] = {
+                "SPDXID": part.spdx_id, "name": part.name,
+                **({"versionInfo": part.version} if part.version else {}),
+                "downloadLocation": "NOASSERTION", "filesAnalyzed": False,
+                "sourceInfo": part.source, "licenseConcluded": part.licence,
+                "licenseDeclared": part.licence, "copyrightText": "NOASSERTION",
+                "externalRefs": [{"referenceCategory": "PACKAGE-MANAGER", "referenceType": "purl",
+                                  "referenceLocator": part.purl}]}
+            if part.licence.startswith("LicenseRef-"):
+                extracted[part.licence] = "\n\n".join(part.texts)
+            relationships.append((package_id, "CONTAINS", part.spdx_id))
+    content = hashlib.sha256("".join(packages.values()).encode()).hexdigest()
+    result = {
+        "spdxVersion": "SPDX-2.3", "dataLicense": "CC0-1.0", "SPDXID": "SPDXRef-DOCUMENT",
+        "name": f"Zendel-{config['version']}-{config['platform']}",
+        "documentNamespace": f"https://spdx.org/spdxdocs/Zendel-{config['version']}-{content}",
+        "creationInfo": {"created": date.strftime("%Y-%m-%dT%H:%M:%SZ"),
+                         "creators": [f"Tool: Zendel-{config['version']}"]},
+        "packages": list(described.values()),
+        "relationships": [{"spdxElementId": a, "relationshipType": kind, "relatedSpdxElement": b}
+                          for a, kind, b in relationships]}
+    if extracted:
+        result["hasExtractedLicensingInfos"] = [{"licenseId": name, "extractedText": text}
+                                                for name, text in sorted(extracted.items())]
+    return result
+
+
+def finish(config, folder, archives):
+    """Sorts the archives' entries, and writes SHA256SUMS and the SBOM."""
+    date = datetime.datetime.fromtimestamp(source_date(config), datetime.timezone.utc)
+    names = {package["archive"]: component for component, package in config["packages"].items()}
+    digests = {}
+    for archive in sorted(archives):
+        sort_entries(archive, date)
+        data = pathlib.Path(archive).read_bytes()
+        digests[pathlib.Path(archive).name] = hashlib.sha256(data).hexdigest()
+    document = json.dumps(sbom(config, {names[name]: digest for name, digest in digests.items()}, date),
+                          indent=2) + "\n"
+    name = f"Zendel-{config['version']}-{config['platform']}.spdx.json"
+    (folder / name).write_text(document, "utf-8")
+    digests[name] = hashlib.sha256(document.encode()).hexdigest()
+    (folder / "SHA256SUMS").write_text(
+        "".join(f"{digest}  {name}\n" for name, digest in sorted(digests.items())), "utf-8")
+
+
+def main():
+    action, config = sys.argv[1], json.loads(read(sys.argv[2]))
+    if action == "notices":
+        pathlib.Path(sys.argv[4]).write_text(notices(config, sys.argv[3]), "utf-8")
+    else:
+        finish(config, pathlib.Path(sys.argv[3]), sys.argv[4:])
+
+
+if __name__ == "__main__":
+    main()

@@ -13,7 +13,7 @@ packages=(
     openbox xvfb
     fonts-dejavu-core fonts-noto-cjk fonts-tlwg-loma-ttf
     # Tests and source checks
-    binutils gcovr libbenchmark-dev libxcb-xtest0-dev python3 valgrind
+    binutils gcovr git libbenchmark-dev libxcb-xtest0-dev python3 valgrind
     clang clang-format clang-tidy cppcheck
     doxygen gettext libclang-rt-dev libicu-dev qttranslations5-l10n tidy
 )

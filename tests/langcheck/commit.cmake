@@ -7,9 +7,10 @@ foreach(variable GIT_DIR GIT_WORK_TREE GIT_INDEX_FILE)
     unset(ENV{${variable}})
 endforeach()
 
-function(git)
+function(git folder)
     execute_process(
-        COMMAND git -C ${FOLDER}/sources -c user.name=test -c user.email=test@localhost ${ARGN}
+        COMMAND git -C ${folder} -c user.name=test -c user.email=test@localhost
+                -c commit.gpgsign=false ${ARGN}
         OUTPUT_VARIABLE output OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
     set(output "${output}" PARENT_SCOPE)
 endfunction()
@@ -27,17 +28,18 @@ endfunction()
 
 expect("no repository" "")
 # As if the sources had been unpacked in a folder below a repository
-execute_process(COMMAND git init -q ${FOLDER} COMMAND_ERROR_IS_FATAL ANY)
+git(${FOLDER} init -q)
+git(${FOLDER} commit -q --allow-empty -m outer)
 expect("repository above the sources" "")
 
-git(init -q)
+git(${FOLDER}/sources init -q)
 expect("repository without a commit" "")
 foreach(text first second)
     file(WRITE ${FOLDER}/sources/file "${text}")
-    git(add file)
-    git(commit -q -m ${text})
-    git(tag -f newest)
-    git(rev-parse HEAD)
+    git(${FOLDER}/sources add file)
+    git(${FOLDER}/sources commit -q -m ${text})
+    git(${FOLDER}/sources tag -f newest)
+    git(${FOLDER}/sources rev-parse HEAD)
     expect("${text} commit" ", commit ${output}")
 endforeach()
 

@@ -53,8 +53,7 @@ elseif(WIN32)
         # Hashes instead of times, in object files and in the DLL
         add_compile_options(-mno-incremental-linker-compatible)
         add_link_options(LINKER:-Brepro)
-        # Clang makes names of anonymous namespaces of the source's path.
-        set(CMAKE_CXX_COMPILER_LAUNCHER ${PROJECT_SOURCE_DIR}/cmake/relative-source.sh)
+        set(CMAKE_CXX_COMPILER_LAUNCHER ${PROJECT_SOURCE_DIR}/cmake/msvc/relative-source.sh)
     endif()
 else()
     add_link_options(LINKER:-z,defs)

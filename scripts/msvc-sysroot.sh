@@ -35,13 +35,16 @@ sed "s|@CLANG_HEADERS@|$headers|; /^@/d" "$msvc/clang.cfg.in" > "$folder/clang.c
 sed "s|@CLANG_HEADERS@|$headers|; s|@CXX_OPTION@|-fcxx-exceptions|
      s|@CXX_HEADERS@|-isystem <CFGDIR>/include/c++|" "$msvc/clang.cfg.in" > "$folder/clang++.cfg"
 
-# compile SOURCE OPTION...
-compile() {
+# compile SOURCE OPTION...: makes the same object file whatever the folders are. Clang makes names of
+# anonymous namespaces of the source's path.
+compile() (
     local source=$1 compiler=(clang --config="$folder/clang.cfg")
     shift
     [[ $source != *.cpp ]] || compiler=(clang++ --config="$folder/clang++.cfg")
-    "${compiler[@]}" -O2 "$@" -c "$source" -o "$folder/objects/$(basename "$source").o"
-}
+    cd "$(dirname "$source")"
+    "${compiler[@]}" -O2 -ffile-prefix-map="$llvm=llvm" -ffile-prefix-map="$folder=sysroot" "$@" \
+        -c "$(basename "$source")" -o "$folder/objects/$(basename "$source").o"
+)
 
 # The parts of libc++ for which Windows needs no other library. The rest, complex numbers of long
 # double and the experimental part, is not used.
@@ -55,7 +58,7 @@ options=(-std=c++23 -w -DNDEBUG -DNOMINMAX -D_LIBCPP_BUILDING_LIBRARY
     -D_WIN32_WINNT=0x0601 -D_WIN32_WINNT_WIN8=0x0602 -D_WIN32_WINNT_WIN10=0x0a00
     -I "$llvm/libcxx/src" -I "$llvm/libcxx/src/include")
 export -f compile
-export folder
+export folder llvm
 libcxx | while read -r source; do printf '%s\0' "$llvm/libcxx/src/$source"; done |
     xargs -0 -P "$(nproc)" -I{} bash -c 'compile "$@"' - {} "${options[@]}"
 compile "$msvc/runtime/exception.cpp" "${options[@]}"
@@ -109,4 +112,4 @@ llvm-ar d "$folder/lib/shell32.lib" lib64_libshell32_a-shell32.o
 # CMake always links it. Microsoft's has the names of C functions without their underscore.
 llvm-ar qcs "$folder/lib/oldnames.lib"
 
-cp "$msvc/link" "$folder/"
+cp "$msvc/link" "$msvc/relative-source.sh" "$folder/"

@@ -253,6 +253,15 @@ patch_source() {
     sed -i 's/^#if !defined(Q_CC_MINGW)$/#if 0/' "$folder/qwindowscontext.cpp"
 }
 
+# Makes the DLLs the same in whatever folder and at whatever time they are built.
+make_reproducible() {
+    local map="-ffile-prefix-map=$work/= -ffile-prefix-map=$work/root$prefix=qt"
+    printf '%s\n' "QMAKE_CFLAGS += $map" "QMAKE_CXXFLAGS += $map" \
+        >> source/mkspecs/common/g++-win32.conf
+    echo 'QMAKE_LFLAGS += -Wl,--no-insert-timestamp' >> source/mkspecs/win32-g++/qmake.conf
+    export QT_RCC_SOURCE_DATE_OVERRIDE=1
+}
+
 # Reads what make prints and says now and then how far it is.
 follow() {
     awk -v flavour="$flavour" -v total="$total" '/^compiling / && ++n % 50 == 0 {
@@ -295,6 +304,7 @@ build() {
     MAKEFLAGS=-j$(nproc)
     export MAKEFLAGS
 
+    make_reproducible
     "set_up_$flavour"
     mkdir build
     cd build

@@ -48,14 +48,11 @@ if(WIN32 AND ZENDEL_BUILD_EXAMPLES AND ZENDEL_BUILD_LANGCHECK)
     install(TARGETS Zendel LIBRARY DESTINATION . COMPONENT demo)
     install_sample_deployment(demo .)
 
-    set(dlls $<TARGET_FILE:Qt5::Core> $<TARGET_FILE:Qt5::Gui> $<TARGET_FILE:Qt5::Widgets>
-             ${ZENDEL_RUNTIME_DLLS})
-    set(platform_plugin $<TARGET_FILE:Qt5::QWindowsIntegrationPlugin>)
-    set(style_plugin $<TARGET_FILE:Qt5::QWindowsVistaStylePlugin>)
-    install(FILES ${dlls} DESTINATION . COMPONENT demo)
-    install(FILES ${platform_plugin} DESTINATION platforms COMPONENT demo)
-    install(FILES ${style_plugin} DESTINATION styles COMPONENT demo)
-    set(demo_files ${dlls} ${platform_plugin} ${style_plugin})
+    install(FILES $<TARGET_FILE:Qt5::Core> $<TARGET_FILE:Qt5::Gui> $<TARGET_FILE:Qt5::Widgets>
+                  ${ZENDEL_RUNTIME_DLLS} DESTINATION . COMPONENT demo)
+    install(FILES $<TARGET_FILE:Qt5::QWindowsIntegrationPlugin>
+            DESTINATION platforms COMPONENT demo)
+    install(FILES $<TARGET_FILE:Qt5::QWindowsVistaStylePlugin> DESTINATION styles COMPONENT demo)
 
     # With MinGW, the debug symbols are in the built files, from which CPack strips them.
     foreach(target Zendel langcheck zendel-host)
@@ -94,46 +91,46 @@ set(CPACK_ARCHIVE_DEMO_FILE_NAME Zendel-${PROJECT_VERSION}-${platform}-demo)
 set(CPACK_ARCHIVE_SELFTEST_FILE_NAME Zendel-${PROJECT_VERSION}-${platform}-selftest)
 set(CPACK_ARCHIVE_SYMBOLS_FILE_NAME Zendel-${PROJECT_VERSION}-${platform}-symbols)
 
-# The code of others in each package: as THIRD-PARTY-NOTICES in the package, and as an SBOM next to the
-# packages. Made of what Debian's packages and scripts/qt-windows.sh provide. The files of others in a
-# component are in <component>_files.
-find_program(ZENDEL_PYTHON python3 HINTS /usr/bin DOC "Runs the tests' scripts")
-mark_as_advanced(ZENDEL_PYTHON)
+# The code of others in each package: as THIRD-PARTY-NOTICES in the package, and as an SBOM next to it.
+# Made of what Debian's packages and scripts/qt-windows.sh provide.
 get_filename_component(qt ${Qt5_DIR}/../../.. ABSOLUTE)
-if(ZENDEL_PYTHON AND EXISTS /usr/bin/dpkg-query AND (NOT WIN32 OR EXISTS ${qt}/share/doc/compiled))
+set(third_party "")
+if(EXISTS /usr/bin/dpkg-query AND EXISTS /usr/bin/python3
+        AND (NOT WIN32 OR EXISTS ${qt}/share/doc/compiled))
+    set(third_party "/usr/bin/python3 \"${PROJECT_SOURCE_DIR}/cmake/third_party.py\"")
+    set(third_party_config ${CMAKE_CURRENT_BINARY_DIR}/third-party.json)
     string(REGEX REPLACE "^win64-" "" flavour ${platform})
     string(TOLOWER ${flavour} flavour)
-    set(third_party ${ZENDEL_PYTHON} ${PROJECT_SOURCE_DIR}/cmake/third_party.py)
-    set(third_party_config ${CMAKE_CURRENT_BINARY_DIR}/third-party.json)
-    set(packages "")
-    foreach(component IN LISTS CPACK_COMPONENTS_ALL)
-        string(TOUPPER ${component} upper)
-        list(TRANSFORM ${component}_files REPLACE "(.+)" "\"\\1\"")
-        list(JOIN ${component}_files ", " files)
-        list(APPEND packages "\"${component}\": {
-            \"archive\": \"${CPACK_ARCHIVE_${upper}_FILE_NAME}.zip\",
-            \"files\": [${files}]}")
-        set(folder .)
-        if(component STREQUAL plugin)
-            set(folder ${data_folder})
-        endif()
-        install(CODE "execute_process(
-            COMMAND ${third_party} notices ${third_party_config} ${component} THIRD-PARTY-NOTICES
-            WORKING_DIRECTORY \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${folder}\"
-            COMMAND_ERROR_IS_FATAL ANY)" COMPONENT ${component})
-    endforeach()
-    list(JOIN packages "," packages)
-    file(GENERATE OUTPUT ${third_party_config} CONTENT "{
-        \"version\": \"${PROJECT_VERSION}\", \"platform\": \"${platform}\",
-        \"flavour\": \"${flavour}\", \"qt\": \"${qt}\", \"source\": \"${PROJECT_SOURCE_DIR}\",
-        \"packages\": {${packages}}}\n")
+    list(TRANSFORM ZENDEL_RUNTIME_DLLS REPLACE "(.+)" "\"\\1\"" OUTPUT_VARIABLE runtime)
+    list(JOIN runtime ", " runtime)
+    file(WRITE ${third_party_config} "{
+        \"version\": \"${PROJECT_VERSION}\", \"source\": \"${PROJECT_SOURCE_DIR}\",
+        \"flavour\": \"${flavour}\", \"qt\": \"${qt}\", \"runtime\": [${runtime}]}\n")
     set(CPACK_POST_BUILD_SCRIPTS ${CMAKE_CURRENT_BINARY_DIR}/finish-packages.cmake)
     file(WRITE ${CPACK_POST_BUILD_SCRIPTS} "execute_process(
-        COMMAND ${third_party} finish ${third_party_config} \${CPACK_PACKAGE_DIRECTORY}
+        COMMAND ${third_party} finish \"${third_party_config}\" \"\${CPACK_PACKAGE_DIRECTORY}\"
                 \${CPACK_PACKAGE_FILES}
         COMMAND_ERROR_IS_FATAL ANY)\n")
 else()
     message(STATUS "Packages will lack THIRD-PARTY-NOTICES: they need Python, dpkg-query and, for "
                    "Windows, a Qt of scripts/qt-windows.sh")
+endif()
+
+# install_notices(COMPONENT FOLDER [EXCLUDE_FROM_ALL]): to be called after all other files of the
+# component.
+function(install_notices component folder)
+    if(third_party)
+        string(TOUPPER ${component} upper)
+        install(CODE "execute_process(
+            COMMAND ${third_party} notices \"${third_party_config}\"
+                    ${CPACK_ARCHIVE_${upper}_FILE_NAME}.zip
+                    \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${folder}\"
+            COMMAND_ERROR_IS_FATAL ANY)" COMPONENT ${component} ${ARGN})
+    endif()
+endfunction()
+install_notices(plugin ${data_folder})
+if(demo IN_LIST CPACK_COMPONENTS_ALL)
+    install_notices(demo .)
+    install_notices(symbols .)
 endif()
 include(CPack)

@@ -1,9 +1,11 @@
 #!/usr/bin/env python3
 """Lists the code of others in the packages.
 
-third_party.py notices CONFIG COMPONENT FILE: writes THIRD-PARTY-NOTICES of a package.
-third_party.py finish CONFIG FOLDER PACKAGE...: gives the packages' entries a fixed order, date and
-permissions, and writes their SHA256SUMS and their SBOM, in SPDX's format, to the folder.
+third_party.py notices CONFIG ARCHIVE FOLDER: writes THIRD-PARTY-NOTICES to the folder, which is packed
+as the archive.
+third_party.py finish CONFIG FOLDER ARCHIVE...: gives the archives' entries a fixed order, date and
+permissions, and writes an SBOM for each, in SPDX's format, and SHA256SUMS to the folder, to which CPack
+then copies the archives.
 
 CONFIG is third-party.json in the build folder, see ZendelPackage.cmake. Versions and licence texts are
 those of the installed Debian packages and of the sources that Qt was built from, which
@@ -69,8 +71,8 @@ another Qt 5.15, and replace the DLLs. Zendel.dll and the programs needn't be li
 reverse engineer them to debug such changes.
 """
 SOURCES = """\
-Debian keeps the source packages named below. "apt-get source NAME=VERSION" fetches one; older
-versions are kept at https://snapshot.debian.org/.
+Debian has the source packages named below. "apt-get source NAME=VERSION" fetches one; older versions
+are in Debian's snapshot archive.
 """
 
 
@@ -175,20 +177,19 @@ def code_in_qt(folder):
     return result
 
 
-def components(config, package):
-    """Lists what a package contains, and what its files are compiled from."""
+def components(config, names):
+    """Lists what a package with files of these names contains, and what its files are compiled from."""
     flavour, qt = config["flavour"], pathlib.Path(config["qt"])
     shipped = {}
-    for file in config["packages"][package]["files"]:
-        path = pathlib.Path(file)
-        if qt in path.parents:
-            owner = "Qt"
-        else:
-            owner = run("dpkg", "-S", str(path)).split(":")[0]
-        shipped.setdefault(owner, []).append(path.name)
+    if flavour != "linux":
+        shipped["Qt"] = [path.name for folder in ("bin", "plugins") for path in (qt / folder).rglob("*.dll")
+                         if path.name in names]
+    for path in map(pathlib.Path, config["runtime"]):
+        if path.name in names:
+            shipped.setdefault(run("dpkg", "-S", str(path)).split(":")[0], []).append(path.name)
     result = []
     if flavour != "linux":
-        dlls = shipped.pop("Qt", [])
+        dlls = shipped.pop("Qt")
         result.append(qt_component(qt, "DLLs, and headers with inline functions" if dlls
                                    else "headers with inline functions", dlls))
         if dlls:
@@ -206,10 +207,10 @@ def components(config, package):
     return result
 
 
-def notices(config, package):
+def notices(config, archive, names):
     """Returns THIRD-PARTY-NOTICES: a list, then each text once."""
     texts, lines = [], []
-    for component in components(config, package):
+    for component in components(config, names):
         numbers = []
         for text in component.texts:
             if text not in texts:
@@ -222,8 +223,7 @@ def notices(config, package):
         lines += [f"  Texts:    {', '.join(numbers)}", ""]
         if component.note:
             lines += ["  " + line for line in component.note.splitlines()] + [""]
-    result = [f"Code of others in {config['packages'][package]['archive']}, or that its files are compiled "
-              "from", "", SOURCES, *lines]
+    result = [f"Code of others in {archive}, or that its files are compiled from", "", SOURCES, *lines]
     for number, text in enumerate(texts, 1):
         result += ["=" * 80, f"Text {number}", "=" * 80, "", text, ""]
     return "\n".join(line.rstrip() for line in "\n".join(result).splitlines()) + "\n"
@@ -239,52 +239,53 @@ def source_date(config):
     return 315532800
 
 
-def sort_entries(package, date):
+def sort_entries(archive, date):
     """Writes the archive again, the same whatever its entries' order, dates and owners were."""
-    with zipfile.ZipFile(package) as archive:
-        entries = {entry.filename: (archive.read(entry), entry.external_attr >> 16 & 0o100)
-                   for entry in archive.infolist() if not entry.is_dir()}
-    with zipfile.ZipFile(package, "w") as archive:
+    with zipfile.ZipFile(archive) as file:
+        entries = {entry.filename: (file.read(entry), entry.external_attr >> 16 & 0o100)
+                   for entry in file.infolist() if not entry.is_dir()}
+    with zipfile.ZipFile(archive, "w") as file:
         for name, (data, executable) in sorted(entries.items()):
             entry = zipfile.ZipInfo(name, date.timetuple()[:6])
             entry.create_system = 3  # Unix, so that permissions are used
             entry.external_attr = (0o100755 if executable else 0o100644) << 16
-            archive.writestr(entry, data, zipfile.ZIP_DEFLATED, 9)
+            file.writestr(entry, data, zipfile.ZIP_DEFLATED, 9)
+    return {posixpath.basename(name) for name in entries}
 
 
-def sbom(config, packages, date):
-    """Returns the SPDX document of the packages, which maps names of components to hashes."""
-    described, extracted, relationships = {}, {}, []
-    for component, digest in packages.items():
-        archive = config["packages"][component]["archive"]
-        package_id = f"SPDXRef-{component}"
-        described[package_id] = {
-            "SPDXID": package_id, "name": archive, "versionInfo": config["version"],
-            "packageFileName": archive, "downloadLocation": "NOASSERTION", "filesAnalyzed": False,
-            "checksums": [{"algorithm": "SHA256", "checksumValue": digest}],
-            "licenseConcluded": "NOASSERTION", "licenseDeclared": "NOASSERTION",
-            "copyrightText": "NOASSERTION", "primaryPackagePurpose": "ARCHIVE"}
-        relationships.append(("SPDXRef-DOCUMENT", "DESCRIBES", package_id))
-        for part in components(config, component):
-            described[part.spdx_id] = {
-                "SPDXID": part.spdx_id, "name": part.name,
-                **({"versionInfo": part.version} if part.version else {}),
-                "downloadLocation": "NOASSERTION", "filesAnalyzed": False,
-                "sourceInfo": part.source, "licenseConcluded": part.licence,
-                "licenseDeclared": part.licence, "copyrightText": "NOASSERTION",
-                "externalRefs": [{"referenceCategory": "PACKAGE-MANAGER", "referenceType": "purl",
-                                  "referenceLocator": part.purl}]}
-            if part.licence.startswith("LicenseRef-"):
-                extracted[part.licence] = "\n\n".join(part.texts)
-            relationships.append((package_id, "CONTAINS", part.spdx_id))
-    content = hashlib.sha256("".join(packages.values()).encode()).hexdigest()
+def sha256(path):
+    return hashlib.sha256(path.read_bytes()).hexdigest()
+
+
+def sbom(config, archive, names, date):
+    """Returns the SPDX document of an archive with files of these names."""
+    described = [{
+        "SPDXID": "SPDXRef-archive", "name": archive.stem, "versionInfo": config["version"],
+        "packageFileName": archive.name, "downloadLocation": "NOASSERTION", "filesAnalyzed": False,
+        "checksums": [{"algorithm": "SHA256", "checksumValue": sha256(archive)}],
+        "licenseConcluded": "NOASSERTION", "licenseDeclared": "NOASSERTION",
+        "copyrightText": "NOASSERTION", "primaryPackagePurpose": "ARCHIVE"}]
+    extracted = {}
+    for part in components(config, names):
+        described.append({
+            "SPDXID": part.spdx_id, "name": part.name,
+            **({"versionInfo": part.version} if part.version else {}),
+            "downloadLocation": "NOASSERTION", "filesAnalyzed": False,
+            "sourceInfo": part.source, "licenseConcluded": part.licence,
+            "licenseDeclared": part.licence, "copyrightText": "NOASSERTION",
+            "externalRefs": [{"referenceCategory": "PACKAGE-MANAGER", "referenceType": "purl",
+                              "referenceLocator": part.purl}]})
+        if part.licence.startswith("LicenseRef-"):
+            extracted[part.licence] = "\n\n".join(part.texts)
+    relationships = [("SPDXRef-DOCUMENT", "DESCRIBES", "SPDXRef-archive")]
+    relationships += [("SPDXRef-archive", "CONTAINS", part["SPDXID"]) for part in described[1:]]
     result = {
         "spdxVersion": "SPDX-2.3", "dataLicense": "CC0-1.0", "SPDXID": "SPDXRef-DOCUMENT",
-        "name": f"Zendel-{config['version']}-{config['platform']}",
-        "documentNamespace": f"https://spdx.org/spdxdocs/Zendel-{config['version']}-{content}",
+        "name": archive.stem,
+        "documentNamespace": f"https://spdx.org/spdxdocs/{archive.stem}-{sha256(archive)}",
         "creationInfo": {"created": date.strftime("%Y-%m-%dT%H:%M:%SZ"),
                          "creators": [f"Tool: Zendel-{config['version']}"]},
-        "packages": list(described.values()),
+        "packages": described,
         "relationships": [{"spdxElementId": a, "relationshipType": kind, "relatedSpdxElement": b}
                           for a, kind, b in relationships]}
     if extracted:
@@ -294,29 +295,27 @@ def sbom(config, packages, date):
 
 
 def finish(config, folder, archives):
-    """Sorts the archives' entries, and writes SHA256SUMS and the SBOM."""
+    """Sorts the archives' entries, and writes their SBOMs and SHA256SUMS of all archives in the folder."""
     date = datetime.datetime.fromtimestamp(source_date(config), datetime.timezone.utc)
-    names = {package["archive"]: component for component, package in config["packages"].items()}
-    digests = {}
-    for archive in sorted(archives):
-        sort_entries(archive, date)
-        data = pathlib.Path(archive).read_bytes()
-        digests[pathlib.Path(archive).name] = hashlib.sha256(data).hexdigest()
-    document = json.dumps(sbom(config, {names[name]: digest for name, digest in digests.items()}, date),
-                          indent=2) + "\n"
-    name = f"Zendel-{config['version']}-{config['platform']}.spdx.json"
-    (folder / name).write_text(document, "utf-8")
-    digests[name] = hashlib.sha256(document.encode()).hexdigest()
+    for archive in archives:
+        names = sort_entries(archive, date)
+        document = json.dumps(sbom(config, archive, names, date), indent=2)
+        (folder / f"{archive.stem}.spdx.json").write_text(f"{document}\n", "utf-8")
+    files = {path.name: path for pattern in ("Zendel-*.spdx.json", "Zendel-*.zip")
+             for path in folder.glob(pattern)}
+    files.update({archive.name: archive for archive in archives})
     (folder / "SHA256SUMS").write_text(
-        "".join(f"{digest}  {name}\n" for name, digest in sorted(digests.items())), "utf-8")
+        "".join(f"{sha256(path)}  {name}\n" for name, path in sorted(files.items())), "utf-8")
 
 
 def main():
     action, config = sys.argv[1], json.loads(read(sys.argv[2]))
     if action == "notices":
-        pathlib.Path(sys.argv[4]).write_text(notices(config, sys.argv[3]), "utf-8")
+        folder = pathlib.Path(sys.argv[4])
+        names = {path.name for path in folder.rglob("*")}
+        (folder / "THIRD-PARTY-NOTICES").write_text(notices(config, sys.argv[3], names), "utf-8")
     else:
-        finish(config, pathlib.Path(sys.argv[3]), sys.argv[4:])
+        finish(config, pathlib.Path(sys.argv[3]), [pathlib.Path(archive) for archive in sys.argv[4:]])
 
 
 if __name__ == "__main__":

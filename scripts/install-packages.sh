@@ -19,11 +19,12 @@ packages=(
 )
 case ${1-} in
 windows)
-    packages+=(g++-mingw-w64-x86-64-posix fonts-wine python3-pefile wine wine64)
+    packages+=(g++-mingw-w64-x86-64-posix)
+    packages+=(fonts-wine python3-license-expression python3-pefile wine wine64)
     ;;
 msvc)
     packages+=(clang-19 lld-19 llvm-19 libwine-dev mingw-w64-x86-64-dev)
-    packages+=(fonts-wine python3-pefile wine wine64)
+    packages+=(fonts-wine python3-license-expression python3-pefile wine wine64)
     ;;
 esac
 

@@ -1,7 +1,7 @@
-# Fails unless the packages contain the expected files, their notices name each DLL of others, the SBOM
+# Fails unless the packages contain the expected files, their notices name each DLL of others, their SBOMs
 # and SHA256SUMS match, and the demo runs without any other DLL from a folder with spaces in its name.
 # cmake -D CPACK=... -D BUILD_DIR=... -D SOURCE_DIR=... -D VERSION=... -D FLAVOUR=... -D LAUNCHER=...
-#       -D PATH_VARIABLE=... -P package.cmake
+#       -D PATH_VARIABLE=... -D PYTHON=... -P package.cmake
 
 set(folder ${BUILD_DIR}/tests/unpacked)
 file(REMOVE_RECURSE ${folder})
@@ -19,8 +19,8 @@ foreach(language IN LISTS languages)
     list(APPEND files Lang/${language}/Zendel.qm)
 endforeach()
 
-# unpack(COMPONENT SUFFIX FOLDER FILE...): the package must contain these files and no others.
-function(unpack component suffix target)
+# unpack(SUFFIX FOLDER FILE...): the package must contain these files and no others.
+function(unpack suffix target)
     set(package Zendel-${VERSION}-win64-${FLAVOUR}${suffix}.zip)
     file(ARCHIVE_EXTRACT INPUT ${folder}/${package} DESTINATION "${target}")
     file(GLOB_RECURSE found RELATIVE "${target}" "${target}/*")
@@ -41,28 +41,31 @@ function(unpack component suffix target)
         endif()
     endforeach()
 
-    # One hash in SHA256SUMS, and in the SBOM the only package with this file name
+    string(REPLACE .zip .spdx.json sbom ${package})
+    foreach(file ${package} ${sbom})
+        file(SHA256 ${folder}/${file} hash)
+        file(STRINGS ${folder}/SHA256SUMS lines REGEX "  ${file}$")
+        if(NOT lines STREQUAL "${hash}  ${file}")
+            message(SEND_ERROR "SHA256SUMS has ${lines}, not ${hash}, for ${file}")
+        endif()
+    endforeach()
     file(SHA256 ${folder}/${package} hash)
-    file(STRINGS ${folder}/SHA256SUMS lines REGEX "  ${package}$")
-    if(NOT lines STREQUAL "${hash}  ${package}")
-        message(SEND_ERROR "SHA256SUMS has ${lines}, not ${hash}, for ${package}")
-    endif()
+    file(READ ${folder}/${sbom} sbom)
     if(NOT sbom MATCHES "\"packageFileName\": \"${package}\",[^}]*\"checksumValue\": \"${hash}\"")
         message(SEND_ERROR "The SBOM lacks ${package} with ${hash}")
     endif()
     # Each component in the notices is a package of the SBOM.
     file(STRINGS ${target}/THIRD-PARTY-NOTICES licences REGEX "^  Licence:")
     list(LENGTH licences count)
-    string(REGEX MATCHALL "\"spdxElementId\": \"SPDXRef-${component}\",[ \n]*\"relationshipType\": \"CONTAINS\""
+    string(REGEX MATCHALL "\"spdxElementId\": \"SPDXRef-archive\",[ \n]*\"relationshipType\": \"CONTAINS\""
            contained "${sbom}")
     list(LENGTH contained contained)
     if(count EQUAL 0 OR NOT count EQUAL contained)
         message(SEND_ERROR "The notices of ${package} have ${count} components, the SBOM ${contained}")
     endif()
 endfunction()
-file(READ ${folder}/Zendel-${VERSION}-win64-${FLAVOUR}.spdx.json sbom)
 
-unpack(plugin "" ${folder}/plugin
+unpack("" ${folder}/plugin
     ${files}
     CHANGELOG.md
     README.md
@@ -89,8 +92,8 @@ else()
     set(runtime libgcc_s_seh-1.dll libstdc++-6.dll libwinpthread-1.dll)
     set(symbols Zendel.dll.debug langcheck.exe.debug zendel-host.exe.debug)
 endif()
-unpack(symbols -symbols ${folder}/symbols ${symbols})
-unpack(demo -demo ${demo}
+unpack(-symbols ${folder}/symbols ${symbols})
+unpack(-demo ${demo}
     ${files}
     Qt5Core.dll
     Qt5Gui.dll
@@ -100,6 +103,12 @@ unpack(demo -demo ${demo}
     styles/qwindowsvistastyle.dll
     zendel-host.exe
 )
+
+file(GLOB sboms ${folder}/*.spdx.json)
+execute_process(COMMAND ${PYTHON} ${SOURCE_DIR}/tests/package/sbom.py ${sboms} RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
+    message(SEND_ERROR "The SBOMs are not valid")
+endif()
 
 # run(NAME ARGUMENT...): runs a program of the demo without any other DLL and sets "output". Uses
 # files, because a pipe would stay open as long as the desktop that Wine may start with the program.

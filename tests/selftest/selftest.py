@@ -49,6 +49,12 @@ subprocess.run([cpack, "--config", f"{build}/CPackConfig.cmake", "-B", work, "-D
                 "CPACK_COMPONENTS_ALL=selftest"], check=True, stdout=subprocess.DEVNULL)
 zipfile.ZipFile(work / package).extractall(root)
 
+notices = (root / "THIRD-PARTY-NOTICES").read_text("utf-8")
+named = {name for line in notices.splitlines() if line.startswith("  Files:") for name in line.split()}
+dlls = {path.name for path in root.rglob("*.dll")}
+own = {"Zendel.dll", "plugin_without_functions.dll", "plugin_without_release.dll"}
+assert dlls - own <= named and "Qt5Core.dll" in named, f"not in the notices: {dlls - own - named}"
+
 report, suites = run(0, "tst_Catalogue", "tst_CZendelIns_scaled")
 assert "2 of 2 tests passed" in report, report
 for line in ("Windows", "Plug-in", "Qt", "Screen", "Code page"):

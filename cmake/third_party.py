@@ -65,10 +65,10 @@ QT_FOLDERS = re.compile(r"3rdparty/.*|corelib|gui|widgets|platformsupport/.*|plu
                         r"plugins/styles/windowsvista")
 
 REPLACING_QT = """\
-Qt is used under the GNU Lesser General Public License, version 3, as DLLs of their own. To use a
-changed Qt, build one for the same compiler family, from the source package named above or from
-another Qt 5.15, and replace the DLLs. Zendel.dll and the programs needn't be linked again. You may
-reverse engineer them to debug such changes.
+Qt is used under the GNU Lesser General Public License, version 3, as DLLs of their own. They are built
+by scripts/qt-windows.sh of Zendel's sources, which changes some lines of Qt's for that. To use a changed
+Qt 5.15, build it for the same compiler family and replace the DLLs. Zendel.dll and the programs needn't
+be linked again. You may reverse engineer them to debug such changes.
 """
 SOURCES = """\
 Debian has the source packages named below. "apt-get source NAME=VERSION" fetches one; older versions

@@ -3,6 +3,8 @@
 # cmake -D CPACK=... -D BUILD_DIR=... -D SOURCE_DIR=... -D VERSION=... -D FLAVOUR=... -D LAUNCHER=...
 #       -D PATH_VARIABLE=... -D PYTHON=... -P package.cmake
 
+cmake_minimum_required(VERSION 3.21)
+
 set(folder ${BUILD_DIR}/tests/unpacked)
 file(REMOVE_RECURSE ${folder})
 file(MAKE_DIRECTORY ${folder})

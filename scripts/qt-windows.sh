@@ -253,10 +253,11 @@ patch_source() {
     sed -i 's/^#if !defined(Q_CC_MINGW)$/#if 0/' "$folder/qwindowscontext.cpp"
 }
 
-# Makes the DLLs the same in whatever folder and at whatever time they are built.
-make_reproducible() {
-    local map="-ffile-prefix-map=$work/= -ffile-prefix-map=$work/root$prefix=qt"
-    printf '%s\n' "QMAKE_CFLAGS += $map" "QMAKE_CXXFLAGS += $map" \
+# Makes the DLLs the same in whatever folder and at whatever time they are built.  -MMD writes down
+# which files are included, for copy_notices.
+set_compiler_options() {
+    local options="-ffile-prefix-map=$work/= -ffile-prefix-map=$work/root$prefix=qt -MMD"
+    printf '%s\n' "QMAKE_CFLAGS += $options" "QMAKE_CXXFLAGS += $options" \
         >> source/mkspecs/common/g++-win32.conf
     echo 'QMAKE_LFLAGS += -Wl,--no-insert-timestamp' >> source/mkspecs/win32-g++/qmake.conf
     export QT_RCC_SOURCE_DATE_OVERRIDE=1
@@ -304,7 +305,7 @@ build() {
     MAKEFLAGS=-j$(nproc)
     export MAKEFLAGS
 
-    make_reproducible
+    set_compiler_options
     "set_up_$flavour"
     mkdir build
     cd build
@@ -318,7 +319,8 @@ build() {
 }
 
 # Copies what THIRD-PARTY-NOTICES are made from: licences, Qt's descriptions of the code of others,
-# the names of the sources that each makefile compiles or includes, and the source package.
+# the names of the files that each folder of Qt compiles, includes or stores as a resource, and the
+# source package.
 copy_notices() {
     local folder=$1
     mkdir -p "$folder"
@@ -326,8 +328,10 @@ copy_notices() {
     (cd source && find src \( -name qt_attribution.json -o -iname '*licen[cs]e*' \
         -o -name COPYING -o -name FTL.TXT -o -name GPLv2.TXT \) -type f \
         -exec cp --parents -t "$folder" {} +)
-    (cd build/src && grep -roE --include=Makefile.Release '[^ ]*/source/src/[^ \]+' .) |
-        sed -E 's|^\./(.*)/Makefile\.Release:.*/source/(src/.*)|\1 \2|' |
+    (cd build/src
+        grep -roE --include='*.d' '[^ ]*source/src/[^ \]+' .
+        grep -roE --include=Makefile.Release '[^ ]*source/src/[^ \]+\.(binaryjson|json|xml|png|icc)' .) |
+        sed -E 's!^\./([^:]*)/(\.[^:]*|Makefile\.Release):.*source/(src/.*)!\1 \3!' |
         sort -u > "$folder/compiled"
     echo "$source_package $version" > "$folder/source"
     if [ "$flavour" = msvc ]; then

@@ -116,8 +116,21 @@ else()
                    "Windows, a Qt of scripts/qt-windows.sh")
 endif()
 
+# install_qt_recipe(COMPONENT [EXCLUDE_FROM_ALL]): how Qt's DLLs were built, as their licence asks
+function(install_qt_recipe component)
+    if(NOT third_party)
+        return()
+    endif()
+    install(PROGRAMS ${PROJECT_SOURCE_DIR}/scripts/qt-windows.sh DESTINATION qt/scripts COMPONENT ${component} ${ARGN})
+    if(NOT MINGW)
+        install(PROGRAMS ${PROJECT_SOURCE_DIR}/scripts/msvc-sysroot.sh DESTINATION qt/scripts COMPONENT ${component} ${ARGN})
+        install(DIRECTORY ${PROJECT_SOURCE_DIR}/cmake/msvc DESTINATION qt/cmake COMPONENT ${component} ${ARGN}
+                USE_SOURCE_PERMISSIONS)
+    endif()
+endfunction()
+
 # install_notices(COMPONENT FOLDER [EXCLUDE_FROM_ALL]): to be called after all other files of the
-# component.
+# component
 function(install_notices component folder)
     if(third_party)
         string(TOUPPER ${component} upper)
@@ -130,6 +143,7 @@ function(install_notices component folder)
 endfunction()
 install_notices(plugin ${data_folder})
 if(demo IN_LIST CPACK_COMPONENTS_ALL)
+    install_qt_recipe(demo)
     install_notices(demo .)
     install_notices(symbols .)
 endif()

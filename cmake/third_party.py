@@ -23,16 +23,19 @@ import sys
 import urllib.parse
 import zipfile
 
-# The licences of Debian's source packages, as far as their code gets into ours
+# The licences of Debian's source packages and of some packages, as far as their code gets into ours
 LICENCES = {
     "gcc-12": "GPL-3.0-or-later WITH GCC-exception-3.1",
     "gcc-mingw-w64": "GPL-3.0-or-later WITH GCC-exception-3.1",
+    # With fast_float and Ryu, see below
+    "gcc-mingw-w64-x86-64-posix-runtime": "GPL-3.0-or-later WITH GCC-exception-3.1 AND MIT AND BSL-1.0",
     "glibc": "LGPL-2.1-or-later",
     "libxcb": "X11",
     "linux": "GPL-2.0-only WITH Linux-syscall-note",
     "llvm-toolchain-19": "Apache-2.0 WITH LLVM-exception",
-    "mingw-w64": "ZPL-2.1 AND MIT AND BSD-3-Clause",
-    "qtbase-opensource-src": "LGPL-3.0-only",
+    "mingw-w64": "ZPL-2.1 AND MIT AND BSD-3-Clause AND LGPL-2.1-or-later AND LicenseRef-gdtoa",
+    # BSD: the start of programs
+    "qtbase-opensource-src": "LGPL-3.0-only AND BSD-3-Clause",
     "qtx11extras-opensource-src": "LGPL-3.0-only",
     "wine": "LGPL-2.1-or-later",
 }
@@ -43,7 +46,7 @@ COMPILED_FROM = {
         "g++-mingw-w64-x86-64-posix": "headers of the C++ library",
         "gcc-mingw-w64-x86-64-posix": "headers of the compiler, parts of libgcc",
         "mingw-w64-common": "headers of C and of Windows",
-        "mingw-w64-x86-64-dev": "start-up objects, import libraries",
+        "mingw-w64-x86-64-dev": "start-up objects, import libraries, functions of C, gdtoa",
     },
     "msvc": {
         "libclang-common-19-dev": "headers of the compiler",
@@ -60,16 +63,41 @@ COMPILED_FROM = {
         "qtbase5-dev": "headers with inline functions",
     },
 }
-# The folders in Qt's build that end up in the DLLs of the demo
-QT_FOLDERS = re.compile(r"3rdparty/.*|corelib|gui|widgets|platformsupport/.*|plugins/platforms/windows|"
-                        r"plugins/styles/windowsvista")
+# The folders in Qt's build that end up in its DLLs; testlib only in Qt5Test.dll
+QT_FOLDERS = re.compile(r"3rdparty/.*|corelib|gui|widgets|testlib|platformsupport/.*|"
+                        r"plugins/platforms/windows|plugins/styles/windowsvista")
 
-REPLACING_QT = """\
-Qt is used under the GNU Lesser General Public License, version 3, as DLLs of their own. They are built
-by scripts/qt-windows.sh of Zendel's sources, which changes some lines of Qt's for that. To use a changed
-Qt 5.15, build it for the same compiler family and replace the DLLs. Zendel.dll and the programs needn't
-be linked again. You may reverse engineer them to debug such changes.
-"""
+# What the licences ask to be said with files of a component
+NOTES = {
+    "Qt": """\
+Qt is used under the GNU Lesser General Public License, version 3, as DLLs of their own. They were built
+from the source package by qt/scripts/qt-windows.sh, which changes some lines of it; its function
+patch_source shows them. To use a changed Qt 5.15, build it for the same compiler family and replace the
+DLLs. Zendel.dll and the programs needn't be linked again. You may reverse engineer them to debug such
+changes.
+""",
+    "Freetype 2": """\
+Portions of this software are copyright (C) 1996-2020 The FreeType Project (www.freetype.org). All rights
+reserved.
+""",
+    "gcc-mingw-w64-x86-64-posix-runtime": """\
+libstdc++-6.dll contains Ryu, Copyright 2018 Ulf Adams, under the Boost Software License 1.0, and
+fast_float, Copyright (c) 2021 The fast_float authors:
+
+Permission is hereby granted, free of charge, to any person obtaining a copy of this software and
+associated documentation files (the "Software"), to deal in the Software without restriction, including
+without limitation the rights to use, copy, modify, merge, publish, distribute, sublicense, and/or sell
+copies of the Software, and to permit persons to whom the Software is furnished to do so, subject to the
+following conditions: The above copyright notice and this permission notice shall be included in all
+copies or substantial portions of the Software.
+
+THE SOFTWARE IS PROVIDED "AS IS", WITHOUT WARRANTY OF ANY KIND, EXPRESS OR IMPLIED, INCLUDING BUT NOT
+LIMITED TO THE WARRANTIES OF MERCHANTABILITY, FITNESS FOR A PARTICULAR PURPOSE AND NONINFRINGEMENT. IN NO
+EVENT SHALL THE AUTHORS OR COPYRIGHT HOLDERS BE LIABLE FOR ANY CLAIM, DAMAGES OR OTHER LIABILITY, WHETHER
+IN AN ACTION OF CONTRACT, TORT OR OTHERWISE, ARISING FROM, OUT OF OR IN CONNECTION WITH THE SOFTWARE OR
+THE USE OR OTHER DEALINGS IN THE SOFTWARE.
+""",
+}
 SOURCES = """\
 Debian has the source packages named below. "apt-get source NAME=VERSION" fetches one; older versions
 are in Debian's snapshot archive.
@@ -77,11 +105,12 @@ are in Debian's snapshot archive.
 
 
 class Component:
-    """Code of others: name, version, licence in SPDX's words, where to get it, its use, and texts."""
+    """Code of others: name, version, licence in SPDX's words, where to get it, its use, and texts.
+    The archive contains it, or, if not "contained", was only compiled from it."""
 
-    def __init__(self, name, version, licence, purl, use, *, files=(), source="", texts=(), note=""):
+    def __init__(self, name, version, licence, purl, use, *, files=(), contained=True, source="", texts=()):
         self.name, self.version, self.licence, self.purl = name, version, licence, purl
-        self.use, self.files, self.source, self.note = use, list(files), source, note
+        self.use, self.files, self.contained, self.source = use, list(files), contained, source
         self.texts = [text.strip("\n") for text in texts]
 
     @property
@@ -98,7 +127,7 @@ def read(path):
 
 
 def debian_purl(package, version, architecture):
-    return (f"pkg:deb/debian/{package}@{urllib.parse.quote(version, safe='.~-')}"
+    return (f"pkg:deb/debian/{urllib.parse.quote(package)}@{urllib.parse.quote(version, safe=':.~-')}"
             f"?arch={architecture}")
 
 
@@ -110,21 +139,28 @@ def debian_component(package, use, files=()):
     texts = [read(f"/usr/share/doc/{package}/copyright")]
     # Referred to by the copyright files
     texts += [read(f"/usr/share/common-licenses/{name}")
-              for name in sorted(set(re.findall(r"/usr/share/common-licenses/((?:L?GPL)-[0-9.]*[0-9])",
+              for name in sorted(set(re.findall(r"/usr/share/common-licenses/([A-Za-z]+(?:-[0-9.]*[0-9])?)",
                                                 texts[0])))]
+    sources = f"{source}={source_version}"
     if built_using != ".":
-        source_version += f", with {built_using[:-1]}"
-    return Component(package, version, LICENCES[source], debian_purl(package, version, architecture),
-                     use, files=files, source=f"{source} {source_version}", texts=texts)
+        sources += ", " + re.sub(r" \(= ([^)]+)\)", r"=\1", built_using[:-1])
+    return Component(package, version, LICENCES.get(package) or LICENCES[source],
+                     debian_purl(package, version, architecture), use, files=files,
+                     contained=bool(files), source=sources, texts=texts)
 
 
-def qt_component(folder, use, files=()):
+def qt_component(folder, files, has_program):
     """Describes the Qt that scripts/qt-windows.sh has built."""
+    use = "headers with inline functions"
+    if files:
+        use = f"DLLs, {use}"
+    if has_program:
+        use += ", start of zendel-host.exe"
     doc = folder / "share/doc"
     source, version = read(doc / "source").split()
     texts = [read(doc / name) for name in ("LICENSE.LGPL3", "LICENSE.GPL3", "copyright")]
     return Component("Qt", version, LICENCES[source], debian_purl(source, version, "source"), use,
-                     files=files, source=f"{source} {version}", texts=texts, note=REPLACING_QT)
+                     files=files, contained=bool(files), source=f"{source}={version}", texts=texts)
 
 
 def licence_expression(attribution):
@@ -137,15 +173,16 @@ def licence_expression(attribution):
     return " ".join(words)
 
 
-def code_in_qt(folder):
+def code_in_qt(folder, files):
     """Describes the code of others that was compiled into Qt's DLLs."""
     doc = folder / "share/doc"
     compiled = set()
     for line in read(doc / "compiled").splitlines():
-        makefile, path = line.split(" ", 1)
-        suffix = posixpath.splitext(path)[1]
-        if QT_FOLDERS.fullmatch(makefile) and suffix not in ("", ".pri", ".pro", ".prf"):
+        built_folder, path = line.split(" ", 1)
+        if QT_FOLDERS.fullmatch(built_folder) and (built_folder != "testlib" or "Qt5Test.dll" in files):
             compiled.add(posixpath.normpath(path))
+    # webgradients.css is stored as webgradients.binaryjson.
+    compiled |= {posixpath.splitext(path)[0] + ".css" for path in compiled if path.endswith(".binaryjson")}
     result = []
     for file in sorted(doc.rglob("qt_attribution.json")):
         # Some have line ends in strings.
@@ -168,12 +205,11 @@ def code_in_qt(folder):
                       if "FTL" in entry.get("LicenseId", "")]
             version = entry.get("Version", "")
             purl = f"pkg:generic/{urllib.parse.quote(entry['Id'])}"
-            if version:
-                purl += f"@{urllib.parse.quote(version, safe='')}"
+            if re.fullmatch(r"[\w.+-]+", version):
+                purl += f"@{urllib.parse.quote(version)}"
             result.append(Component(
-                entry["Name"], version, licence_expression(entry), purl,
-                # The makefiles also name headers that are only included on other platforms.
-                "in the sources of Qt's DLLs", source=f"{base} in the source package of Qt", texts=texts))
+                entry["Name"], version, licence_expression(entry), purl, "in Qt's DLLs",
+                source=f"{base} in the source package of Qt", texts=texts))
     return result
 
 
@@ -190,15 +226,15 @@ def components(config, names):
     result = []
     if flavour != "linux":
         dlls = shipped.pop("Qt")
-        result.append(qt_component(qt, "DLLs, and headers with inline functions" if dlls
-                                   else "headers with inline functions", dlls))
+        result.append(qt_component(qt, dlls, flavour == "msvc" and "zendel-host.exe" in names))
         if dlls:
-            result += code_in_qt(qt)
+            result += code_in_qt(qt, dlls)
     if flavour == "msvc":
         source, version = read(qt / "share/doc/llvm-source").split()
         result.append(Component(
             "libc++ and compiler-rt", version, LICENCES[source], debian_purl(source, version, "source"),
-            "C++ library and stack probe, linked into each DLL and program", source=f"{source} {version}",
+            "C++ library and, where functions need it, stack probe, linked into DLLs and programs",
+            source=f"{source}={version}",
             texts=[read(qt / "share/doc/LLVM-LICENSE.TXT")]))
     for name, use in COMPILED_FROM[flavour].items():
         result.append(debian_component(name, use, shipped.pop(name, ())))
@@ -215,14 +251,16 @@ def notices(config, archive, names):
         for text in component.texts:
             if text not in texts:
                 texts.append(text)
-            numbers.append(str(texts.index(text) + 1))
+            number = str(texts.index(text) + 1)
+            if number not in numbers:
+                numbers.append(number)
         lines += [f"{component.name} {component.version}".rstrip(), f"  Use:      {component.use}",
                   f"  Licence:  {component.licence}", f"  Source:   {component.source}"]
         if component.files:
             lines.append(f"  Files:    {' '.join(sorted(component.files))}")
         lines += [f"  Texts:    {', '.join(numbers)}", ""]
-        if component.note:
-            lines += ["  " + line for line in component.note.splitlines()] + [""]
+        if component.contained and component.name in NOTES:
+            lines += ["  " + line for line in NOTES[component.name].splitlines()] + [""]
     result = [f"Code of others in {archive}, or that its files are compiled from", "", SOURCES, *lines]
     for number, text in enumerate(texts, 1):
         result += ["=" * 80, f"Text {number}", "=" * 80, "", text, ""]
@@ -266,6 +304,7 @@ def sbom(config, archive, names, date):
         "licenseConcluded": "NOASSERTION", "licenseDeclared": "NOASSERTION",
         "copyrightText": "NOASSERTION", "primaryPackagePurpose": "ARCHIVE"}]
     extracted = {}
+    relationships = [("SPDXRef-DOCUMENT", "DESCRIBES", "SPDXRef-archive")]
     for part in components(config, names):
         described.append({
             "SPDXID": part.spdx_id, "name": part.name,
@@ -275,10 +314,10 @@ def sbom(config, archive, names, date):
             "licenseDeclared": part.licence, "copyrightText": "NOASSERTION",
             "externalRefs": [{"referenceCategory": "PACKAGE-MANAGER", "referenceType": "purl",
                               "referenceLocator": part.purl}]})
-        if part.licence.startswith("LicenseRef-"):
-            extracted[part.licence] = "\n\n".join(part.texts)
-    relationships = [("SPDXRef-DOCUMENT", "DESCRIBES", "SPDXRef-archive")]
-    relationships += [("SPDXRef-archive", "CONTAINS", part["SPDXID"]) for part in described[1:]]
+        for licence in re.findall(r"LicenseRef-[\w.-]+", part.licence):
+            extracted[licence] = "\n\n".join(part.texts)
+        relationships.append(("SPDXRef-archive", "CONTAINS" if part.contained else "GENERATED_FROM",
+                              part.spdx_id))
     result = {
         "spdxVersion": "SPDX-2.3", "dataLicense": "CC0-1.0", "SPDXID": "SPDXRef-DOCUMENT",
         "name": archive.stem,

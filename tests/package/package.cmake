@@ -59,7 +59,7 @@ function(unpack suffix target)
     # Each component in the notices is a package of the SBOM.
     file(STRINGS ${target}/THIRD-PARTY-NOTICES licences REGEX "^  Licence:")
     list(LENGTH licences count)
-    string(REGEX MATCHALL "\"spdxElementId\": \"SPDXRef-archive\",[ \n]*\"relationshipType\": \"CONTAINS\""
+    string(REGEX MATCHALL "\"spdxElementId\": \"SPDXRef-archive\",[ \n]*\"relationshipType\": \"[A-Z_]+\""
            contained "${sbom}")
     list(LENGTH contained contained)
     if(count EQUAL 0 OR NOT count EQUAL contained)
@@ -88,7 +88,10 @@ unpack("" ${folder}/plugin
 
 set(demo "${folder}/demo of the plug-in")
 if(FLAVOUR STREQUAL msvc)
-    set(runtime README.txt)
+    set(runtime README.txt qt/scripts/msvc-sysroot.sh)
+    file(GLOB_RECURSE recipe RELATIVE ${SOURCE_DIR} ${SOURCE_DIR}/cmake/msvc/*)
+    list(TRANSFORM recipe PREPEND qt/)
+    list(APPEND runtime ${recipe})
     set(symbols Zendel.pdb langcheck.pdb zendel-host.pdb)
 else()
     set(runtime libgcc_s_seh-1.dll libstdc++-6.dll libwinpthread-1.dll)
@@ -102,6 +105,7 @@ unpack(-demo ${demo}
     Qt5Widgets.dll
     ${runtime}
     platforms/qwindows.dll
+    qt/scripts/qt-windows.sh
     styles/qwindowsvistastyle.dll
     zendel-host.exe
 )

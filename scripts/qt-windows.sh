@@ -328,10 +328,11 @@ copy_notices() {
     (cd source && find src \( -name qt_attribution.json -o -iname '*licen[cs]e*' \
         -o -name COPYING -o -name FTL.TXT -o -name GPLv2.TXT \) -type f \
         -exec cp --parents -t "$folder" {} +)
+    # Most headers are included by way of one in source/include, as include/QtCore/../../src/...
     (cd build/src
-        grep -roE --include='*.d' '[^ ]*source/src/[^ \]+' .
-        grep -roE --include=Makefile.Release '[^ ]*source/src/[^ \]+\.(binaryjson|json|xml|png|icc)' .) |
-        sed -E 's!^\./([^:]*)/(\.[^:]*|Makefile\.Release):.*source/(src/.*)!\1 \3!' |
+        grep -roE --include='*.d' '[^ ]*source/(src|include)/[^ \]+' .
+        grep -roE --include=Makefile.Release '[^ ]*source/src/[^ \]+\.(binaryjson|icc)' .) |
+        sed -E 's!^\./([^:]*)/(\.[^:]*|Makefile\.Release):.*source/!\1 !' |
         sort -u > "$folder/compiled"
     echo "$source_package $version" > "$folder/source"
     if [ "$flavour" = msvc ]; then

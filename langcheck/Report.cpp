@@ -82,7 +82,8 @@ QString Report::toText() const
     if (hostQt)
         out << "Host's Qt:    " << hostQt->description() << '\n';
     if (hostFails) {
-        out << "Host:         may not start, or not load the plug-in, because of its DLLs; the lines "
+        out << "Host:         may not start, or not load the plug-in, because of its DLLs; the "
+               "lines "
                "above hold once it does\n";
     }
     out << '\n';

@@ -22,7 +22,9 @@ bool writeAll(QIODevice &file, const QByteArray &bytes)
 
 QString writeFile(const QString &path, const QByteArray &bytes)
 {
-    const auto failure = [&path](const QString &reason) {
+    const auto failure = [&path](QString reason) {
+        if (reason.endsWith(QLatin1Char('.'))) // As Windows' reasons do
+            reason.chop(1);
         return QStringLiteral("Cannot write \"%1\": %2.")
             .arg(QDir::toNativeSeparators(path), reason);
     };

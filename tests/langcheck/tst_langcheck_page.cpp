@@ -137,6 +137,8 @@ private Q_SLOTS:
 
 private:
     QByteArray run(const QStringList &arguments, int exitCode);
+    /// For a machine that is so busy that drawing two languages takes more than a second.
+    QByteArray runWithoutProgress(const QStringList &arguments, int exitCode);
 };
 
 /// Runs langcheck and returns what it prints to stderr.
@@ -150,6 +152,13 @@ QByteArray tst_langcheck_page::run(const QStringList &arguments, int exitCode)
     QTest::qCompare(process.exitCode(), exitCode, errors.constData(), "exit code", __FILE__,
                     __LINE__);
     return errors;
+}
+
+QByteArray tst_langcheck_page::runWithoutProgress(const QStringList &arguments, int exitCode)
+{
+    static const QRegularExpression progress(QStringLiteral("^\\d+ of \\d+ languages drawn\n"),
+                                             QRegularExpression::MultilineOption);
+    return QString::fromUtf8(run(arguments, exitCode)).remove(progress).toUtf8();
 }
 
 void tst_langcheck_page::everyKindOfFindingIsShown()
@@ -502,11 +511,13 @@ void tst_langcheck_page::errorsNameTheFileAndTheReason()
     QCOMPARE(run({pictures, missing, deployment}, 3),
              "langcheck: \"" + missing.toUtf8() + "\" is not a folder.\nSee langcheck --help.\n");
     const QByteArray name = QDir::toNativeSeparators(missing).toUtf8();
-    const QByteArray error = run({html, missing, deployment}, 3);
+    const QByteArray error = runWithoutProgress({html, missing, deployment}, 3);
     QVERIFY2(error.startsWith("langcheck: Cannot write \"" + name + "\": ")
                  && error.size() > name.size() + 40,
              error.constData());
-    QCOMPARE(run({html, folder.path(), deployment}, 3),
+    // The reasons of Windows end with a full stop, those of Linux don't.
+    QVERIFY2(error.endsWith(".\n") && !error.endsWith("..\n"), error.constData());
+    QCOMPARE(runWithoutProgress({html, folder.path(), deployment}, 3),
              "langcheck: Cannot write \"" + QDir::toNativeSeparators(folder.path()).toUtf8()
                  + "\": it is not a file.\n");
     QVERIFY(QDir(folder.path()).isEmpty());

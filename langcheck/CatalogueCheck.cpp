@@ -6,6 +6,7 @@
 #include "lang/LangLine.h"
 #include "lang/OpenFile.h"
 #include "langcheck/BytesCheck.h"
+#include "langcheck/Texts.h"
 
 #include <QFile>
 #include <QSet>
@@ -349,17 +350,6 @@ int LanguageLines::first() const
             result = line;
     }
     return result;
-}
-
-QString shortened(const QString &text, int most)
-{
-    return text.size() > most ? text.left(most) + QLatin1String("...") : text;
-}
-
-QString quoted(const QString &text)
-{
-    QString shown = shortened(text, 60);
-    return QLatin1Char('"') + shown.replace(QLatin1Char('\r'), QLatin1Char(' ')) + QLatin1Char('"');
 }
 
 CatalogueLines checkCatalogue(Report &report)

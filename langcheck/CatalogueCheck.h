@@ -35,12 +35,6 @@ struct CatalogueLines
     QHash<int, QString> texts;          ///< Those with findings or keys, by line number.
 };
 
-/// Returns @p text, cut off if it has more than @p most characters.
-QString shortened(const QString &text, int most);
-
-/// Returns @p text in quotation marks, shortened if it is long, and without carriage returns.
-QString quoted(const QString &text);
-
 /// Checks the lines of the catalogue below applicationDir(), read as the plug-in does. Adds the
 /// encoding and the findings to @p report.
 CatalogueLines checkCatalogue(Report &report);

@@ -1,7 +1,7 @@
 #include "langcheck/Page.h"
 
 #include "lang/SourceTexts.h"
-#include "langcheck/CatalogueCheck.h"
+#include "langcheck/Texts.h"
 
 #include <QApplication>
 #include <QDateTime>
@@ -57,37 +57,6 @@ details { margin: .4rem 0; }
     a { color: inherit; text-decoration: none; }
 }
 )";
-
-const int kLongestText = 300;
-const int kLongestFinding = 1000; // Findings quote several texts, each shortened.
-
-/// Replaces what HTML can't contain: control characters by their pictures, lone surrogates and
-/// noncharacters by the replacement character. Shortens long texts.
-QString printable(const QString &text, int most = kLongestText)
-{
-    const QString shown = shortened(text, most);
-    QString result;
-    for (int i = 0; i < shown.size(); ++i) {
-        const QChar c = shown.at(i);
-        const ushort code = c.unicode();
-        if (c.isHighSurrogate() && i + 1 < shown.size() && shown.at(i + 1).isLowSurrogate()) {
-            const QChar low = shown.at(++i);
-            if ((QChar::surrogateToUcs4(c, low) & 0xFFFE) == 0xFFFE)
-                result += QChar(QChar::ReplacementCharacter);
-            else
-                result += QString(c) + low;
-        } else if (code < 0x20 && code != '\t' && code != '\n') {
-            result += QChar(0x2400 + code);
-        } else if (code == 0x7F) {
-            result += QChar(0x2421);
-        } else if ((code >= 0x80 && code < 0xA0) || c.isSurrogate() || c.isNonCharacter()) {
-            result += QChar(QChar::ReplacementCharacter);
-        } else {
-            result += c;
-        }
-    }
-    return result;
-}
 
 QString count(int number, const char *noun)
 {

@@ -1,5 +1,7 @@
 #include "langcheck/Report.h"
 
+#include "langcheck/Texts.h"
+
 #include <QDir>
 #include <QJsonArray>
 #include <QTextStream>
@@ -62,13 +64,13 @@ QString Report::toText() const
     if (listed.isEmpty())
         out << "none; the operator's list is empty\n";
     for (int i = 0; i < listed.size(); ++i) {
-        out << (i == 0 ? "" : "              ") << listed.at(i).id << ' ' << listed.at(i).name
-            << (i == selected ? " (selected)" : "") << '\n';
+        out << (i == 0 ? "" : "              ") << listed.at(i).id << ' '
+            << printable(listed.at(i).name) << (i == selected ? " (selected)" : "") << '\n';
     }
     out << "Default:      " << defaultLangId << '\n';
     out << "Translation:  "
         << (translation.isEmpty() ? QStringLiteral("none; all texts are empty")
-                                  : QDir(applicationDir).relativeFilePath(translation))
+                                  : printable(QDir(applicationDir).relativeFilePath(translation)))
         << (fallback ? ", the fallback" : "") << '\n';
 
     out << "Messages:     ";
@@ -76,23 +78,23 @@ QString Report::toText() const
         out << "none\n";
     for (int i = 0; i < boxes.size(); ++i) {
         const Box &box = boxes.at(i);
-        out << (i == 0 ? "" : "              ") << box.icon << ", \"" << box.title
-            << "\": " << box.text << '\n';
+        out << (i == 0 ? "" : "              ") << box.icon << ", \"" << printable(box.title)
+            << "\": " << printable(box.text, kLongestFinding) << '\n';
     }
     if (hostQt)
         out << "Host's Qt:    " << hostQt->description() << '\n';
     if (hostFails) {
         out << "Host:         may not start, or not load the plug-in, because of its DLLs; the "
-               "lines "
-               "above hold once it does\n";
+               "lines above hold once it does\n";
     }
     out << '\n';
 
     for (const Finding &finding : findings) {
-        out << finding.file;
+        out << printable(finding.file);
         if (finding.line > 0)
             out << ':' << finding.line;
-        out << ": " << severityName(finding) << ": " << finding.text << " [" << finding.id << "]\n";
+        out << ": " << severityName(finding) << ": " << printable(finding.text, kLongestFinding)
+            << " [" << finding.id << "]\n";
     }
     const int errors = static_cast<int>(
         std::count_if(findings.begin(), findings.end(),
@@ -125,7 +127,8 @@ QJsonObject Report::toJson() const
                                 {QStringLiteral("line"), finding.line},
                                 {QStringLiteral("severity"), severityName(finding)},
                                 {QStringLiteral("kind"), finding.id},
-                                {QStringLiteral("text"), finding.text}});
+                                {QStringLiteral("text"), finding.text},
+                                {QStringLiteral("quote"), finding.quote}});
     }
     QJsonObject json = {{QStringLiteral("formatVersion"), 1},
                         {QStringLiteral("applicationDir"), applicationDir},
@@ -136,6 +139,7 @@ QJsonObject Report::toJson() const
                         {QStringLiteral("translation"), translation},
                         {QStringLiteral("fallback"), fallback},
                         {QStringLiteral("boxes"), messageBoxes},
+                        {QStringLiteral("hostFails"), hostFails},
                         {QStringLiteral("findings"), all}};
     if (hostQt) {
         json.insert(QStringLiteral("hostQt"),

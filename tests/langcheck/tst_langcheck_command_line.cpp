@@ -27,6 +27,7 @@ private Q_SLOTS:
     void init() { GoodDeployment::install(); }
 
     void findingsArePrintedAsByACompiler();
+    void hostileNamesArePrintable();
     void jsonIsPrinted();
     void hostIsChecked();
     void callsWithoutADeployment_data();
@@ -88,6 +89,21 @@ void tst_langcheck_command_line::findingsArePrintedAsByACompiler()
             .arg(path));
 }
 
+/// Control characters could change the console's colours or hide what was printed before.
+void tst_langcheck_command_line::hostileNamesArePrintable()
+{
+    Deployment::writeCatalogue(QByteArray(kCatalogue)
+                                   .replace("=One", "=\x1B[31m\x07")
+                                   .replace("=Two", QByteArray(100000, 'W').prepend('=')));
+    const QString output = QString::fromUtf8(run({QCoreApplication::applicationDirPath()}, 2));
+    QVERIFY2(output.contains(QStringLiteral("\nLanguages:    1 \u241B[31m\u2407 (selected)\n")),
+             qPrintable(output));
+    QVERIFY2(output.contains(QStringLiteral(" 2 %1...\n").arg(QString(300, QLatin1Char('W')))),
+             qPrintable(output));
+    for (const QChar c : output)
+        QVERIFY2(c >= QLatin1Char(' ') || c == QLatin1Char('\n'), qPrintable(output));
+}
+
 void tst_langcheck_command_line::jsonIsPrinted()
 {
     Deployment::writeCatalogue(kCatalogue + QByteArray("LANG2_NAME=Deux\n"));
@@ -105,6 +121,8 @@ void tst_langcheck_command_line::jsonIsPrinted()
     QCOMPARE(finding.value(QStringLiteral("line")).toInt(), 9);
     QCOMPARE(finding.value(QStringLiteral("severity")).toString(), QStringLiteral("warning"));
     QCOMPARE(finding.value(QStringLiteral("kind")).toString(), QStringLiteral("repeated-key"));
+    QCOMPARE(finding.value(QStringLiteral("quote")).toString(), QStringLiteral("LANG2_NAME=Deux"));
+    QCOMPARE(json.object().value(QStringLiteral("hostFails")), QJsonValue(false));
 }
 
 /// The host's folder isn't the test's own, because Windows would load the file into the next test.
@@ -121,9 +139,10 @@ void tst_langcheck_command_line::hostIsChecked()
     QVERIFY2(output.contains("\nQt5Core.dll: error: not a DLL for 64-bit x86: it has no PE header; "
                              "a 64-bit host, which the plug-in needs, cannot load it; "),
              output.constData());
-    QVERIFY(QJsonDocument::fromJson(run({host, QStringLiteral("--json")}, 2))
-                .object()
-                .contains(QStringLiteral("hostQt")));
+    const QJsonObject json =
+        QJsonDocument::fromJson(run({host, QStringLiteral("--json")}, 2)).object();
+    QVERIFY(json.contains(QStringLiteral("hostQt")));
+    QCOMPARE(json.value(QStringLiteral("hostFails")), QJsonValue(true));
 }
 
 void tst_langcheck_command_line::callsWithoutADeployment_data()

@@ -8,6 +8,7 @@
 #include "langcheck/HostCheck.h"
 #include "langcheck/MessageBoxes.h"
 #include "langcheck/TextFit.h"
+#include "langcheck/Texts.h"
 #include "ui/DlgSettings.h"
 
 #include <QComboBox>
@@ -95,6 +96,18 @@ FindingKind kindOfInvalidFile(const QByteArray &start)
     return reader.readNextStartElement() && reader.name() == QLatin1String("TS")
         ? FindingKind::QmSource
         : FindingKind::QmForeign;
+}
+
+QString direction(const ShownText &text)
+{
+    return text.tooHigh ? QStringLiteral("high") : QStringLiteral("wide");
+}
+
+QString clippingRemedy(const ShownText &text, const char *remedyIfTooWide)
+{
+    return text.tooHigh
+        ? QStringLiteral("reduce the scaling of the display or the size of its fonts")
+        : QLatin1String(remedyIfTooWide);
 }
 
 QString key(int langId, const char *field)
@@ -205,8 +218,9 @@ private:
             const ShownText name = languageName(dialog, i);
             if (name.clipped) {
                 m_report.addLine(FindingKind::NameClipped, line,
-                                 {key(lang.id, "NAME"), quoted(lang.name),
-                                  QString::number(name.width), QString::number(name.room)});
+                                 {key(lang.id, "NAME"), direction(name), quoted(lang.name),
+                                  QString::number(name.size), QString::number(name.room),
+                                  clippingRemedy(name, "use a shorter name")});
             }
         }
     }
@@ -338,7 +352,11 @@ private:
     {
         QFile file(path);
         if (!QFileInfo::exists(path))
-            addTranslation(FindingKind::QmMissing, path);
+            addTranslation(FindingKind::QmMissing, path,
+                           {path == fallbackPath()
+                                ? QStringLiteral("has empty texts")
+                                : QStringLiteral("uses Lang/chs/Zendel.qm, or has empty texts if "
+                                                 "that is missing, too")});
         else if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
             addTranslation(FindingKind::QmUnreadable, path);
         else if (!loadQmFile(*CTranslatorMgr::instance()->translator(), path))
@@ -369,9 +387,13 @@ private:
         const QVector<ShownText> clipped = clippedTexts(DlgSettings());
         for (const ShownText &text : clipped) {
             addTranslation(FindingKind::TextClipped, path,
-                           {QLatin1String(text.source.text), QLatin1String(text.source.context),
-                            quoted(text.text), QString::number(text.width),
-                            QString::number(text.room)});
+                           {direction(text), QLatin1String(text.source.text),
+                            QLatin1String(text.source.context), quoted(text.text),
+                            QString::number(text.size), QString::number(text.room),
+                            clippingRemedy(text,
+                                           "use a shorter translation in the language's .ts file, "
+                                           "or in one made by \"lconvert Zendel.qm -o Zendel.ts\", "
+                                           "and compile it")});
         }
     }
 

@@ -84,8 +84,8 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "%1 is also the name of language %2: %3; the operator cannot tell them apart; use another "
      "name"},
     {Kind::NameClipped, "name-clipped", Finding::Error,
-     "%1 is too wide for the operator's list: %2 has %3 pixels, and there is room for %4; its end "
-     "is cut off; use a shorter name"},
+     "%1 is too %2 for the operator's list: %3 has %4 pixels, and there is room for %5; a part of "
+     "it is cut off; %6"},
     {Kind::FolderDots, "folder-dots", Finding::Warning,
      "%1 contains \"..\": %2; the path leaves the folder Lang; use the name of a folder in Lang"},
     {Kind::FolderAbsolute, "folder-absolute", Finding::Warning,
@@ -128,8 +128,7 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "%1 is not a folder in Lang: %2; a dialog that needs the translation uses Lang/chs/Zendel.qm, "
      "or has empty texts if that is missing, too; %3"},
     {Kind::QmMissing, "qm-missing", Finding::Error,
-     "file does not exist; a dialog that needs it uses Lang/chs/Zendel.qm, or has empty texts if "
-     "that is missing, too; put the compiled translation there"},
+     "file does not exist; a dialog that needs it %1; put the compiled translation there"},
     {Kind::QmUnreadable, "qm-unreadable", Finding::Error,
      "not a readable file; a dialog that uses it has empty texts; replace it or correct its "
      "permissions"},
@@ -150,9 +149,8 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "text is not translated: \"%1\" of %2; it is empty in the dialog; translate it in the "
      "language's .ts file, or in one made by \"lconvert Zendel.qm -o Zendel.ts\", and compile it"},
     {Kind::TextClipped, "text-clipped", Finding::Error,
-     "text is too wide for the dialog: \"%1\" of %2 is translated as %3, which has %4 pixels, and "
-     "there is room for %5; its end is cut off; use a shorter translation in the language's "
-     ".ts file, or in one made by \"lconvert Zendel.qm -o Zendel.ts\", and compile it"},
+     "text is too %1 for the dialog: \"%2\" of %3 is translated as %4, which has %5 pixels, and "
+     "there is room for %6; a part of it is cut off; %7"},
 
     // The DLLs next to the host's executable
     {Kind::DllUnusable, "dll-unusable", Finding::Error,

@@ -20,8 +20,9 @@ ShownText shownText(const QWidget &widget, const QString &text, const QRect &spa
                     const QSize &room, const SourceText &source = {nullptr, nullptr})
 {
     const QSize size = widget.fontMetrics().size(Qt::TextSingleLine, text);
-    const bool clipped = size.width() > room.width() || size.height() > room.height();
-    return {text, space, clipped, size.width(), room.width(), source};
+    if (size.width() <= room.width() && size.height() > room.height())
+        return {text, space, true, true, size.height(), room.height(), source};
+    return {text, space, size.width() > room.width(), false, size.width(), room.width(), source};
 }
 
 QRect room(const QPushButton &button)

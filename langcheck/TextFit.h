@@ -22,8 +22,9 @@ struct ShownText
     QString text;
     QRect space; ///< In the window's coordinates. A title is above the window.
     bool clipped = false;
-    int width = 0; ///< The text's own, in pixels. Only in the dialog, as what follows.
-    int room = 0;  ///< The width that it may have.
+    bool tooHigh = false; ///< Whether it is not too wide. Only in the dialog, as what follows.
+    int size = 0;         ///< The text's own width, or height if it is too high, in pixels.
+    int room = 0;         ///< The width or height that it may have.
     SourceText source = {nullptr,
                          nullptr}; ///< The English text. Only for texts that are translated.
 };

@@ -110,6 +110,8 @@ private Q_SLOTS:
     void swapIsAdvisedOnce();
     void clippedTextIsMeasured();
     void clippedNameIsMeasured();
+    void heightIsMeasured();
+    void missingFallbackIsNotReplacedByItself();
     void missingFolderIsSpelledOut();
     void existingFolderMayHaveAnyName();
     void repeatedKeysNameAllLines();
@@ -656,6 +658,44 @@ void tst_langcheck_checks::clippedNameIsMeasured()
     QVERIFY2(match.hasMatch(), qPrintable(text));
     QVERIFY2(match.captured(1).toInt() > match.captured(2).toInt(), qPrintable(text));
     QVERIFY2(match.captured(2).toInt() > 100, qPrintable(text));
+}
+
+/// As on a display whose scaling enlarges the fonts but not the dialog.
+void tst_langcheck_checks::heightIsMeasured()
+{
+    QFont font = QApplication::font();
+    font.setPixelSize(50);
+    QApplication::setFont(font);
+    const QList<Finding> findings = check().findings;
+    GoodDeployment::prepareTests();
+    const QString text = findings.value(0).text;
+    const QRegularExpressionMatch match =
+        QRegularExpression(
+            QStringLiteral("^LANG1_NAME is too high for the operator's list: \"One\" has (\\d+) "
+                           "pixels, and there is room for (\\d+); a part of it is cut off; reduce "
+                           "the scaling of the display or the size of its fonts$"))
+            .match(text);
+    QVERIFY2(match.hasMatch(), qPrintable(text));
+    QVERIFY2(match.captured(1).toInt() >= 50, qPrintable(text));
+    QVERIFY2(match.captured(2).toInt() < 50, qPrintable(text));
+}
+
+void tst_langcheck_checks::missingFallbackIsNotReplacedByItself()
+{
+    QVERIFY(QFile::remove(Deployment::path(QStringLiteral("Lang/chs/Zendel.qm"))));
+    QVERIFY(QFile::remove(Deployment::path(QStringLiteral("Lang/second/Zendel.qm"))));
+    QStringList texts;
+    const QList<Finding> findings = check().findings;
+    for (const Finding &finding : findings)
+        texts += finding.file + QLatin1String(": ") + finding.text;
+    QCOMPARE(
+        texts,
+        QStringList({QStringLiteral("Lang/second/Zendel.qm: file does not exist; a dialog that "
+                                    "needs it uses Lang/chs/Zendel.qm, or has empty texts if "
+                                    "that is missing, too; put the compiled translation there"),
+                     QStringLiteral("Lang/chs/Zendel.qm: file does not exist; a dialog that "
+                                    "needs it has empty texts; put the compiled translation "
+                                    "there")}));
 }
 
 void tst_langcheck_checks::missingFolderIsSpelledOut()

@@ -46,18 +46,16 @@ QString writePage(const QString &path, const QByteArray &page)
     return writeFile(path, page);
 }
 
-QString writePictures(const QString &folder, const QVector<LanguagePictures> &all)
+QString writePicture(const QString &folder, const LanguagePictures &pictures)
 {
-    for (const LanguagePictures &pictures : all) {
-        const QString name =
-            QStringLiteral("language-%1.png").arg(pictures.language.id, 3, 10, QLatin1Char('0'));
-        QString error = writeFile(QDir(folder).filePath(name), toPng(combined(pictures)));
-        if (!error.isEmpty())
-            return error;
-    }
-    return all.isEmpty()
-        ? QString()
-        : writeFile(QDir(folder).filePath(QStringLiteral("languages.png")), toPng(sheet(all)));
+    const QString name =
+        QStringLiteral("language-%1.png").arg(pictures.language.id, 3, 10, QLatin1Char('0'));
+    return writeFile(QDir(folder).filePath(name), toPng(combined(pictures)));
+}
+
+QString writeSheet(const QString &folder, const QVector<LanguagePictures> &all)
+{
+    return writeFile(QDir(folder).filePath(QStringLiteral("languages.png")), toPng(sheet(all)));
 }
 
 QString openPage(const QByteArray &page)

@@ -7,8 +7,11 @@
 
 QString writePage(const QString &path, const QByteArray &page);
 
-/// Writes a picture of each language and one of all.
-QString writePictures(const QString &folder, const QVector<LanguagePictures> &all);
+/// Writes the picture of a language.
+QString writePicture(const QString &folder, const LanguagePictures &pictures);
+
+/// Writes a picture of all languages.
+QString writeSheet(const QString &folder, const QVector<LanguagePictures> &all);
 
 /// Writes the page as langcheck.html into the user's temporary folder and opens it in the browser.
 QString openPage(const QByteArray &page);

@@ -159,9 +159,11 @@ QImage sheet(const QVector<LanguagePictures> &all)
     QSize size;
     for (const LanguagePictures &pictures : all)
         size = size.expandedTo(combinedSize(pictures));
-    // Very many are drawn smaller, because the picture would otherwise need much memory.
-    const qreal scale = all.size() > 64 ? 0.5 : 1;
     const int rows = (all.size() + columns - 1) / columns;
+    // Very many are drawn smaller, because the picture would otherwise need much memory. Qt paints
+    // up to this height.
+    const qreal scale =
+        std::min(all.size() > 64 ? 0.5 : 1.0, 32767.0 / std::max(1, rows * size.height()));
     QImage image(QSize(columns * size.width(), rows * size.height()) * scale, QImage::Format_RGB32);
     image.fill(Qt::white);
     QPainter painter(&image);

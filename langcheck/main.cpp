@@ -47,28 +47,57 @@ int misused(const QString &reason)
     return kFailed;
 }
 
-/// Draws the languages of the report's list, and prints the progress if that takes long.
-QVector<LanguagePictures> drawLanguages(const Report &report)
+/// Prints to stderr what was done, if the last time was more than a second ago.
+class Progress
+{
+public:
+    Progress() { m_timer.start(); }
+
+    void done(const QString &step)
+    {
+        if (m_timer.elapsed() > 1000) {
+            print(stderr, step + QLatin1Char('\n'));
+            m_timer.restart();
+        }
+    }
+
+private:
+    QElapsedTimer m_timer;
+};
+
+/// Draws the languages of the report's list.
+QVector<LanguagePictures> drawLanguages(const Report &report, Progress &progress)
 {
     QVector<LanguagePictures> result;
     const int count = std::min(report.listed.size(), kMostPictures);
-    QElapsedTimer timer;
-    timer.start();
     for (int i = 0; i < count; ++i) {
         result += drawLanguage(report.listed.at(i), i);
-        if (timer.elapsed() > 1000) {
-            print(stderr, QStringLiteral("%1 of %2 languages drawn\n").arg(i + 1).arg(count));
-            timer.restart();
-        }
+        progress.done(QStringLiteral("%1 of %2 languages drawn").arg(i + 1).arg(count));
     }
     return result;
 }
 
-#ifdef Q_OS_WIN
-/// Returns true if langcheck was started with a console of its own, as Explorer does. A program
-/// that reads the output may do that too, but then the output doesn't go to the console.
-bool ownsConsole()
+/// Writes a picture of each language and one of all. Returns what can't be written and why.
+QString writePictures(const QString &folder, const QVector<LanguagePictures> &all,
+                      Progress &progress)
 {
+    for (int i = 0; i < all.size(); ++i) {
+        QString error = writePicture(folder, all.at(i));
+        if (!error.isEmpty())
+            return error;
+        progress.done(QStringLiteral("%1 of %2 pictures written").arg(i + 1).arg(all.size()));
+    }
+    return all.isEmpty() ? QString() : writeSheet(folder, all);
+}
+
+#ifdef Q_OS_WIN
+/// Returns true if langcheck was started with a console of its own, as Explorer does, and without
+/// options: by a double click, or by a folder that was dropped on it. A program that reads the
+/// output may do that too, but then the output doesn't go to the console.
+bool isStartedByExplorer(int argc, char *argv[])
+{
+    if (argc > 2 || (argc == 2 && argv[1][0] == '-'))
+        return false;
     DWORD process = 0;
     DWORD mode = 0;
     return GetConsoleProcessList(&process, 1) == 1
@@ -76,15 +105,17 @@ bool ownsConsole()
 }
 
 /// Shows the report in the browser instead of in the console, which would vanish with langcheck.
-int showInBrowser()
+int showInBrowser(const QFileInfo &folder)
 {
-    FreeConsole();
-    const Report report =
-        checkDeployment(QFileInfo(QCoreApplication::applicationDirPath()).canonicalFilePath());
-    const QImage start = drawStart(report);
-    const QString error = openPage(makePage(report, start, drawLanguages(report)));
-    if (error.isEmpty())
-        return report.exitCode();
+    QString error = QStringLiteral("\"%1\" is not a folder.").arg(folder.filePath());
+    if (folder.isDir()) {
+        const Report report = checkDeployment(folder.canonicalFilePath());
+        Progress progress;
+        const QImage start = drawStart(report);
+        error = openPage(makePage(report, start, drawLanguages(report, progress)));
+        if (error.isEmpty())
+            return report.exitCode();
+    }
     QMessageBox::critical(nullptr, QStringLiteral("langcheck"), error);
     return kFailed;
 }
@@ -96,6 +127,9 @@ int main(int argc, char *argv[])
 {
     qInstallMessageHandler(printFatalMessage);
 #ifdef Q_OS_WIN
+    const bool startedByExplorer = isStartedByExplorer(argc, argv);
+    if (startedByExplorer)
+        FreeConsole(); // Before anything else, because it is on the screen until then.
     const QApplication app(argc, argv);
 #else
     // Texts are measured but not shown, and there may not be a display. The font is the one that Qt
@@ -109,8 +143,10 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationName(QStringLiteral("langcheck"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VERSION));
 #ifdef Q_OS_WIN
-    if (argc == 1 && ownsConsole())
-        return showInBrowser();
+    if (startedByExplorer) {
+        return showInBrowser(QFileInfo(
+            QCoreApplication::arguments().value(1, QCoreApplication::applicationDirPath())));
+    }
 #endif
 
     QCommandLineParser parser;
@@ -167,6 +203,7 @@ int main(int argc, char *argv[])
     if (parser.isSet(pictures) && !QFileInfo(pictureFolder).isDir())
         return misused(QStringLiteral("\"%1\" is not a folder.").arg(pictureFolder));
 
+    Progress progress;
     const Report report = checkDeployment(folder.canonicalFilePath());
     print(stdout,
           parser.isSet(json) ? QString::fromUtf8(QJsonDocument(report.toJson()).toJson())
@@ -174,13 +211,16 @@ int main(int argc, char *argv[])
     if (!parser.isSet(html) && !parser.isSet(pictures))
         return report.exitCode();
 
+    progress.done(QStringLiteral("folder checked"));
     const QImage start = drawStart(report);
-    const QVector<LanguagePictures> languages = drawLanguages(report);
+    const QVector<LanguagePictures> languages = drawLanguages(report, progress);
     QStringList errors;
-    if (parser.isSet(html))
+    if (parser.isSet(html)) {
         errors += writePage(parser.value(html), makePage(report, start, languages));
+        progress.done(QStringLiteral("page written"));
+    }
     if (parser.isSet(pictures))
-        errors += writePictures(pictureFolder, languages);
+        errors += writePictures(pictureFolder, languages, progress);
     errors.removeAll(QString());
     for (const QString &error : qAsConst(errors))
         print(stderr, QStringLiteral("langcheck: %1\n").arg(error));

@@ -1,5 +1,5 @@
-// Tests a double click on langcheck in Explorer, which starts it without arguments and with a
-// console of its own: it opens its page in the browser.
+// Tests langcheck with a console of its own, as Explorer starts it: it opens its page in the
+// browser. From a command prompt it doesn't.
 
 #include "CheckedPage.h"
 #include "support/TestFile.h"
@@ -11,55 +11,121 @@
 
 #include <windows.h>
 
+namespace {
+
+bool isWine()
+{
+    return GetProcAddress(GetModuleHandleW(L"ntdll"), "wine_get_version");
+}
+
+} // namespace
+
 class tst_langcheck_explorer : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void doubleClickOpensTheBrowser();
+    void initTestCase();
+    void cleanupTestCase();
+    void pageOpensInTheBrowser_data();
+    void pageOpensInTheBrowser();
+    void commandPromptShowsTheReport();
+
+private:
+    /// Starts a program with a console of its own and returns its exit code.
+    static int runInNewConsole(const QString &program, const QStringList &arguments);
+
+    QTemporaryDir m_folder;
+    const QString m_opened = m_folder.filePath(QStringLiteral("opened.txt"));
+    const QString m_page = QDir::temp().filePath(QStringLiteral("langcheck.html"));
+    QSettings m_classes {QStringLiteral("HKEY_LOCAL_MACHINE\\Software\\Classes"),
+                         QSettings::NativeFormat};
 };
 
-void tst_langcheck_explorer::doubleClickOpensTheBrowser()
+void tst_langcheck_explorer::initTestCase()
 {
-    if (!GetProcAddress(GetModuleHandleW(L"ntdll"), "wine_get_version"))
+    if (!isWine())
         QSKIP("Under Windows itself, this would change which browser opens pages.");
 
     // The "browser" writes down what it is asked to open, with "/u" in UTF-16.
-    const QTemporaryDir folder;
-    const QString opened = folder.filePath(QStringLiteral("opened.txt"));
-    QSettings classes(QStringLiteral("HKEY_LOCAL_MACHINE\\Software\\Classes"),
-                      QSettings::NativeFormat);
-    classes.setValue(QStringLiteral(".html/."), QStringLiteral("zendeltest"));
-    classes.setValue(QStringLiteral("zendeltest/shell/open/command/."),
-                     QStringLiteral("cmd /u /c echo %1>\"") + QDir::toNativeSeparators(opened)
-                         + QLatin1Char('"'));
-    classes.sync();
+    m_classes.setValue(QStringLiteral(".html/."), QStringLiteral("zendeltest"));
+    m_classes.setValue(QStringLiteral("zendeltest/shell/open/command/."),
+                       QStringLiteral("cmd /u /c echo %1>\"") + QDir::toNativeSeparators(m_opened)
+                           + QLatin1Char('"'));
+    m_classes.sync();
+}
 
-    const QString page = QDir::temp().filePath(QStringLiteral("langcheck.html"));
-    QFile::remove(page);
+void tst_langcheck_explorer::cleanupTestCase()
+{
+    if (!isWine()) // Called even if the tests are skipped.
+        return;
+    m_classes.remove(QStringLiteral(".html"));
+    m_classes.remove(QStringLiteral("zendeltest"));
+}
+
+int tst_langcheck_explorer::runInNewConsole(const QString &program, const QStringList &arguments)
+{
     QProcess process;
-    process.setCreateProcessArgumentsModifier([](QProcess::CreateProcessArguments *arguments) {
-        arguments->flags &= ~DWORD(CREATE_NO_WINDOW);
-        arguments->flags |= CREATE_NEW_CONSOLE;
-        arguments->startupInfo->dwFlags &= ~DWORD(STARTF_USESTDHANDLES);
+    process.setCreateProcessArgumentsModifier([](QProcess::CreateProcessArguments *created) {
+        created->flags &= ~DWORD(CREATE_NO_WINDOW);
+        created->flags |= CREATE_NEW_CONSOLE;
+        created->startupInfo->dwFlags &= ~DWORD(STARTF_USESTDHANDLES);
     });
-    process.start(testFile(QStringLiteral(LANGCHECK_FILE)), QStringList());
-    QVERIFY2(process.waitForFinished(60000), qPrintable(process.errorString()));
-    QCOMPARE(process.exitCode(), 0);
-    QTRY_VERIFY(QFileInfo(opened).size() > 0);
+    process.start(program, arguments);
+    return process.waitForFinished(60000) ? process.exitCode() : -1;
+}
 
-    QFile file(opened);
+void tst_langcheck_explorer::pageOpensInTheBrowser_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("checked");
+    QTest::addColumn<int>("exitCode");
+
+    const QFileInfo langcheck(testFile(QStringLiteral(LANGCHECK_FILE)));
+    QTest::newRow("double click") << QStringList() << langcheck.canonicalPath() << 0;
+    const QDir folder(m_folder.path());
+    QVERIFY(folder.mkdir(QStringLiteral("\u673A \u5668")));
+    const QString dropped = folder.filePath(QStringLiteral("\u673A \u5668"));
+    QTest::newRow("dropped folder")
+        << QStringList {QDir::toNativeSeparators(dropped)} << dropped << 2;
+}
+
+void tst_langcheck_explorer::pageOpensInTheBrowser()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, checked);
+    QFETCH(int, exitCode);
+
+    QFile::remove(m_page);
+    QFile::remove(m_opened);
+    QCOMPARE(runInNewConsole(testFile(QStringLiteral(LANGCHECK_FILE)), arguments), exitCode);
+    QTRY_VERIFY(QFileInfo(m_opened).size() > 0);
+
+    QFile file(m_opened);
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QByteArray bytes = file.readAll();
     const QString path = QDir::fromNativeSeparators(QString::fromUtf16(
         reinterpret_cast<const char16_t *>(bytes.constData()), bytes.size() / 2));
-    QCOMPARE(path.trimmed().toLower(), page.toLower());
-    QFile written(page);
+    QCOMPARE(path.trimmed().toLower(), m_page.toLower());
+    QFile written(m_page);
     QVERIFY(written.open(QIODevice::ReadOnly));
-    CheckedPage::validate(written.readAll());
+    const QByteArray page = written.readAll();
+    CheckedPage::validate(page);
+    QVERIFY2(page.contains("<title>langcheck: " + checked.toUtf8() + "</title>"),
+             page.left(5000).constData());
+}
 
-    classes.remove(QStringLiteral(".html"));
-    classes.remove(QStringLiteral("zendeltest"));
+/// The prompt, too, is a process of the console.
+void tst_langcheck_explorer::commandPromptShowsTheReport()
+{
+    QFile::remove(m_page);
+    QFile::remove(m_opened);
+    QCOMPARE(runInNewConsole(QStringLiteral("cmd"),
+                             {QStringLiteral("/c"),
+                              QDir::toNativeSeparators(testFile(QStringLiteral(LANGCHECK_FILE)))}),
+             0);
+    QVERIFY(!QFile::exists(m_page));
+    QVERIFY(!QFile::exists(m_opened));
 }
 
 QTEST_MAIN(tst_langcheck_explorer)

@@ -135,7 +135,7 @@ def debian_component(package, use, files=()):
     """Describes an installed package."""
     version, architecture, source, source_version, built_using = run(
         "dpkg-query", "-W", "-f", "${Version}\n${Architecture}\n${source:Package}\n"
-        "${source:Version}\n${Built-Using}.", package).split("\n")
+        "${source:Version}\n${Built-Using}.\n", package).split("\n")[:5] # There may be others for i386.
     texts = [read(f"/usr/share/doc/{package}/copyright")]
     # Referred to by the copyright files
     texts += [read(f"/usr/share/common-licenses/{name}")

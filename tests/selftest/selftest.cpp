@@ -50,7 +50,8 @@ struct Function
 struct Result
 {
     Test test;
-    QString failure; ///< Empty if the program has passed
+    QString failure;      ///< Empty if the program has passed
+    bool outside = false; ///< Whether the program failed in another way than by its functions
     QList<Function> functions;
     QString log;
     double seconds = 0;
@@ -89,27 +90,56 @@ QList<Test> readTests()
     return tests;
 }
 
-/// Returns what the log says of each function. Lines after a result belong to it.
+/// Reads the results of the functions in a log. Lines after a result belong to it.
 QList<Function> readFunctions(const QString &log)
 {
     static const QRegularExpression result(
-        QStringLiteral("^(PASS|FAIL!|SKIP|XFAIL|XPASS|BPASS|BFAIL|BSKIP) +: (.+\\))(.*)$"));
+        QStringLiteral("^(PASS|FAIL!|SKIP|XFAIL|XPASS|BPASS|BFAIL|BSKIP) +: (.+)$"));
     QList<Function> functions;
     const QStringList lines = log.split(QLatin1Char('\n'));
     for (const QString &line : lines) {
         const QRegularExpressionMatch match = result.match(line);
-        if (match.hasMatch())
-            functions += {match.captured(2), match.captured(1), match.captured(3).trimmed()};
-        else if (!functions.isEmpty() && line.startsWith(QLatin1Char(' ')))
+        if (match.hasMatch()) {
+            // "NAME(ROW)" and, unless it has passed, " DETAILS"
+            const QString text = match.captured(2).trimmed();
+            const int end =
+                match.captured(1) == QLatin1String("PASS") ? -1 : text.indexOf(QLatin1String(") "));
+            functions += end < 0
+                ? Function {text, match.captured(1), {}}
+                : Function {text.left(end + 1), match.captured(1), text.mid(end + 2)};
+        } else if (!functions.isEmpty() && line.startsWith(QLatin1Char(' ')))
             functions.last().details += QLatin1Char('\n') + line;
     }
     return functions;
 }
 
+/// Ends a program and all that it has started, when this object is destroyed.
+class Job
+{
+public:
+    explicit Job(qint64 processId)
+        : m_job(CreateJobObjectW(nullptr, nullptr))
+    {
+        JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits = {};
+        limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+        SetInformationJobObject(m_job, JobObjectExtendedLimitInformation, &limits, sizeof(limits));
+        HANDLE process = OpenProcess(PROCESS_SET_QUOTA | PROCESS_TERMINATE, FALSE,
+                                     static_cast<DWORD>(processId));
+        AssignProcessToJobObject(m_job, process);
+        CloseHandle(process);
+    }
+    ~Job() { CloseHandle(m_job); }
+    Q_DISABLE_COPY(Job)
+
+private:
+    HANDLE m_job;
+};
+
 Result run(const Test &test)
 {
     Result result;
     result.test = test;
+    result.outside = true;
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     const QString bin = QDir::toNativeSeparators(root() + QLatin1String("/bin"));
@@ -137,6 +167,7 @@ Result run(const Test &test)
         result.failure = QStringLiteral("not started: ") + process.errorString();
         return result;
     }
+    const Job job(process.processId());
     process.closeWriteChannel();
     const QString limit =
         environment.value(QStringLiteral("ZENDEL_LIMIT"), QString::number(kLimit));
@@ -149,12 +180,17 @@ Result run(const Test &test)
                              .arg(static_cast<uint>(process.exitCode()), 8, 16, QLatin1Char('0'));
     } else if (process.exitCode() != 0) {
         result.failure = QStringLiteral("failed with exit code %1").arg(process.exitCode());
+        result.outside = false;
     }
     result.seconds = static_cast<double>(timer.elapsed()) / 1000;
     result.log = QString::fromUtf8(process.readAll()).remove(QLatin1Char('\r'));
     result.functions = readFunctions(result.log);
-    if (result.failure.isEmpty() && result.functions.isEmpty())
+    const QList<Function> &functions = result.functions;
+    if (result.failure.isEmpty() && functions.isEmpty())
         result.failure = QStringLiteral("ran no test functions");
+    else if (std::none_of(functions.begin(), functions.end(),
+                          [](const Function &function) { return function.failed(); }))
+        result.outside = true;
     return result;
 }
 
@@ -241,7 +277,7 @@ void writeText(QIODevice &file, const QList<Result> &results)
     }
     for (const Result &result : results) {
         QString log = result.log;
-        if (!result.failure.isEmpty()) {
+        if (!result.failure.isEmpty() && !log.isEmpty()) {
             out << "\r\n== " << result.test.name << ": " << result.failure << "\r\n"
                 << log.replace(QLatin1Char('\n'), QLatin1String("\r\n"));
         }
@@ -264,13 +300,13 @@ void writeXml(QIODevice &file, const QList<Result> &results)
     xml.writeStartElement(QStringLiteral("testsuites"));
     const auto all = properties();
     for (const Result &result : results) {
-        // What a program does outside its functions, like a crash, counts as one more.
+        // What a program does outside its functions, such as a crash, counts as one more.
         const QList<Function> &functions = result.functions;
         const auto failures = std::count_if(functions.begin(), functions.end(),
                                             [](const Function &f) { return f.failed(); });
         const auto skipped = std::count_if(functions.begin(), functions.end(),
                                            [](const Function &f) { return f.skipped(); });
-        const bool error = !result.failure.isEmpty() && failures == 0;
+        const bool error = !result.failure.isEmpty() && result.outside;
         xml.writeStartElement(QStringLiteral("testsuite"));
         xml.writeAttribute(QStringLiteral("name"), result.test.name);
         xml.writeAttribute(QStringLiteral("tests"),
@@ -347,22 +383,30 @@ int main(int argc, char *argv[])
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX);
     QDir(root()).mkpath(QStringLiteral("temp"));
     QList<Result> results;
-    for (const Test &test : qAsConst(tests)) {
+    for (const Test &test : qAsConst(tests))
+        results += Result {test, QStringLiteral("not run"), true, {}, {}, 0};
+    const auto saveReports = [&results] {
+        return save(QStringLiteral("report.txt"), writeText, results)
+            && save(QStringLiteral("report.xml"), writeXml, results);
+    };
+    for (int i = 0; i < tests.size(); ++i) {
+        // In case Windows itself has to be restarted
+        results[i].failure = QStringLiteral("did not end");
+        if (!saveReports())
+            return 2;
         print(QStringLiteral("%1 of %2  %3")
-                  .arg(results.size() + 1, 2)
+                  .arg(i + 1, 2)
                   .arg(tests.size())
-                  .arg(test.name.leftJustified(32)));
-        results += run(test);
-        const Result &result = results.constLast();
+                  .arg(tests.at(i).name.leftJustified(32)));
+        results[i] = run(tests.at(i));
+        const Result &result = results.at(i);
         print(QStringLiteral("%1 s  %2\n")
                   .arg(result.seconds, 6, 'f', 1)
                   .arg(result.failure.isEmpty() ? QStringLiteral("passed")
                                                 : QLatin1String("FAILED: ") + result.failure));
-        // After each test, so that there is a report even if Windows itself has to be restarted
-        if (!save(QStringLiteral("report.txt"), writeText, results)
-            || !save(QStringLiteral("report.xml"), writeXml, results))
-            return 2;
     }
+    if (!saveReports())
+        return 2;
     QDir(root() + QLatin1String("/temp")).removeRecursively();
 
     const int failed = countFailed(results);

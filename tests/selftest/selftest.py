@@ -7,12 +7,15 @@ and with a program that crashes, hangs or fails. LAUNCHER starts Windows program
 """
 
 import pathlib
+import re
 import shutil
 import subprocess
 import sys
 import tempfile
 import xml.etree.ElementTree
 import zipfile
+
+import pefile
 
 cpack, build, package, misbehave, *launcher = sys.argv[1:]
 work = pathlib.Path(build, "tests/selftest/unpacked")
@@ -55,6 +58,12 @@ dlls = {path.name for path in root.rglob("*.dll")}
 own = {"Zendel.dll", "plugin_without_functions.dll", "plugin_without_release.dll"}
 assert dlls - own <= named and "Qt5Core.dll" in named, f"not in the notices: {dlls - own - named}"
 
+for name in ("Zendel.dll", "langcheck.exe", "zendel-host.exe", "selftest.exe"):
+    resource = pefile.PE(root / "bin" / name).FileInfo[0]
+    strings = {key: value for part in resource if part.Key == b"StringFileInfo"
+               for table in part.StringTable for key, value in table.entries.items()}
+    assert strings[b"OriginalFilename"].decode() == name, f"version resource of {name}: {strings}"
+
 report, suites = run(0, "tst_Catalogue", "tst_CZendelIns_scaled")
 assert "2 of 2 tests passed" in report, report
 for line in ("Windows", "Plug-in", "Qt", "Screen", "Code page"):
@@ -73,12 +82,22 @@ assert attributes(suites[0]) == (0, 0) and sum(attributes(suites[1])) > 0, "repo
 
 shutil.copy(misbehave, root / "tests")
 with open(root / "tests/tests.txt", "a", encoding="utf-8") as file:
-    for name in ("crash", "hang", "fail", "pass"):
-        file.write(f"{name} {pathlib.Path(misbehave).name} ZENDEL_LIMIT=3 {name}\n")
-report, suites = run(1, "crash", "hang", "fail", "pass")
-assert "1 of 4 tests passed" in report, report
-for text in ("crashed with code 0xc0000005", "stopped after 3 seconds", "failed with exit code 1",
+    for name in ("crash", "hang", "alone", "fail", "failcrash", "peek", "pass"):
+        file.write(f"{name} {pathlib.Path(misbehave).name} ZENDEL_LIMIT=6 {name}\n")
+report, suites = run(1, "crash", "hang", "alone", "fail", "failcrash", "peek", "pass")
+assert "3 of 7 tests passed" in report, report
+for text in ("crashed with code 0xc0000005", "stopped after 6 seconds", "failed with exit code 1",
              "'x & y'", "skipped misbehave::third(): Not here"):
     assert text in report, f"not in the report: {text}"
-assert [attributes(suite) for suite in suites] == [(0, 1), (0, 1), (1, 0), (0, 0)], "report.xml"
-assert [suite.get("skipped") for suite in suites] == ["0", "0", "0", "1"], "report.xml"
+assert [attributes(suite) for suite in suites] == [
+    (0, 1), (0, 1), (0, 0), (1, 0), (1, 1), (0, 0), (0, 0)], "report.xml"
+assert [suite.get("skipped") for suite in suites] == [*"0000001"], "report.xml"
+failed = suites[3].findall("testcase")[1]
+assert failed.get("name") == "misbehave::second(a < b)", failed.get("name")
+assert "'x & y' returned FALSE." in failed.find("failure").text, failed.find("failure").text
+# What is left if Windows freezes during a test
+report = (root / "peek.txt").read_text("utf-8-sig")
+assert "1 of 7 tests passed" in report, report
+assert re.search("FAILED  peek .*, did not end\n.*FAILED  pass .*, not run\n", report, re.S), report
+suites = xml.etree.ElementTree.parse(root / "peek.xml").getroot().findall("testsuite")
+assert [attributes(suite) for suite in suites[5:]] == [(0, 1), (0, 1)], "peek.xml"

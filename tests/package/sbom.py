@@ -18,6 +18,9 @@ for file in map(pathlib.Path, sys.argv[1:]):
             licence = re.sub(r"LicenseRef-[\w.-]+", lambda m: "MIT" if m[0] in own else m[0], package[name])
             if licence != "NOASSERTION":
                 errors += licensing.validate(licence).errors
+        # The first package is the archive itself.
+        if package is not document["packages"][0] and not package.get("externalRefs"):
+            errors.append(f"no package URL: {package['name']}")
         for reference in package.get("externalRefs", []):
             if not re.fullmatch(r"pkg:(deb/debian|generic)/[\w.%-]+(@[\w.~:%-]+)?(\?arch=\w+)?",
                                 reference["referenceLocator"]):

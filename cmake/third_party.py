@@ -67,7 +67,7 @@ COMPILED_FROM = {
 QT_FOLDERS = re.compile(r"3rdparty/.*|corelib|gui|widgets|testlib|platformsupport/.*|"
                         r"plugins/platforms/windows|plugins/styles/windowsvista")
 
-# What the licences ask to be said with files of a component
+# Statements that licences require next to the files of a component
 NOTES = {
     "Qt": """\
 Qt is used under the GNU Lesser General Public License, version 3, as DLLs of their own. They were built

@@ -406,7 +406,7 @@ private:
 
     Report &m_report;
     const CatalogueLines &m_lines;
-    QHash<QString, QString> m_codes; ///< The language of each translation, as the file says.
+    QHash<QString, QString> m_codes; ///< The language that each translation names.
     std::optional<QString> m_unusedFolders;
     QSet<QString> m_checked {QString()}; ///< Paths of translations.
     bool m_unused = false; ///< Whether the fallback is checked although the default has a file.

@@ -399,7 +399,7 @@ void tst_langcheck_page::clippedNameIsMarked()
     QVERIFY(pixels(drawLanguage(report.listed.at(1), 1).dialog, kClipped) > 0);
 }
 
-/// The second language has the texts of the fallback.
+/// Shows the second language with the texts of the fallback.
 void tst_langcheck_page::missingFileShowsTheFallback()
 {
     Deployment::installTranslation(QStringLiteral("chs"), QStringLiteral("second"));
@@ -416,7 +416,7 @@ void tst_langcheck_page::missingFileShowsTheFallback()
     QCOMPARE(drawLanguage(report.listed.at(1), 1).texts.count(QString()), 8);
 }
 
-/// Not in that of the file that was checked or drawn last.
+/// Draws the start in that language, not in the one that was checked or drawn last.
 void tst_langcheck_page::startIsShownInItsOwnLanguage()
 {
     Deployment::installTranslation(QStringLiteral("second"), QStringLiteral("second"));
@@ -461,7 +461,7 @@ void tst_langcheck_page::pictureFilesOfTheSample()
     QVERIFY(all.width() >= 2 * one.width() && all.height() >= 11 * one.height());
 }
 
-/// More than the machine can tell apart. Progress is reported if it takes long.
+/// Draws as many as the machine can tell apart, and reports the progress if that takes long.
 void tst_langcheck_page::manyLanguages()
 {
     QByteArray catalogue = "[LANG_MGR]\nDEFAULT=1\n";
@@ -487,7 +487,7 @@ void tst_langcheck_page::manyLanguages()
     QVERIFY(!isBlank(QImage(folder.filePath(QStringLiteral("languages.png")))));
 }
 
-/// With message boxes so high that the picture would have more rows than Qt can paint.
+/// Draws message boxes so high that the picture would have more rows than Qt can paint.
 void tst_langcheck_page::lastLanguageIsOnTheSheet()
 {
     QImage image(400, 700, QImage::Format_RGB32);
@@ -498,7 +498,7 @@ void tst_langcheck_page::lastLanguageIsOnTheSheet()
     QVERIFY(pixels(all, qRgb(0, 0, 255), {0, all.height() - 100, all.width(), 100}) > 0);
 }
 
-/// What a double click in Explorer does, except for the console.
+/// Does what a double click in Explorer does, except for the console.
 void tst_langcheck_page::pageOpensInTheBrowser()
 {
     Browser browser;

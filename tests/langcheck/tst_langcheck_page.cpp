@@ -502,8 +502,9 @@ void tst_langcheck_page::lastLanguageIsOnTheSheet()
 void tst_langcheck_page::pageOpensInTheBrowser()
 {
     Browser browser;
-    QCOMPARE(openPage(page()), QString());
     const QString file = QDir::temp().filePath(QStringLiteral("langcheck.html"));
+    QDir().rmdir(file); // Left by a test that failed below
+    QCOMPARE(openPage(page()), QString());
     QCOMPARE(browser.opened, QList<QUrl> {QUrl::fromLocalFile(file)});
     CheckedPage::validate(read(file));
 

@@ -92,7 +92,9 @@ QString CatalogueMaker::line()
             .arg(number(), oneOf({"=first", "= second", "=none", "=", "=../Lang/second", "=%3"}));
     if (kind <= 11)
         return QStringLiteral("LANG%1_NAME=%2\nLANG%1_FOLDER=first\nLANG%1_SHOW=1")
-            .arg(number(), oneOf({"One", "中文", "é", "Two"}));
+            .arg(number(),
+                 oneOf({"One", "中文", "é", "Two", "<script>x</script>", "\" ' & ]]> -->",
+                        "\x1B[31m\x01\x7F", "\xEF\xBF\xBE"}));
     return QStringLiteral("LANG%1_SHOW%2")
         .arg(number(), oneOf({"=1", "=1", "=1", " = 01", "=0", "=yes", "="}));
 }

@@ -58,6 +58,9 @@ dlls = {path.name for path in root.rglob("*.dll")}
 own = {"Zendel.dll", "plugin_without_functions.dll", "plugin_without_release.dll"}
 assert dlls - own <= named and "Qt5Core.dll" in named, f"not in the notices: {dlls - own - named}"
 
+for path in root.rglob("*"):
+    assert path.is_dir() or build.encode() not in path.read_bytes(), f"{path} contains {build}"
+
 for name in ("Zendel.dll", "langcheck.exe", "zendel-host.exe", "selftest.exe"):
     resource = pefile.PE(root / "bin" / name).FileInfo[0]
     strings = {key: value for part in resource if part.Key == b"StringFileInfo"

@@ -15,6 +15,7 @@ QString printable(const QString &text, int most)
 {
     const QString shown = shortened(text, most);
     QString result;
+    result.reserve(shown.size());
     for (int i = 0; i < shown.size(); ++i) {
         const QChar c = shown.at(i);
         const ushort code = c.unicode();

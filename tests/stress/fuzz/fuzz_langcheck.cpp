@@ -64,6 +64,10 @@ void checkPage(const QByteArray &page)
     }
     if (reader.hasError())
         fail("Not well-formed", reader.errorString());
+    for (const char c : page) { // The reader accepts them.
+        if ((c >= 0 && c < ' ' && c != '\n' && c != '\t') || c == 0x7F)
+            fail("A control character");
+    }
 }
 
 } // namespace

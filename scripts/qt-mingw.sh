@@ -1,14 +1,9 @@
 #!/bin/bash
-# qt-windows.sh [mingw|msvc]
-# Builds Qt 5 (Core, Gui, Widgets, Test) for 64-bit Windows and prints its folder
-# as the last line on stdout; everything else goes to stderr.  mingw, the
-# default, is for GCC and its C++ ABI.  msvc is for Clang and Microsoft's; the
-# folder then also has the headers and libraries that Clang needs, in sysroot/.
+# qt-mingw.sh: builds Qt 5 (Core, Gui, Widgets, Test) for 64-bit Windows with
+# MinGW's GCC and prints its folder as the last line on stdout; everything else
+# goes to stderr.
 #
-#   ZENDEL_QT_WINDOWS=$(scripts/qt-windows.sh) cmake --preset windows
-#   ZENDEL_QT_MSVC=$(scripts/qt-windows.sh msvc) cmake --preset windows-msvc
-#
-# Debian has the compilers but no Qt for them, so Qt is built here, once, from
+# Debian has the compiler but no Qt for it, so Qt is built here, once, from
 # Debian's own source package with Debian's patches.  The result is kept in
 # ${ZENDEL_CACHE:-~/.cache/zendel} under a name made of this recipe and the
 # version of the source: a changed recipe or a newer Qt is built again, next to
@@ -25,6 +20,7 @@ version_package=qtbase5-dev
 packages=(
     dpkg-dev
     g++                             # moc, uic and rcc run on this machine
+    g++-mingw-w64-x86-64-posix
     make
     perl
     xz-utils
@@ -126,42 +122,12 @@ fail() {
     exit 1
 }
 
-here=$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")
-flavour=${1-mingw}
-# Minutes and files were measured with the options above, for the messages.
-case $flavour in
-mingw)
-    minutes=15
-    total=1000
-    packages+=(g++-mingw-w64-x86-64-posix)
-    recipe=("$here/qt-windows.sh")
-    ;;
-msvc)
-    minutes=25
-    total=1000
-    packages+=(
-        binutils-mingw-w64-x86-64   # windres
-        clang-19
-        lld-19
-        libwine                     # names what vcruntime140.dll exports
-        libwine-dev                 # headers of C and of Windows
-        llvm-19
-        mingw-w64-x86-64-dev        # import libraries of Windows
-    )
-    mapfile -t recipe < <(find "$here"/qt-windows.sh "$here"/msvc-sysroot.sh \
-        "$here"/../cmake/msvc -type f ! -name toolchain.cmake | sort)
-    ;;
-*)
-    fail "unknown flavour: $flavour; use mingw or msvc"
-    ;;
-esac
-
-# The locks (descriptors 8 and 9) must not live on in anything a package starts.
+# The lock (descriptor 9) must not live on in anything a package starts.
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then
-        "$@" 8>&- 9>&-
+        "$@" 9>&-
     elif command -v sudo > /dev/null; then
-        sudo "$@" 8>&- 9>&-
+        sudo "$@" 9>&-
     else
         fail "needs root or sudo for: $*" >&4
     fi
@@ -174,8 +140,8 @@ find_prefix() {
     # The same source built once more, by Debian, has a suffix of its own.
     version=$(sed 's/+b[0-9]*$//; s/^(none)$//' <<< "$version")
     local key
-    key=$({ echo "$version"; cat "${recipe[@]}"; } | sha256sum | cut -c1-16)
-    prefix=$cache/qt-windows-$flavour-$key
+    key=$({ echo "$version"; cat "$here"/{qt-mingw,fetch-source}.sh; } | sha256sum | cut -c1-16)
+    prefix=$cache/qt-mingw-$key
 }
 
 print_if_built() {
@@ -189,9 +155,6 @@ install_packages() {
     # Also where nothing is missing: only the current version of a source
     # package can be had, so the lists must be fresh.  Without a network the
     # build fails later and says why.
-    # One build of Qt after the other, because apt doesn't wait for its own lock of the lists.
-    exec 8> "$cache/packages.lock"
-    flock 8
     as_root apt-get update || echo "The package lists could not be refreshed."
     local package missing=()
     for package in "${packages[@]}"; do
@@ -202,45 +165,12 @@ install_packages() {
         as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y \
             --no-install-recommends -o DPkg::Lock::Timeout=600 "${missing[@]}"
     fi
-    exec 8>&-
 }
 
-# Most machines have no source packages in their apt configuration.  The list
-# for them is made from what apt itself knows of its Debian entries, whatever
-# file format they are written in, and apt is run on that list alone, with
-# folders of its own: the configuration of the machine stays as it is, its
-# mirrors and proxies are used, and the signatures are checked as ever.
-#
-# Entries of other vendors are left out by the "Origin" of their signed index:
-# they do not have the package, and not all of them offer sources.
-fetch_sources() {
-    local keyring=/usr/share/keyrings/debian-archive-keyring.gpg
-    mkdir -p apt/lists/partial apt/cache/archives/partial
-    apt-get indextargets 'Created-By: Packages' 'Origin: Debian' \
-        --format "deb-src [signed-by=$keyring] \$(REPO_URI) \$(RELEASE) \$(COMPONENT)" |
-        sort -u > apt/sources.list
-    [ -s apt/sources.list ] || fail "apt has no package lists of Debian"
-
-    local options=(
-        -o Dir::Etc::SourceList="$PWD/apt/sources.list"
-        -o Dir::Etc::SourceParts=/dev/null
-        -o Dir::State::Lists="$PWD/apt/lists"
-        -o Dir::Cache="$PWD/apt/cache"
-        # This folder is closed to the user that apt downloads as.
-        -o APT::Sandbox::User=root
-    )
-    apt-get "${options[@]}" update
-    apt-get "${options[@]}" source --download-only "$source_package=$version"
+fetch_source() {
+    "$here/fetch-source.sh" "$source_package=$version"
     # apt has compared the files with the signed index already.
     dpkg-source --no-check -x "${source_package}_${version#*:}.dsc" source
-
-    if [ "$flavour" = msvc ]; then
-        apt-get "${options[@]}" source --download-only --tar-only llvm-toolchain-19
-        mkdir llvm
-        tar -xf llvm-toolchain-19_*.orig.tar.* -C llvm --strip-components=1 --wildcards \
-            '*/libcxx/include' '*/libcxx/src' '*/libcxx/vendor' '*/compiler-rt/lib/builtins' \
-            '*/libcxx/LICENSE.TXT'
-    fi
 }
 
 patch_source() {
@@ -249,8 +179,6 @@ patch_source() {
     local folder=source/src/plugins/platforms/windows
     sed -i 's/^#if QT_CONFIG(tabletevent)/#if 0/' "$folder"/*.cpp
     sed -i 's/^qtConfig(tabletevent)/false/' "$folder"/windows.pri
-    # Neither MinGW's headers nor Wine's have what this asks for; Qt knows of the former.
-    sed -i 's/^#if !defined(Q_CC_MINGW)$/#if 0/' "$folder/qwindowscontext.cpp"
 }
 
 # Makes the DLLs the same in whatever folder and at whatever time they are built.  -MMD writes down
@@ -265,8 +193,9 @@ set_compiler_options() {
 
 # Reads what make prints and says now and then how far it is.
 follow() {
-    awk -v flavour="$flavour" -v total="$total" '/^compiling / && ++n % 50 == 0 {
-        printf "%s: compiled %d of about %d files\n", flavour, n, total
+    # The number was measured with the options above.
+    awk '/^compiling / && ++n % 50 == 0 {
+        printf "Qt: compiled %d of about 1000 files\n", n
         fflush()
     }'
 }
@@ -287,17 +216,6 @@ set_up_mingw() {
     )
 }
 
-set_up_msvc() {
-    local sysroot=$work/root$prefix/sysroot
-    echo "$flavour: building the C++ library"
-    "$here/msvc-sysroot.sh" "$sysroot" llvm >> "$log" 2>&1
-    cp -r "$here/../cmake/msvc/mkspec" source/mkspecs/win32-clang-cross
-    configure_options+=(
-        -xplatform win32-clang-cross
-        -device-option MSVC_SYSROOT="$sysroot"
-    )
-}
-
 build() {
     # Flags of the caller would reach some of the compilers and not others.
     unset CFLAGS CXXFLAGS CPPFLAGS LDFLAGS
@@ -306,14 +224,14 @@ build() {
     export MAKEFLAGS
 
     set_compiler_options
-    "set_up_$flavour"
+    set_up_mingw
     mkdir build
     cd build
-    echo "$flavour: configuring"
+    echo "configuring"
     # Qt is told its final place, and put there by the rename at the end.
     ../source/configure -prefix "$prefix" "${configure_options[@]}" >> "$log" 2>&1
     make 2>&1 | tee -a "$log" | follow
-    echo "$flavour: installing"
+    echo "installing"
     make -j1 install INSTALL_ROOT="$work/root" >> "$log" 2>&1
     cd "$work"
 }
@@ -335,12 +253,9 @@ copy_notices() {
         sed -E 's!^\./([^:]*)/(\.[^:]*|Makefile\.Release):.*source/!\1 !' |
         sort -u > "$folder/compiled"
     echo "$source_package $version" > "$folder/source"
-    if [ "$flavour" = msvc ]; then
-        cp llvm/libcxx/LICENSE.TXT "$folder/LLVM-LICENSE.TXT"
-        dpkg-query -W -f '${source:Package} ${source:Version}\n' clang-19 > "$folder/llvm-source"
-    fi
 }
 
+here=$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")
 cache=$(realpath -m "${ZENDEL_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/zendel}")
 
 find_prefix
@@ -348,37 +263,38 @@ print_if_built
 
 # One build at a time: who comes second waits and then finds the result.
 mkdir -p "$cache"
-exec 9> "$cache/qt-windows-$flavour.lock"
+exec 9> "$cache/qt-mingw.lock"
 if ! flock -n 9; then
-    echo "Waiting for another build of Qt for Windows."
+    echo "Waiting for another build of Qt for MinGW."
     flock 9
 fi
 print_if_built
 # Left by builds that were killed.
-rm -rf "$cache/build-$flavour".*
+rm -rf "$cache/build-mingw".*
 
-echo "Building Qt for Windows ($flavour), once: about $minutes minutes on 2 cores."
-log=$cache/qt-windows-$flavour.log
-work=$(mktemp -d "$cache/build-$flavour.XXXXXX")
+echo "Building Qt for MinGW, once: about 15 minutes on 2 cores."
+log=$cache/qt-mingw.log
+work=$(mktemp -d "$cache/build-mingw.XXXXXX")
 finish() {
     rm -rf "$work" || true          # what is left, the next build removes
     if [ -d "$prefix" ]; then
         rm -f "$log"
     else
-        echo "${0##*/}: Qt for Windows was not built, see $log"
+        tail -n 20 "$log"
+        echo "${0##*/}: Qt for MinGW was not built; the whole log is $log"
     fi
 }
 trap finish EXIT
 : > "$log"
 
 cd "$work"
-echo "$flavour: installing packages"
+echo "installing packages"
 install_packages >> "$log" 2>&1
 find_prefix
 print_if_built
 [ -n "$version" ] || fail "apt does not know $version_package"
-echo "$flavour: fetching $source_package $version"
-fetch_sources >> "$log" 2>&1
+echo "fetching $source_package $version"
+fetch_source >> "$log" 2>&1
 patch_source
 build
 copy_notices "$work/root$prefix/share/doc"

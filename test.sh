@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# test.sh [linux|windows|msvc|coverage] [CTEST-OPTION...]: installs missing packages, builds, checks
+# test.sh [linux|windows|msvc [all-qt]|coverage] [CTEST-OPTION...]: installs missing packages, builds, checks
 # the sources and runs all tests: on Linux and, through Wine, on Windows with the builds for MinGW
 # ("windows") and for Microsoft's C++ ABI ("msvc"); or on the given platform only.
 # With CTest options it skips the source checks: "./test.sh linux -R tst_Zendel" runs one test.
-# "coverage" runs scripts/coverage.sh.
+# With "all-qt", the DLL for Microsoft's C++ ABI is tested on every official version of Qt, otherwise on
+# four. "coverage" runs scripts/coverage.sh.
 set -euo pipefail
 cd "$(dirname "$0")"
 
@@ -19,6 +20,11 @@ linux | windows | msvc)
     shift
     ;;
 esac
+configuration=()
+if [[ ${1-} == all-qt ]]; then
+    configuration=(-C all-qt)
+    shift
+fi
 
 step() {
     printf '\n== %s\n' "$*"
@@ -39,6 +45,14 @@ run_tests() {
 
     step "$platform: packages and build"
     scripts/build.sh "$preset" -D ZENDEL_BUILD_DOCS="$docs"
+    if [[ $platform == msvc ]]; then
+        local runtime=${ZENDEL_QT_MSVC:-$(scripts/qt-msvc.sh)}/runtime
+        if [[ -d $runtime ]]; then
+            emulator=(scripts/wine.sh --runtime "$runtime" --session)
+        else
+            echo "$runtime, Microsoft's run-time library, is missing; the tests use Wine's."
+        fi
+    fi
     if (($# == 0)) && [[ $platform != msvc ]]; then
         step "$platform: source checks"
         if [[ $platform == linux ]]; then
@@ -49,7 +63,8 @@ run_tests() {
     step "$platform: tests"
     # Options may select tests that only one platform has.
     local options=("${@---no-tests=error}")
-    "${emulator[@]}" ctest --preset "$preset" -j "$(nproc)" "${options[@]}"
+    "${emulator[@]}" ctest --preset "$preset" -j "$(nproc)" \
+        "${configuration[@]}" "${options[@]}"
     if (($# == 0)) && [[ $platform == linux ]]; then
         step "$platform: fuzzers"
         scripts/fuzz.sh 60
@@ -57,21 +72,6 @@ run_tests() {
 }
 
 status=0
-if ((${#platforms[@]} > 1)); then
-    # Both at once, because parts of each build keep only one processor busy.
-    step "Qt for Windows"
-    scripts/install-packages.sh windows
-    scripts/install-packages.sh msvc
-    builds=()
-    for flavour in mingw msvc; do
-        scripts/qt-windows.sh "$flavour" >/dev/null &
-        builds+=($!)
-    done
-    for build in "${builds[@]}"; do
-        wait "$build" || { status=1 && platforms=(linux); }
-    done
-fi
-
 # Tests the next platform even if one fails
 set +e
 for platform in "${platforms[@]}"; do

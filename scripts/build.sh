@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# build.sh PRESET [CMAKE-OPTION...]: installs missing packages and, for a Windows preset, builds Qt if
-# it is missing; then configures and builds the preset.
+# build.sh PRESET [CMAKE-OPTION...]: installs missing packages and, for a Windows preset, builds or
+# fetches Qt if it is missing; then configures and builds the preset.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 preset=$1
@@ -15,11 +15,12 @@ scripts/install-packages.sh "$platform"
 
 case $platform in
 msvc)
-    ZENDEL_QT_MSVC=$(scripts/qt-windows.sh msvc)
+    : "${ZENDEL_QT_MSVC:=$(scripts/qt-msvc.sh)}"
     export ZENDEL_QT_MSVC
+    scripts/msvc-sysroot.sh >/dev/null
     ;;
 windows)
-    ZENDEL_QT_WINDOWS=$(scripts/qt-windows.sh mingw)
+    ZENDEL_QT_WINDOWS=$(scripts/qt-mingw.sh)
     export ZENDEL_QT_WINDOWS
     ;;
 esac

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # install-packages.sh [windows|msvc]: installs missing Debian packages for building, tests and the
 # demo, as root or with sudo; with "windows" or "msvc" also those for that Windows build.
-# scripts/qt-windows.sh installs the packages for building Qt.
+# scripts/qt-mingw.sh installs the packages for building Qt.
 set -euo pipefail
 
 packages=(
@@ -23,7 +23,8 @@ windows)
     packages+=(fonts-wine python3-license-expression python3-pefile wine wine64)
     ;;
 msvc)
-    packages+=(clang-19 lld-19 llvm-19 libwine-dev mingw-w64-x86-64-dev)
+    packages+=(binutils-mingw-w64-x86-64 clang-19 dpkg-dev lld-19 llvm-19 xz-utils)
+    packages+=(libwine libwine-dev mingw-w64-x86-64-dev osslsigncode python3-pip)
     packages+=(fonts-wine python3-license-expression python3-pefile wine wine64)
     ;;
 esac

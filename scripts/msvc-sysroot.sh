@@ -1,15 +1,52 @@
-#!/bin/bash
-# msvc-sysroot.sh FOLDER LLVM-SOURCE: collects what Clang needs to compile and link for
-# Microsoft's C++ ABI, without anything of Microsoft's: libc++ and the stack probe, from LLVM's
-# source; the start of programs and DLLs, from cmake/msvc/runtime; import libraries. Libraries have
-# the names that Microsoft's have, so that clang and CMake find them.
+#!/usr/bin/env bash
+# msvc-sysroot.sh: collects what Clang needs to compile and link for Microsoft's C++ ABI, without
+# anything of Microsoft's, and prints its folder as the last line on stdout: libc++ and the stack
+# probe, from LLVM's source; the start of programs and DLLs, from cmake/msvc/runtime; import libraries.
+# Libraries have the names that Microsoft's have, so that clang and CMake find them.
+#
+# The result is kept in ${ZENDEL_CACHE:-~/.cache/zendel}, and may be deleted there at any time.
 set -euo pipefail
+export LC_ALL=C
+exec 3>&1 >&2
 
-folder=$(realpath -m "$1")
-llvm=$(realpath "$2")
-msvc=$(cd "$(dirname "${BASH_SOURCE[0]}")/../cmake/msvc" && pwd)
+here=$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")
+msvc=$(realpath "$here/../cmake/msvc")
 mingw=/usr/x86_64-w64-mingw32/lib
+cache=$(realpath -m "${ZENDEL_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/zendel}")
 export PATH=/usr/lib/llvm-19/bin:$PATH
+
+key=$({ dpkg-query -W clang-19 libwine-dev mingw-w64-x86-64-dev
+    cat "$here"/{msvc-sysroot,fetch-source}.sh "$msvc"/{__config_site,clang.cfg.in}
+    find "$msvc"/{include,runtime} -type f | sort | xargs cat; } | sha256sum | cut -c1-16)
+result=$cache/msvc-sysroot-$key
+if [[ -d $result ]]; then
+    echo "$result" >&3
+    exit 0
+fi
+
+mkdir -p "$cache"
+work=$(mktemp -d "$cache/build-msvc-sysroot.XXXXXX")
+log=$cache/msvc-sysroot.log
+finish() {
+    rm -rf "$work"
+    if [[ ! -d $result ]]; then
+        tail -n 20 "$log" >&4
+        echo "${0##*/}: failed; the whole log is $log" >&4
+    fi
+}
+trap finish EXIT
+exec 4>&1 >"$log" 2>&1
+cd "$work"
+
+llvm_version=$(dpkg-query -W -f '${source:Version}' clang-19)
+echo "fetching llvm-toolchain-19 $llvm_version" >&4
+"$here/fetch-source.sh" "llvm-toolchain-19=$llvm_version" --tar-only
+mkdir llvm
+tar -xf llvm-toolchain-19_*.orig.tar.* -C llvm --strip-components=1 --wildcards \
+    '*/libcxx/include' '*/libcxx/src' '*/libcxx/vendor' '*/compiler-rt/lib/builtins' \
+    '*/libcxx/LICENSE.TXT'
+rm llvm-toolchain-19_*
+folder=$work/sysroot llvm=$work/llvm
 
 # replace LINE TEXT FILE: prints the file with this line changed; fails if it is not there.
 replace() {
@@ -26,6 +63,12 @@ cp -r "$msvc/include" "$folder/include/windows"
 replace '  virtual const char* what() const _NOEXCEPT;' \
     '  virtual const char* what() const _NOEXCEPT; private: const char* __text = nullptr; bool __owned = false;' \
     "$llvm/libcxx/include/__exception/exception.h" > "$folder/include/c++/__exception/exception.h"
+# Microsoft's std::initializer_list has a pointer to the end, not a size; functions of Qt take one.
+sed 's/size_t __size_;/const _Ep* __end_;/; s/__size_(__s)/__end_(__b + __s)/
+     s/__size_(0)/__end_(nullptr)/; s/return __size_;/return __end_ - __begin_;/
+     s/__begin_ + __size_;/__end_;/' \
+    "$llvm/libcxx/include/initializer_list" > "$folder/include/c++/initializer_list"
+(($(grep -c __end_ "$folder/include/c++/initializer_list") == 5))
 # Microsoft's library writes all 8 bytes.
 replace 'typedef int mbstate_t;' \
     'typedef struct { unsigned wide; unsigned short byte, state; } mbstate_t;' \
@@ -52,7 +95,7 @@ libcxx() {
     (cd "$llvm/libcxx/src" && ls ./*.cpp filesystem/*.cpp support/win32/*.cpp) |
         grep -vE '/exception\.cpp|compiler_rt_shims|legacy_|int128|print|random_shuffle|strstream|tz|debug'
 }
-echo "compiling libc++"
+echo "compiling libc++" >&4
 # For Windows 7, like Qt. The last two are missing in Wine's headers.
 options=(-std=c++23 -w -DNDEBUG -DNOMINMAX -D_LIBCPP_BUILDING_LIBRARY
     -D_WIN32_WINNT=0x0601 -D_WIN32_WINNT_WIN8=0x0602 -D_WIN32_WINNT_WIN10=0x0a00
@@ -112,4 +155,8 @@ llvm-ar d "$folder/lib/shell32.lib" lib64_libshell32_a-shell32.o
 # CMake always links it. Microsoft's has the names of C functions without their underscore.
 llvm-ar qcs "$folder/lib/oldnames.lib"
 
-cp "$msvc/link" "$msvc/relative-source.sh" "$folder/"
+mkdir "$folder/doc"
+cp "$llvm/libcxx/LICENSE.TXT" "$folder/doc/LLVM-LICENSE.TXT"
+echo "llvm-toolchain-19 $llvm_version" > "$folder/doc/llvm-source"
+mv -T "$folder" "$result" 2>/dev/null || [[ -d $result ]]
+echo "$result" >&3

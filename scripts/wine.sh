@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# wine.sh [--visible] PROGRAM [ARGUMENT...]
-# wine.sh [--visible] --session COMMAND [ARGUMENT...]
+# wine.sh [--visible] [--runtime FOLDER] PROGRAM [ARGUMENT...]
+# wine.sh [--visible] [--runtime FOLDER] --session COMMAND [ARGUMENT...]
 # Runs a Windows program in a new Wine and exits with the program's code. With --session, runs a
 # Linux command, and all Windows programs that it starts with wine.sh share one Wine. The windows are
-# on a virtual display, with --visible on the real one.
+# on a virtual display, with --visible on the real one. The DLLs in the folder replace Wine's own in
+# system32, where an installer would put them.
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 
@@ -11,6 +12,10 @@ visible=
 if [[ ${1-} == --visible ]]; then
     visible=1
     shift
+fi
+if [[ ${1-} == --runtime ]]; then
+    export ZENDEL_WINE_RUNTIME=$2
+    shift 2
 fi
 
 # The binary itself, because Debian's wrapper complains if 32-bit Wine is missing.
@@ -41,7 +46,13 @@ shift
 
 export ZENDEL_WINE_SESSION=1 WINEDEBUG=-all LC_ALL=C.UTF-8
 # Without .NET and the browser, which Wine would offer to download, and without menu entries.
-export WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe=d'
+WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe=d'
+if [[ -n ${ZENDEL_WINE_RUNTIME-} ]]; then
+    for dll in "$ZENDEL_WINE_RUNTIME"/*.dll; do
+        WINEDLLOVERRIDES+=";$(basename "$dll" .dll)=n"
+    done
+fi
+export WINEDLLOVERRIDES
 WINEPREFIX=$(mktemp -d "${TMPDIR:-/tmp}/zendel-wine.XXXXXX")
 export WINEPREFIX
 server=$(command -v wineserver || echo /usr/lib/wine/wineserver64)
@@ -58,6 +69,9 @@ if ! { "$server" -p && "$wine" wineboot --init; } >"$WINEPREFIX.log" 2>&1; then
     exit 1
 fi
 rm "$WINEPREFIX.log"
+if [[ -n ${ZENDEL_WINE_RUNTIME-} ]]; then
+    cp "$ZENDEL_WINE_RUNTIME"/*.dll "$WINEPREFIX/drive_c/windows/system32/"
+fi
 
 set_value() {
     "$wine" reg add "$1" /v "$2" /d "$3" /f >/dev/null

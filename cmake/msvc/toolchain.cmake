@@ -1,25 +1,23 @@
 # Toolchain file: 64-bit Windows programs with Microsoft's C++ ABI, built on Linux with Clang.
 #
-# CMAKE_PREFIX_PATH contains the folder that "scripts/qt-windows.sh msvc" prints.
+# CMAKE_PREFIX_PATH is the folder that scripts/qt-msvc.sh prints, or that of an installed kit of Qt 5.15
+# for MSVC.
 
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
-set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES CMAKE_PREFIX_PATH)
+set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES CMAKE_PREFIX_PATH ZENDEL_MSVC_SYSROOT)
 set(CMAKE_TRY_COMPILE_CONFIGURATION Release) # There is no run-time library for debugging.
 
-foreach(folder IN LISTS CMAKE_PREFIX_PATH)
-    if(EXISTS ${folder}/sysroot/clang.cfg)
-        set(CMAKE_C_COMPILER clang-19 --config=${folder}/sysroot/clang.cfg)
-        # Compile Qt's inline functions here, as other compilers do, instead of importing them: the
-        # plug-in then needs fewer functions of its host's Qt.
-        set(CMAKE_CXX_COMPILER clang++-19
-            "--config=${folder}/sysroot/clang++.cfg -Xclang -fno-dllexport-inlines")
-    endif()
-endforeach()
-if(NOT CMAKE_CXX_COMPILER)
-    message(FATAL_ERROR "No folder in CMAKE_PREFIX_PATH has sysroot/clang.cfg: "
-                        "${CMAKE_PREFIX_PATH}")
+if(NOT ZENDEL_MSVC_SYSROOT)
+    execute_process(COMMAND ${CMAKE_CURRENT_LIST_DIR}/../../scripts/msvc-sysroot.sh
+                    OUTPUT_VARIABLE ZENDEL_MSVC_SYSROOT OUTPUT_STRIP_TRAILING_WHITESPACE
+                    COMMAND_ERROR_IS_FATAL ANY)
 endif()
+set(CMAKE_C_COMPILER clang-19 --config=${ZENDEL_MSVC_SYSROOT}/clang.cfg)
+# Compile Qt's inline functions here, as other compilers do, instead of importing them: the plug-in
+# then needs fewer functions of its host's Qt.
+set(CMAKE_CXX_COMPILER clang++-19
+    "--config=${ZENDEL_MSVC_SYSROOT}/clang++.cfg -Xclang -fno-dllexport-inlines")
 set(CMAKE_AR llvm-ar-19)
 set(CMAKE_LINKER lld-link-19)
 set(CMAKE_NM llvm-nm-19)
@@ -30,6 +28,7 @@ set(CMAKE_RC_FLAGS_INIT "-I /usr/include/wine/wine/windows")
 
 # Programs run during the build (moc, uic, rcc) and are Linux ones; headers, libraries and packages
 # must never be those of this machine.
+set(Qt5_DIR ${CMAKE_CURRENT_LIST_DIR}/qt)
 set(CMAKE_FIND_ROOT_PATH ${CMAKE_PREFIX_PATH})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)

@@ -443,7 +443,8 @@ void tst_DlgSettings::styleSheetAppliesToTheTabs()
 
 void tst_DlgSettings::styleSheetIsReadAsUtf8()
 {
-    Q_CLEANUP_RESOURCE(style);
+    Q_CLEANUP_RESOURCE(style_3);
+    Q_CLEANUP_RESOURCE(style_1);
     const QString other = testFile(QStringLiteral("../data/other_style.rcc"));
     QVERIFY(QResource::registerResource(other));
     {
@@ -451,12 +452,14 @@ void tst_DlgSettings::styleSheetIsReadAsUtf8()
         QVERIFY(dialog.styleSheet().contains(QStringLiteral("样式")));
     }
     QVERIFY(QResource::unregisterResource(other));
-    Q_INIT_RESOURCE(style);
+    Q_INIT_RESOURCE(style_3);
+    Q_INIT_RESOURCE(style_1);
 }
 
 void tst_DlgSettings::dialogWorksWithoutStyleSheet()
 {
-    Q_CLEANUP_RESOURCE(style);
+    Q_CLEANUP_RESOURCE(style_3);
+    Q_CLEANUP_RESOURCE(style_1);
     QVERIFY(styleSheetFile().isEmpty());
     {
         DlgSettings dialog;
@@ -465,7 +468,8 @@ void tst_DlgSettings::dialogWorksWithoutStyleSheet()
         dialog.show();
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
     }
-    Q_INIT_RESOURCE(style);
+    Q_INIT_RESOURCE(style_3);
+    Q_INIT_RESOURCE(style_1);
     QVERIFY(!styleSheetFile().isEmpty());
 }
 

@@ -7,26 +7,31 @@
 
 namespace {
 
-int registrations = 0;
-int formatVersion = 0;
-const unsigned char *registeredData = nullptr;
-const unsigned char *unregisteredData = nullptr;
+using Resource = QPair<int, const unsigned char *>; // Format and data
+
+QVector<Resource> registered;
+QVector<Resource> unregistered;
+
+/// Returns the file in a resource: its length and its bytes.
+QByteArray file(const Resource &resource)
+{
+    return QByteArray(reinterpret_cast<const char *>(resource.second + 4),
+                      qFromBigEndian<qint32>(resource.second));
+}
 
 } // namespace
 
 bool qRegisterResourceData(int version, const unsigned char * /*tree*/,
                            const unsigned char * /*name*/, const unsigned char *data)
 {
-    ++registrations;
-    formatVersion = version;
-    registeredData = data;
+    registered.append({version, data});
     return true;
 }
 
-bool qUnregisterResourceData(int /*version*/, const unsigned char * /*tree*/,
+bool qUnregisterResourceData(int version, const unsigned char * /*tree*/,
                              const unsigned char * /*name*/, const unsigned char *data)
 {
-    unregisteredData = data;
+    unregistered.append({version, data});
     return true;
 }
 
@@ -35,38 +40,39 @@ class tst_resource : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void registersItselfOnceInFormatVersion3()
+    void registersItselfInFormat3AndForOldVersionsOfQtInFormat1()
     {
-        QCOMPARE(registrations, 1);
-        QCOMPARE(formatVersion, 3);
+        QCOMPARE(registered.size(), 2);
+        QCOMPARE(registered.at(0).first, 3);
+        QCOMPARE(registered.at(1).first, 1);
     }
 
-    void dataIsTheLengthAndTheFile()
+    void dataIsTheFile()
     {
         QFile source(testFile(QStringLiteral(STYLE_SHEET)));
         QVERIFY(source.open(QIODevice::ReadOnly));
         const QByteArray bytes = source.readAll();
-        const auto size = qFromBigEndian<quint32>(registeredData);
-        QCOMPARE(size, quint32(bytes.size()));
-        QCOMPARE(QByteArray(reinterpret_cast<const char *>(registeredData + 4), int(size)), bytes);
+        QCOMPARE(file(registered.at(0)), bytes);
+        QCOMPARE(file(registered.at(1)), bytes);
     }
 
     void contentHasTheKnownHash()
     {
         // Prevents accidental changes of the file.
-        const auto size = qFromBigEndian<qint32>(registeredData);
-        QCOMPARE(size, 759);
-        const QByteArray bytes(reinterpret_cast<const char *>(registeredData + 4), size);
+        const QByteArray bytes = file(registered.at(0));
+        QCOMPARE(bytes.size(), 759);
         QCOMPARE(QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex(),
                  QByteArray("f105a5cc5a83f2c407c057612a76eb5c5b1d3342dc868ef82d38fe59c9ae65d3"));
     }
 
     void unregistersTheSameData()
     {
-        Q_CLEANUP_RESOURCE(style);
-        QCOMPARE(unregisteredData, registeredData);
-        Q_INIT_RESOURCE(style);
-        QCOMPARE(registrations, 2);
+        Q_CLEANUP_RESOURCE(style_3);
+        Q_CLEANUP_RESOURCE(style_1);
+        QCOMPARE(unregistered, registered);
+        Q_INIT_RESOURCE(style_3);
+        Q_INIT_RESOURCE(style_1);
+        QCOMPARE(registered.size(), 4);
     }
 };
 

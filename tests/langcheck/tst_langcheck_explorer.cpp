@@ -65,14 +65,24 @@ void tst_langcheck_explorer::cleanupTestCase()
 
 int tst_langcheck_explorer::runInNewConsole(const QString &program, const QStringList &arguments)
 {
-    QProcess process;
-    process.setCreateProcessArgumentsModifier([](QProcess::CreateProcessArguments *created) {
-        created->flags &= ~DWORD(CREATE_NO_WINDOW);
-        created->flags |= CREATE_NEW_CONSOLE;
-        created->startupInfo->dwFlags &= ~DWORD(STARTF_USESTDHANDLES);
-    });
-    process.start(program, arguments);
-    return process.waitForFinished(60000) ? process.exitCode() : -1;
+    // Not with QProcess: its setCreateProcessArgumentsModifier() takes a std::function, whose
+    // layout in Qt's DLL is that of Microsoft's library.
+    QString line = QLatin1Char('"') + QDir::toNativeSeparators(program) + QLatin1Char('"');
+    for (const QString &argument : arguments)
+        line += argument.contains(QLatin1Char(' ')) ? QStringLiteral(" \"%1\"").arg(argument)
+                                                    : QLatin1Char(' ') + argument;
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof(startup);
+    PROCESS_INFORMATION process = {};
+    if (!CreateProcessW(nullptr, reinterpret_cast<wchar_t *>(line.data()), nullptr, nullptr, FALSE,
+                        CREATE_NEW_CONSOLE, nullptr, nullptr, &startup, &process))
+        return -1;
+    WaitForSingleObject(process.hProcess, 60000);
+    DWORD exitCode = 0;
+    GetExitCodeProcess(process.hProcess, &exitCode); // STILL_ACTIVE after a timeout
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    return static_cast<int>(exitCode);
 }
 
 void tst_langcheck_explorer::pageOpensInTheBrowser_data()

@@ -1,14 +1,16 @@
 #!/usr/bin/env python3
-"""imports.py PLUGIN PAGE PUBLISHED UNPUBLISHED QT-FOLDER LINUX-LIBRARY...
+"""imports.py BUILD-FOLDER QT-FOLDER NEWER PAGE
+imports.py --update QT-FOLDER... > NEWER
 
-With Microsoft's ABI, a function that the plug-in needs must have the same name in the Qt of every
-host. Fails unless each function that PLUGIN imports from Qt is
-- in the list of PAGE, which host developers can compare with their Qt, and nothing else is;
-- exported by our Qt, in QT-FOLDER;
-- in the file PUBLISHED, which lists what an official build exports, or in UNPUBLISHED, which names
-  those that such a listing leaves out;
-- exported by Qt's LINUX-LIBRARYs, so that the name isn't one of our compiler's alone;
-- without a type of the C++ standard library, because those differ between compilers.
+Official builds of Qt 5 are binary compatible, but only upwards, and programs find functions in them by
+name. Fails unless what the plug-in and the programs in BUILD-FOLDER import from Qt
+- is exported by Qt's DLLs in QT-FOLDER;
+- is in the list of PAGE, which host developers can compare with their Qt, if the plug-in imports it, and
+  nothing else is;
+- is in each official version since 5.6, if it is imported by the plug-in or another program that runs on
+  these: it isn't in the file NEWER, which --update makes from the DLLs of all versions, oldest first;
+- has no type of the C++ standard library, because those differ between compilers, except for
+  std::initializer_list, which has Microsoft's layout here.
 """
 
 import pathlib
@@ -17,68 +19,78 @@ import sys
 
 import pefile
 
-sys.path.insert(0, str(pathlib.Path(__file__).parent.parent / "support"))
-from symbols import demangle, exported  # noqa: E402
-
-# Inline functions that the header defines outside their class. Microsoft's compiler exports such a
-# function from an exported class, others compile it into each program.
-INLINE = {
-    "QWidget::resize(int,int)",
-    "QWidget::setMaximumSize(QSizeconst&)",
-    "QWidget::setMinimumSize(QSizeconst&)",
-}
+# What runs on a host's Qt, and the tests that do on each version
+ON_EVERY_QT = ["Zendel", "langcheck", "zendel-host", "selftest", "tst_Zendel", "tst_Zendel_win32",
+               "tst_c_host", "tst_runtime_win32"]
 
 
 def read(path):
-    """Returns the lines "DLL function" of a file, without indentation."""
-    lines = pathlib.Path(path).read_text("utf-8").splitlines()
-    return [line.strip() for line in lines if re.match(r" *Qt5\w+\.dll ", line)]
+    """Returns the lines "DLL function" of a file, without what is before the DLL."""
+    return re.findall(r"\b(Qt5\w+\.dll \S+)$", pathlib.Path(path).read_text("utf-8"), re.MULTILINE)
 
 
-def imports(plugin):
-    """Returns the functions that it imports from Qt, as lines "DLL function"."""
-    entries = pefile.PE(plugin).DIRECTORY_ENTRY_IMPORT
-    return [f"{entry.dll.decode()} {function.name.decode()}" for entry in entries
-            if entry.dll.startswith(b"Qt5") for function in entry.imports]
+def imports(path):
+    """Returns what a program or DLL imports from Qt, as lines "DLL function"."""
+    entries = getattr(pefile.PE(path), "DIRECTORY_ENTRY_IMPORT", [])
+    return {f"{entry.dll.decode()} {function.name.decode()}" for entry in entries
+            if entry.dll.startswith(b"Qt5") for function in entry.imports}
 
 
-def without_sizes(name):
-    """Spells the integer types of both platforms alike."""
-    name = name.replace("unsigned__int64", "size_t").replace("__int64", "int64")
-    return name.replace("unsignedlong", "size_t").replace("longlong", "int64")
+def exports(folder):
+    """Returns what the DLLs of Qt in a folder export, as lines "DLL function"."""
+    lines = set()
+    for path in pathlib.Path(folder, "bin").glob("Qt5*.dll"):
+        # Without pefile's limit of 8192
+        dll = pefile.PE(path, fast_load=True, max_symbol_exports=0x10000)
+        dll.parse_data_directories(pefile.DIRECTORY_ENTRY["IMAGE_DIRECTORY_ENTRY_EXPORT"])
+        lines |= {f"{path.name} {symbol.name.decode()}" for symbol in dll.DIRECTORY_ENTRY_EXPORT.symbols}
+    return lines
+
+
+def update(folders):
+    """Prints what the last version exports, but not each one, with the version that has it since."""
+    names = [re.search(r"qt-msvc-([\d.]+)", folder)[1] for folder in folders]
+    versions = [exports(folder) for folder in folders]
+    print(f"Functions of Qt {names[-1]} for MSVC that an older official build lacks, after the version since")
+    print(f"which they are in each one. Compared: {', '.join(names)}.\n")
+    lines = []
+    for line in versions[-1]:
+        since = len(versions) - 1
+        while since > 0 and line in versions[since - 1]:
+            since -= 1
+        if since > 0:
+            lines.append((since, line))
+    for since, line in sorted(lines):
+        print(names[since], line)
 
 
 def main():
-    plugin, page, published, unpublished, qt, *linux_libraries = sys.argv[1:]
-    lines = sorted(imports(plugin))
+    if sys.argv[1] == "--update":
+        return update(sys.argv[2:])
+    build, qt, newer, page = sys.argv[1:]
+    exported, newer = exports(qt), set(read(newer))
+    programs = [path for pattern in ("bin/*.dll", "bin/*.exe", "tests/*/*.exe")
+                for path in sorted(pathlib.Path(build).glob(pattern))]
     failures = []
-    for line in sorted(set(lines) ^ set(read(page))):
-        failures.append(f"{line}: {'not in' if line in lines else 'only in'} {page}")
-
-    ours = {f"{dll.name} {name}" for dll in pathlib.Path(qt).glob("Qt5*.dll")
-            for name in exported(str(dll))}
-    symbols = [line.split()[1] for line in lines]
-    names = demangle(symbols)
-    linux = set()
-    for library in linux_libraries:
-        linux |= {without_sizes(name) for name in demangle(exported(library))}
-    # Of most functions the listing has the name alone, as it is without parameters.
-    listed = set(read(published))
-    left_out = set(read(unpublished))
-    for line, symbol, name in zip(lines, symbols, names):
-        dll = line.split()[0]
-        plain = f"{dll} {re.sub(r'[(].*', '', name)}"
-        if line not in ours:
-            failures.append(f"{line}: not exported by our Qt")
-        if (plain in listed or line in listed) == (line in left_out):
-            failures.append(f"{line}: {'also' if line in left_out else 'not'} published")
-        if (without_sizes(name) in linux) == (name in INLINE):
-            failures.append(f"{line}: {'also' if name in INLINE else 'not'} in Qt for Linux")
-        if re.search(r"\bstd::", name):
-            failures.append(f"{line}: has a type of the C++ standard library")
-    if failures or not lines:
-        sys.exit("\n".join(failures) or f"{plugin} imports nothing from Qt")
-    print(f"{len(lines)} functions")
+    found = {}
+    for path in programs:
+        found[path.stem] = lines = imports(path)
+        for line in sorted(lines):
+            if line not in exported:
+                failures.append(f"{path.name}: {line}: not exported by {qt}")
+            if line in newer and path.stem in ON_EVERY_QT:
+                failures.append(f"{path.name}: {line}: newer than Qt 5.6")
+            if "@std@@" in line and "initializer_list@" not in line:
+                failures.append(f"{path.name}: {line}: has a type of the C++ standard library")
+    plugin = found["Zendel"]
+    for line in sorted(plugin ^ set(read(page))):
+        failures.append(f"{line}: {'not in' if line in plugin else 'only in'} {page}")
+    failures += [f"{name}: not found, or imports nothing" for name in ON_EVERY_QT if not found.get(name)]
+    if not newer:
+        failures.append("the list of newer functions is empty")
+    if failures:
+        sys.exit("\n".join(failures))
+    print(f"{len(programs)} programs; the plug-in imports {len(plugin)} functions")
 
 
 main()

@@ -92,11 +92,15 @@ set(CPACK_ARCHIVE_SELFTEST_FILE_NAME Zendel-${PROJECT_VERSION}-${platform}-selft
 set(CPACK_ARCHIVE_SYMBOLS_FILE_NAME Zendel-${PROJECT_VERSION}-${platform}-symbols)
 
 # The code of others in each package: as THIRD-PARTY-NOTICES in the package, and as an SBOM next to it.
-# Made of what Debian's packages and scripts/qt-windows.sh provide.
-get_filename_component(qt ${Qt5_DIR}/../../.. ABSOLUTE)
+# Made of what Debian's packages, scripts/qt-mingw.sh and scripts/qt-msvc.sh provide.
+set(qt "")
+if(WIN32)
+    get_target_property(qt Qt5::Core IMPORTED_LOCATION_RELEASE)
+    get_filename_component(qt ${qt}/../.. ABSOLUTE)
+endif()
 set(third_party "")
 if(EXISTS /usr/bin/dpkg-query AND EXISTS /usr/bin/python3
-        AND (NOT WIN32 OR EXISTS ${qt}/share/doc/compiled))
+        AND (NOT WIN32 OR EXISTS ${qt}/share/doc/source))
     set(third_party "/usr/bin/python3 \"${PROJECT_SOURCE_DIR}/cmake/third_party.py\"")
     set(third_party_config ${CMAKE_CURRENT_BINARY_DIR}/third-party.json)
     string(REGEX REPLACE "^win64-" "" flavour ${platform})
@@ -105,7 +109,8 @@ if(EXISTS /usr/bin/dpkg-query AND EXISTS /usr/bin/python3
     list(JOIN runtime ", " runtime)
     file(WRITE ${third_party_config} "{
         \"version\": \"${PROJECT_VERSION}\", \"source\": \"${PROJECT_SOURCE_DIR}\",
-        \"flavour\": \"${flavour}\", \"qt\": \"${qt}\", \"runtime\": [${runtime}]}\n")
+        \"flavour\": \"${flavour}\", \"qt\": \"${qt}\", \"sysroot\": \"${ZENDEL_MSVC_SYSROOT}\",
+        \"runtime\": [${runtime}]}\n")
     set(CPACK_POST_BUILD_SCRIPTS ${CMAKE_CURRENT_BINARY_DIR}/finish-packages.cmake)
     file(WRITE ${CPACK_POST_BUILD_SCRIPTS} "execute_process(
         COMMAND ${third_party} finish \"${third_party_config}\" \"\${CPACK_PACKAGE_DIRECTORY}\"
@@ -113,19 +118,15 @@ if(EXISTS /usr/bin/dpkg-query AND EXISTS /usr/bin/python3
         COMMAND_ERROR_IS_FATAL ANY)\n")
 else()
     message(STATUS "Packages will lack THIRD-PARTY-NOTICES: they need Python, dpkg-query and, for "
-                   "Windows, a Qt of scripts/qt-windows.sh")
+                   "Windows, a Qt of scripts/qt-mingw.sh or scripts/qt-msvc.sh")
 endif()
 
-# install_qt_recipe(COMPONENT [EXCLUDE_FROM_ALL]): how Qt's DLLs were built, as their licence asks
+# install_qt_recipe(COMPONENT [EXCLUDE_FROM_ALL]): how MinGW's Qt was built, as its licence asks
 function(install_qt_recipe component)
-    if(NOT third_party)
-        return()
-    endif()
-    install(PROGRAMS ${PROJECT_SOURCE_DIR}/scripts/qt-windows.sh DESTINATION qt/scripts COMPONENT ${component} ${ARGN})
-    if(NOT MINGW)
-        install(PROGRAMS ${PROJECT_SOURCE_DIR}/scripts/msvc-sysroot.sh DESTINATION qt/scripts COMPONENT ${component} ${ARGN})
-        install(DIRECTORY ${PROJECT_SOURCE_DIR}/cmake/msvc DESTINATION qt/cmake COMPONENT ${component} ${ARGN}
-                USE_SOURCE_PERMISSIONS)
+    if(third_party AND MINGW)
+        install(PROGRAMS ${PROJECT_SOURCE_DIR}/scripts/fetch-source.sh
+                         ${PROJECT_SOURCE_DIR}/scripts/qt-mingw.sh
+                DESTINATION qt/scripts COMPONENT ${component} ${ARGN})
     endif()
 endfunction()
 

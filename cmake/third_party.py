@@ -8,8 +8,8 @@ permissions, and writes an SBOM for each, in SPDX's format, and SHA256SUMS to th
 then copies the archives.
 
 CONFIG is third-party.json in the build folder, see ZendelPackage.cmake. Versions and licence texts are
-those of the installed Debian packages and of the sources that Qt was built from, which
-scripts/qt-windows.sh has copied to Qt's folder.
+those of the installed Debian packages and of Debian's source of Qt, from which scripts/qt-mingw.sh and
+scripts/qt-msvc.sh have copied them to Qt's folder. official-qt.txt says what the official DLLs contain.
 """
 
 import datetime
@@ -36,11 +36,12 @@ LICENCES = {
     "mingw-w64": "ZPL-2.1 AND MIT AND BSD-3-Clause AND LGPL-2.1-or-later AND LicenseRef-gdtoa",
     # BSD: the start of programs
     "qtbase-opensource-src": "LGPL-3.0-only AND BSD-3-Clause",
+    "qtbase5-dev": "LGPL-3.0-only",
     "qtx11extras-opensource-src": "LGPL-3.0-only",
     "wine": "LGPL-2.1-or-later",
 }
 # What the compiler takes from Debian packages for our own files: headers, import libraries, and objects
-# at the start of programs and DLLs. Qt is added below.
+# at the start of programs and DLLs. MinGW's Qt is added below.
 COMPILED_FROM = {
     "mingw": {
         "g++-mingw-w64-x86-64-posix": "headers of the C++ library",
@@ -52,6 +53,7 @@ COMPILED_FROM = {
         "libclang-common-19-dev": "headers of the compiler",
         "libwine-dev": "headers of C and of Windows",
         "mingw-w64-x86-64-dev": "objects for thread-local storage, import libraries",
+        "qtbase5-dev": "headers with inline functions",
     },
     "linux": {
         "libc6-dev": "headers, start-up objects",
@@ -63,18 +65,55 @@ COMPILED_FROM = {
         "qtbase5-dev": "headers with inline functions",
     },
 }
-# The folders in Qt's build that end up in its DLLs; testlib only in Qt5Test.dll
+# The folders in MinGW's build of Qt that end up in its DLLs; testlib only in Qt5Test.dll
 QT_FOLDERS = re.compile(r"3rdparty/.*|corelib|gui|widgets|testlib|platformsupport/.*|"
                         r"plugins/platforms/windows|plugins/styles/windowsvista")
+OFFICIAL_QT = "5.15.2"
+OFFICIAL_QT_SOURCE = ("https://download.qt.io/archive/qt/5.15/5.15.2/submodules/"
+                      "qtbase-everywhere-src-5.15.2.tar.xz")
+# Code in the official DLLs that no file in Debian's source of Qt describes, in the form of these files.
+# Debian leaves out Wintab; the DLL has the database that is in Debian's source, too.
+NOT_DESCRIBED = {
+    "src/3rdparty/wintab": {
+        "Id": "wintab",
+        "Name": "Wintab API",
+        "License": "LCS-Telegraphics License: The text and information contained in this file may be "
+                   "freely used, copied, or distributed without compensation or licensing restrictions.",
+        "Copyright": "Copyright 1991-1998 by LCS/Telegraphics.",
+    },
+    "src/corelib/mimetypes/mime/packages": {
+        "Id": "shared-mime-info",
+        "Name": "Shared MIME-info Database",
+        "LicenseId": "GPL-2.0-or-later",
+        "License": "GNU General Public License, version 2 or any later version",
+        "LicenseFile": "../../../../../LICENSE.GPL2",
+        "Copyright": "Copyright (C) 2002, 2003 Thomas Leonard and others.",
+    },
+}
 
 # Statements that licences require next to the files of a component
 NOTES = {
     "Qt": """\
 Qt is used under the GNU Lesser General Public License, version 3, as DLLs of their own. They were built
-from the source package by qt/scripts/qt-windows.sh, which changes some lines of it; its function
+from the source package by qt/scripts/qt-mingw.sh, which changes some lines of it; its function
 patch_source shows them. To use a changed Qt 5.15, build it for the same compiler family and replace the
 DLLs. Zendel.dll and the programs needn't be linked again. You may reverse engineer them to debug such
 changes.
+""",
+    f"Qt {OFFICIAL_QT}": """\
+Copyright (C) 2020 The Qt Company Ltd. and other contributors.
+
+Qt is used under the GNU Lesser General Public License, version 3, as DLLs of their own. They are those
+that The Qt Company built for MSVC 2019 and signed, unchanged: their digital signatures name The Qt
+Company Oy. They were taken from the Python package PyQt5 5.15.2. The Qt Company publishes the source, see
+above. To use a changed Qt 5.15, build it with Microsoft's compiler and replace the DLLs. Zendel.dll and
+the programs needn't be linked again. You may reverse engineer them to debug such changes.
+
+The texts for Qt and for the code in its DLLs are those in Debian's source package of Qt, which is newer.
+""",
+    "Freetype 2 2.10.1": """\
+Portions of this software are copyright (C) 1996-2019 The FreeType Project (www.freetype.org). All rights
+reserved.
 """,
     "Freetype 2": """\
 Portions of this software are copyright (C) 1996-2020 The FreeType Project (www.freetype.org). All rights
@@ -108,14 +147,29 @@ class Component:
     """Code of others: name, version, licence in SPDX's words, where to get it, its use, and texts.
     The archive contains it, or, if not "contained", was only compiled from it."""
 
-    def __init__(self, name, version, licence, purl, use, *, files=(), contained=True, source="", texts=()):
+    def __init__(self, name, version, licence, purl, use, *, files=(), contained=True, source="", texts=(),
+                 supplier="", originals=()):
         self.name, self.version, self.licence, self.purl = name, version, licence, purl
         self.use, self.files, self.contained, self.source = use, list(files), contained, source
         self.texts = [text.strip("\n") for text in texts]
+        # Who built the files, and the files, if the archive has the same bytes
+        self.supplier, self.originals = supplier, sorted(originals)
+
+    @property
+    def note(self):
+        return self.contained and (NOTES.get(f"{self.name} {self.version}") or NOTES.get(self.name))
 
     @property
     def spdx_id(self):
         return "SPDXRef-" + re.sub(r"[^A-Za-z0-9.-]+", "-", f"{self.name}-{self.version}").rstrip("-")
+
+
+def sha256(path):
+    return hashlib.sha256(path.read_bytes()).hexdigest()
+
+
+def sha1(data):
+    return hashlib.sha1(data).hexdigest()
 
 
 def run(*command):
@@ -149,18 +203,26 @@ def debian_component(package, use, files=()):
                      contained=bool(files), source=sources, texts=texts)
 
 
-def qt_component(folder, files, has_program):
-    """Describes the Qt that scripts/qt-windows.sh has built."""
-    use = "headers with inline functions"
-    if files:
-        use = f"DLLs, {use}"
-    if has_program:
-        use += ", start of zendel-host.exe"
+def qt_texts(doc):
+    return [read(doc / name) for name in ("LICENSE.LGPL3", "LICENSE.GPL3", "copyright")]
+
+
+def qt_component(folder, dlls):
+    """Describes the Qt that scripts/qt-mingw.sh has built."""
     doc = folder / "share/doc"
     source, version = read(doc / "source").split()
-    texts = [read(doc / name) for name in ("LICENSE.LGPL3", "LICENSE.GPL3", "copyright")]
-    return Component("Qt", version, LICENCES[source], debian_purl(source, version, "source"), use,
-                     files=files, contained=bool(files), source=f"{source}={version}", texts=texts)
+    use = "headers with inline functions"
+    return Component("Qt", version, LICENCES[source], debian_purl(source, version, "source"),
+                     f"DLLs, {use}" if dlls else use, files=[dll.name for dll in dlls],
+                     contained=bool(dlls), source=f"{source}={version}", texts=qt_texts(doc))
+
+
+def official_qt_component(folder, dlls):
+    """Describes the Qt that scripts/qt-msvc.sh has fetched."""
+    return Component("Qt", OFFICIAL_QT, "LGPL-3.0-only",
+                     f"pkg:generic/qtbase@{OFFICIAL_QT}?download_url={OFFICIAL_QT_SOURCE}", "DLLs",
+                     files=[dll.name for dll in dlls], source=OFFICIAL_QT_SOURCE,
+                     texts=qt_texts(folder / "share/doc"), supplier="The Qt Company Oy", originals=dlls)
 
 
 def licence_expression(attribution):
@@ -173,69 +235,113 @@ def licence_expression(attribution):
     return " ".join(words)
 
 
-def code_in_qt(folder, files):
-    """Describes the code of others that was compiled into Qt's DLLs."""
+def attributions(doc):
+    """Yields Qt's descriptions of the code of others, each with the folder of its file."""
+    for file in sorted(doc.rglob("qt_attribution.json")):
+        # Some have line ends in strings.
+        entries = json.loads(read(file), strict=False)
+        for entry in entries if isinstance(entries, list) else [entries]:
+            yield file.parent, entry
+
+
+def attributed_component(doc, folder, entry, version, use):
+    """Describes code with such a description."""
+    copyrights = entry.get("Copyright", "")
+    if isinstance(copyrights, list):
+        copyrights = "\n".join(copyrights)
+    texts = [f"{entry.get('License', '')}\n\n{copyrights}"]
+    if "LicenseFile" in entry:
+        # Some are relative to a folder of the source that was not copied.
+        texts.append(read(posixpath.normpath(folder / entry["LicenseFile"])))
+    # FreeType's refers to these.
+    texts += [read(doc / "src/3rdparty/freetype/docs" / name) for name in ("FTL.TXT", "GPLv2.TXT")
+              if "FTL" in entry.get("LicenseId", "")]
+    purl = f"pkg:generic/{urllib.parse.quote(entry['Id'])}"
+    if re.fullmatch(r"[\w.+-]+", version):
+        purl += f"@{urllib.parse.quote(version)}"
+    base = folder.relative_to(doc) / entry.get("Path", "")
+    return Component(entry["Name"], version, licence_expression(entry), purl, use,
+                     source=f"{base} in the source package of Qt", texts=texts)
+
+
+def code_in_qt(folder, dlls):
+    """Describes the code of others that was compiled into MinGW's Qt."""
     doc = folder / "share/doc"
+    has_test = "Qt5Test.dll" in [dll.name for dll in dlls]
     compiled = set()
     for line in read(doc / "compiled").splitlines():
         built_folder, path = line.split(" ", 1)
-        if QT_FOLDERS.fullmatch(built_folder) and (built_folder != "testlib" or "Qt5Test.dll" in files):
+        if QT_FOLDERS.fullmatch(built_folder) and (built_folder != "testlib" or has_test):
             compiled.add(posixpath.normpath(path))
     # webgradients.css is stored as webgradients.binaryjson.
     compiled |= {posixpath.splitext(path)[0] + ".css" for path in compiled if path.endswith(".binaryjson")}
     result = []
-    for file in sorted(doc.rglob("qt_attribution.json")):
-        # Some have line ends in strings.
-        attributions = json.loads(read(file), strict=False)
-        for entry in attributions if isinstance(attributions, list) else [attributions]:
-            base = file.parent.relative_to(doc) / entry.get("Path", "")
-            names = [str(base / name) for name in re.split(r"[\s,]+", entry.get("Files", "")) if name]
-            if not any(path in names if names else path == str(base) or path.startswith(f"{base}/")
-                       for path in compiled):
-                continue
-            copyrights = entry.get("Copyright", "")
-            if isinstance(copyrights, list):
-                copyrights = "\n".join(copyrights)
-            texts = [f"{entry.get('License', '')}\n\n{copyrights}"]
-            if "LicenseFile" in entry:
-                texts.append(read(file.parent / entry["LicenseFile"]))
-            # FreeType's refers to these.
-            texts += [read(path) for path in
-                      (doc / "src/3rdparty/freetype/docs" / name for name in ("FTL.TXT", "GPLv2.TXT"))
-                      if "FTL" in entry.get("LicenseId", "")]
-            version = entry.get("Version", "")
-            purl = f"pkg:generic/{urllib.parse.quote(entry['Id'])}"
-            if re.fullmatch(r"[\w.+-]+", version):
-                purl += f"@{urllib.parse.quote(version)}"
-            result.append(Component(
-                entry["Name"], version, licence_expression(entry), purl, "in Qt's DLLs",
-                source=f"{base} in the source package of Qt", texts=texts))
+    for source, entry in attributions(doc):
+        base = source.relative_to(doc) / entry.get("Path", "")
+        names = [str(base / name) for name in re.split(r"[\s,]+", entry.get("Files", "")) if name]
+        if any(path in names if names else path == str(base) or path.startswith(f"{base}/")
+               for path in compiled):
+            result.append(attributed_component(doc, source, entry, entry.get("Version", ""),
+                                               "in Qt's DLLs"))
     return result
+
+
+def contains(dll, text):
+    """Returns whether a DLL contains a text of official-qt.txt."""
+    data = dll.read_bytes()
+    wanted = re.sub(rb"\\x([0-9a-f]{2})", lambda match: bytes.fromhex(match[1].decode()), text.encode())
+    return wanted in data or text.encode("utf-16-le") in data
+
+
+def code_in_official_qt(folder, dlls):
+    """Describes the code of others in the official DLLs, by official-qt.txt."""
+    doc = folder / "share/doc"
+    described = [*attributions(doc), *((doc / path, entry) for path, entry in NOT_DESCRIBED.items())]
+    dlls = {dll.name: dll for dll in dlls}
+    known, users, versions = set(), {}, {}
+    for line in read(pathlib.Path(__file__).with_name("official-qt.txt")).splitlines():
+        if not line or line.startswith("#"):
+            continue
+        name, code, rest = line.split(maxsplit=2)
+        known.add(code)
+        if name not in dlls:
+            continue
+        versions[code], text = rest.split(maxsplit=1)
+        if not contains(dlls[name], text):
+            sys.exit(f"{name} is not the one of Qt {OFFICIAL_QT}: it lacks {text}, which shows {code}")
+        users.setdefault(code, []).append(name)
+    ids = {entry["Id"] for _, entry in described}
+    if ids != known:
+        sys.exit(f"official-qt.txt and the source of Qt differ: {' '.join(sorted(ids ^ known))}")
+    return [attributed_component(doc, source, entry,
+                                 {"=": entry.get("Version", ""), "-": ""}.get(versions[code], versions[code]),
+                                 f"in {' and '.join(users[code])}")
+            for source, entry in described for code in [entry["Id"]] if code in users]
 
 
 def components(config, names):
     """Lists what a package with files of these names contains, and what its files are compiled from."""
     flavour, qt = config["flavour"], pathlib.Path(config["qt"])
-    shipped = {}
+    dlls, shipped, result = [], {}, []
     if flavour != "linux":
-        shipped["Qt"] = [path.name for folder in ("bin", "plugins") for path in (qt / folder).rglob("*.dll")
-                         if path.name in names]
+        dlls = sorted(path for folder in ("bin", "plugins") for path in (qt / folder).rglob("*.dll")
+                      if path.name in names)
     for path in map(pathlib.Path, config["runtime"]):
         if path.name in names:
             shipped.setdefault(run("dpkg", "-S", str(path)).split(":")[0], []).append(path.name)
-    result = []
-    if flavour != "linux":
-        dlls = shipped.pop("Qt")
-        result.append(qt_component(qt, dlls, flavour == "msvc" and "zendel-host.exe" in names))
+    if flavour == "mingw":
+        result.append(qt_component(qt, dlls))
         if dlls:
             result += code_in_qt(qt, dlls)
     if flavour == "msvc":
-        source, version = read(qt / "share/doc/llvm-source").split()
+        if dlls:
+            result += [official_qt_component(qt, dlls), *code_in_official_qt(qt, dlls)]
+        doc = pathlib.Path(config["sysroot"], "doc")
+        source, version = read(doc / "llvm-source").split()
         result.append(Component(
             "libc++ and compiler-rt", version, LICENCES[source], debian_purl(source, version, "source"),
             "C++ library and, where functions need it, stack probe, linked into DLLs and programs",
-            source=f"{source}={version}",
-            texts=[read(qt / "share/doc/LLVM-LICENSE.TXT")]))
+            source=f"{source}={version}", texts=[read(doc / "LLVM-LICENSE.TXT")]))
     for name, use in COMPILED_FROM[flavour].items():
         result.append(debian_component(name, use, shipped.pop(name, ())))
     for name, files in shipped.items():
@@ -258,9 +364,10 @@ def notices(config, archive, names):
                   f"  Licence:  {component.licence}", f"  Source:   {component.source}"]
         if component.files:
             lines.append(f"  Files:    {' '.join(sorted(component.files))}")
+        lines += [f"  SHA-256:  {sha256(path)}  {path.name}" for path in component.originals]
         lines += [f"  Texts:    {', '.join(numbers)}", ""]
-        if component.contained and component.name in NOTES:
-            lines += ["  " + line for line in NOTES[component.name].splitlines()] + [""]
+        if component.note:
+            lines += ["  " + line for line in component.note.splitlines()] + [""]
     result = [f"Code of others in {archive}, or that its files are compiled from", "", SOURCES, *lines]
     for number, text in enumerate(texts, 1):
         result += ["=" * 80, f"Text {number}", "=" * 80, "", text, ""]
@@ -291,10 +398,6 @@ def sort_entries(archive, date):
     return {posixpath.basename(name) for name in entries}
 
 
-def sha256(path):
-    return hashlib.sha256(path.read_bytes()).hexdigest()
-
-
 def sbom(config, archive, names, date):
     """Returns the SPDX document of an archive with files of these names."""
     described = [{
@@ -303,12 +406,13 @@ def sbom(config, archive, names, date):
         "checksums": [{"algorithm": "SHA256", "checksumValue": sha256(archive)}],
         "licenseConcluded": "NOASSERTION", "licenseDeclared": "NOASSERTION",
         "copyrightText": "NOASSERTION", "primaryPackagePurpose": "ARCHIVE"}]
-    extracted = {}
+    extracted, files = {}, []
     relationships = [("SPDXRef-DOCUMENT", "DESCRIBES", "SPDXRef-archive")]
     for part in components(config, names):
         described.append({
             "SPDXID": part.spdx_id, "name": part.name,
             **({"versionInfo": part.version} if part.version else {}),
+            **({"supplier": f"Organization: {part.supplier}"} if part.supplier else {}),
             "downloadLocation": "NOASSERTION", "filesAnalyzed": False,
             "sourceInfo": part.source, "licenseConcluded": part.licence,
             "licenseDeclared": part.licence, "copyrightText": "NOASSERTION",
@@ -318,6 +422,17 @@ def sbom(config, archive, names, date):
             extracted[licence] = "\n\n".join(part.texts)
         relationships.append(("SPDXRef-archive", "CONTAINS" if part.contained else "GENERATED_FROM",
                               part.spdx_id))
+        for path in part.originals:
+            files.append({
+                "SPDXID": f"SPDXRef-File-{path.name}", "fileName": f"./{path.name}",
+                "checksums": [{"algorithm": "SHA1", "checksumValue": sha1(path.read_bytes())},
+                              {"algorithm": "SHA256", "checksumValue": sha256(path)}],
+                "licenseConcluded": part.licence, "copyrightText": "NOASSERTION"})
+            relationships.append((part.spdx_id, "CONTAINS", f"SPDXRef-File-{path.name}"))
+        if part.originals: # SPDX requires the code of packages that contain files.
+            hashes = sorted(sha1(path.read_bytes()) for path in part.originals)
+            described[-1].update(filesAnalyzed=True, packageVerificationCode={
+                "packageVerificationCodeValue": sha1("".join(hashes).encode())})
     result = {
         "spdxVersion": "SPDX-2.3", "dataLicense": "CC0-1.0", "SPDXID": "SPDXRef-DOCUMENT",
         "name": archive.stem,
@@ -327,6 +442,8 @@ def sbom(config, archive, names, date):
         "packages": described,
         "relationships": [{"spdxElementId": a, "relationshipType": kind, "relatedSpdxElement": b}
                           for a, kind, b in relationships]}
+    if files:
+        result["files"] = files
     if extracted:
         result["hasExtractedLicensingInfos"] = [{"licenseId": name, "extractedText": text}
                                                 for name, text in sorted(extracted.items())]

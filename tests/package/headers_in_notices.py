@@ -24,8 +24,15 @@ for line in third_party.run(ninja, "-C", build, "-t", "deps").splitlines():
     elif line:
         packed = bool(PACKED.match(line))
 own = (f"{build}/", f"{source}/")
-if config["flavour"] != "linux":
+if config["flavour"] == "mingw":
     own += (f"{config['qt']}/",)
+if config["flavour"] == "msvc":
+    own += (f"{config['sysroot']}/",)
+    # Copies of Debian's
+    qt_headers = next(path.removesuffix("/QtCore/qglobal.h")
+                      for path in third_party.run("dpkg", "-L", "qtbase5-dev").splitlines()
+                      if path.endswith("/QtCore/qglobal.h"))
+    headers = {header.replace(f"{config['qt']}/include/", f"{qt_headers}/") for header in headers}
 headers = sorted(header for header in headers
                  if header.startswith("/") and not header.startswith(own))
 owners = {}

@@ -1,5 +1,6 @@
-# Fails unless the packages contain the expected files, their notices name each DLL of others, their SBOMs
-# and SHA256SUMS match, and the demo runs without any other DLL from a folder with spaces in its name.
+# Fails unless the packages contain the expected files, their notices name each DLL of others and have the
+# hashes of the official ones, their SBOMs and SHA256SUMS match, and the demo runs without any other DLL from
+# a folder with spaces in its name.
 # cmake -D CPACK=... -D BUILD_DIR=... -D SOURCE_DIR=... -D VERSION=... -D FLAVOUR=... -D LAUNCHER=...
 #       -D PATH_VARIABLE=... -D PYTHON=... -P package.cmake
 
@@ -36,10 +37,18 @@ function(unpack suffix target)
     file(STRINGS ${target}/THIRD-PARTY-NOTICES named REGEX "^  Files:")
     list(JOIN named " " named)
     separate_arguments(named)
+    file(STRINGS ${target}/THIRD-PARTY-NOTICES hashes REGEX "^  SHA-256:")
+    list(TRANSFORM hashes REPLACE "^  SHA-256:  ([0-9a-f]+)  (.+)$" "\\2 \\1")
     foreach(file IN LISTS found)
         get_filename_component(name ${file} NAME)
         if(name MATCHES "[.]dll$" AND NOT name STREQUAL Zendel.dll AND NOT name IN_LIST named)
             message(SEND_ERROR "${package}: THIRD-PARTY-NOTICES do not name ${name}")
+        endif()
+        if(FLAVOUR STREQUAL msvc AND name MATCHES "^(Qt5|qwindows)")
+            file(SHA256 "${target}/${file}" hash)
+            if(NOT "${name} ${hash}" IN_LIST hashes)
+                message(SEND_ERROR "${package}: THIRD-PARTY-NOTICES lack ${hash}, the hash of ${name}")
+            endif()
         endif()
     endforeach()
 
@@ -88,13 +97,11 @@ unpack("" ${folder}/plugin
 
 set(demo "${folder}/demo of the plug-in")
 if(FLAVOUR STREQUAL msvc)
-    set(runtime README.txt qt/scripts/msvc-sysroot.sh)
-    file(GLOB_RECURSE recipe RELATIVE ${SOURCE_DIR} ${SOURCE_DIR}/cmake/msvc/*)
-    list(TRANSFORM recipe PREPEND qt/)
-    list(APPEND runtime ${recipe})
+    set(runtime README.txt)
     set(symbols Zendel.pdb langcheck.pdb zendel-host.pdb)
 else()
-    set(runtime libgcc_s_seh-1.dll libstdc++-6.dll libwinpthread-1.dll)
+    set(runtime libgcc_s_seh-1.dll libstdc++-6.dll libwinpthread-1.dll
+                qt/scripts/fetch-source.sh qt/scripts/qt-mingw.sh)
     set(symbols Zendel.dll.debug langcheck.exe.debug zendel-host.exe.debug)
 endif()
 unpack(-symbols ${folder}/symbols ${symbols})
@@ -105,7 +112,6 @@ unpack(-demo ${demo}
     Qt5Widgets.dll
     ${runtime}
     platforms/qwindows.dll
-    qt/scripts/qt-windows.sh
     styles/qwindowsvistastyle.dll
     zendel-host.exe
 )

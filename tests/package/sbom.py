@@ -22,10 +22,12 @@ for file in map(pathlib.Path, sys.argv[1:]):
         if package is not document["packages"][0] and not package.get("externalRefs"):
             errors.append(f"no package URL: {package['name']}")
         for reference in package.get("externalRefs", []):
-            if not re.fullmatch(r"pkg:(deb/debian|generic)/[\w.%-]+(@[\w.~:%-]+)?(\?arch=\w+)?",
+            if not re.fullmatch(r"pkg:(deb/debian|generic)/[\w.%-]+(@[\w.~:%-]+)?"
+                                r"(\?arch=\w+|\?download_url=https://[\w./-]+)?",
                                 reference["referenceLocator"]):
                 errors.append(reference["referenceLocator"])
-    ids = [document["SPDXID"]] + [package["SPDXID"] for package in document["packages"]]
+    ids = [document["SPDXID"]]
+    ids += [part["SPDXID"] for part in document["packages"] + document.get("files", [])]
     if len(ids) != len(set(ids)) or not all(re.fullmatch(r"SPDXRef-[A-Za-z0-9.-]+", spdx_id)
                                             for spdx_id in ids):
         errors.append(f"IDs are not unique or not valid: {ids}")

@@ -6,6 +6,7 @@ Fails unless the exit code and both reports are right: for tests that pass, with
 and with a program that crashes, hangs or fails. LAUNCHER starts Windows programs.
 """
 
+import hashlib
 import pathlib
 import re
 import shutil
@@ -57,6 +58,12 @@ named = {name for line in notices.splitlines() if line.startswith("  Files:") fo
 dlls = {path.name for path in root.rglob("*.dll")}
 own = {"Zendel.dll", "plugin_without_functions.dll", "plugin_without_release.dll"}
 assert dlls - own <= named and "Qt5Core.dll" in named, f"not in the notices: {dlls - own - named}"
+# For MSVC, the package has the official DLLs.
+hashes = {name: digest for digest, name in re.findall(r"^  SHA-256:  (\w+)  (\S+)$", notices, re.MULTILINE)}
+assert ("Qt5Core.dll" in hashes) == ("msvc" in package), f"hashes of {list(hashes)}"
+for path in root.rglob("*.dll"):
+    if path.name in hashes:
+        assert hashlib.sha256(path.read_bytes()).hexdigest() == hashes[path.name], f"{path} was changed"
 
 for path in root.rglob("*"):
     assert path.is_dir() or build.encode() not in path.read_bytes(), f"{path} contains {build}"

@@ -92,6 +92,25 @@ copy_dlls() {
     fi
 }
 
+# copy_notices FOLDER: copies what THIRD-PARTY-NOTICES are made from out of Debian's source of Qt:
+# licences, and Qt's descriptions of the code of others. For what differs in the official DLLs, see
+# cmake/official-qt.txt.
+copy_notices() {
+    local source=qtbase-opensource-src version
+    version=$(dpkg-query -W -f '${source:Version}' qtbase5-dev)
+    echo "fetching $source $version"
+    mkdir -p "$1" source
+    (cd source && "$here/fetch-source.sh" "$source=$version") > log 2>&1 ||
+        { tail log; fail "Debian's source package $source $version can't be downloaded."; }
+    tar -xf source/*.orig.tar.xz -C "$1" --strip-components=1 --wildcards --ignore-case \
+        --exclude='*/doc/*' --exclude='*/examples/*' \
+        '*/LICENSE.GPL[23]' '*/LICENSE.LGPL3' '*/src/*qt_attribution.json' '*/src/*licen[cs]e*' \
+        '*/src/*/COPYING' '*/src/*/FTL.TXT' '*/src/*/GPLv2.TXT'
+    tar -xf source/*.debian.tar.xz -C "$1" --strip-components=1 debian/copyright
+    echo "$source $version" > "$1/source"
+    rm -r source
+}
+
 # Adds what compiling needs.
 make_kit() {
     local file headers
@@ -115,6 +134,7 @@ make_kit() {
         cp "PyQt5/PyQt5/Qt/bin/$file.dll" kit/runtime/
         check_signature "kit/runtime/$file.dll" "Microsoft Corporation"
     done
+    copy_notices kit/share/doc
 }
 
 # Adds the bindings, and the plug-ins where PyQt5 looks for them.
@@ -136,7 +156,7 @@ make_tools() {
 }
 
 grep -q "^$name " <<< "$packages" || fail "unknown: $name"
-key=$({ cat "${BASH_SOURCE[0]}"; dpkg-query -W qtbase5-dev; } | sha256sum | cut -c1-16)
+key=$({ cat "$here"/{qt-msvc,fetch-source}.sh; dpkg-query -W qtbase5-dev; } | sha256sum | cut -c1-16)
 folder=$cache/qt-msvc-$name-$key
 if [[ ! -d $folder ]]; then
     mkdir -p "$cache"

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # install-packages.sh [windows|msvc]: installs missing Debian packages for building, tests and the
 # demo, as root or with sudo; with "windows" or "msvc" also those for that Windows build.
+# install-packages.sh --only PACKAGE...: installs those of the given packages that are missing.
 # scripts/qt-windows.sh installs the packages for building Qt.
 set -euo pipefail
 
@@ -25,6 +26,9 @@ windows)
 msvc)
     packages+=(clang-19 lld-19 llvm-19 libwine-dev mingw-w64-x86-64-dev)
     packages+=(fonts-wine python3-license-expression python3-pefile wine wine64)
+    ;;
+--only)
+    packages=("${@:2}")
     ;;
 esac
 

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # install-packages.sh [windows|msvc]: installs missing Debian packages for building, tests and the
 # demo, as root or with sudo; with "windows" or "msvc" also those for that Windows build.
+# install-packages.sh --only PACKAGE...: installs those of the given packages that are missing.
 # scripts/qt-mingw.sh installs the packages for building Qt.
 set -euo pipefail
 
@@ -24,8 +25,11 @@ windows)
     ;;
 msvc)
     packages+=(binutils-mingw-w64-x86-64 clang-19 dpkg-dev lld-19 llvm-19 xz-utils)
-    packages+=(libwine libwine-dev mingw-w64-x86-64-dev osslsigncode python3-pip)
+    packages+=(libwine libwine-dev mingw-w64-x86-64-dev osslsigncode python3-clang-19 python3-pip)
     packages+=(fonts-wine python3-license-expression python3-pefile wine wine64)
+    ;;
+--only)
+    packages=("${@:2}")
     ;;
 esac
 

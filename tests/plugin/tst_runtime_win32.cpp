@@ -14,6 +14,8 @@
 #include <QDialog>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
@@ -123,6 +125,10 @@ private Q_SLOTS:
     void heapDamageIsDetected();
     void heapsStayValid();
     void allModulesShareOneHeap();
+#ifdef _MSC_VER
+    void runTimeLibraryIsMicrosoftsUnlessWinesIsTested();
+    void initializerListIsReadByQt();
+#endif
 
 private:
     Plugin m_plugin {testFile(QStringLiteral(PLUGIN_FILE))};
@@ -305,6 +311,28 @@ void tst_runtime_win32::allModulesShareOneHeap()
     qInfo("%d modules use %s", checked, qPrintable(expected));
     QVERIFY(checked >= 6); // The program, the plug-in and Qt's Core, Gui, Widgets and Test
 }
+
+#ifdef _MSC_VER
+void tst_runtime_win32::runTimeLibraryIsMicrosoftsUnlessWinesIsTested()
+{
+    HMODULE library = GetModuleHandleW(L"vcruntime140.dll");
+    QVERIFY(library);
+    // Wine marks its DLLs after the DOS header.
+    const bool isWines =
+        std::memcmp(reinterpret_cast<const char *>(library) + 0x40, "Wine builtin DLL", 16) == 0;
+    const bool isWine = GetProcAddress(GetModuleHandleW(L"ntdll"), "wine_get_version");
+    qInfo("%s is %s", qPrintable(fileName(library)), isWines ? "Wine's" : "Microsoft's");
+    // scripts/wine.sh sets it after it has installed Microsoft's.
+    QCOMPARE(isWines, isWine && qEnvironmentVariableIsEmpty("ZENDEL_WINE_RUNTIME"));
+}
+
+// Qt's DLL reads the list as Microsoft's compiler laid it out.
+void tst_runtime_win32::initializerListIsReadByQt()
+{
+    const QJsonObject object {{QStringLiteral("one"), 1}, {QStringLiteral("two"), 2}};
+    QVERIFY(object == QJsonDocument::fromJson("{\"one\": 1, \"two\": 2}").object());
+}
+#endif
 
 QTEST_MAIN(tst_runtime_win32)
 #include "tst_runtime_win32.moc"

@@ -13,11 +13,9 @@ if(TARGET Qt5::Core)
     return()
 endif()
 
-find_path(ZENDEL_QT_INCLUDE QtCore/qglobal.h REQUIRED
-          NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH PATHS ${CMAKE_PREFIX_PATH} PATH_SUFFIXES include
-          DOC "Headers of Qt for MSVC")
-mark_as_advanced(ZENDEL_QT_INCLUDE)
-get_filename_component(qt ${ZENDEL_QT_INCLUDE} DIRECTORY)
+find_path(include QtCore/qglobal.h REQUIRED NO_CACHE
+          NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH PATHS ${CMAKE_PREFIX_PATH} PATH_SUFFIXES include)
+get_filename_component(qt ${include} DIRECTORY)
 
 # The programs and the macros of Debian's Qt
 set(tools /usr/lib/qt5/bin)

@@ -157,14 +157,11 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "not a DLL for 64-bit x86: %1; a 64-bit host, which the plug-in needs, cannot load it; "
      "replace it by %2, and use a 64-bit host if this one is not"},
     {Kind::QtVersion, "qt-version", Finding::Error,
-     "host's Qt is not a 5.15: %1; the plug-in cannot be loaded or crashes; use a host with Qt "
-     "5.15"},
+     "host's Qt is not one of 5.6 to 5.15: %1; the plug-in cannot be loaded or crashes; use a host "
+     "with Qt 5.6 to 5.15"},
     {Kind::QtVersionUnknown, "qt-version-unknown", Finding::Warning,
-     "file has no version resource; if it is not of Qt 5.15, the plug-in cannot be loaded or "
-     "crashes; make sure that it is"},
-    {Kind::QtOlder, "qt-older", Finding::Warning,
-     "host's Qt is older than %2, which the plug-in was built with: %1; Windows may refuse to load "
-     "the plug-in with error 127; use Qt %2 or a later 5.15"},
+     "file has no version resource; if it is not of Qt 5.6 to 5.15, the plug-in cannot be loaded "
+     "or crashes; make sure that it is"},
     {Kind::QtFamily, "qt-family", Finding::Error,
      "built for %1, but %3 for %2; Windows refuses to start the host; replace it by %4"},
     {Kind::QtVersionsDiffer, "qt-versions-differ", Finding::Warning,

@@ -75,7 +75,6 @@ enum class FindingKind {
     DllUnusable,
     QtVersion,
     QtVersionUnknown,
-    QtOlder,
     QtFamily,
     QtVersionsDiffer,
     PluginFamily,

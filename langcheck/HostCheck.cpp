@@ -190,14 +190,11 @@ private:
 
     void checkVersion(const QtDll &qt)
     {
-        const QVersionNumber own(QT_VERSION_MAJOR, QT_VERSION_MINOR, QT_VERSION_PATCH);
         const QVersionNumber &version = qt.dll.version;
         if (version.isNull())
             add(FindingKind::QtVersionUnknown, qt.name);
-        else if (!QVersionNumber(5, 15).isPrefixOf(version))
+        else if (version < QVersionNumber(5, 6) || version >= QVersionNumber(5, 16))
             add(FindingKind::QtVersion, qt.name, {version.toString()});
-        else if (version < own)
-            add(FindingKind::QtOlder, qt.name, {version.toString(), own.toString()});
     }
 
     void checkPlugin()

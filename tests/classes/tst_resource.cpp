@@ -9,14 +9,19 @@ namespace {
 
 using Resource = QPair<int, const unsigned char *>; // Format and data
 
-/// Returns what has been registered. The style sheet may do that before globals are constructed.
+// Never destroyed: the style sheet registers itself before globals are constructed, and unregisters
+// itself after they are destroyed.
 QVector<Resource> &registered()
 {
-    static QVector<Resource> resources;
+    static auto &resources = *new QVector<Resource>;
     return resources;
 }
 
-QVector<Resource> unregistered;
+QVector<Resource> &unregistered()
+{
+    static auto &resources = *new QVector<Resource>;
+    return resources;
+}
 
 /// Returns the file in a resource: its length and its bytes.
 QByteArray file(const Resource &resource)
@@ -37,7 +42,7 @@ bool qRegisterResourceData(int version, const unsigned char * /*tree*/,
 bool qUnregisterResourceData(int version, const unsigned char * /*tree*/,
                              const unsigned char * /*name*/, const unsigned char *data)
 {
-    unregistered.append({version, data});
+    unregistered().append({version, data});
     return true;
 }
 
@@ -75,7 +80,7 @@ private Q_SLOTS:
     {
         Q_CLEANUP_RESOURCE(style_3);
         Q_CLEANUP_RESOURCE(style_1);
-        QCOMPARE(unregistered, registered());
+        QCOMPARE(unregistered(), registered());
         Q_INIT_RESOURCE(style_3);
         Q_INIT_RESOURCE(style_1);
         QCOMPARE(registered().size(), 4);

@@ -236,16 +236,15 @@ void tst_langcheck_host::mistakesAreFound_data()
     row("later patch release", true, "Qt5Core.dll",
         qtCore(true, QVersionNumber(5, 15, QT_VERSION_PATCH + 1)), {});
 
-    row("earlier patch release", true, "Qt5Core.dll", qtCore(true, QVersionNumber(5, 15, 0)),
-        QStringLiteral("Qt5Core.dll warning qt-older: host's Qt is older than %1, which the "
-                       "plug-in was built with: 5.15.0")
-            .arg(own));
-    row("earlier minor release", false, "Qt5Core.dll", qtCore(false, QVersionNumber(5, 12, 12)),
-        QStringLiteral("Qt5Core.dll error qt-version: host's Qt is not a 5.15: 5.12.12"));
+    row("first release that fits", true, "Qt5Core.dll", qtCore(true, QVersionNumber(5, 6, 0)), {});
+    row("earlier release", false, "Qt5Core.dll", qtCore(false, QVersionNumber(5, 5, 1)),
+        QStringLiteral("Qt5Core.dll error qt-version: host's Qt is not one of 5.6 to 5.15: 5.5.1"));
     row("later minor release", true, "Qt5Core.dll", qtCore(true, QVersionNumber(5, 16, 0)),
-        QStringLiteral("Qt5Core.dll error qt-version: host's Qt is not a 5.15: 5.16.0"));
+        QStringLiteral("Qt5Core.dll error qt-version: host's Qt is not one of 5.6 to 5.15: "
+                       "5.16.0"));
     row("other major release", true, "Qt5Core.dll", qtCore(true, QVersionNumber(6, 15, 8)),
-        QStringLiteral("Qt5Core.dll error qt-version: host's Qt is not a 5.15: 6.15.8"));
+        QStringLiteral("Qt5Core.dll error qt-version: host's Qt is not one of 5.6 to 5.15: "
+                       "6.15.8"));
     row("no version", true, "Qt5Core.dll", qtCore(true, {}),
         QStringLiteral("Qt5Core.dll warning qt-version-unknown: file has no version resource"));
 

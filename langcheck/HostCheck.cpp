@@ -172,7 +172,12 @@ private:
 
     void checkPlatform()
     {
-        const QLatin1String name("platforms/qwindows.dll");
+        QString name = QStringLiteral("platforms/qwindows.dll");
+        // Qt has looked there, too, since 5.14.
+        const QString otherName = QStringLiteral("plugins/") + name;
+        if (!exists(name) && exists(otherName) && m_reference
+            && m_reference->dll.version >= QVersionNumber(5, 14))
+            name = otherName;
         if (!exists(name)) {
             if (!exists(QStringLiteral("qt.conf")))
                 add(FindingKind::PlatformMissing, name, {sameFile()});

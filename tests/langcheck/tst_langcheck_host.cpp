@@ -76,6 +76,7 @@ private Q_SLOTS:
     void startIsNotPromised();
     void qtThatCannotBeOpened();
     void otherFolderOfPlugins();
+    void pluginsBesideTheExecutableAreFoundSinceQt514();
     void runtimeOfMsvc();
 
 private:
@@ -451,6 +452,23 @@ void tst_langcheck_host::otherFolderOfPlugins()
     QVERIFY(QFile::remove(path(QStringLiteral("platforms/qwindows.dll"))));
     write(QStringLiteral("qt.conf"), "[Paths]\nPlugins=plugins\n");
     QCOMPARE(checkedFindings(), QString());
+}
+
+void tst_langcheck_host::pluginsBesideTheExecutableAreFoundSinceQt514()
+{
+    installHost(true);
+    QVERIFY(QFile::remove(path(QStringLiteral("platforms/qwindows.dll"))));
+    write(QStringLiteral("plugins/platforms/qwindows.dll"), plugin(true));
+    write(QStringLiteral("Qt5Core.dll"), qtCore(true, QVersionNumber(5, 14, 0)));
+    QCOMPARE(checkedFindings(), QString());
+    write(QStringLiteral("plugins/platforms/qwindows.dll"), plugin(false));
+    QVERIFY(checkedFindings().startsWith(
+        QLatin1String("plugins/platforms/qwindows.dll error qt-family: ")));
+
+    write(QStringLiteral("Qt5Core.dll"), qtCore(true, QVersionNumber(5, 13, 2)));
+    QCOMPARE(
+        checkedFindings(),
+        QStringLiteral("platforms/qwindows.dll warning platform-missing: file does not exist"));
 }
 
 /// It may be next to the executable or in Windows' folder, which other systems don't have.

@@ -39,9 +39,8 @@ bool isReadableFile(const QString &fileName)
 /// starts again.
 QString findFile(QString name, const QString &directory)
 {
-    QString prefix = QFileInfo(name).isRelative() ? directory : QString();
-    if (!prefix.isEmpty() && !prefix.endsWith(QLatin1Char('/'))) // A root ends with a slash.
-        prefix += QLatin1Char('/');
+    const bool isBelow = !directory.isEmpty() && QFileInfo(name).isRelative();
+    const QString prefix = isBelow ? directory + QLatin1Char('/') : QString();
     for (;;) {
         for (const QString &fileName : {prefix + name + QLatin1String(".qm"), prefix + name}) {
             if (isReadableFile(fileName))

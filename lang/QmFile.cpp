@@ -5,14 +5,14 @@
 #include <QDataStream>
 #include <QFile>
 #include <QFileInfo>
-#include <QHash>
 #include <QTranslator>
+#include <QVersionNumber>
 #include <QtEndian>
 
 #include <algorithm>
-#include <climits>
 #include <cstring>
 #include <list>
+#include <new>
 
 namespace {
 
@@ -34,56 +34,65 @@ bool isReadableFile(const QString &fileName)
     return info.isFile() && info.isReadable(); // GCOV_EXCL_BR_LINE: Root may read every file.
 }
 
-/// Returns the file that QTranslator::load() finds for @p name. Qt tries the name with and without
-/// the suffix ".qm", then removes what follows the last "_" or "." and starts again.
-QString findFile(const QString &name, const QString &directory)
+/// Returns the file that QTranslator::load() finds for @p name; empty if there is none. Qt tries
+/// the name with and without the suffix ".qm", then removes what follows the last "_" or "." and
+/// starts again.
+QString findFile(QString name, const QString &directory)
 {
-    const QString prefix = QFileInfo(name).isRelative() ? directory + QLatin1Char('/') : QString();
-    QString fileName;
-    int length = name.size();
-    do {
-        fileName = prefix + name.left(length);
-        if (isReadableFile(fileName + QLatin1String(".qm")))
-            return fileName + QLatin1String(".qm");
-        length = std::max(name.leftRef(length).lastIndexOf(QLatin1Char('_')),
-                          name.leftRef(length).lastIndexOf(QLatin1Char('.')));
-    } while (!isReadableFile(fileName) && length > 0); // GCOV_EXCL_BR_LINE: Qt has found it.
-    return fileName;
+    const bool isBelow = !directory.isEmpty() && QFileInfo(name).isRelative();
+    const QString prefix = isBelow ? directory + QLatin1Char('/') : QString();
+    for (;;) {
+        for (const QString &fileName : {prefix + name + QLatin1String(".qm"), prefix + name}) {
+            if (isReadableFile(fileName))
+                return fileName;
+        }
+        const int length =
+            std::max(name.lastIndexOf(QLatin1Char('_')), name.lastIndexOf(QLatin1Char('.')));
+        if (length <= 0)
+            return QString();
+        name.truncate(length);
+    }
 }
 
-/// The state shared by a file and its dependencies.
-struct Check
+/// Returns the folder in which Qt searches for the dependencies of @p fileName, at all depths.
+QString dependenciesDirectory(const QString &fileName)
 {
-    QHash<QString, QByteArray> files; ///< By name, because a file may be a dependency many times.
-    qint64 stepsLeft = 150000;
-    bool failed = false;
+    // Qt uses the file's folder since 5.15.6, the current one before.
+    if (QVersionNumber::fromString(QString::fromLatin1(qVersion())) < QVersionNumber(5, 15, 6))
+        return QString();
+    return QFileInfo(fileName).absolutePath();
+}
+
+/// What is left for a file and its dependencies together; negative if that was not enough.
+struct Limits
+{
+    int loads = 500;
+    qint64 reads = 300000;
 };
 
-/// Looks up texts in a compiled translation with the same reads as QTranslator::translate() of
-/// Qt 5.15. A read outside the file, which Qt would not notice, fails and returns 0. So does every
-/// read after more steps than a file without overlapping lists and records needs. A 0 ends each of
-/// the loops below.
+/// Looks up texts in a compiled translation with the same reads as QTranslator::translate(). A read
+/// outside the file, which Qt would not notice, and all further ones exceed the limit and return 0.
+/// So does every read after more reads than a file without overlapping lists and records needs. A 0
+/// ends each of the loops below.
 class QmFile
 {
 public:
-    /// Reads a file that Qt has just loaded. Its dependencies are searched for in @p directory.
-    QmFile(Check &check, const QString &fileName, const QString &directory)
-        : m_check(check)
+    /// Opens a file, and its dependencies in the order in which Qt loads them.
+    QmFile(Limits &limits, const QString &fileName, const QString &directory)
+        : m_limits(limits)
+        , m_file(fileName)
     {
-        if (!check.files.contains(fileName)) {
-            QFile file(fileName);
-            // A QByteArray can't hold a larger file. No test has one, or a file that vanishes after
-            // Qt has loaded it.
-            if (!file.open(QIODevice::ReadOnly) || file.size() >= INT_MAX) // GCOV_EXCL_BR_LINE
-                check.failed = true;                                       // GCOV_EXCL_LINE
-            else
-                check.files.insert(fileName, file.readAll());
-            // Records written by tools have at least 9 bytes per step.
-            check.stepsLeft += check.files.value(fileName).size() / 8;
+        if (--limits.loads < 0 || fileName.isEmpty() || !m_file.open(QIODevice::ReadOnly))
+            return;
+        m_size = m_file.size();
+        m_data = reinterpret_cast<const char *>(m_file.map(0, m_size));
+        if (m_data == nullptr) { // Compressed in a resource, for example
+            m_bytes = m_file.readAll();
+            m_data = m_bytes.constData();
+            m_size = m_bytes.size();
         }
-        m_bytes = check.files.value(fileName);
-        m_data = m_bytes.constData();
-        m_size = m_bytes.size();
+        m_file.close(); // The mapping stays. A process can't have many files open.
+        limits.reads += m_size / 4;
         readBlocks(directory);
     }
 
@@ -110,31 +119,18 @@ private:
     template<typename Number>
     Number number(qint64 position)
     {
-        if (position < 0 || position > m_size - qint64(sizeof(Number))) {
+        if (position < 0 || position > m_size - qint64(sizeof(Number)))
             fail();
-            return 0;
-        }
-        return qFromBigEndian<Number>(m_data + position);
+        return --m_limits.reads < 0 ? Number(0) : qFromBigEndian<Number>(m_data + position);
     }
 
-    void fail()
-    {
-        m_check.failed = true;
-        m_size = 0; // So that all further reads fail.
-    }
-
-    /// Counts an iteration of a loop whose length depends on the file's content.
-    void takeStep()
-    {
-        if (--m_check.stepsLeft < 0)
-            fail();
-    }
+    void fail() { m_limits.reads = -1; }
 
     bool matches(qint64 position, quint32 length, const char *text)
     {
         if (length > 0 && number<quint8>(position + length - 1) == 0)
             --length;
-        return m_size > 0 && length == std::strlen(text)
+        return m_limits.reads >= 0 && length == std::strlen(text)
             && std::memcmp(m_data + position, text, length) == 0;
     }
 
@@ -144,10 +140,11 @@ private:
 
         qint64 position = 16; // After the magic number
         while (position < m_size - 5) {
-            const int tag = number<quint8>(position);
-            const Block block {position + 5, number<quint32>(position + 1)};
+            // Not limited, because Qt has read or will read the same.
+            const int tag = qFromBigEndian<quint8>(m_data + position);
+            const Block block {position + 5, qFromBigEndian<quint32>(m_data + position + 1)};
             position = block.start + block.length;
-            if (tag == 0 || block.length == 0)
+            if (tag == 0 || block.length == 0 || position > m_size)
                 break;
             if (tag == Contexts)
                 m_contexts = block;
@@ -163,11 +160,11 @@ private:
     void readDependencies(const Block &block, const QString &directory)
     {
         QDataStream stream(
-            m_bytes.mid(static_cast<int>(block.start), static_cast<int>(block.length)));
+            QByteArray::fromRawData(m_data + block.start, static_cast<int>(block.length)));
         QString name;
-        while (!stream.atEnd()) {
+        while (!stream.atEnd() && m_limits.loads >= 0) {
             stream >> name;
-            m_dependencies.emplace_back(m_check, findFile(name, directory), directory);
+            m_dependencies.emplace_back(m_limits, findFile(name, directory), directory);
         }
     }
 
@@ -192,7 +189,6 @@ private:
             return true;
         qint64 position = m_contexts.start + 2 + 2 * qint64(buckets) + 2 * qint64(offset);
         while (const quint32 length = number<quint8>(position++)) {
-            takeStep();
             if (matches(position, length, context)) {
                 m_contextIsRuledOut = false;
                 break;
@@ -222,7 +218,7 @@ private:
         if (entry > last)
             return false;
 
-        while (entry != m_hashes.start && number<quint32>(entry) == number<quint32>(entry - 8))
+        while (entry != m_hashes.start && number<quint32>(entry - 8) == hash)
             entry -= 8;
         for (; entry < m_hashes.start + m_hashes.length; entry += 8) {
             if (number<quint32>(entry) != hash)
@@ -239,7 +235,6 @@ private:
 
         Block translation;
         for (;;) {
-            takeStep();
             const bool inBlock = position < m_messages.start + m_messages.length;
             const int tag = inBlock ? number<quint8>(position++) : 0;
             if (tag == End)
@@ -273,10 +268,11 @@ private:
         return true;
     }
 
-    Check &m_check;
-    QByteArray m_bytes;
-    const char *m_data = nullptr; ///< The data of m_bytes
-    qint64 m_size = 0;            ///< The size of m_bytes; 0 after a failure
+    Limits &m_limits;
+    QFile m_file;       ///< Owns the mapping.
+    QByteArray m_bytes; ///< Of a file that can't be mapped
+    const char *m_data = nullptr;
+    qint64 m_size = 0;
     Block m_contexts;
     Block m_hashes;
     Block m_messages;
@@ -289,15 +285,19 @@ private:
 
 bool loadQmFile(QTranslator &translator, const QString &fileName)
 {
-    if (!translator.load(fileName))
-        return false;
-
-    Check check;
-    QmFile file(check, translator.filePath(), QFileInfo(translator.filePath()).absolutePath());
-    for (const SourceText &text : kSourceTexts)
-        file.lookUp(text);
-    if (!check.failed)
-        return true;
+    try {
+        Limits limits;
+        const QString found = findFile(fileName, QString());
+        QmFile file(limits, found, dependenciesDirectory(found));
+        if (limits.loads >= 0 && translator.load(fileName)) {
+            for (const SourceText &text : kSourceTexts)
+                file.lookUp(text);
+            if (limits.reads >= 0)
+                return true;
+        }
+    } catch (const std::bad_alloc &) {
+        // Qt copies some blocks, and can't hold one of 1 GB. The host must not see exceptions.
+    }
     translator.load(nullptr, 0); // Empties it.
     return false;
 }

@@ -69,6 +69,9 @@ QByteArray recordOfChange(const char *translated)
     return record("PageSetLang", "Change", translated);
 }
 
+/// A record whose translation leads back to its own start
+const QByteArray endlessRecord = tagged(Translation, "", static_cast<quint32>(-5)) + end;
+
 /// The ELF hash function, which Qt uses for texts and contexts.
 quint32 hashOf(const char *text)
 {
@@ -99,10 +102,11 @@ QByteArray file(const QByteArray &blocks)
     return magic + blocks + tagged(Other, "any") + tagged(0, "");
 }
 
-/// Returns a file with "Change" alone, in the record at the start of @p messages.
-QByteArray fileOfChange(const QByteArray &messages)
+/// Returns a file with the blocks in @p further and then "Change" alone, in the record at the start
+/// of @p messages.
+QByteArray fileOfChange(const QByteArray &messages, const QByteArray &further = QByteArray())
 {
-    return file(tagged(Hashes, entryOfChange(0)) + tagged(Messages, messages));
+    return file(further + tagged(Hashes, entryOfChange(0)) + tagged(Messages, messages));
 }
 
 /// Returns the same with nothing after the record.
@@ -175,7 +179,7 @@ QByteArray dependenciesBlock(const QList<QByteArray> &names)
 
 QByteArray endlessQmFile()
 {
-    return fileOfChange(tagged(Translation, "", static_cast<quint32>(-5)) + end);
+    return fileOfChange(endlessRecord);
 }
 
 QByteArray slowQmFile()
@@ -219,7 +223,11 @@ QVector<CraftedQmFile> craftedQmFiles()
          true, "CHANGE"},
         {"contexts, not listed", completeQmFile(contextTable({1}, gap + contextName("A") + '\0')),
          true},
+        {"contexts, not listed, endless record",
+         fileOfChange(endlessRecord, contextTable({1}, gap + contextName("A") + '\0')), true},
         {"contexts, empty bucket", completeQmFile(contextTable({0}, gap)), true},
+        {"contexts, empty bucket, endless record",
+         fileOfChange(endlessRecord, contextTable({0}, gap)), true},
         {"contexts, no buckets (Qt divides by their number)", completeQmFile(contextTable({}, gap)),
          false},
         {"contexts, list after the end of the file", completeQmFile(contextTable({0x7fff}, gap)),
@@ -250,7 +258,7 @@ QVector<CraftedQmFile> craftedQmFiles()
          true, "found"},
         {"hashes, equal ones, the first matches",
          file(tagged(Hashes, entryOfChange(0) + entryOfChange(good.size()))
-              + tagged(Messages, good + endlessQmFile().mid(magic.size() + 18))),
+              + tagged(Messages, good + endlessRecord)),
          true, "found"},
         {"hashes, equal ones past the end of the file",
          magic + tagged(Messages, end)
@@ -273,7 +281,7 @@ QVector<CraftedQmFile> craftedQmFiles()
          true, "one"},
         {"empty translation, found",
          file(tagged(Hashes, entryOfChange(0) + entryOfChange(good.size() - 10))
-              + tagged(Messages, recordOfChange("") + endlessQmFile().mid(magic.size() + 18))),
+              + tagged(Messages, recordOfChange("") + endlessRecord)),
          true},
         {"translation of an odd number of bytes",
          fileOfChange(tagged(Translation, utf16("odd") + 'x') + sourceChange + end), true, "odd"},
@@ -310,10 +318,6 @@ QVector<CraftedQmFile> craftedQmFiles()
          true},
         {"long record", fileOfChange(chain(10000) + good), true, "found"},
         {"record shared by many entries", fileOfSharedRecord(350, 350), true},
-        {"short record shared by very many entries",
-         file(tagged(Hashes, entryOfChange(0).repeated(500000))
-              + tagged(Messages, field(Source, "other") + end)),
-         true},
         {"long record shared by very many entries", slowQmFile(), false},
     };
     return files;
@@ -336,6 +340,8 @@ QVector<CraftedQmFile> costlyQmFiles()
     const QByteArray other = field(Source, "other") + end;
     return {
         {"1,000 entries, one record of 1,000 fields", fileOfSharedRecord(1000, 1000), true},
+        {"many entries, one short record",
+         file(tagged(Hashes, entryOfChange(0).repeated(500000)) + tagged(Messages, other)), true},
         {"many entries, one long record", slowQmFile(), false},
         {"few entries, one long record",
          file(tagged(Hashes, entriesOfAllTexts) + tagged(Messages, chain(800000) + other)), true},

@@ -287,6 +287,11 @@ private:
 
 } // namespace
 
+QString findQmFile(const QString &fileName)
+{
+    return findFile(fileName, QString());
+}
+
 bool loadQmFile(QTranslator &translator, const QString &fileName)
 {
     if (!translator.load(fileName))

@@ -11,3 +11,7 @@ class QTranslator;
 /// larger. Damage elsewhere in the file does not matter. "Never" means more than 150,000 steps plus
 /// one for every 8 bytes; files written by tools never need that many.
 bool loadQmFile(QTranslator &translator, const QString &fileName);
+
+/// Returns the file from which QTranslator::load() has loaded @p fileName, an absolute path: Qt
+/// adds the suffix ".qm", or leaves out the end, if only then there is a file.
+QString findQmFile(const QString &fileName);

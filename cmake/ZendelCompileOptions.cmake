@@ -2,7 +2,8 @@
 
 add_library(zendel_compile_options INTERFACE)
 
-# Make conversions between bytes and strings explicit.
+# Make conversions between bytes and strings explicit. No option keeps out what the headers have and
+# hosts' older versions of Qt, down to 5.6, lack; the test imports does.
 target_compile_definitions(zendel_compile_options INTERFACE
     QT_NO_CAST_FROM_ASCII
     QT_NO_CAST_TO_ASCII

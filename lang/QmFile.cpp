@@ -283,6 +283,11 @@ private:
 
 } // namespace
 
+QString findQmFile(const QString &fileName)
+{
+    return findFile(fileName, QString());
+}
+
 bool loadQmFile(QTranslator &translator, const QString &fileName)
 {
     try {

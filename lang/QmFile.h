@@ -15,3 +15,7 @@ class QTranslator;
 /// than 300,000 reads plus one for every 4 bytes loaded; files written by tools never need that
 /// many.
 bool loadQmFile(QTranslator &translator, const QString &fileName);
+
+/// Returns the file from which QTranslator::load() has loaded @p fileName, an absolute path: Qt
+/// adds the suffix ".qm", or leaves out the end, if only then there is a file.
+QString findQmFile(const QString &fileName);

@@ -217,7 +217,7 @@ private:
     void checkFolder(const LangLine &line)
     {
         const QString path = line.value.toString().replace(QLatin1Char('\\'), QLatin1Char('/'));
-        if (path.split(QLatin1Char('/')).contains(QLatin1String("..")))
+        if ((QLatin1Char('/') + path + QLatin1Char('/')).contains(QLatin1String("/../")))
             addValue(FindingKind::FolderDots, line);
         const bool drive = path.size() > 1 && path.at(1) == QLatin1Char(':');
         if (drive || path.startsWith(QLatin1Char('/')))
@@ -373,9 +373,11 @@ CatalogueLines checkCatalogue(Report &report)
         const int length = report.encoding == QLatin1String("UTF-8") ? 3
             : report.encoding.startsWith(QLatin1String("UTF-16"))    ? 2
                                                                      : 4;
+        QByteArray bom = bytes.left(length).toHex().toUpper();
+        for (int i = 2; i < bom.size(); i += 3)
+            bom.insert(i, ' ');
         report.encodingReason =
-            QStringLiteral("it starts with the BOM %1")
-                .arg(QString::fromLatin1(bytes.left(length).toHex(' ').toUpper()));
+            QStringLiteral("it starts with the BOM %1").arg(QString::fromLatin1(bom));
         const QChar replacement(QChar::ReplacementCharacter);
         decodable = length == 2
             || in.codec()->toUnicode(bytes).count(replacement)

@@ -2,13 +2,13 @@
 
 #include "lang/ApplicationDir.h"
 #include "lang/CTranslatorMgr.h"
-#include "lang/QmFile.h"
 #include "lang/SourceTexts.h"
 #include "langcheck/CatalogueCheck.h"
 #include "langcheck/HostCheck.h"
 #include "langcheck/MessageBoxes.h"
 #include "langcheck/TextFit.h"
 #include "langcheck/Texts.h"
+#include "langcheck/Translation.h"
 #include "ui/DlgSettings.h"
 
 #include <QComboBox>
@@ -112,7 +112,7 @@ QString clippingRemedy(const ShownText &text, const char *remedyIfTooWide)
 
 QString key(int langId, const char *field)
 {
-    return QStringLiteral("LANG%1_%2").arg(langId).arg(QLatin1String(field));
+    return QStringLiteral("LANG%1_").arg(langId) + QLatin1String(field);
 }
 
 /// Checks the catalogue as a whole and the files that it names.
@@ -285,8 +285,8 @@ private:
             QString remedy = QStringLiteral("replace it by the translation for %1").arg(folder);
             if (isNamedFor(folder, m_codes.value(other->qmPath))) {
                 swapped.insert(other->qmPath); // Once for both, because two swaps change nothing.
-                remedy = QStringLiteral("swap it with %1, which is for %2")
-                             .arg(otherFile, m_codes.value(other->qmPath));
+                remedy = QStringLiteral("swap it with ") + otherFile
+                    + QStringLiteral(", which is for ") + m_codes.value(other->qmPath);
             }
             m_report.addFile(FindingKind::QmLanguage, lang.qmPath,
                              {code, folderName(*other), folder, quoted(lang.name), remedy});
@@ -359,13 +359,13 @@ private:
                                                  "that is missing, too")});
         else if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
             addTranslation(FindingKind::QmUnreadable, path);
-        else if (!loadQmFile(*CTranslatorMgr::instance()->translator(), path))
-            addTranslation(kindOfInvalidFile(file.read(kStartLength)), path);
+        else if (const auto translation = loadTranslation(path))
+            checkTexts(path, translation->language);
         else
-            checkTexts(path);
+            addTranslation(kindOfInvalidFile(file.read(kStartLength)), path);
     }
 
-    void checkTexts(const QString &path)
+    void checkTexts(const QString &path, const QString &language)
     {
         const auto isMissing = [](const SourceText &text) {
             return CTranslatorMgr::instance()
@@ -377,7 +377,7 @@ private:
             addTranslation(FindingKind::QmForeign, path);
             return;
         }
-        m_codes.insert(path, CTranslatorMgr::instance()->translator()->language());
+        m_codes.insert(path, language);
         for (const SourceText &text : kSourceTexts) {
             if (isMissing(text)) {
                 addTranslation(FindingKind::TextMissing, path,
@@ -436,9 +436,13 @@ Report checkDeployment(const QString &applicationDir)
     report.boxes = boxes.seen();
     report.listed = manager->visibleLanguages();
     report.defaultLangId = manager->defaultLangId();
-    report.translation = manager->translator()->filePath();
-    report.fallback = !report.translation.isEmpty()
-        && !QFileInfo::exists(manager->langFilePath(report.defaultLangId));
+    // Loaded again, to know the file.
+    const QString own = manager->langFilePath(report.defaultLangId);
+    const bool fallback = !QFileInfo::exists(own);
+    if (const auto translation = loadTranslation(fallback ? fallbackPath() : own)) {
+        report.translation = translation->fileName;
+        report.fallback = fallback;
+    }
     report.selected =
         DlgSettings().findChild<QComboBox *>(QStringLiteral("comboBox_language"))->currentIndex();
 

@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcessEnvironment>
 #include <QVector>
 
 #include <algorithm>
@@ -32,7 +33,8 @@ QString familyName(CompilerFamily family)
 /// Returns the folder with Windows' own DLLs; empty on other systems.
 QString systemFolder()
 {
-    const QString windows = qEnvironmentVariable("SystemRoot");
+    const QString windows =
+        QProcessEnvironment::systemEnvironment().value(QStringLiteral("SystemRoot"));
     return windows.isEmpty() ? QString() : windows + QLatin1String("/System32");
 }
 
@@ -165,8 +167,8 @@ private:
     {
         const bool known = m_reference && !m_reference->dll.version.isNull();
         return QStringLiteral("the same file of Qt %1 for %2")
-            .arg(known ? m_reference->dll.version.toString() : QStringLiteral("5.15"),
-                 m_family == CompilerFamily::Unknown ? QStringLiteral("64-bit x86")
+            .arg(known ? m_reference->dll.version.toString() : QStringLiteral("5.15"))
+            .arg(m_family == CompilerFamily::Unknown ? QStringLiteral("64-bit x86")
                                                      : familyName(m_family));
     }
 

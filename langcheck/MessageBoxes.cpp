@@ -8,6 +8,7 @@
 #include <QMessageBox>
 #include <QScreen>
 #include <QTimer>
+#include <QWindow>
 
 namespace {
 
@@ -62,8 +63,9 @@ void MessageBoxes::record(QMessageBox &box)
     const QRect space(label->mapTo(&box, QPoint(0, 0)), label->size());
     // The box grows with its text, but nobody sees what is outside the screen.
     const QSize largest(1000, 500);
-    const QRect visible(QPoint(0, 0),
-                        box.size().boundedTo(box.screen()->size()).boundedTo(largest));
+    const QRect visible(
+        QPoint(0, 0),
+        box.size().boundedTo(box.windowHandle()->screen()->size()).boundedTo(largest));
     const QVector<ShownText> texts {
         {box.windowTitle(), boxTitleSpace(box), false},
         {box.text(), space & visible, !visible.contains(space)},

@@ -25,8 +25,8 @@ QString writeFile(const QString &path, const QByteArray &bytes)
     const auto failure = [&path](QString reason) {
         if (reason.endsWith(QLatin1Char('.'))) // As Windows' reasons do
             reason.chop(1);
-        return QStringLiteral("Cannot write \"%1\": %2.")
-            .arg(QDir::toNativeSeparators(path), reason);
+        return QStringLiteral("Cannot write \"") + QDir::toNativeSeparators(path)
+            + QStringLiteral("\": ") + reason + QLatin1Char('.');
     };
     // QSaveFile would replace a device.
     const QFileInfo info(path);

@@ -60,8 +60,8 @@ details { margin: .4rem 0; }
 
 QString count(int number, const char *noun)
 {
-    return QStringLiteral("%1 %2%3").arg(number).arg(QLatin1String(noun),
-                                                     number == 1 ? QString() : QStringLiteral("s"));
+    return QString::number(number) + QLatin1Char(' ') + QLatin1String(noun)
+        + QLatin1String(number == 1 ? "" : "s");
 }
 
 class Page
@@ -314,7 +314,8 @@ private:
         row("Catalogue",
             m_report.encoding.isEmpty() ? QStringLiteral("Lang/Lang.ini, cannot be opened")
                                         : QStringLiteral("Lang/Lang.ini, read as %1 because %2")
-                                              .arg(m_report.encoding, m_report.encodingReason));
+                                              .arg(m_report.encoding)
+                                              .arg(m_report.encodingReason));
         row("Default", QString::number(m_report.defaultLangId));
         row("Translation",
             m_report.translation.isEmpty() ? QStringLiteral("none; all texts are empty")
@@ -322,8 +323,7 @@ private:
                     + (m_report.fallback ? QStringLiteral(", the fallback") : QString()));
         if (m_report.hostQt)
             row("Host\u2019s Qt", m_report.hostQt->description());
-        row("Checked by",
-            QStringLiteral("%1, with Qt %2").arg(programName(), QLatin1String(qVersion())));
+        row("Checked by", programName() + QStringLiteral(", with Qt ") + QLatin1String(qVersion()));
         row("System", QSysInfo::prettyProductName());
         const QFont font = QApplication::font();
         row("Font and style",

@@ -5,6 +5,7 @@
 #include "lang/SourceTexts.h"
 #include "langcheck/DeploymentCheck.h"
 #include "langcheck/MessageBoxes.h"
+#include "langcheck/Translation.h"
 #include "langcheck/WindowPicture.h"
 #include "plugin/HostMachine.h"
 #include "plugin/IHostMachine.h"
@@ -122,15 +123,16 @@ LanguagePictures drawLanguage(const LangEntry &language, int index)
 {
     QTranslator &translator = *CTranslatorMgr::instance()->translator();
     const bool fallback = !QFileInfo::exists(language.qmPath);
-    loadQmFile(translator, fallback ? fallbackPath() : language.qmPath);
+    const Translation translation =
+        loadTranslation(fallback ? fallbackPath() : language.qmPath).value_or(Translation());
 
     DlgSettings dialog;
     dialog.findChild<QComboBox *>(QStringLiteral("comboBox_language"))->setCurrentIndex(index);
     LanguagePictures result;
     result.language = language;
-    result.translation = translator.filePath();
+    result.translation = translation.fileName;
     result.fallback = fallback;
-    result.tag = languageTag(translator.language());
+    result.tag = languageTag(translation.language);
     addFonts(result.fonts, dialog, language.name);
     for (const SourceText &text : kSourceTexts) {
         result.texts += translator.translate(text.context, text.text);

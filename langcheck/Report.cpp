@@ -17,17 +17,17 @@ QString severityName(const Finding &finding)
 
 QString count(int number, const QString &noun)
 {
-    return QStringLiteral("%1 %2%3").arg(number).arg(noun,
-                                                     number == 1 ? QString() : QStringLiteral("s"));
+    return QString::number(number) + QLatin1Char(' ') + noun
+        + QLatin1String(number == 1 ? "" : "s");
 }
 
 } // namespace
 
 QString HostQt::description() const
 {
-    return QStringLiteral("%1, for %2")
-        .arg(version.isEmpty() ? QStringLiteral("unknown version") : version,
-             compiler.isEmpty() ? QStringLiteral("an unknown compiler") : compiler);
+    return (version.isEmpty() ? QStringLiteral("unknown version") : version)
+        + QStringLiteral(", for ")
+        + (compiler.isEmpty() ? QStringLiteral("an unknown compiler") : compiler);
 }
 
 Finding &Report::addLine(FindingKind kind, int line, const QStringList &values)

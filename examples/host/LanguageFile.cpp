@@ -52,8 +52,8 @@ bool LanguageFile::setDefaultLanguage(int number)
 
 bool LanguageFile::fail(const QString &action, const QString &reason)
 {
-    m_errorString = QStringLiteral("Cannot %1 %2: %3")
-                        .arg(action, QDir::toNativeSeparators(m_fileName), reason);
+    m_errorString = QStringLiteral("Cannot ") + action + QLatin1Char(' ')
+        + QDir::toNativeSeparators(m_fileName) + QStringLiteral(": ") + reason;
     return false;
 }
 
@@ -64,10 +64,11 @@ void LanguageFile::setBytes(const QByteArray &bytes)
         m_codec = nullptr;
         m_bom = bytes.left(2);
         m_units.resize(bytes.size() / 2 - 1);
-        if (m_bigEndian)
-            qFromBigEndian<quint16>(bytes.constData() + 2, m_units.size(), m_units.data());
-        else
-            qFromLittleEndian<quint16>(bytes.constData() + 2, m_units.size(), m_units.data());
+        const char *from = bytes.constData() + 2;
+        for (QChar &unit : m_units) {
+            unit = m_bigEndian ? qFromBigEndian<quint16>(from) : qFromLittleEndian<quint16>(from);
+            from += 2;
+        }
         m_rest = bytes.mid(bytes.size() / 2 * 2);
         return;
     }
@@ -88,10 +89,14 @@ QByteArray LanguageFile::toBytes(const QString &units) const
         return m_bom + units.toLatin1();
 
     QByteArray bytes(2 * units.size(), '\0');
-    if (m_bigEndian)
-        qToBigEndian<quint16>(units.constData(), units.size(), bytes.data());
-    else
-        qToLittleEndian<quint16>(units.constData(), units.size(), bytes.data());
+    char *to = bytes.data();
+    for (const QChar unit : units) {
+        if (m_bigEndian)
+            qToBigEndian<quint16>(unit.unicode(), to);
+        else
+            qToLittleEndian<quint16>(unit.unicode(), to);
+        to += 2;
+    }
     return m_bom + bytes + m_rest;
 }
 

@@ -37,8 +37,8 @@ bool Machine::SetLanguage(std::uint8_t langId)
             Q_EMIT logged(m_languages.errorString());
     }
     Q_EMIT logged(QStringLiteral("SetLanguage(%1) -> %2")
-                      .arg(QString::number(langId),
-                           accepted ? QStringLiteral("accepted") : QStringLiteral("refused")));
+                      .arg(langId)
+                      .arg(accepted ? QStringLiteral("accepted") : QStringLiteral("refused")));
     if (accepted)
         Q_EMIT languageChanged();
     return accepted;
@@ -52,6 +52,6 @@ QString Machine::displayLanguage()
     }
     const int number = m_languages.defaultLanguage();
     const QString name = m_languages.languageName(number);
-    return QStringLiteral("%1 (%2)").arg(name.isEmpty() ? QStringLiteral("Unknown") : name,
-                                         QString::number(number));
+    return (name.isEmpty() ? QStringLiteral("Unknown") : name)
+        + QStringLiteral(" (%1)").arg(number);
 }

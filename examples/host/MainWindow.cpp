@@ -119,5 +119,5 @@ void MainWindow::showLanguage()
 
 void MainWindow::logResult(const QString &call, bool result)
 {
-    m_log->appendPlainText(QStringLiteral("%1 -> %2").arg(call, QVariant(result).toString()));
+    m_log->appendPlainText(call + QStringLiteral(" -> ") + QVariant(result).toString());
 }

@@ -43,7 +43,7 @@ IZendelMgr &Plugin::manager()
 
 bool Plugin::fail(const QString &reason)
 {
-    m_errorString = QStringLiteral("Cannot use the plug-in %1: %2")
-                        .arg(QDir::toNativeSeparators(m_library.fileName()), reason);
+    m_errorString = QStringLiteral("Cannot use the plug-in ")
+        + QDir::toNativeSeparators(m_library.fileName()) + QStringLiteral(": ") + reason;
     return false;
 }

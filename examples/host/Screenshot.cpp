@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QScreen>
 #include <QWidget>
+#include <QWindow>
 
 #include <numeric>
 
@@ -30,7 +31,7 @@ QRect frameOf(const QList<QWidget *> &windows)
 
 QPixmap grabbed(const QList<QWidget *> &windows)
 {
-    QScreen *const screen = windows.first()->screen();
+    QScreen *const screen = windows.first()->windowHandle()->screen();
     const QRect rect =
         (frameOf(windows) & screen->geometry()).translated(-screen->geometry().topLeft());
     return screen->grabWindow(0, rect.x(), rect.y(), rect.width(), rect.height());

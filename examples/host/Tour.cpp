@@ -68,7 +68,7 @@ Tour::Tour(QWidget &mainWindow, LanguageFile &languages, QString directory)
 
 void Tour::start()
 {
-    m_deadline.setRemainingTime(timeoutMs);
+    m_elapsed.start();
     m_timer.start(intervalMs);
 }
 
@@ -164,8 +164,9 @@ void Tour::runStep()
 {
     const QMessageBox *const box = messageBox();
     if (box && box->icon() != m_step->expectedBox) {
-        fail(QStringLiteral("Unexpected message \"%1\": %2").arg(box->windowTitle(), box->text()));
-    } else if (m_deadline.hasExpired()) {
+        fail(QStringLiteral("Unexpected message \"") + box->windowTitle() + QStringLiteral("\": ")
+             + box->text());
+    } else if (m_elapsed.hasExpired(timeoutMs)) {
         fail(QStringLiteral("Timed out"));
     } else if ((this->*m_step->run)()) {
         ++m_step;
@@ -202,7 +203,8 @@ bool Tour::takeScreenshot(const QWidget *newWindow)
     QSaveFile file(fileName);
     const QPixmap pixmap = screenshot(m_mainWindow);
     if (!file.open(QIODevice::WriteOnly) || !pixmap.save(&file, "PNG") || !file.commit())
-        return fail(QStringLiteral("Cannot write %1: %2").arg(fileName, file.errorString()));
+        return fail(QStringLiteral("Cannot write ") + fileName + QStringLiteral(": ")
+                    + file.errorString());
     m_screenshots.append(fileName);
     return true;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QDeadlineTimer>
+#include <QElapsedTimer>
 #include <QMessageBox>
 #include <QObject>
 #include <QStringList>
@@ -51,7 +51,7 @@ private:
     LanguageFile &m_languages;
     const QString m_directory;
     QTimer m_timer;
-    QDeadlineTimer m_deadline;
+    QElapsedTimer m_elapsed;
     const Step *m_step = steps;
     int m_settledRounds = 0;
     int m_chosenLanguage = 0;

@@ -9,6 +9,7 @@
 #include "support/Plugin.h"
 #include "support/RecordingMachine.h"
 #include "support/TestFile.h"
+#include "support/TestOnEveryQt.h"
 #include "support/TranslationBoxes.h"
 #include "support/Warnings.h"
 
@@ -17,13 +18,13 @@
 #include <QDialog>
 #include <QDirIterator>
 #include <QFile>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 #include <QSet>
 #include <QTabWidget>
-#include <QTest>
 
 #ifdef Q_OS_WIN
 #    include <windows.h>
@@ -63,8 +64,7 @@ QComboBox &languages(const QDialog &dialog)
 
 void pressChange(const QDialog &dialog)
 {
-    QTest::mouseClick(dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change")),
-                      Qt::LeftButton);
+    dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"))->click();
 }
 
 bool isMapped(const QString &fileName)
@@ -337,7 +337,8 @@ void tst_Zendel::operatorChangesTheLanguage()
     m_operator.onDialog = [](QDialog &dialog) {
         languages(dialog).setCurrentIndex(1);
         pressChange(dialog);
-        QTest::keyClick(&dialog, Qt::Key_Escape);
+        QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+        QCoreApplication::sendEvent(&dialog, &escape);
     };
     QVERIFY(m_mgr->Init(&m_machine));
     QVERIFY(m_mgr->ShowSettingsDlg(nullptr));
@@ -475,7 +476,7 @@ void tst_Zendel::dialogIsInTheForegroundThenTheOwner()
     NativeWindow owner(QRect(100, 50, 800, 600));
     NativeWindow other(QRect(100, 50, 800, 600)); // Covers the owner.
     m_operator.onDialog = [&](QDialog &dialog) {
-        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        QVERIFY(TestOnEveryQt::waitFor([&dialog] { return dialog.isActiveWindow(); }));
         QVERIFY(!owner.hasFocus());
         NativeWindow::click(dialog.geometry().center());
         QCOMPARE(owner.takeClicks() + other.takeClicks(), 0);
@@ -547,7 +548,7 @@ void tst_Zendel::unloadingLeavesNothingBehind()
     auto *const tabs = new QTabWidget(&dialog);
     tabs->addTab(new QComboBox, QStringLiteral("Tab"));
     dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QVERIFY(TestOnEveryQt::waitForExposed(dialog));
     QMessageBox::information(&dialog, QStringLiteral("Title"), QStringLiteral("Text"));
     QCOMPARE(m_operator.takeBoxes().size(), 1);
 }

@@ -10,6 +10,7 @@
 #include "support/Plugin.h"
 #include "support/RecordingMachine.h"
 #include "support/TestFile.h"
+#include "support/TestOnEveryQt.h"
 #include "support/Warnings.h"
 
 #include <QApplication>
@@ -22,7 +23,6 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QScreen>
-#include <QTest>
 
 #include <algorithm>
 #include <functional>
@@ -383,8 +383,9 @@ void tst_Zendel_win32::dialogIsPaintedOverTheOwner()
     QImage screenshot;
     m_operator.onDialog = [&](const QDialog &dialog) {
         QCOMPARE(dialog.windowTitle(), title);
-        const bool painted = QTest::qWaitFor([&] {
-            screenshot = dialog.screen()
+        const bool painted = TestOnEveryQt::waitFor([&] {
+            screenshot = dialog.windowHandle()
+                             ->screen()
                              ->grabWindow(0, area.x(), area.y(), area.width(), area.height())
                              .toImage();
             return screenshot.pixelColor(tab) == QColor(Qt::white);

@@ -6,13 +6,13 @@
 #include "support/NativeWindow.h"
 #include "support/Operator.h"
 #include "support/TestFile.h"
+#include "support/TestOnEveryQt.h"
 #include "support/Warnings.h"
 
 #include <QComboBox>
 #include <QDialog>
 #include <QPointer>
 #include <QPushButton>
-#include <QTest>
 #include <QVector>
 
 #include <windows.h>

@@ -8,6 +8,7 @@
 #include "support/Plugin.h"
 #include "support/RecordingMachine.h"
 #include "support/TestFile.h"
+#include "support/TestOnEveryQt.h"
 #include "support/Warnings.h"
 
 #include <QApplication>
@@ -18,7 +19,6 @@
 #include <QJsonObject>
 #include <QPushButton>
 #include <QTemporaryDir>
-#include <QTest>
 #include <QVector>
 
 #include <algorithm>
@@ -207,7 +207,7 @@ void tst_runtime_win32::twoPluginsWorkIndependently()
     QFETCH(bool, copyIsUnloadedFirst);
 
     const QTemporaryDir folder;
-    const QString file = folder.filePath(QStringLiteral("Copy.dll"));
+    const QString file = folder.path() + QStringLiteral("/Copy.dll");
     QVERIFY(QFile::copy(m_plugin.fileName(), file));
     Plugin copy(file);
     copy.load();
@@ -303,8 +303,9 @@ void tst_runtime_win32::allModulesShareOneHeap()
                 continue;
             const QString dll = importedFrom(module, function);
             QVERIFY2(dll == expected,
-                     qPrintable(QStringLiteral("%1 has %2 from %3, not from %4")
-                                    .arg(name, QLatin1String(function), dll, expected)));
+                     qPrintable(name + QStringLiteral(" has ") + QLatin1String(function)
+                                + QStringLiteral(" from ") + dll + QStringLiteral(", not from ")
+                                + expected));
         }
         ++checked;
     }

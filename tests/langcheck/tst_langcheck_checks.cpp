@@ -100,6 +100,7 @@ private Q_SLOTS:
     void messageBoxesAreReported();
     void noWindowIsShown();
     void fallbackIsReported();
+    void fileThatQtFindsIsReported();
     void missingTextsAreNamed();
     void realNamesAreNotGarbled();
     void garbledNamesAreRestored();
@@ -477,6 +478,13 @@ void tst_langcheck_checks::fallbackIsReported()
     QVERIFY(report.fallback);
     QCOMPARE(report.defaultLangId, 9);
     QCOMPARE(report.selected, 0);
+}
+
+void tst_langcheck_checks::fileThatQtFindsIsReported()
+{
+    const QString file = Deployment::path(QStringLiteral("Lang/first/Zendel.qm"));
+    QVERIFY(QFile::copy(file, file + QStringLiteral(".qm")));
+    QCOMPARE(check().translation, file + QStringLiteral(".qm"));
 }
 
 void tst_langcheck_checks::missingTextsAreNamed()

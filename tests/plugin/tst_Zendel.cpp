@@ -547,6 +547,7 @@ void tst_Zendel::unloadingLeavesNothingBehind()
     dialog.setStyleSheet(QStringLiteral("QTabBar::tab:selected { background: white; }"));
     auto *const tabs = new QTabWidget(&dialog);
     tabs->addTab(new QComboBox, QStringLiteral("Tab"));
+    dialog.resize(400, 300); // Some versions of Qt warn if it is narrower than Windows allows.
     dialog.show();
     QVERIFY(TestOnEveryQt::waitForExposed(dialog));
     QMessageBox::information(&dialog, QStringLiteral("Title"), QStringLiteral("Text"));

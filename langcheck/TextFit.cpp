@@ -2,7 +2,9 @@
 
 #include <QComboBox>
 #include <QDialog>
+#include <QImage>
 #include <QLabel>
+#include <QPainter>
 #include <QPushButton>
 #include <QStyle>
 #include <QStyleOptionButton>
@@ -15,13 +17,42 @@
 
 namespace {
 
+/// Returns the height that a text needs in a widget, which centres its line. That is less than the
+/// line's height, which is as large as that of the highest font in it: for some that replace a
+/// missing character, four times the height of the characters.
+int neededHeight(const QWidget &widget, const QString &text)
+{
+    const QSize line = widget.fontMetrics().size(Qt::TextSingleLine, text);
+    QImage image(line.width(), 2 * line.height(), QImage::Format_RGB32);
+    image.setDotsPerMeterX(qRound(widget.logicalDpiX() / 0.0254));
+    image.setDotsPerMeterY(qRound(widget.logicalDpiY() / 0.0254));
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.setFont(widget.font());
+    painter.drawText(image.rect(), Qt::AlignVCenter | Qt::TextSingleLine, text);
+    painter.end();
+
+    const auto isEmpty = [&image](int y) {
+        const auto *const pixels = reinterpret_cast<const QRgb *>(image.constScanLine(y));
+        return std::all_of(pixels, pixels + image.width(),
+                           [](QRgb pixel) { return pixel == qRgb(255, 255, 255); });
+    };
+    int margin = 0;
+    while (margin < line.height() && isEmpty(margin) && isEmpty(image.height() - 1 - margin))
+        ++margin;
+    return image.height() - 2 * margin;
+}
+
 /// Returns a text of the widget, for which there is @p room.
 ShownText shownText(const QWidget &widget, const QString &text, const QRect &space,
                     const QSize &room, const SourceText &source = {nullptr, nullptr})
 {
     const QSize size = widget.fontMetrics().size(Qt::TextSingleLine, text);
-    if (size.width() <= room.width() && size.height() > room.height())
-        return {text, space, true, true, size.height(), room.height(), source};
+    if (size.width() <= room.width() && size.height() > room.height()) {
+        const int height = neededHeight(widget, text);
+        if (height > room.height())
+            return {text, space, true, true, height, room.height(), source};
+    }
     return {text, space, size.width() > room.width(), false, size.width(), room.width(), source};
 }
 

@@ -23,7 +23,7 @@ struct ShownText
     QRect space; ///< In the window's coordinates. A title is above the window.
     bool clipped = false;
     bool tooHigh = false; ///< Whether it is not too wide. Only in the dialog, as what follows.
-    int size = 0;         ///< The text's own width, or height if it is too high, in pixels.
+    int size = 0;         ///< The width that it needs, or height if it is too high, in pixels.
     int room = 0;         ///< The width or height that it may have.
     SourceText source = {nullptr,
                          nullptr}; ///< The English text. Only for texts that are translated.

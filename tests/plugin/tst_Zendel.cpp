@@ -287,6 +287,7 @@ void tst_Zendel::noDialogBeforeInit()
 {
     const NativeWindow owner(QRect(100, 50, 800, 600));
     const NativeWindow other(QRect(100, 50, 100, 100)); // Takes the focus where new windows get it.
+    QTRY_VERIFY(!owner.hasFocus()); // A window manager gives both the focus, one after the other.
     QVERIFY(!m_mgr->ShowSettingsDlg(owner.handle()));
     QVERIFY(!m_mgr->ShowSettingsDlg(nullptr));
     QVERIFY(!owner.hasFocus());
@@ -433,26 +434,31 @@ void tst_Zendel::everyDialogLogsOneWarning()
 void tst_Zendel::dialogIsCentredOverTheOwner_data()
 {
     QTest::addColumn<QRect>("owner");
-    QTest::addColumn<QPoint>("position");
+    QTest::addColumn<QPoint>("offset");
 
-    QTest::newRow("usual sizes") << QRect(100, 50, 800, 600) << QPoint(150, 115);
-    QTest::newRow("one pixel over") << QRect(100, 50, 701, 471) << QPoint(100, 50);
-    QTest::newRow("three pixels over") << QRect(100, 50, 703, 473) << QPoint(101, 51);
-    QTest::newRow("three pixels short") << QRect(100, 50, 697, 467) << QPoint(99, 49);
-    QTest::newRow("smaller than the dialog") << QRect(400, 300, 201, 101) << QPoint(151, 116);
-    QTest::newRow("partly off the screen") << QRect(-100, -60, 800, 600) << QPoint(-50, 5);
+    QTest::newRow("usual sizes") << QRect(100, 50, 800, 600) << QPoint(50, 65);
+    QTest::newRow("one pixel over") << QRect(100, 50, 701, 471) << QPoint(0, 0);
+    QTest::newRow("three pixels over") << QRect(100, 50, 703, 473) << QPoint(1, 1);
+    QTest::newRow("three pixels short") << QRect(100, 50, 697, 467) << QPoint(-1, -1);
+    QTest::newRow("smaller than the dialog") << QRect(400, 300, 201, 101) << QPoint(-249, -184);
+    QTest::newRow("partly off the screen") << QRect(-100, -60, 800, 600) << QPoint(50, 65);
 }
 
 void tst_Zendel::dialogIsCentredOverTheOwner()
 {
     QFETCH(QRect, owner);
-    QFETCH(QPoint, position);
+    QFETCH(QPoint, offset);
 
     const NativeWindow window(owner);
+    QRect placed;
     QPoint seen;
     m_operator.onDialog = [&seen](QDialog &dialog) { seen = dialog.pos(); };
-    initAndShow(window.handle());
-    QCOMPARE(seen, position);
+    do { // Again if a window manager has moved the owner meanwhile.
+        placed = window.geometry();
+        initAndShow(window.handle());
+    } while (window.geometry() != placed);
+    QCOMPARE(placed.size(), owner.size());
+    QCOMPARE(seen, placed.topLeft() + offset);
 }
 
 void tst_Zendel::ownerIsDisabledWhileTheDialogRuns()
@@ -475,6 +481,8 @@ void tst_Zendel::dialogIsInTheForegroundThenTheOwner()
 {
     NativeWindow owner(QRect(100, 50, 800, 600));
     NativeWindow other(QRect(100, 50, 800, 600)); // Covers the owner.
+    const QPoint besideTheDialog(120, 620);
+    QTRY_VERIFY(other.isOnTop(besideTheDialog));
     m_operator.onDialog = [&](QDialog &dialog) {
         QVERIFY(TestOnEveryQt::waitFor([&dialog] { return dialog.isActiveWindow(); }));
         QVERIFY(!owner.hasFocus());
@@ -484,7 +492,24 @@ void tst_Zendel::dialogIsInTheForegroundThenTheOwner()
     initAndShow(owner.handle());
 
     QVERIFY(owner.hasFocus());
-    NativeWindow::click({120, 620});
+    // Wine raises the window only on the screen at first. A simulated click that comes before Wine
+    // has updated its own order would go to the other window.
+    const auto comesToTheTop = [&] {
+        return QTest::qWaitFor([&] { return owner.isOnTop(besideTheDialog); }, 2000);
+    };
+    const bool raised = comesToTheTop();
+#ifdef Q_OS_WIN
+    if (!raised) {
+        // Windows raises the foreground window. Wine leaves that to the window manager if there is
+        // one, and not all do it. Then the test's own call has no more effect than the plug-in's.
+        QVERIFY(SetForegroundWindow(other.handle()));
+        QVERIFY(SetForegroundWindow(owner.handle()));
+        QVERIFY(!comesToTheTop());
+        return;
+    }
+#endif
+    QVERIFY(raised);
+    NativeWindow::click(besideTheDialog);
     QCOMPARE(owner.takeClicks(), 1);
 }
 

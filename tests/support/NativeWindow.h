@@ -19,6 +19,9 @@ public:
 
     HWND handle() const;
 
+    /// Returns where the window is now, because a window manager may have moved it.
+    QRect geometry() const;
+
     /// Destroys the window; its handle becomes invalid.
     void destroy();
 
@@ -37,6 +40,9 @@ public:
 
     /// Returns true if the window receives the keyboard input.
     bool hasFocus() const;
+
+    /// Returns true if no other window covers this one at a position on the screen.
+    bool isOnTop(const QPoint &position) const;
 
     /// Waits until the window system has processed all of Qt's requests, and Qt all replies,
     /// including late errors.

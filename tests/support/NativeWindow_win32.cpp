@@ -95,6 +95,13 @@ HWND NativeWindow::handle() const
     return d->window;
 }
 
+QRect NativeWindow::geometry() const
+{
+    RECT rect = {};
+    GetWindowRect(d->window, &rect);
+    return {QPoint(rect.left, rect.top), QPoint(rect.right - 1, rect.bottom - 1)};
+}
+
 void NativeWindow::destroy()
 {
     DestroyWindow(d->window); // Fails harmlessly the second time.
@@ -136,6 +143,11 @@ int NativeWindow::takeInput()
 bool NativeWindow::hasFocus() const
 {
     return GetForegroundWindow() == d->window;
+}
+
+bool NativeWindow::isOnTop(const QPoint &position) const
+{
+    return WindowFromPoint({position.x(), position.y()}) == d->window;
 }
 
 void NativeWindow::synchronizeQt()

@@ -67,6 +67,15 @@ HWND NativeWindow::handle() const
     return reinterpret_cast<HWND>(static_cast<std::uintptr_t>(d->window));
 }
 
+QRect NativeWindow::geometry() const
+{
+    xcb_get_geometry_reply_t *const reply =
+        xcb_get_geometry_reply(d->connection, xcb_get_geometry(d->connection, d->window), nullptr);
+    const QRect result = reply ? QRect(reply->x, reply->y, reply->width, reply->height) : QRect();
+    std::free(reply);
+    return result;
+}
+
 void NativeWindow::destroy()
 {
     xcb_destroy_window(d->connection, d->window);
@@ -112,6 +121,19 @@ bool NativeWindow::hasFocus() const
     const bool focus = reply && reply->focus == d->window;
     std::free(reply);
     return focus;
+}
+
+bool NativeWindow::isOnTop(const QPoint &position) const
+{
+    const xcb_window_t root = screenOf(d->connection)->root;
+    xcb_translate_coordinates_reply_t *const reply = xcb_translate_coordinates_reply(
+        d->connection,
+        xcb_translate_coordinates(d->connection, root, root, static_cast<qint16>(position.x()),
+                                  static_cast<qint16>(position.y())),
+        nullptr);
+    const bool onTop = reply && reply->child == d->window;
+    std::free(reply);
+    return onTop;
 }
 
 void NativeWindow::synchronizeQt()

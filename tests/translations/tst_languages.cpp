@@ -69,6 +69,7 @@ private Q_SLOTS:
     void textsAreNotClipped_data();
     void textsAreNotClipped();
     void clippedTextsAreDetected();
+    void onlyCharactersThatAreCutOffAreTooHigh();
     void missingGlyphsAreDetected();
 
 private:
@@ -164,6 +165,21 @@ void tst_languages::clippedTextsAreDetected()
     dialog.findChild<QComboBox *>()->setItemText(0, longText);
     QVERIFY(languageName(dialog, 0).clipped);
     QVERIFY(!languageName(dialog, 1).clipped);
+}
+
+/// Part of a line's height is empty, more with some fonts than with others.
+void tst_languages::onlyCharactersThatAreCutOffAreTooHigh()
+{
+    const DlgSettings dialog;
+    auto *const list = dialog.findChild<QComboBox *>();
+    QFont font = list->font();
+    font.setPixelSize(26);
+    list->setFont(font);
+    list->setItemText(0, QStringLiteral("x"));
+    QVERIFY(list->fontMetrics().height() > list->height() - 6);
+    QVERIFY(!languageName(dialog, 0).clipped);
+    list->setItemText(0, QStringLiteral("Ågj"));
+    QVERIFY(languageName(dialog, 0).tooHigh);
 }
 
 void tst_languages::missingGlyphsAreDetected()

@@ -156,9 +156,10 @@ make_python() {
 }
 
 make_tools() {
-    mkdir -p kit/bin
-    cp qt5-applications/qt5_applications/Qt/bin/{lrelease.exe,qmake.exe,windeployqt.exe,Qt5Core.dll,Qt5Xml.dll} \
-        kit/bin/
+    local from=qt5-applications/qt5_applications/Qt
+    mkdir -p kit/{bin,plugins}
+    cp "$from"/bin/{lrelease,qmake,windeployqt}.exe "$from"/bin/Qt5{Core,Gui,Widgets,Xml}.dll kit/bin/
+    cp -r "$from"/plugins/{platforms,styles} kit/plugins/
 }
 
 grep -q "^$name " <<< "$packages" || fail "unknown: $name"

@@ -7,7 +7,7 @@ import sys
 
 root = pathlib.Path(sys.argv[1])
 # Paths in a build, in a package or on a machine
-ELSEWHERE = re.compile(r"^(Lang|build|include|platforms)/|[<>*~]")
+ELSEWHERE = re.compile(r"^(Lang|build|include|platforms|plugins)/|[<>*~]")
 SOURCE = re.compile(r"\.(cmake|cpp|h|ini|md|py|sh)$")
 
 names = {path.name for path in root.rglob("*") if not ELSEWHERE.match(path.relative_to(root).as_posix())}

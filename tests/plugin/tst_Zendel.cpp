@@ -287,7 +287,9 @@ void tst_Zendel::noDialogBeforeInit()
 {
     const NativeWindow owner(QRect(100, 50, 800, 600));
     const NativeWindow other(QRect(100, 50, 100, 100)); // Takes the focus where new windows get it.
-    QTRY_VERIFY(!owner.hasFocus()); // A window manager gives both the focus, one after the other.
+    QVERIFY(TestOnEveryQt::waitFor([&] {
+        return !owner.hasFocus();
+    })); // A window manager gives both the focus, one after the other.
     QVERIFY(!m_mgr->ShowSettingsDlg(owner.handle()));
     QVERIFY(!m_mgr->ShowSettingsDlg(nullptr));
     QVERIFY(!owner.hasFocus());
@@ -482,7 +484,7 @@ void tst_Zendel::dialogIsInTheForegroundThenTheOwner()
     NativeWindow owner(QRect(100, 50, 800, 600));
     NativeWindow other(QRect(100, 50, 800, 600)); // Covers the owner.
     const QPoint besideTheDialog(120, 620);
-    QTRY_VERIFY(other.isOnTop(besideTheDialog));
+    QVERIFY(TestOnEveryQt::waitFor([&] { return other.isOnTop(besideTheDialog); }));
     m_operator.onDialog = [&](QDialog &dialog) {
         QVERIFY(TestOnEveryQt::waitFor([&dialog] { return dialog.isActiveWindow(); }));
         QVERIFY(!owner.hasFocus());
@@ -495,7 +497,7 @@ void tst_Zendel::dialogIsInTheForegroundThenTheOwner()
     // Wine raises the window only on the screen at first. A simulated click that comes before Wine
     // has updated its own order would go to the other window.
     const auto comesToTheTop = [&] {
-        return QTest::qWaitFor([&] { return owner.isOnTop(besideTheDialog); }, 2000);
+        return TestOnEveryQt::waitFor([&] { return owner.isOnTop(besideTheDialog); });
     };
     const bool raised = comesToTheTop();
 #ifdef Q_OS_WIN

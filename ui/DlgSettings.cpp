@@ -36,10 +36,11 @@ void DlgSettings::buildTabs()
     if (style.open(QIODevice::ReadOnly))
         setStyleSheet(QString::fromUtf8(style.readAll()));
 
-    const QTranslator *const translator = CTranslatorMgr::instance()->translator();
     m_pageSetLang = new PageSetLang(ui->tabWidget);
-    ui->tabWidget->addTab(m_pageSetLang, translator->translate("DlgSettings", "Language"));
-    setWindowTitle(translator->translate("DlgSettings", "Settings"));
+    ui->tabWidget->addTab(
+        m_pageSetLang,
+        CTranslatorMgr::instance()->translator()->translate("DlgSettings", "Language"));
+    setWindowTitle(CTranslatorMgr::instance()->translator()->translate("DlgSettings", "Settings"));
 
     ui->tabWidget->setCurrentIndex(0);
     ui->tabWidget->setDocumentMode(true); // Deliberate: repeats what the form sets.

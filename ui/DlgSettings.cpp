@@ -32,8 +32,7 @@ void DlgSettings::reject()
 
 void DlgSettings::buildTabs()
 {
-    QFile style(QLatin1String(":/res/qss/style.css"));
-    if (style.open(QIODevice::ReadOnly))
+    if (QFile style(QLatin1String(":/res/qss/style.css")); style.open(QIODevice::ReadOnly))
         setStyleSheet(QString::fromUtf8(style.readAll()));
 
     m_pageSetLang = new PageSetLang(ui->tabWidget);

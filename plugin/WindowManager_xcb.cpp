@@ -2,7 +2,6 @@
 
 #include <QGuiApplication>
 #include <QHash>
-#include <QPointer>
 #include <QWidget>
 #include <QWindow>
 #include <QX11Info>
@@ -13,9 +12,8 @@
 #include <cstdlib>
 #include <memory>
 
-// On Qt's platform xcb, a handle is an X11 window ID. All requests are checked, so that errors are
-// returned here and dropped; Qt would log them. Other platforms (offscreen, Wayland) have no X11
-// connection: windows that this process has created with Qt are served through Qt, in Qt's
+// On Qt's platform xcb, a handle is an X11 window ID. Other platforms (offscreen, Wayland) have no
+// X11 connection: windows that this process has created with Qt are served through Qt, in Qt's
 // coordinates, and other handles are ignored.
 
 namespace {
@@ -30,9 +28,6 @@ using Reply = std::unique_ptr<T, Free>;
 /// Maps each disabled window to the input-only window that keeps the mouse from it.
 QHash<xcb_window_t, xcb_window_t> covers;
 
-/// The widget that had the focus in a disabled Qt window; Qt does not restore the focus by itself.
-QPointer<QWidget> focusWidget;
-
 /// Returns Qt's X11 connection, or null on other platforms.
 xcb_connection_t *connection()
 {
@@ -44,17 +39,17 @@ xcb_window_t toXcb(HWND window)
     return static_cast<xcb_window_t>(reinterpret_cast<std::uintptr_t>(window));
 }
 
-bool succeeded(xcb_void_cookie_t cookie)
+/// Waits for a request and drops its error, which means that the window no longer exists. Qt would
+/// log the errors of requests that aren't checked.
+void complete(xcb_void_cookie_t cookie)
 {
-    return !Reply<xcb_generic_error_t>(xcb_request_check(connection(), cookie));
+    std::free(xcb_request_check(connection(), cookie));
 }
 
 /// Returns the Qt window of this process with this handle, or null.
 QWindow *qtWindow(HWND handle)
 {
     const auto id = reinterpret_cast<WId>(handle);
-    if (const QWidget *const widget = QWidget::find(id))
-        return widget->window()->windowHandle();
     const QWindowList windows = QGuiApplication::topLevelWindows();
     for (QWindow *const window : windows) {
         // Without the first test, winId() would create missing native windows.
@@ -67,16 +62,8 @@ QWindow *qtWindow(HWND handle)
 /// Enables or disables widgets only. The modal dialog itself blocks input to other Qt windows.
 void enableQtWindow(HWND handle, bool enable)
 {
-    QWidget *const found = QWidget::find(reinterpret_cast<WId>(handle));
-    if (!found)
-        return;
-
-    QWidget *const window = found->window();
-    if (!enable)
-        focusWidget = window->focusWidget();
-    window->setEnabled(enable);
-    if (enable && focusWidget)
-        focusWidget->setFocus();
+    if (QWidget *const window = QWidget::find(reinterpret_cast<WId>(handle)))
+        window->setEnabled(enable);
 }
 
 /// Returns the frame that the window manager has put around @p window, or @p window itself if it
@@ -105,12 +92,11 @@ void coverWindow(xcb_window_t window)
     const quint32 values[] = {XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE
                               | XCB_EVENT_MASK_POINTER_MOTION};
     const xcb_window_t cover = xcb_generate_id(connection());
-    if (!succeeded(xcb_create_window_checked(connection(), XCB_COPY_FROM_PARENT, cover, window, 0,
-                                             0, size, size, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
-                                             XCB_COPY_FROM_PARENT, XCB_CW_DONT_PROPAGATE, values)))
-        return;
-    if (succeeded(xcb_map_window_checked(connection(), cover))) // GCOV_EXCL_BR_LINE: It exists.
-        covers.insert(window, cover);
+    complete(xcb_create_window_checked(connection(), XCB_COPY_FROM_PARENT, cover, window, 0, 0,
+                                       size, size, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+                                       XCB_COPY_FROM_PARENT, XCB_CW_DONT_PROPAGATE, values));
+    complete(xcb_map_window_checked(connection(), cover));
+    covers.insert(window, cover);
 }
 
 } // namespace
@@ -125,7 +111,7 @@ void enableWindow(HWND window, bool enable)
     else if (!enable)
         coverWindow(toXcb(window));
     else if (const xcb_window_t cover = covers.take(toXcb(window)))
-        succeeded(xcb_destroy_window_checked(connection(), cover));
+        complete(xcb_destroy_window_checked(connection(), cover));
 }
 
 Rect windowRect(HWND window)
@@ -150,8 +136,8 @@ void setForegroundWindow(HWND window)
 {
     bringWindowToTop(window);
     if (connection()) {
-        succeeded(xcb_set_input_focus_checked(connection(), XCB_INPUT_FOCUS_PARENT, toXcb(window),
-                                              XCB_CURRENT_TIME));
+        complete(xcb_set_input_focus_checked(connection(), XCB_INPUT_FOCUS_PARENT, toXcb(window),
+                                             XCB_CURRENT_TIME));
     } else if (QWindow *const qt = qtWindow(window)) {
         qt->requestActivate();
     }
@@ -162,8 +148,8 @@ void bringWindowToTop(HWND window)
     if (connection()) {
         // For the window, not its frame: the window manager gets the request and raises the frame.
         const quint32 values[] = {XCB_STACK_MODE_ABOVE};
-        succeeded(xcb_configure_window_checked(connection(), toXcb(window),
-                                               XCB_CONFIG_WINDOW_STACK_MODE, values));
+        complete(xcb_configure_window_checked(connection(), toXcb(window),
+                                              XCB_CONFIG_WINDOW_STACK_MODE, values));
     } else if (QWindow *const qt = qtWindow(window)) {
         qt->raise();
     }

@@ -32,14 +32,14 @@ void DlgSettings::reject()
 
 void DlgSettings::buildTabs()
 {
-    QFile style(QLatin1String(":/res/qss/style.css"));
-    if (style.open(QIODevice::ReadOnly))
+    if (QFile style(QLatin1String(":/res/qss/style.css")); style.open(QIODevice::ReadOnly))
         setStyleSheet(QString::fromUtf8(style.readAll()));
 
-    const QTranslator *const translator = CTranslatorMgr::instance()->translator();
     m_pageSetLang = new PageSetLang(ui->tabWidget);
-    ui->tabWidget->addTab(m_pageSetLang, translator->translate("DlgSettings", "Language"));
-    setWindowTitle(translator->translate("DlgSettings", "Settings"));
+    ui->tabWidget->addTab(
+        m_pageSetLang,
+        CTranslatorMgr::instance()->translator()->translate("DlgSettings", "Language"));
+    setWindowTitle(CTranslatorMgr::instance()->translator()->translate("DlgSettings", "Settings"));
 
     ui->tabWidget->setCurrentIndex(0);
     ui->tabWidget->setDocumentMode(true); // Deliberate: repeats what the form sets.

@@ -31,26 +31,31 @@ void PageSetLang::on_pushButton_change_clicked()
     m_changeOk = g_pHostMachine->SetLanguage(static_cast<quint8>(langId));
     QApplication::restoreOverrideCursor();
 
-    // Translated after the calls, because the host may have loaded another translation in them.
-    const QTranslator *const translator = CTranslatorMgr::instance()->translator();
+    // Translated after the calls, because the host may have loaded another translation in them. In
+    // variables, because compilers evaluate the arguments of a call in different orders.
     if (m_changeOk) {
         g_pHostMachine->NotifySettingChanged();
-        QMessageBox::information(this, translator->translate("PageSetLang", "Success"),
-                                 translator->translate("PageSetLang", "Change successful!"),
-                                 QMessageBox::Ok);
+        const QString text = CTranslatorMgr::instance()->translator()->translate(
+            "PageSetLang", "Change successful!");
+        const QString title =
+            CTranslatorMgr::instance()->translator()->translate("PageSetLang", "Success");
+        QMessageBox::information(this, title, text, QMessageBox::Ok);
     } else {
-        QMessageBox::critical(this, translator->translate("PageSetLang", "Error"),
-                              translator->translate("PageSetLang", "Change failed!"),
-                              QMessageBox::Ok);
+        const QString text =
+            CTranslatorMgr::instance()->translator()->translate("PageSetLang", "Change failed!");
+        const QString title =
+            CTranslatorMgr::instance()->translator()->translate("PageSetLang", "Error");
+        QMessageBox::critical(this, title, text, QMessageBox::Ok);
     }
 }
 
 void PageSetLang::retranslateTexts()
 {
     // Replaces the form's texts, which translators installed by the host may have changed.
-    const QTranslator *const translator = CTranslatorMgr::instance()->translator();
-    ui->pushButton_change->setText(translator->translate("PageSetLang", "Change"));
-    ui->label_info1->setText(translator->translate("PageSetLang", "Language:"));
+    ui->pushButton_change->setText(
+        CTranslatorMgr::instance()->translator()->translate("PageSetLang", "Change"));
+    ui->label_info1->setText(
+        CTranslatorMgr::instance()->translator()->translate("PageSetLang", "Language:"));
 }
 
 void PageSetLang::fillLangList()

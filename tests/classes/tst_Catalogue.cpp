@@ -140,6 +140,7 @@ void tst_Catalogue::catalogue_data()
 
     // Encodings
     file("GB2312 without a BOM", beforeName + simplifiedChinese + afterName, "0 | 1+简体中文:a");
+    file("UTF-8 without a BOM is read as GB2312", beforeName + "é" + afterName, "0 | 1+茅:a");
     file("UTF-8 with BOM", "\xEF\xBB\xBF" + beforeName + "简体中文" + afterName,
          "0 | 1+简体中文:a");
     file("UTF-16LE with BOM",
@@ -149,6 +150,8 @@ void tst_Catalogue::catalogue_data()
     file("UTF-16LE with two BOMs",
          Deployment::utf16(QStringLiteral("\uFEFF\uFEFF[LANG_MGR]\r\nLANG1_NAME=日本語")),
          "0 | 1-日本語:");
+    file("UTF-16LE with the BOM of UTF-16BE after its own",
+         Deployment::utf16(QStringLiteral("\uFEFF\uFFFE[LANG_MGR]\nDEFAULT=7")), "0 |");
     file("UTF-16LE, first line empty",
          Deployment::utf16(QStringLiteral("\uFEFF\n[LANG_MGR]\nLANG1_NAME=日本語")),
          "0 | 1-日本語:");
@@ -158,11 +161,14 @@ void tst_Catalogue::catalogue_data()
     file("UTF-16BE with BOM",
          Deployment::utf16(QStringLiteral("\uFEFF[LANG_MGR]\r\nLANG1_NAME=简体中文\r\n"), false),
          "0 | 1-简体中文:");
+    file("UTF-16BE with two BOMs",
+         Deployment::utf16(QStringLiteral("\uFEFF\uFEFF[LANG_MGR]\nDEFAULT=7"), false), "0 |");
     file("UTF-32LE with BOM, which starts with that of UTF-16LE",
          QByteArray("\xFF\xFE\0\0", 4)
              + utf32(QStringLiteral("[LANG_MGR]\nDEFAULT=7\nLANG1_NAME=日本語\n")),
          "7 | 1-日本語:");
     file("UTF-8 BOM alone", "\xEF\xBB\xBF", "0 |");
+    file("UTF-8 with two BOMs", "\xEF\xBB\xBF\xEF\xBB\xBF[LANG_MGR]\nDEFAULT=7", "0 |");
     file("incomplete UTF-8 BOM spoils the first header", "\xEF\xBB[LANG_MGR]\nDEFAULT=7", "0 |");
 
     // Line endings and white space
@@ -170,8 +176,9 @@ void tst_Catalogue::catalogue_data()
     lines("CR LF", "DEFAULT=1\r\nLANG1_NAME=a\r\n", "1 | 1-a:");
     lines("no line ending after the last line", "DEFAULT=1\nLANG1_NAME=a", "1 | 1-a:");
     file("CR alone does not end a line", "[LANG_MGR]\rDEFAULT=1\rLANG1_NAME=a\r", "0 |");
-    lines("CR alone inside a value stays", "DEFAULT=1\nLANG1_NAME=a\rDEFAULT=2\n",
-          "1 | 1-a\rDEFAULT=2:");
+    lines("CR alone inside a value stays",
+          "DEFAULT=1\nLANG1_NAME=a\rDEFAULT=2\nLANG1_FOLDER=b\nLANG1_SHOW=1\n",
+          "1 | 1+a\rDEFAULT=2:b");
     lines("spaces around key and value", " \t LANG1_NAME \t =  a b \t\n", "0 | 1-a b:");
     file("Unicode white space around lines and values",
          "\xEF\xBB\xBF\u3000[LANG_MGR]\u00A0\n\u2003LANG1_NAME\u3000=\u3000a\u00A0\n", "0 | 1-a:");
@@ -193,8 +200,9 @@ void tst_Catalogue::catalogue_data()
     file("header with brackets in its name", "[[LANG_MGR]]\nDEFAULT=1\n", "0 |");
     lines("another header ends the section", "DEFAULT=1\n[OTHER]\nDEFAULT=2\nLANG1_NAME=a", "1 |");
     lines("two sections merge",
-          "LANG1_NAME=a\n[OTHER]\nLANG1_NAME=b\n[LANG_MGR]\nLANG1_FOLDER=c\nLANG2_NAME=d\n",
-          "0 | 1-a:c 2-d:");
+          "DEFAULT=1\nLANG1_NAME=a\nLANG2_NAME=d\n[OTHER]\nLANG1_NAME=b\n[LANG_MGR]\n"
+          "LANG1_FOLDER=c\nLANG3_NAME=e\n",
+          "1 | 1-a:c 2-d: 3-e:");
     lines("empty header ends the section", "[]\nDEFAULT=1\n", "0 |");
     lines("lone [ is not a header", "[\nDEFAULT=1\n", "1 |");
     lines("[ without ] at the end is not a header", "[OTHER\n[OTHER] x\n[=]x\nDEFAULT=1\n", "1 |");
@@ -214,8 +222,9 @@ void tst_Catalogue::catalogue_data()
     lines("keys are case-sensitive",
           "default=1\nDefault=1\nlang1_NAME=a\nLANG1_name=a\nLang1_Name=a\n", "0 |");
     lines("unknown keys",
-          "LANG1_ICON=a\nLANG_NAME=a\nLANG1NAME=a\nLANG-1_NAME=a\nLANG+1_NAME=a\nLANG1_NAMES=a\n"
-          "XLANG1_NAME=a\nLANG1_NAME_ID=a\nLANG 1_NAME=a\nDEFAULT2=1\n[LANG1_NAME=a\n",
+          "LANG1_ICON=a\nLANG_NAME=a\nLANG1NAME=a\nLANG12NAME=a\nLANG1-NAME=a\nLANG-1_NAME=a\n"
+          "LANG+1_NAME=a\nLANG1_NAMES=a\nXLANG1_NAME=a\nLANG1_NAME_ID=a\nLANG 1_NAME=a\n"
+          "DEFAULT2=1\n[LANG1_NAME=a\n",
           "0 |");
     file("only ASCII digits match in a key",
          "\xEF\xBB\xBF[LANG_MGR]\nLANG\u0661_NAME=a\nLANG\uFF11_NAME=b\nLANG1\u0662_NAME=c\n",
@@ -223,7 +232,8 @@ void tst_Catalogue::catalogue_data()
     lines("ID alone creates the record and is not read", "LANG2_ID=7\n", "0 | 2-:");
     lines("ID changes nothing in a record", "LANG2_NAME=a\nLANG2_ID=7\n", "0 | 2-a:");
     lines("SHOW alone creates the record", "LANG2_SHOW=1\n", "0 | 2+:");
-    lines("leading zeros make no difference", "LANG01_NAME=a\nLANG1_FOLDER=b\nLANG001_SHOW=1\n",
+    lines("leading zeros make no difference",
+          "LANG01_NAME=a\nLANG1_FOLDER=b\nLANG" + QByteArray(1000, '0') + "1_SHOW=1\n",
           "0 | 1+a:b");
     lines("numbers in keys are decimal", "LANG010_NAME=a\nLANG10_FOLDER=b\nLANG08_NAME=c\n",
           "0 | 8-c: 10-a:b");
@@ -246,7 +256,7 @@ void tst_Catalogue::catalogue_data()
     replaced("DEFAULT=5", "DEFAULT= \t7 ", "7 |");
     replaced("DEFAULT=5", "DEFAULT=2147483647", "2147483647 |");
     for (const QByteArray value :
-         {"2147483648", "99999999999999999999", "1.0", "0x1", "one", "1 ; main", ""})
+         {"2147483648", "99999999999999999999", "1.0", "1,000", "0x1", "one", "1 ; main", ""})
         replaced("DEFAULT=5", "DEFAULT=" + value, "0 |");
     for (const QByteArray value : {"1", "01", "+1", "  1\t"})
         replaced("LANG1_SHOW=0", "LANG1_SHOW=" + value, "0 | 1+:");
@@ -276,6 +286,7 @@ void tst_Catalogue::encodingByFirstBytes_data()
     };
     row("FF FE", "\xFF\xFE", "UTF-16LE");
     row("FF FE and text", "\xFF\xFE[", "UTF-16LE");
+    row("FF FE and a zero byte", QByteArray("\xFF\xFE\0", 3), "UTF-16LE");
     row("EF BB BF", "\xEF\xBB\xBF", "UTF-8");
     row("EF BB BF and text", "\xEF\xBB\xBF[", "UTF-8");
     row("EF BB", "\xEF\xBB", "GB2312");

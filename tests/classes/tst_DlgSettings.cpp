@@ -16,7 +16,6 @@
 
 #include <QFile>
 #include <QLabel>
-#include <QPointer>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QResource>
@@ -34,6 +33,7 @@
 namespace {
 
 QStringList asked;
+std::function<void()> onText; // Called for each text
 
 /// Records what it is asked for. It must be as large as QTranslator, which it replaces in place.
 class RecordingTranslator : public QTranslator
@@ -48,6 +48,8 @@ public:
             QStringLiteral("%1 %2 %3 %4")
                 .arg(QLatin1String(context), QLatin1String(sourceText),
                      QLatin1String(disambiguation ? disambiguation : "null"), QString::number(n));
+        if (onText)
+            onText();
         return QTranslator::translate(context, sourceText, disambiguation, n);
     }
 };
@@ -112,23 +114,18 @@ private Q_SLOTS:
     void formIsAsDesigned();
     void nothingElseIsSetOnTheWidgets();
     void pageIsTheOnlyTab();
-    void pageIsCreatedInTheTabWidget();
-    void documentModeIsSetAgain();
+    void tabIsBuiltInOrder();
+    void firstTabAndDocumentModeAreSetAtTheEnd();
     void textsComeFromTheLoadedTranslation();
     void textsAreEmptyWithoutTranslation();
     void textsAreRequestedWithoutCommentOrNumber();
     void textsStayWhenTheHostInstallsATranslator();
     void formHasNoTexts();
-    void unconnectedSlotIsTheOnlyWarning();
     void metaObjectDeclaresNothing();
 
     void styleSheetHasTheActiveRules();
-    void styleSheetHasItsInactiveText();
-    void styleSheetLinesEndInCrLf();
-    void styleSheetIsStoredUncompressed();
-    void styleSheetIsSetByteForByte();
     void styleSheetAppliesToTheTabs();
-    void styleSheetIsReadAsUtf8();
+    void styleSheetIsReadAsUtf8AndClosed();
     void dialogWorksWithoutStyleSheet();
 
     void resultFollowsTheLastAttempt_data();
@@ -150,6 +147,8 @@ void tst_DlgSettings::init()
     Deployment::installTwoLanguages();
     CTranslatorMgr::instance()->loadTranslator();
     m_machine.onSetLanguage = nullptr;
+    onText = nullptr;
+    asked.clear();
     g_pHostMachine = &m_machine;
 }
 
@@ -225,6 +224,7 @@ void tst_DlgSettings::nothingElseIsSetOnTheWidgets()
     QCOMPARE(differingProperties(dialog, QDialog()),
              QStringLiteral("objectName minimumSize maximumSize minimumWidth minimumHeight "
                             "maximumWidth maximumHeight windowTitle styleSheet"));
+    QVERIFY(!dialog.focusWidget());
     QTabWidget bare(&dialog);
     bare.setDocumentMode(true);
     bare.addTab(new QWidget, QString());
@@ -250,33 +250,38 @@ void tst_DlgSettings::pageIsTheOnlyTab()
     QCOMPARE(tabWidget(dialog).tabWhatsThis(0), QString());
 }
 
-void tst_DlgSettings::pageIsCreatedInTheTabWidget()
+void tst_DlgSettings::tabIsBuiltInOrder()
 {
-    HostTranslator hostTranslator;
-    QVERIFY(QCoreApplication::installTranslator(&hostTranslator));
-    QStringList parents;
-    // Called while the page is constructed, before it is added as a tab.
-    hostTranslator.onPageText = [&parents] {
-        const auto *const page = anyWidget<PageSetLang>();
-        parents += page && page->parent() ? page->parent()->objectName() : QStringLiteral("none");
+    QStringList states;
+    onText = [&states] {
+        const auto &dialog = *anyWidget<DlgSettings>();
+        states += QStringLiteral("%1: %2 style sheet, %3 page, %4 tabs, title{%5}")
+                      .arg(asked.constLast())
+                      .arg(dialog.styleSheet().isEmpty() ? 0 : 1)
+                      .arg(tabWidget(dialog).findChildren<PageSetLang *>().size())
+                      .arg(tabWidget(dialog).count())
+                      .arg(dialog.windowTitle());
     };
     const DlgSettings dialog;
-    parents.removeDuplicates();
-    QCOMPARE(parents, QStringList(QStringLiteral("tabWidget")));
+    const QString page = QStringLiteral(" null -1: 1 style sheet, 1 page, 0 tabs, title{}");
+    QCOMPARE(states,
+             QStringList({QStringLiteral("PageSetLang Change") + page,
+                          QStringLiteral("PageSetLang Language:") + page,
+                          QStringLiteral("DlgSettings Language") + page,
+                          QStringLiteral("DlgSettings Settings null -1: 1 style sheet, 1 page, "
+                                         "1 tabs, title{}")}));
 }
 
-void tst_DlgSettings::documentModeIsSetAgain()
+void tst_DlgSettings::firstTabAndDocumentModeAreSetAtTheEnd()
 {
-    HostTranslator hostTranslator;
-    QVERIFY(QCoreApplication::installTranslator(&hostTranslator));
-    QPointer<QTabWidget> changed;
-    // Called while the page is constructed, after the form has set the mode.
-    hostTranslator.onPageText = [&changed] {
-        changed = anyWidget<QTabWidget>();
-        changed->setDocumentMode(false);
+    onText = [] {
+        auto &tabs = *anyWidget<QTabWidget>();
+        tabs.setDocumentMode(false);
+        tabs.setCurrentIndex(tabs.addTab(new QWidget, QString()));
     };
     const DlgSettings dialog;
-    QCOMPARE(changed, &tabWidget(dialog));
+    QVERIFY(tabWidget(dialog).count() > 1);
+    QCOMPARE(tabWidget(dialog).currentIndex(), 0);
     QVERIFY(tabWidget(dialog).documentMode());
 }
 
@@ -300,7 +305,6 @@ void tst_DlgSettings::textsAreEmptyWithoutTranslation()
 
 void tst_DlgSettings::textsAreRequestedWithoutCommentOrNumber()
 {
-    asked.clear();
     const DlgSettings dialog;
     press(dialog, true);
     press(dialog, false);
@@ -350,15 +354,6 @@ void tst_DlgSettings::formHasNoTexts()
     QCOMPARE(dialog.objectName(), QStringLiteral("DlgSettings"));
 }
 
-void tst_DlgSettings::unconnectedSlotIsTheOnlyWarning()
-{
-    DlgSettings dialog;
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-    dialog.reject();
-    QCOMPARE(Warnings::take(), QStringList(Warnings::unconnectedSlot()));
-}
-
 void tst_DlgSettings::metaObjectDeclaresNothing()
 {
     const QMetaObject &meta = DlgSettings::staticMetaObject;
@@ -389,45 +384,6 @@ void tst_DlgSettings::styleSheetHasTheActiveRules()
                        "stop:0 #FFFFE3, stop:1 #FCE6BA); }"));
 }
 
-void tst_DlgSettings::styleSheetHasItsInactiveText()
-{
-    const QString text = QString::fromUtf8(styleSheetFile());
-    const int paneRule = text.indexOf(QLatin1String("QTabWidget::pane"));
-    QVERIFY(paneRule >= 0 && paneRule < text.indexOf(QLatin1String("QTabWidget::tab-bar")));
-
-    const int tabRule = text.indexOf(QLatin1String("QTabBar::tab{"));
-    const QString tab = text.mid(tabRule, text.indexOf(QLatin1Char('}'), tabRule) - tabRule);
-    const QString pane = text.left(text.indexOf(QLatin1String("QTabWidget::tab-bar")));
-    for (const char *const line : {"border-radius:0px;", "border-top:1px solid #BCBEC0;"})
-        QVERIFY2(pane.contains(QLatin1String(line)), line);
-    for (const char *const line :
-         {"font-size: 18px;", "font-weight: 400;", "color: black;", "/*width:50px;*/"})
-        QVERIFY2(tab.contains(QLatin1String(line)), line);
-}
-
-void tst_DlgSettings::styleSheetLinesEndInCrLf()
-{
-    const QByteArray bytes = styleSheetFile();
-    QVERIFY(bytes.endsWith("\r\n"));
-    QVERIFY(bytes.count('\n') > 20);
-    QCOMPARE(bytes.count("\r\n"), bytes.count('\n'));
-    QCOMPARE(bytes.count('\r'), bytes.count('\n'));
-}
-
-void tst_DlgSettings::styleSheetIsStoredUncompressed()
-{
-    const QResource resource(QStringLiteral(":/res/qss/style.css"));
-    QVERIFY(resource.isValid());
-    QCOMPARE(resource.compressionAlgorithm(), QResource::NoCompression);
-}
-
-void tst_DlgSettings::styleSheetIsSetByteForByte()
-{
-    const DlgSettings dialog;
-    QVERIFY(!dialog.styleSheet().isEmpty());
-    QCOMPARE(dialog.styleSheet().toUtf8(), styleSheetFile());
-}
-
 void tst_DlgSettings::styleSheetAppliesToTheTabs()
 {
     DlgSettings dialog;
@@ -441,19 +397,22 @@ void tst_DlgSettings::styleSheetAppliesToTheTabs()
     QCOMPARE(screenshot.pixelColor(tab + QPoint(5, 10)), QColor(Qt::white));
 }
 
-void tst_DlgSettings::styleSheetIsReadAsUtf8()
+void tst_DlgSettings::styleSheetIsReadAsUtf8AndClosed()
 {
+    QCOMPARE(DlgSettings().styleSheet().toUtf8(), styleSheetFile());
+
     Q_CLEANUP_RESOURCE(style_3);
     Q_CLEANUP_RESOURCE(style_1);
     const QString other = testFile(QStringLiteral("../data/other_style.rcc"));
     QVERIFY(QResource::registerResource(other));
-    {
-        const DlgSettings dialog;
-        QVERIFY(dialog.styleSheet().contains(QStringLiteral("样式")));
-    }
-    QVERIFY(QResource::unregisterResource(other));
+    bool closed = false;
+    // From the page's first text on. False while a file of the resource is open.
+    onText = [&] { closed = closed || QResource::unregisterResource(other); };
+    const DlgSettings dialog;
     Q_INIT_RESOURCE(style_3);
     Q_INIT_RESOURCE(style_1);
+    QVERIFY(dialog.styleSheet().contains(QStringLiteral("样式")));
+    QVERIFY(closed);
 }
 
 void tst_DlgSettings::dialogWorksWithoutStyleSheet()

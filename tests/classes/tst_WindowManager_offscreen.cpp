@@ -9,7 +9,6 @@
 
 #include <QDialog>
 #include <QGuiApplication>
-#include <QLineEdit>
 #include <QTest>
 #include <QWidget>
 #include <QWindow>
@@ -42,8 +41,6 @@ private Q_SLOTS:
     void invalidHandleIsIgnored();
     void rectIncludesTheFrame();
     void disabledWidgetIsEnabledAgain();
-    void focusIsRestored();
-    void childRepresentsItsWindow();
     void foregroundWindowIsActive();
     void windowWithoutAWidgetIsSupported();
     void nativeWindowsAreNotCreated();
@@ -105,32 +102,6 @@ void tst_WindowManager_offscreen::disabledWidgetIsEnabledAgain()
     QVERIFY(other.isEnabled());
     WindowManager::enableWindow(handle, true);
     QVERIFY(widget.isEnabled());
-}
-
-void tst_WindowManager_offscreen::focusIsRestored()
-{
-    QWidget window;
-    QLineEdit first(&window);
-    QLineEdit second(&window);
-    window.show();
-    second.setFocus();
-    WindowManager::enableWindow(handleOf(window.winId()), false);
-    QCOMPARE(window.focusWidget(), nullptr);
-    WindowManager::enableWindow(handleOf(window.winId()), true);
-    QCOMPARE(window.focusWidget(), &second);
-}
-
-void tst_WindowManager_offscreen::childRepresentsItsWindow()
-{
-    QWidget window;
-    QWidget child(&window);
-    window.show();
-    auto *const handle = handleOf(child.winId());
-    QCOMPARE(rectOf(handle), window.frameGeometry());
-    WindowManager::enableWindow(handle, false);
-    QVERIFY(!window.isEnabled());
-    WindowManager::enableWindow(handle, true);
-    QVERIFY(window.isEnabled());
 }
 
 void tst_WindowManager_offscreen::foregroundWindowIsActive()

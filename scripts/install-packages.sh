@@ -20,7 +20,7 @@ packages=(
 )
 case ${1-} in
 windows)
-    packages+=(g++-mingw-w64-x86-64-posix)
+    packages+=(g++-mingw-w64-x86-64-posix llvm-19)
     packages+=(fonts-wine python3-license-expression python3-pefile wine wine64)
     ;;
 msvc)

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
 """imports.py BUILD-FOLDER QT-FOLDER NEWER PAGE
+imports.py --mingw BUILD-FOLDER NEWER
 imports.py --update QT-FOLDER... > NEWER
 
 Official builds of Qt 5 are binary compatible, but only upwards, and programs find functions in them by
@@ -11,6 +12,9 @@ name. Fails unless what the plug-in and the programs in BUILD-FOLDER import from
   these: it isn't in the file NEWER, which --update makes from the DLLs of all versions, oldest first;
 - has no type of the C++ standard library, because those differ between compilers, except for
   std::initializer_list, which has Microsoft's layout here.
+
+There is no official build for MinGW to compare with. --mingw compares the C++ names of what the plug-in,
+langcheck and the example host import with those of the functions in NEWER.
 """
 
 import pathlib
@@ -18,6 +22,9 @@ import re
 import sys
 
 import pefile
+
+sys.path.insert(0, str(pathlib.Path(__file__).parent.parent / "support"))
+from symbols import demangle  # noqa: E402
 
 # What runs on a host's Qt, and the tests that do on each version
 ON_EVERY_QT = ["Zendel", "langcheck", "zendel-host", "selftest", "tst_Zendel", "tst_Zendel_win32",
@@ -64,9 +71,29 @@ def update(folders):
         print(names[since], line)
 
 
+def cpp_names(lines):
+    """Returns the C++ names of functions, with the integer types of both ABIs spelt alike."""
+    symbols = [symbol for _, symbol in map(str.split, lines) if symbol.startswith(("?", "_Z"))]
+    return {re.sub("unsigned__int64|unsignedlonglong", "uint64", name)
+            .replace("__int64", "int64").replace("longlong", "int64") for name in demangle(symbols)}
+
+
+def check_mingw(build, newer):
+    newer = cpp_names(read(newer))
+    failures = []
+    for name in ("Zendel.dll", "langcheck.exe", "zendel-host.exe"):
+        names = cpp_names(imports(f"{build}/bin/{name}"))
+        failures += [f"{name}: {function}: newer than Qt 5.6" for function in sorted(names & newer)]
+        failures += [] if names else [f"{name} imports nothing"]
+    if failures:
+        sys.exit("\n".join(failures))
+
+
 def main():
     if sys.argv[1] == "--update":
         return update(sys.argv[2:])
+    if sys.argv[1] == "--mingw":
+        return check_mingw(*sys.argv[2:])
     build, qt, newer, page = sys.argv[1:]
     exported, newer = exports(qt), set(read(newer))
     programs = [path for pattern in ("bin/*.dll", "bin/*.exe", "tests/*/*.exe")

@@ -7,27 +7,27 @@
 
 namespace {
 
-using Resource = QPair<int, const unsigned char *>; // Format and data
+/// The data of resources by their format. Never destroyed: the style sheet may register itself
+/// before globals are constructed, and unregister itself after they are destroyed.
+using Resources = QMultiMap<int, const unsigned char *>;
 
-// Never destroyed: the style sheet registers itself before globals are constructed, and unregisters
-// itself after they are destroyed.
-QVector<Resource> &registered()
+Resources &registered()
 {
-    static auto &resources = *new QVector<Resource>;
+    static auto &resources = *new Resources;
     return resources;
 }
 
-QVector<Resource> &unregistered()
+Resources &unregistered()
 {
-    static auto &resources = *new QVector<Resource>;
+    static auto &resources = *new Resources;
     return resources;
 }
 
-/// Returns the file in a resource: its length and its bytes.
-QByteArray file(const Resource &resource)
+/// Returns the registered file: its length and its bytes.
+QByteArray file(int format)
 {
-    return QByteArray(reinterpret_cast<const char *>(resource.second + 4),
-                      qFromBigEndian<qint32>(resource.second));
+    const unsigned char *const data = registered().value(format);
+    return QByteArray(reinterpret_cast<const char *>(data + 4), qFromBigEndian<qint32>(data));
 }
 
 } // namespace
@@ -35,14 +35,14 @@ QByteArray file(const Resource &resource)
 bool qRegisterResourceData(int version, const unsigned char * /*tree*/,
                            const unsigned char * /*name*/, const unsigned char *data)
 {
-    registered().append({version, data});
+    registered().insert(version, data);
     return true;
 }
 
 bool qUnregisterResourceData(int version, const unsigned char * /*tree*/,
                              const unsigned char * /*name*/, const unsigned char *data)
 {
-    unregistered().append({version, data});
+    unregistered().insert(version, data);
     return true;
 }
 
@@ -53,9 +53,7 @@ class tst_resource : public QObject
 private Q_SLOTS:
     void registersItselfInFormat3AndForOldVersionsOfQtInFormat1()
     {
-        QCOMPARE(registered().size(), 2);
-        QCOMPARE(registered().at(0).first, 3);
-        QCOMPARE(registered().at(1).first, 1);
+        QCOMPARE(registered().keys(), QList<int>({1, 3}));
     }
 
     void dataIsTheFile()
@@ -63,14 +61,14 @@ private Q_SLOTS:
         QFile source(testFile(QStringLiteral(STYLE_SHEET)));
         QVERIFY(source.open(QIODevice::ReadOnly));
         const QByteArray bytes = source.readAll();
-        QCOMPARE(file(registered().at(0)), bytes);
-        QCOMPARE(file(registered().at(1)), bytes);
+        QCOMPARE(file(3), bytes);
+        QCOMPARE(file(1), bytes);
     }
 
     void contentHasTheKnownHash()
     {
         // Prevents accidental changes of the file.
-        const QByteArray bytes = file(registered().at(0));
+        const QByteArray bytes = file(3);
         QCOMPARE(bytes.size(), 759);
         QCOMPARE(QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex(),
                  QByteArray("f105a5cc5a83f2c407c057612a76eb5c5b1d3342dc868ef82d38fe59c9ae65d3"));

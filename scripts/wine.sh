@@ -1,16 +1,21 @@
 #!/usr/bin/env bash
-# wine.sh [--visible] [--runtime FOLDER] PROGRAM [ARGUMENT...]
-# wine.sh [--visible] [--runtime FOLDER] --session COMMAND [ARGUMENT...]
+# wine.sh [--visible | --plain] [--runtime FOLDER] PROGRAM [ARGUMENT...]
+# wine.sh [--visible | --plain] [--runtime FOLDER] --session COMMAND [ARGUMENT...]
 # Runs a Windows program in a new Wine and exits with the program's code. With --session, runs a
 # Linux command, and all Windows programs that it starts with wine.sh share one Wine. The windows are
-# on a virtual display, with --visible on the real one. The DLLs in the folder replace Wine's own in
-# system32, where an installer would put them.
+# on a virtual display, with --visible on the real one. With --plain, the display has a window manager,
+# and Wine the fonts and settings of a new installation, also inside a session. The DLLs in the folder
+# replace Wine's own in system32, where an installer would put them.
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 
 visible=
 if [[ ${1-} == --visible ]]; then
     visible=1
+    shift
+elif [[ ${1-} == --plain ]]; then
+    export ZENDEL_WINE_PLAIN=1
+    unset ZENDEL_WINE_SESSION
     shift
 fi
 if [[ ${1-} == --runtime ]]; then
@@ -40,7 +45,7 @@ if [[ ${1-} != --session ]]; then
     set -- --session "$wine" "$@"
 fi
 if [[ -z $visible ]]; then
-    exec "$here/with-xvfb.sh" "${BASH_SOURCE[0]}" --visible "$@"
+    exec "$here/with-xvfb.sh" ${ZENDEL_WINE_PLAIN:+--openbox} "${BASH_SOURCE[0]}" --visible "$@"
 fi
 shift
 
@@ -76,16 +81,18 @@ fi
 set_value() {
     "$wine" reg add "$1" /v "$2" /d "$3" /f >/dev/null
 }
-if [[ -n ${ZENDEL_VIRTUAL_DISPLAY-} ]]; then
+if [[ -n ${ZENDEL_VIRTUAL_DISPLAY-} && -z ${ZENDEL_WINE_PLAIN-} ]]; then
     # There is no window manager, so Wine has to place and focus the windows itself.
     set_value 'HKCU\Software\Wine\X11 Driver' Managed N
 fi
 # By default, Qt Test writes to the debugger on Windows. The variable is set in the registry because
 # Wine does not pass QT_ variables from the environment.
 set_value 'HKCU\Environment' QT_FORCE_STDERR_LOGGING 1
-# The symbols in title bars are in Marlett, which this Wine does not find by itself. Everything else
-# is in Tahoma, which lacks Chinese and is therefore replaced.
-ln -s /usr/share/wine/fonts/marlett.ttf "$WINEPREFIX/drive_c/windows/Fonts/"
-set_value 'HKCU\Software\Wine\Fonts\Replacements' Tahoma 'Noto Sans CJK SC'
+if [[ -z ${ZENDEL_WINE_PLAIN-} ]]; then
+    # The symbols in title bars are in Marlett, which this Wine does not find by itself. Everything
+    # else is in Tahoma, which lacks Chinese and is therefore replaced.
+    ln -s /usr/share/wine/fonts/marlett.ttf "$WINEPREFIX/drive_c/windows/Fonts/"
+    set_value 'HKCU\Software\Wine\Fonts\Replacements' Tahoma 'Noto Sans CJK SC'
+fi
 
 "$@"

@@ -36,7 +36,7 @@ QString describe(const char *icon, const QString &title, const QString &text, in
 
 /// An operator presses only what is visible. Besides, a window that is closed before X11 has shown
 /// it gets a late request for the focus, which fails.
-void waitUntilExposed(QWidget &window)
+void waitUntilExposed(const QWidget &window)
 {
     QCoreApplication::processEvents(); // Usually exposes it, so that the next line need not sleep.
     if (!TestOnEveryQt::waitForExposed(window))

@@ -2,6 +2,7 @@
 
 #include "lang/CTranslatorMgr.h"
 #include "plugin/HostMachine.h"
+#include "ui/DlgSettings.h"
 
 #include "support/Deployment.h"
 #include "support/Interpose.h"
@@ -18,11 +19,30 @@
 #include <QTest>
 #include <QTranslator>
 
+#include <new>
 #include <stdexcept>
 
 using RecordingWindowManager::addCall;
 using WindowManager::Rect;
 Q_DECLARE_METATYPE(Rect)
+
+extern "C" IZendelMgr *NewInterface();
+extern "C" void ReleaseInterface(IZendelMgr *mgr);
+
+namespace {
+
+/// Thrown by functions below instead of their result, if set.
+bool loadFails = false;
+bool execFails = false;
+
+/// Records when the event loop runs.
+void postEvent(const char *name)
+{
+    QMetaObject::invokeMethod(
+        qApp, [name] { addCall(QLatin1String(name)); }, Qt::QueuedConnection);
+}
+
+} // namespace
 
 // These functions record the plug-in's calls among those to the window manager and forward them.
 
@@ -45,6 +65,61 @@ INTERPOSE(void, setModal, (QDialog * self, bool modal))
     addCall(QStringLiteral("setModal(%1)").arg(modal));
     ORIGINAL(setModal)(self, modal);
 }
+
+INTERPOSE(void, raise, (QWidget * self))
+{
+    addCall(QStringLiteral("raise"));
+    ORIGINAL(raise)(self);
+}
+
+INTERPOSE(void, activateWindow, (QWidget * self))
+{
+    addCall(QStringLiteral("activateWindow"));
+    ORIGINAL(activateWindow)(self);
+}
+
+/// Called once by the settings dialog, while it is constructed.
+INTERPOSE(void, setStyleSheet, (QWidget * self, const QString &style))
+{
+    addCall(QStringLiteral("setStyleSheet"));
+    ORIGINAL(setStyleSheet)(self, style);
+    QObject::connect(self, &QObject::destroyed, [] { addCall(QStringLiteral("destroyed")); });
+}
+
+INTERPOSE(int, exec, (QDialog * self))
+{
+    addCall(QStringLiteral("exec"));
+    if (execFails)
+        throw std::runtime_error("exec");
+    const bool moved = self->testAttribute(Qt::WA_Moved);
+    const int code = ORIGINAL(exec)(self);
+    addCall(moved ? QStringLiteral("closed") : QStringLiteral("closed, not moved before"));
+    postEvent("late event");
+    return code;
+}
+
+INTERPOSE(bool, load,
+          (QTranslator * self, const QString &file, const QString &directory,
+           const QString &delimiters, const QString &suffix))
+{
+    addCall(QStringLiteral("load"));
+    if (loadFails)
+        throw std::runtime_error("load");
+    return ORIGINAL(load)(self, file, directory, delimiters, suffix);
+}
+
+#ifndef Q_OS_WIN // There, the program's own import of this function can't be replaced.
+namespace {
+bool memoryIsShort = false;
+}
+
+INTERPOSE(void *, operatorNew, (std::size_t size))
+{
+    if (memoryIsShort)
+        throw std::bad_alloc();
+    return ORIGINAL(operatorNew)(size);
+}
+#endif
 
 namespace {
 
@@ -90,45 +165,61 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
+    void callsOfTheDialog_data(); // The first one in this process has to be among them.
+    void callsOfTheDialog();
+
     void screenHasTheRequestedScale();
     void hostIsNullInitially();
     void basesAndMetaObject();
     void managerHasNoState();
+    void managerNeedsNoApplication();
+#ifndef Q_OS_WIN
+    void shortMemoryLeavesNewInterface();
+#endif
 
     void initWithHostRecordsItAndLoads();
     void initWithNullClearsTheHostAndLoadsNothing();
     void initIsTrueWhateverFails();
     void initRecordsTheHostBeforeItLoads();
-    void everyInitLoadsAgain();
+    void initInsideAMessageBoxIsKept_data();
+    void initInsideAMessageBoxIsKept();
+    void exceptionLeavesInit();
+    void everyInitLoadsOnce();
     void releaseKeepsHostAndTranslation();
 
     void noDialogWithoutHost();
     void lastChangeDecidesTheResult_data();
     void lastChangeDecidesTheResult();
+    void clearedHostDoesNotChangeTheResult();
     void everyCallBuildsANewDialog();
-    void ownerIsEnabledWhileTheDialogStillExists();
     void dialogIsModalOverTheOwner();
+    void applicationMayQuitAsBefore_data();
+    void applicationMayQuitAsBefore();
+    void exceptionLeavesShowSettingsDlg();
 
-    void stepsInOrderWithOwner();
-    void stepsInOrderWithoutOwner();
     void dialogIsCentredOverTheOwner_data();
     void dialogIsCentredOverTheOwner();
     void frameOfTheDialogIsIgnored();
     void windowIsHiddenWhenBroughtToTheFront();
     void ownerIsEnabledHoweverTheDialogEnds_data();
     void ownerIsEnabledHoweverTheDialogEnds();
+    void nestedDialogEnablesTheOwner();
     void exceptionLeavesTheOwnerDisabled();
 
 private:
     void showDialog(bool expectedResult);
 
+    static IZendelMgr *s_earlyManager;
     Operator m_operator;
     RecordingMachine m_machine;
 };
 
+IZendelMgr *tst_CZendelIns::s_earlyManager = nullptr;
+
 /// Called before the application is constructed.
 void tst_CZendelIns::initMain()
 {
+    s_earlyManager = NewInterface();
     // Wine hides variables named QT_* from programs.
     qputenv("QT_SCALE_FACTOR", scaleFactor());
 }
@@ -143,10 +234,12 @@ void tst_CZendelIns::init()
     m_operator.onDialog = nullptr;
     m_machine.onSetLanguage = nullptr;
     m_machine.onNotify = nullptr;
+    m_machine.accepts = true;
 }
 
 void tst_CZendelIns::cleanup()
 {
+    QCoreApplication::sendPostedEvents();
     QCOMPARE(m_operator.takeBoxes(), QStringList());
     QCOMPARE(m_operator.takeDialogs(), QStringList());
     QCOMPARE(m_machine.takeCalls(), QStringList());
@@ -160,6 +253,51 @@ void tst_CZendelIns::showDialog(bool expectedResult)
     CZendelIns ins;
     QVERIFY(ins.Init(&m_machine));
     QCOMPARE(ins.ShowSettingsDlg(ownerHandle()), expectedResult);
+    QCOMPARE(m_operator.takeDialogs(), QStringList(QStringLiteral("DlgSettings")));
+}
+
+void tst_CZendelIns::callsOfTheDialog_data()
+{
+    QTest::addColumn<bool>("hasOwner");
+
+    QTest::newRow("first dialog") << true;
+    QTest::newRow("second dialog") << true;
+    QTest::newRow("without owner") << false;
+}
+
+void tst_CZendelIns::callsOfTheDialog()
+{
+    QFETCH(bool, hasOwner);
+
+    RecordingWindowManager::rect = {100, 50, 900, 650};
+    m_operator.onDialog = [](QDialog &) { addCall(QStringLiteral("shown")); };
+    CZendelIns ins;
+    QVERIFY(ins.Init(&m_machine));
+    RecordingWindowManager::takeCalls();
+    postEvent("early event");
+    QVERIFY(!ins.ShowSettingsDlg(hasOwner ? ownerHandle() : nullptr));
+
+    QStringList expected {QStringLiteral("setStyleSheet")};
+    if (hasOwner)
+        expected += QStringLiteral("enableWindow(owner, false)");
+    expected += QStringList(
+        {QStringLiteral("setModal(1)"), QStringLiteral("winId"), QStringLiteral("winId")});
+    if (hasOwner) {
+        expected +=
+            QStringList({QStringLiteral("windowRect(owner)"), QStringLiteral("move(150, 115)")});
+    }
+    expected += QStringList({QStringLiteral("setForegroundWindow(dialog)"),
+                             QStringLiteral("bringWindowToTop(dialog)"), QStringLiteral("exec"),
+                             QStringLiteral("early event"), QStringLiteral("shown")});
+    if (hasOwner) {
+        expected +=
+            QStringList({QStringLiteral("closed"), QStringLiteral("enableWindow(owner, true)"),
+                         QStringLiteral("setForegroundWindow(owner)")});
+    } else {
+        expected += QStringLiteral("closed, not moved before");
+    }
+    expected += QStringLiteral("destroyed");
+    QCOMPARE(RecordingWindowManager::takeCalls(), expected);
     QCOMPARE(m_operator.takeDialogs(), QStringList(QStringLiteral("DlgSettings")));
 }
 
@@ -199,6 +337,29 @@ void tst_CZendelIns::managerHasNoState()
     QCOMPARE(sizeof(CZendelIns), sizeof(QObject) + sizeof(IZendelMgr));
 }
 
+void tst_CZendelIns::managerNeedsNoApplication()
+{
+    QVERIFY(s_earlyManager);
+    QVERIFY(s_earlyManager->Init(&m_machine));
+    ReleaseInterface(s_earlyManager);
+    s_earlyManager = nullptr;
+}
+
+#ifndef Q_OS_WIN
+void tst_CZendelIns::shortMemoryLeavesNewInterface()
+{
+    memoryIsShort = true;
+    bool thrown = false;
+    try {
+        ReleaseInterface(NewInterface());
+    } catch (const std::bad_alloc &) {
+        thrown = true;
+    }
+    memoryIsShort = false;
+    QVERIFY(thrown);
+}
+#endif
+
 void tst_CZendelIns::initWithHostRecordsItAndLoads()
 {
     CZendelIns ins;
@@ -216,6 +377,8 @@ void tst_CZendelIns::initWithNullClearsTheHostAndLoadsNothing()
     QVERIFY(!ins.Init(nullptr));
     QVERIFY(!g_pHostMachine);
     QCOMPARE(CTranslatorMgr::instance()->visibleLanguages().size(), 2);
+    QCOMPARE(CTranslatorMgr::instance()->translator()->translate("PageSetLang", "Change"),
+             QStringLiteral("1 Change"));
     QVERIFY(!ins.ShowSettingsDlg(nullptr));
 }
 
@@ -242,12 +405,49 @@ void tst_CZendelIns::initRecordsTheHostBeforeItLoads()
     m_operator.takeBoxes();
 }
 
-void tst_CZendelIns::everyInitLoadsAgain()
+void tst_CZendelIns::initInsideAMessageBoxIsKept_data()
 {
+    QTest::addColumn<bool>("null");
+
+    QTest::newRow("another machine") << false;
+    QTest::newRow("null") << true;
+}
+
+void tst_CZendelIns::initInsideAMessageBoxIsKept()
+{
+    QFETCH(bool, null);
+
+    Deployment::writeTranslation(QStringLiteral("first"), "broken");
+    RecordingMachine other;
+    IHostMachine *const second = null ? nullptr : &other;
+    int boxes = 0;
+    m_operator.onBox = [&](QMessageBox &) {
+        if (++boxes == 1)
+            QCOMPARE(CZendelIns().Init(second), !null);
+    };
     CZendelIns ins;
     QVERIFY(ins.Init(&m_machine));
+    QCOMPARE(g_pHostMachine, second);
+    QCOMPARE(m_operator.takeBoxes().size(), null ? 1 : 2);
+}
+
+void tst_CZendelIns::exceptionLeavesInit()
+{
+    loadFails = true;
+    CZendelIns ins;
+    QVERIFY_EXCEPTION_THROWN(ins.Init(&m_machine), std::runtime_error);
+    loadFails = false;
+}
+
+void tst_CZendelIns::everyInitLoadsOnce()
+{
+    const QStringList once {QStringLiteral("load")};
+    CZendelIns ins;
+    QVERIFY(ins.Init(&m_machine));
+    QCOMPARE(RecordingWindowManager::takeCalls(), once);
     Deployment::installTranslation(QStringLiteral("first"), QStringLiteral("second"));
     QVERIFY(ins.Init(&m_machine));
+    QCOMPARE(RecordingWindowManager::takeCalls(), once);
     QCOMPARE(CTranslatorMgr::instance()->translator()->translate("PageSetLang", "Change"),
              QStringLiteral("2 Change"));
 }
@@ -327,6 +527,18 @@ void tst_CZendelIns::lastChangeDecidesTheResult()
     m_machine.takeCalls();
 }
 
+void tst_CZendelIns::clearedHostDoesNotChangeTheResult()
+{
+    m_operator.onDialog = [](const QDialog &dialog) {
+        dialog.findChild<QPushButton *>()->click();
+        QVERIFY(!CZendelIns().Init(nullptr));
+    };
+    showDialog(true);
+    QVERIFY(!g_pHostMachine);
+    QCOMPARE(m_operator.takeBoxes().size(), 1);
+    QCOMPARE(m_machine.takeCalls().size(), 2);
+}
+
 void tst_CZendelIns::everyCallBuildsANewDialog()
 {
     QPointer<QDialog> seen;
@@ -344,27 +556,16 @@ void tst_CZendelIns::everyCallBuildsANewDialog()
     }
 }
 
-void tst_CZendelIns::ownerIsEnabledWhileTheDialogStillExists()
-{
-    QPointer<QDialog> seen;
-    m_operator.onDialog = [&seen](QDialog &dialog) { seen = &dialog; };
-    QStringList withDialog;
-    RecordingWindowManager::setOnCall([&](const QString &call) {
-        if (seen && seen->isHidden())
-            withDialog += call;
-    });
-    showDialog(false);
-    QCOMPARE(withDialog,
-             QStringList({QStringLiteral("enableWindow(owner, true)"),
-                          QStringLiteral("setForegroundWindow(owner)")}));
-}
-
 void tst_CZendelIns::dialogIsModalOverTheOwner()
 {
     QWidget otherWindow;
     otherWindow.show();
+    QApplication::setActiveWindow(&otherWindow);
+    const Qt::WindowFlags flags = DlgSettings().windowFlags();
     RecordingWindowManager::rect = {100, 50, 900, 650};
-    m_operator.onDialog = [](QDialog &dialog) {
+    m_operator.onDialog = [flags](QDialog &dialog) {
+        QVERIFY(!dialog.parentWidget());
+        QCOMPARE(dialog.windowFlags(), flags);
         QVERIFY(dialog.isModal());
         QCOMPARE(dialog.windowModality(), Qt::ApplicationModal);
         QCOMPARE(QApplication::activeModalWidget(), &dialog);
@@ -374,31 +575,34 @@ void tst_CZendelIns::dialogIsModalOverTheOwner()
     QVERIFY(!QApplication::activeModalWidget());
 }
 
-void tst_CZendelIns::stepsInOrderWithOwner()
+void tst_CZendelIns::applicationMayQuitAsBefore_data()
 {
-    RecordingWindowManager::rect = {100, 50, 900, 650};
-    BriefDialog dialog;
-    dialog.resize(700, 470);
-    CZendelIns::ExecModal(dialog, ownerHandle());
-    QCOMPARE(
-        RecordingWindowManager::takeCalls(),
-        QStringList({QStringLiteral("enableWindow(owner, false)"), QStringLiteral("setModal(1)"),
-                     QStringLiteral("winId"), QStringLiteral("winId"),
-                     QStringLiteral("windowRect(owner)"), QStringLiteral("move(150, 115)"),
-                     QStringLiteral("setForegroundWindow(dialog)"),
-                     QStringLiteral("bringWindowToTop(dialog)"), QStringLiteral("exec"),
-                     QStringLiteral("enableWindow(owner, true)"),
-                     QStringLiteral("setForegroundWindow(owner)")}));
+    QTest::addColumn<bool>("quits");
+
+    QTest::newRow("with its last window") << true;
+    QTest::newRow("not with its last window") << false;
 }
 
-void tst_CZendelIns::stepsInOrderWithoutOwner()
+void tst_CZendelIns::applicationMayQuitAsBefore()
 {
-    BriefDialog dialog;
-    CZendelIns::ExecModal(dialog, nullptr);
-    QCOMPARE(RecordingWindowManager::takeCalls(),
-             QStringList({QStringLiteral("setModal(1)"), QStringLiteral("winId"),
-                          QStringLiteral("winId"), QStringLiteral("setForegroundWindow(dialog)"),
-                          QStringLiteral("bringWindowToTop(dialog)"), QStringLiteral("exec")}));
+    QFETCH(bool, quits);
+
+    QApplication::setQuitOnLastWindowClosed(quits);
+    m_operator.onDialog = [quits](const QDialog &) {
+        QCOMPARE(QApplication::quitOnLastWindowClosed(), quits);
+    };
+    showDialog(false);
+    QCOMPARE(QApplication::quitOnLastWindowClosed(), quits);
+    QApplication::setQuitOnLastWindowClosed(true);
+}
+
+void tst_CZendelIns::exceptionLeavesShowSettingsDlg()
+{
+    execFails = true;
+    CZendelIns ins;
+    QVERIFY(ins.Init(&m_machine));
+    QVERIFY_EXCEPTION_THROWN(ins.ShowSettingsDlg(ownerHandle()), std::runtime_error);
+    execFails = false;
 }
 
 void tst_CZendelIns::dialogIsCentredOverTheOwner_data()
@@ -417,6 +621,7 @@ void tst_CZendelIns::dialogIsCentredOverTheOwner_data()
     row("dialog wider and higher by three", {10, 20, 307, 317}, {300, 300}, {9, 19});
     row("owner partly off the screen", {-300, -200, 300, 200}, {301, 301}, {-151, -151});
     row("owner empty", {0, 0, 0, 0}, {300, 200}, {-150, -100});
+    row("beyond 16 bits", {40000, -50000, 40800, -49400}, {300, 200}, {40250, -49800});
 }
 
 void tst_CZendelIns::dialogIsCentredOverTheOwner()
@@ -494,6 +699,23 @@ void tst_CZendelIns::ownerIsEnabledHoweverTheDialogEnds()
              QStringList({QStringLiteral("enableWindow(owner, true)"),
                           QStringLiteral("setForegroundWindow(owner)")}));
     QCOMPARE(m_operator.takeDialogs().size(), 1);
+}
+
+void tst_CZendelIns::nestedDialogEnablesTheOwner()
+{
+    QStringList calls;
+    RecordingWindowManager::setOnCall([&calls](const QString &call) {
+        if (call.startsWith(QLatin1String("enableWindow")))
+            calls += call;
+    });
+    m_operator.onDialog = [](QDialog &) {
+        BriefDialog inner;
+        CZendelIns::ExecModal(inner, ownerHandle());
+    };
+    showDialog(false);
+    const QString disable = QStringLiteral("enableWindow(owner, false)");
+    const QString enable = QStringLiteral("enableWindow(owner, true)");
+    QCOMPARE(calls, QStringList({disable, disable, enable, enable}));
 }
 
 void tst_CZendelIns::exceptionLeavesTheOwnerDisabled()

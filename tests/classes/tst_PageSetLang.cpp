@@ -17,6 +17,8 @@
 #include <QMessageBox>
 #include <QMetaMethod>
 #include <QPointer>
+#include <QProcess>
+#include <QProcessEnvironment>
 #include <QPushButton>
 #include <QStandardItemModel>
 #include <QTest>
@@ -127,6 +129,9 @@ private Q_SLOTS:
     void newTranslationIsUsedInTheMessageBoxOnly();
     void messageIsTranslatedAfterTheNotification();
     void hostReplacedDuringSetLanguageIsNotified();
+    void hostClearedDuringTheNotificationEndsAsUsual();
+    void noEventIsProcessedBeforeTheMessage();
+    void nullHostIsCalledToo();
 
 private:
     QStringList press(const PageSetLang &page, bool accepts = true);
@@ -524,6 +529,58 @@ void tst_PageSetLang::hostReplacedDuringSetLanguageIsNotified()
              QStringList({QStringLiteral("other SetLanguage(1)"),
                           QStringLiteral("other NotifySettingChanged")}));
     QCOMPARE(m_operator.takeBoxes(), QStringList({successBox("1"), successBox("1")}));
+}
+
+void tst_PageSetLang::hostClearedDuringTheNotificationEndsAsUsual()
+{
+    m_machine.onNotify = [] { g_pHostMachine = nullptr; };
+    const PageSetLang page;
+    QCOMPARE(press(page), callsForSuccess(1));
+    QCOMPARE(m_operator.takeBoxes(), QStringList(successBox("1")));
+    QVERIFY(page.changeOk());
+}
+
+void tst_PageSetLang::noEventIsProcessedBeforeTheMessage()
+{
+    QStringList order;
+    const auto post = [&] {
+        QMetaObject::invokeMethod(
+            qApp, [&order] { order += QStringLiteral("event"); }, Qt::QueuedConnection);
+    };
+    m_machine.onSetLanguage = [&] { order += QStringLiteral("SetLanguage"); };
+    m_machine.onNotify = [&] { order += QStringLiteral("NotifySettingChanged"); };
+    m_operator.onBox = [&](QMessageBox &) { order += QStringLiteral("message"); };
+    const PageSetLang page;
+    post();
+    press(page);
+    QCOMPARE(order,
+             QStringList({QStringLiteral("SetLanguage"), QStringLiteral("NotifySettingChanged"),
+                          QStringLiteral("event"), QStringLiteral("message")}));
+    m_operator.takeBoxes();
+}
+
+// The manager opens no dialog without a host, so the page doesn't look; the program crashes if the
+// host clears the pointer in between.
+void tst_PageSetLang::nullHostIsCalledToo()
+{
+    const char *const variable = "ZENDEL_NULL_HOST";
+    if (qEnvironmentVariableIsSet(variable)) {
+        const PageSetLang page;
+        g_pHostMachine = nullptr;
+        button(page).click();
+        return;
+    }
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QLatin1String(variable), QStringLiteral("1"));
+    process.setProcessEnvironment(environment);
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(QCoreApplication::applicationFilePath(),
+                  {QStringLiteral("-nocrashhandler"), QLatin1String(QTest::currentTestFunction())});
+    QVERIFY2(process.waitForFinished(), qPrintable(process.errorString()));
+    const QByteArray output = process.readAll();
+    QVERIFY2(output.contains("PASS   : tst_PageSetLang::initTestCase()"), output.constData());
+    QVERIFY2(!output.contains("Totals: "), output.constData());
 }
 
 QTEST_MAIN(tst_PageSetLang)

@@ -37,6 +37,7 @@
 namespace {
 
 QStringList calls;
+bool foregroundIsRefused = false;
 HWND ownerWindow = nullptr;
 HWND dialogWindow = nullptr;
 
@@ -64,7 +65,7 @@ BOOL WINAPI recordGetWindowRect(HWND window, RECT *rect)
 BOOL WINAPI recordSetForegroundWindow(HWND window)
 {
     calls += QStringLiteral("SetForegroundWindow(%1)").arg(nameOf(window));
-    return SetForegroundWindow(window);
+    return foregroundIsRefused ? FALSE : SetForegroundWindow(window);
 }
 
 BOOL WINAPI recordBringWindowToTop(HWND window)
@@ -226,6 +227,7 @@ void tst_Zendel_win32::cleanup()
 {
     unload();
     calls.clear();
+    foregroundIsRefused = false;
     m_operator.takeDialogs();
     QCOMPARE(m_machine.takeCalls(), QStringList());
     QCOMPARE(m_operator.takeBoxes(), QStringList());
@@ -271,20 +273,26 @@ void tst_Zendel_win32::takeAll()
     Warnings::take();
 }
 
+// With one owner, then with another, while the system refuses the foreground.
 void tst_Zendel_win32::callsAreInOrderWithOwner()
 {
-    const NativeWindow owner(QRect(100, 50, 800, 600));
-    ownerWindow = owner.handle();
     recordCalls();
-    m_mgr->ShowSettingsDlg(owner.handle());
-    QCOMPARE(calls,
-             QStringList({QStringLiteral("EnableWindow(owner, 0)"), QStringLiteral("setModal(1)"),
-                          QStringLiteral("winId"), QStringLiteral("winId"),
-                          QStringLiteral("GetWindowRect(owner)"), QStringLiteral("move(150, 115)"),
-                          QStringLiteral("SetForegroundWindow(dialog)"),
-                          QStringLiteral("BringWindowToTop(dialog)"),
-                          QStringLiteral("dialog shown"), QStringLiteral("EnableWindow(owner, 1)"),
-                          QStringLiteral("SetForegroundWindow(owner)")}));
+    for (const QPoint &position : {QPoint(100, 50), QPoint(140, 80)}) {
+        const NativeWindow owner(QRect(position, QSize(800, 600)));
+        ownerWindow = owner.handle();
+        m_mgr->ShowSettingsDlg(owner.handle());
+        QCOMPARE(std::exchange(calls, {}),
+                 QStringList(
+                     {QStringLiteral("EnableWindow(owner, 0)"), QStringLiteral("setModal(1)"),
+                      QStringLiteral("winId"), QStringLiteral("winId"),
+                      QStringLiteral("GetWindowRect(owner)"),
+                      QStringLiteral("move(%1, %2)").arg(position.x() + 50).arg(position.y() + 65),
+                      QStringLiteral("SetForegroundWindow(dialog)"),
+                      QStringLiteral("BringWindowToTop(dialog)"), QStringLiteral("dialog shown"),
+                      QStringLiteral("EnableWindow(owner, 1)"),
+                      QStringLiteral("SetForegroundWindow(owner)")}));
+        foregroundIsRefused = true;
+    }
 }
 
 void tst_Zendel_win32::callsAreInOrderWithoutOwner()

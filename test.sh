@@ -66,6 +66,9 @@ run_tests() {
     "${emulator[@]}" ctest --preset "$preset" -j "$(nproc)" \
         "${configuration[@]}" "${options[@]}"
     if (($# == 0)) && [[ $platform == linux ]]; then
+        step "$platform: tests of the plug-in, built with Clang and its sanitizers"
+        scripts/build.sh linux-asan
+        ctest --preset linux-asan -j "$(nproc)" -L 'classes|plugin'
         step "$platform: fuzzers"
         scripts/fuzz.sh 60
     fi

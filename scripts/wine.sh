@@ -32,12 +32,17 @@ wine=/usr/lib/wine/wine64
 
 if [[ ${1-} != --session ]]; then
     if [[ -n ${ZENDEL_WINE_SESSION-} ]]; then
-        # Rarely, Wine ends at once and without a message, before it has started the program. A
-        # program that fails as quickly by itself is run twice, and fails again.
+        # Rarely, Wine ends at once and without a message, before it has started the program. Both
+        # outputs pass through tee, which shows whether there was one.
+        folder=$(mktemp -d "$WINEPREFIX/run.XXXXXX")
         started=${EPOCHREALTIME//[.,]/} status=0
-        "$wine" "$@" || status=$?
-        if ((status != 0 && ${EPOCHREALTIME//[.,]/} - started < 100000)); then
-            echo "wine.sh: $1 ended at once with exit code $status; running it again" >&2
+        { "$wine" "$@" 2>&1 >&3 3>&- | tee "$folder/err" >&2 3>&-; } 3>&1 | tee "$folder/out" ||
+            status=$?
+        silent=
+        [[ -s $folder/out || -s $folder/err ]] || silent=1
+        rm -r "$folder"
+        if [[ -n $silent ]] && ((status != 0 && ${EPOCHREALTIME//[.,]/} - started < 100000)); then
+            echo "$1: exit code $status" >>"$WINEPREFIX.again"
             exec "$wine" "$@"
         fi
         exit "$status"
@@ -64,6 +69,11 @@ server=$(command -v wineserver || echo /usr/lib/wine/wineserver64)
 finish() {
     "$server" -k || true
     rm -rf "$WINEPREFIX" || true # A program may still be writing there.
+    if [[ -e $WINEPREFIX.again ]]; then
+        echo "wine.sh: Wine ended at once and was started again $(wc -l <"$WINEPREFIX.again") times:"
+        cat "$WINEPREFIX.again"
+        rm "$WINEPREFIX.again"
+    fi >&2
 }
 trap finish EXIT
 

@@ -230,6 +230,8 @@ void tst_CZendelIns::init()
     Deployment::installTwoLanguages();
     RecordingWindowManager::reset();
     RecordingWindowManager::setName(ownerHandle(), QStringLiteral("owner"));
+    loadFails = false;
+    execFails = false;
     m_operator.onBox = nullptr;
     m_operator.onDialog = nullptr;
     m_machine.onSetLanguage = nullptr;
@@ -436,7 +438,6 @@ void tst_CZendelIns::exceptionLeavesInit()
     loadFails = true;
     CZendelIns ins;
     QVERIFY_EXCEPTION_THROWN(ins.Init(&m_machine), std::runtime_error);
-    loadFails = false;
 }
 
 void tst_CZendelIns::everyInitLoadsOnce()
@@ -602,7 +603,6 @@ void tst_CZendelIns::exceptionLeavesShowSettingsDlg()
     CZendelIns ins;
     QVERIFY(ins.Init(&m_machine));
     QVERIFY_EXCEPTION_THROWN(ins.ShowSettingsDlg(ownerHandle()), std::runtime_error);
-    execFails = false;
 }
 
 void tst_CZendelIns::dialogIsCentredOverTheOwner_data()

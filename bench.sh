@@ -30,6 +30,6 @@ stripped_size() {
 }
 printf '\nSize, stripped\n'
 stripped_size strip build/linux-bench/bin/Zendel.so
-if [[ -e build/windows/bin/Zendel.dll ]]; then
-    stripped_size x86_64-w64-mingw32-strip build/windows/bin/Zendel.dll
+if [[ -e build/mingw/bin/Zendel.dll ]]; then
+    stripped_size x86_64-w64-mingw32-strip build/mingw/bin/Zendel.dll
 fi

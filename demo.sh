@@ -1,18 +1,17 @@
 #!/usr/bin/env bash
-# demo.sh [windows|msvc] [HOST-OPTION...]: builds the plug-in and starts the example host with the
-# sample deployment; with "windows" or "msvc" the Windows build for that compiler, under Wine. Without
-# a display and options, the host runs its scripted tour on a virtual display and saves screenshots
-# below build/.
+# demo.sh [mingw|msvc] [HOST-OPTION...]: builds the plug-in and starts the example host with the
+# sample deployment; with "mingw" or "msvc" the Windows build for that compiler, under Wine.
+# Without a display and options, the host runs its scripted tour on a virtual display and saves
+# screenshots below build/.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
 platform=linux
-if [[ ${1-} == windows || ${1-} == msvc ]]; then
+if [[ ${1-} == mingw || ${1-} == msvc ]]; then
     platform=$1
     shift
 fi
-preset=${platform/msvc/windows-msvc}
-scripts/build.sh "$preset"
+scripts/build.sh "$platform"
 
 if [[ $platform == linux ]]; then
     display=${DISPLAY-}${WAYLAND_DISPLAY-}
@@ -22,7 +21,7 @@ else
     display=${DISPLAY-} # Wine needs X11.
     # Installed, so that it runs with its own DLLs only
     demo=build/demo-$platform
-    cmake --install "build/$preset" --component demo --prefix "$demo" >/dev/null
+    cmake --install "build/$platform" --component demo --prefix "$demo" >/dev/null
     host=(scripts/wine.sh --visible "$demo/zendel-host.exe")
     hidden_host=(scripts/wine.sh "$demo/zendel-host.exe")
 fi

@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# test.sh [linux|windows|msvc [all-qt]|coverage] [CTEST-OPTION...]: installs missing packages, builds, checks
-# the sources and runs all tests: on Linux and, through Wine, on Windows with the builds for MinGW
-# ("windows") and for Microsoft's C++ ABI ("msvc"); or on the given platform only.
-# With CTest options it skips the source checks: "./test.sh linux -R tst_Zendel" runs one test.
-# With "all-qt", the DLL for Microsoft's C++ ABI is tested on every official version of Qt, otherwise on
-# four. "coverage" runs scripts/coverage.sh.
+# test.sh [linux|mingw|msvc [all-qt]|coverage] [CTEST-OPTION...]: installs missing packages, builds,
+# checks the sources and runs all tests of the flavour, by default of all three: on Linux and,
+# through Wine, on Windows with the builds for MinGW and for MSVC.
+# With CTest options, it skips the source checks: "./test.sh linux -R tst_Zendel" runs one test.
+# With "all-qt", the DLL for MSVC is tested with every official version of Qt, otherwise with four.
+# "coverage" runs scripts/coverage.sh.
 set -euo pipefail
 cd "$(dirname "$0")"
 
@@ -13,10 +13,10 @@ if [[ ${1-} == coverage ]]; then
     exec scripts/coverage.sh "$@"
 fi
 
-platforms=(linux windows msvc)
+flavours=(linux mingw msvc)
 case ${1-} in
-linux | windows | msvc)
-    platforms=("$1")
+linux | mingw | msvc)
+    flavours=("$1")
     shift
     ;;
 esac
@@ -27,58 +27,66 @@ if [[ ${1-} == all-qt ]]; then
 fi
 
 step() {
-    printf '\n== %s\n' "$*"
+    printf '\n== %s: %s\n' "$flavour" "$*"
 }
 
-run_tests() {
-    local platform=$1 preset=$1 emulator=(scripts/wine.sh --session) docs=OFF
+run_ctest() {
+    local preset=$1
     shift
-    case $platform in
-    linux)
-        emulator=()
-        docs=ON # They are the same on all platforms.
-        ;;
+    case $preset in
+    linux*) ctest --preset "$preset" -j "$(nproc)" "$@" ;;
+    mingw) scripts/wine.sh --session ctest --preset mingw -j "$(nproc)" "$@" ;;
     msvc)
-        preset=windows-msvc
-        ;;
-    esac
-
-    step "$platform: packages and build"
-    scripts/build.sh "$preset" -D ZENDEL_BUILD_DOCS="$docs"
-    if [[ $platform == msvc ]]; then
-        local runtime=${ZENDEL_QT_MSVC:-$(scripts/qt-msvc.sh)}/runtime
+        local runtime=${ZENDEL_QT_MSVC:-$(toolchain/qt-msvc.sh)}/runtime options=()
         if [[ -d $runtime ]]; then
-            emulator=(scripts/wine.sh --runtime "$runtime" --session)
+            options=(--runtime "$runtime")
         else
             echo "$runtime, Microsoft's run-time library, is missing; the tests use Wine's."
         fi
+        scripts/wine.sh "${options[@]}" --session \
+            ctest --preset msvc -j "$(nproc)" "${configuration[@]}" "$@"
+        ;;
+    esac
+}
+
+run_tests() {
+    local flavour=$1 docs=OFF
+    shift
+    [[ $flavour != linux ]] || docs=ON # The API pages are the same for all.
+
+    step "packages and build"
+    scripts/build.sh "$flavour" -D ZENDEL_BUILD_DOCS="$docs"
+    if (($#)); then
+        step "tests"
+        run_ctest "$flavour" "$@" # Options may select tests that only one flavour has.
+        return
     fi
-    if (($# == 0)) && [[ $platform != msvc ]]; then
-        step "$platform: source checks"
-        if [[ $platform == linux ]]; then
-            scripts/check-sources.sh
-        fi
-        scripts/build.sh "$platform-tidy"
+
+    if [[ $flavour == linux ]]; then
+        step "source checks"
+        scripts/check-sources.sh
     fi
-    step "$platform: tests"
-    # Options may select tests that only one platform has.
-    local options=("${@---no-tests=error}")
-    "${emulator[@]}" ctest --preset "$preset" -j "$(nproc)" \
-        "${configuration[@]}" "${options[@]}"
-    if (($# == 0)) && [[ $platform == linux ]]; then
-        step "$platform: tests of the plug-in, built with Clang and its sanitizers"
+    if [[ $flavour != msvc ]]; then
+        step "clang-tidy"
+        scripts/build.sh "$flavour-tidy"
+    fi
+    step "tests"
+    run_ctest "$flavour" --no-tests=error
+    if [[ $flavour == linux ]]; then
+        step "tests of the plug-in, built with Clang and its sanitizers"
         scripts/build.sh linux-asan
-        ctest --preset linux-asan -j "$(nproc)" -L 'classes|plugin'
-        step "$platform: fuzzers"
+        run_ctest linux-asan --no-tests=error -L 'classes|plugin'
+        step "fuzzers"
         scripts/fuzz.sh 60
     fi
 }
 
 status=0
-# Tests the next platform even if one fails
+# Tests the next flavour even if one fails
 set +e
-for platform in "${platforms[@]}"; do
-    (set -e; run_tests "$platform" "$@")
+for flavour in "${flavours[@]}"; do
+    (set -e; run_tests "$flavour" "$@")
+    # shellcheck disable=SC2181 # In a condition, the commands would go on after a failure.
     (($? == 0)) || status=1
 done
 exit "$status"

@@ -6,22 +6,18 @@ cd "$(dirname "$0")/.."
 preset=$1
 shift
 
-platform=linux options=("$@")
-case $preset in
-windows-msvc) platform=msvc ;;
-windows*) platform=windows ;;
-esac
+platform=${preset%%-*} options=("$@")
 scripts/install-packages.sh "$platform"
 
 case $platform in
 msvc)
-    : "${ZENDEL_QT_MSVC:=$(scripts/qt-msvc.sh)}"
+    : "${ZENDEL_QT_MSVC:=$(toolchain/qt-msvc.sh)}"
     export ZENDEL_QT_MSVC
-    scripts/msvc-sysroot.sh >/dev/null
+    toolchain/msvc-sysroot.sh >/dev/null
     ;;
-windows)
-    ZENDEL_QT_WINDOWS=$(scripts/qt-mingw.sh)
-    export ZENDEL_QT_WINDOWS
+mingw)
+    ZENDEL_QT_MINGW=$(toolchain/qt-mingw.sh)
+    export ZENDEL_QT_MINGW
     ;;
 esac
 if [[ $platform != linux ]]; then

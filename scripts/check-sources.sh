@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # check-sources.sh: fails on any finding of clang-format or cppcheck. The presets linux-tidy and
-# windows-tidy run clang-tidy.
+# mingw-tidy run clang-tidy.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 mapfile -t files < <(find . -path ./build -prune -o \( -name '*.cpp' -o -name '*.h' \) -print | sort)

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# install-packages.sh [windows|msvc]: installs missing Debian packages for building, tests and the
-# demo, as root or with sudo; with "windows" or "msvc" also those for that Windows build.
+# install-packages.sh [mingw|msvc]: installs missing Debian packages for building, tests and the
+# demo, as root or with sudo; with "mingw" or "msvc" also those for that Windows build.
 # install-packages.sh --only PACKAGE...: installs those of the given packages that are missing.
-# scripts/qt-mingw.sh installs the packages for building Qt.
+# toolchain/qt-mingw.sh installs the packages for building Qt.
 set -euo pipefail
 
 packages=(
@@ -19,7 +19,7 @@ packages=(
     doxygen gettext libclang-rt-dev libicu-dev qttranslations5-l10n tidy
 )
 case ${1-} in
-windows)
+mingw)
     packages+=(g++-mingw-w64-x86-64-posix llvm-19)
     packages+=(fonts-wine python3-license-expression python3-pefile wine wine64)
     ;;

@@ -101,7 +101,7 @@ if(FLAVOUR STREQUAL msvc)
     set(symbols Zendel.pdb langcheck.pdb zendel-host.pdb)
 else()
     set(runtime libgcc_s_seh-1.dll libstdc++-6.dll libwinpthread-1.dll
-                qt/scripts/fetch-source.sh qt/scripts/qt-mingw.sh)
+                qt/fetch-source.sh qt/qt-mingw.sh)
     set(symbols Zendel.dll.debug langcheck.exe.debug zendel-host.exe.debug)
 endif()
 unpack(-symbols ${folder}/symbols ${symbols})

@@ -10,7 +10,7 @@ import subprocess
 import sys
 
 build, source, *launcher = sys.argv[1:]
-tools = subprocess.run([f"{source}/scripts/qt-msvc.sh", "tools"], check=True, stdout=subprocess.PIPE,
+tools = subprocess.run([f"{source}/toolchain/qt-msvc.sh", "tools"], check=True, stdout=subprocess.PIPE,
                        text=True).stdout.strip()
 folder = pathlib.Path(build, "tests/qt_tools")
 folder.mkdir(exist_ok=True)

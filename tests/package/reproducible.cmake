@@ -33,7 +33,7 @@ foreach(i RANGE ${last})
     math(EXPR j "${i} + ${count}")
     list(GET builds ${i} one)
     list(GET builds ${j} other)
-    execute_process(COMMAND ${PYTHON} ${SOURCE_DIR}/scripts/compare-packages.py ${one} ${other}
+    execute_process(COMMAND ${PYTHON} ${SOURCE_DIR}/packaging/compare-packages.py ${one} ${other}
                     RESULT_VARIABLE result)
     if(NOT result EQUAL 0)
         message(SEND_ERROR "${one} and ${other} differ")

@@ -16,7 +16,7 @@ TESTS = ("tst_Zendel", "tst_Zendel_win32", "tst_c_host", "tst_runtime_win32")
 build, source, version, *launcher = sys.argv[1:]
 root = pathlib.Path(build, f"tests/selftest/qt-{version}")
 
-qt = subprocess.run([f"{source}/scripts/qt-msvc.sh", version], check=True, stdout=subprocess.PIPE,
+qt = subprocess.run([f"{source}/toolchain/qt-msvc.sh", version], check=True, stdout=subprocess.PIPE,
                     text=True).stdout.strip()
 shutil.rmtree(root, ignore_errors=True)
 subprocess.run(["cmake", "--install", build, "--component", "selftest", "--prefix", root], check=True,

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # msvc-sysroot.sh: collects what Clang needs to compile and link for Microsoft's C++ ABI, without
 # anything of Microsoft's, and prints its folder as the last line on stdout: libc++ and the stack
-# probe, from LLVM's source; the start of programs and DLLs, from cmake/msvc/runtime; import libraries.
+# probe, from LLVM's source; the start of programs and DLLs, from toolchain/msvc/runtime; import libraries.
 # Libraries have the names that Microsoft's have, so that clang and CMake find them.
 #
 # The result is kept in ${ZENDEL_CACHE:-~/.cache/zendel}, and may be deleted there at any time.
@@ -10,7 +10,7 @@ export LC_ALL=C
 exec 3>&1 >&2
 
 here=$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")
-msvc=$(realpath "$here/../cmake/msvc")
+msvc=$(realpath "$here/msvc")
 mingw=/usr/x86_64-w64-mingw32/lib
 cache=$(realpath -m "${ZENDEL_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/zendel}")
 export PATH=/usr/lib/llvm-19/bin:$PATH

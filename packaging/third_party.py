@@ -8,8 +8,8 @@ permissions, and writes an SBOM for each, in SPDX's format, and SHA256SUMS to th
 then copies the archives.
 
 CONFIG is third-party.json in the build folder, see ZendelPackage.cmake. Versions and licence texts are
-those of the installed Debian packages and of Debian's source of Qt, from which scripts/qt-mingw.sh and
-scripts/qt-msvc.sh have copied them to Qt's folder. official-qt.txt says what the official DLLs contain.
+those of the installed Debian packages and of Debian's source of Qt, from which toolchain/qt-mingw.sh and
+toolchain/qt-msvc.sh have copied them to Qt's folder. official-qt.txt says what the official DLLs contain.
 """
 
 import datetime
@@ -95,7 +95,7 @@ NOT_DESCRIBED = {
 NOTES = {
     "Qt": """\
 Qt is used under the GNU Lesser General Public License, version 3, as DLLs of their own. They were built
-from the source package by qt/scripts/qt-mingw.sh, which changes some lines of it; its function
+from the source package by qt/qt-mingw.sh, which changes some lines of it; its function
 patch_source shows them. To use a changed Qt 5.15, build it for the same compiler family and replace the
 DLLs. Zendel.dll and the programs needn't be linked again. You may reverse engineer them to debug such
 changes.
@@ -208,7 +208,7 @@ def qt_texts(doc):
 
 
 def qt_component(folder, dlls):
-    """Describes the Qt that scripts/qt-mingw.sh has built."""
+    """Describes the Qt that toolchain/qt-mingw.sh has built."""
     doc = folder / "share/doc"
     source, version = read(doc / "source").split()
     use = "headers with inline functions"
@@ -218,7 +218,7 @@ def qt_component(folder, dlls):
 
 
 def official_qt_component(folder, dlls):
-    """Describes the Qt that scripts/qt-msvc.sh has fetched."""
+    """Describes the Qt that toolchain/qt-msvc.sh has fetched."""
     return Component("Qt", OFFICIAL_QT, "LGPL-3.0-only",
                      f"pkg:generic/qtbase@{OFFICIAL_QT}?download_url={OFFICIAL_QT_SOURCE}", "DLLs",
                      files=[dll.name for dll in dlls], source=OFFICIAL_QT_SOURCE,

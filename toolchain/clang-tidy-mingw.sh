@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # clang-tidy-mingw.sh ARGUMENT...: runs clang-tidy on a source for MinGW-w64, in the preset
-# windows-tidy. Adds the target and the folders of GCC's C++ library, which Clang does not find, and
+# mingw-tidy. Adds the target and the folders of GCC's C++ library, which Clang does not find, and
 # removes an option that Clang does not know.
 set -euo pipefail
 

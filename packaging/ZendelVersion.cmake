@@ -21,7 +21,7 @@ function(zendel_add_version_resource target description)
         set(type VFT_DLL)
         set(file ${name}.dll)
     endif()
-    configure_file(${PROJECT_SOURCE_DIR}/cmake/version.rc.in ${target}.rc @ONLY)
+    configure_file(${PROJECT_SOURCE_DIR}/packaging/version.rc.in ${target}.rc @ONLY)
     target_sources(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc)
 endfunction()
 
@@ -30,7 +30,7 @@ endfunction()
 set(commit_header ${CMAKE_CURRENT_BINARY_DIR}/commit/commit.h)
 add_custom_target(zendel_find_commit
     COMMAND ${CMAKE_COMMAND} -D SOURCE_DIR=${PROJECT_SOURCE_DIR} -D HEADER=${commit_header}
-            -P ${PROJECT_SOURCE_DIR}/cmake/commit.cmake
+            -P ${PROJECT_SOURCE_DIR}/packaging/commit.cmake
     BYPRODUCTS ${commit_header}
     COMMENT ""
     VERBATIM

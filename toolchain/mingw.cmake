@@ -1,5 +1,5 @@
 # Toolchain file for building 64-bit Windows programs on Linux with MinGW-w64. Set CMAKE_PREFIX_PATH
-# to the folder that scripts/qt-mingw.sh prints, or Qt5_DIR, as a variable or in the environment.
+# to the folder that toolchain/qt-mingw.sh prints, or Qt5_DIR, as a variable or in the environment.
 
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)

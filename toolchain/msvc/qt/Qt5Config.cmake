@@ -1,5 +1,5 @@
 # Finds an official Qt 5.15 for MSVC: the folder in CMAKE_PREFIX_PATH with bin, include and lib, which
-# scripts/qt-msvc.sh makes or which is an installed kit. Its own CMake packages would start Windows
+# toolchain/qt-msvc.sh makes or which is an installed kit. Its own CMake packages would start Windows
 # programs. moc, rcc and uic are this machine's.
 
 set(Qt5_VERSION 5.15.2)

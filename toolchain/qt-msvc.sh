@@ -94,7 +94,7 @@ copy_dlls() {
 
 # copy_notices FOLDER: copies what THIRD-PARTY-NOTICES are made from out of Debian's source of Qt:
 # licences, and Qt's descriptions of the code of others. For what differs in the official DLLs, see
-# cmake/official-qt.txt.
+# packaging/official-qt.txt.
 copy_notices() {
     local source=qtbase-opensource-src version
     version=$(dpkg-query -W -f '${source:Version}' qtbase5-dev)

@@ -1,6 +1,6 @@
 # Toolchain file: 64-bit Windows programs with Microsoft's C++ ABI, built on Linux with Clang.
 #
-# CMAKE_PREFIX_PATH is the folder that scripts/qt-msvc.sh prints, or that of an installed kit of Qt 5.15
+# CMAKE_PREFIX_PATH is the folder that toolchain/qt-msvc.sh prints, or that of an installed kit of Qt 5.15
 # for MSVC.
 
 set(CMAKE_SYSTEM_NAME Windows)
@@ -9,7 +9,7 @@ set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES CMAKE_PREFIX_PATH ZENDEL_MSVC_SYSROOT)
 set(CMAKE_TRY_COMPILE_CONFIGURATION Release) # There is no run-time library for debugging.
 
 if(NOT ZENDEL_MSVC_SYSROOT)
-    execute_process(COMMAND ${CMAKE_CURRENT_LIST_DIR}/../../scripts/msvc-sysroot.sh
+    execute_process(COMMAND ${CMAKE_CURRENT_LIST_DIR}/../msvc-sysroot.sh
                     OUTPUT_VARIABLE ZENDEL_MSVC_SYSROOT OUTPUT_STRIP_TRAILING_WHITESPACE
                     COMMAND_ERROR_IS_FATAL ANY)
 endif()

@@ -27,7 +27,7 @@ install(DIRECTORY docs/ DESTINATION ${data_folder}/docs COMPONENT plugin
         FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
 write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/ZendelConfigVersion.cmake
     COMPATIBILITY SameMajorVersion ARCH_INDEPENDENT)
-install(FILES cmake/ZendelConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/ZendelConfigVersion.cmake
+install(FILES packaging/ZendelConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/ZendelConfigVersion.cmake
         DESTINATION ${config_folder} COMPONENT plugin)
 
 # install_sample_deployment(COMPONENT FOLDER)
@@ -92,7 +92,7 @@ set(CPACK_ARCHIVE_SELFTEST_FILE_NAME Zendel-${PROJECT_VERSION}-${platform}-selft
 set(CPACK_ARCHIVE_SYMBOLS_FILE_NAME Zendel-${PROJECT_VERSION}-${platform}-symbols)
 
 # The code of others in each package: as THIRD-PARTY-NOTICES in the package, and as an SBOM next to it.
-# Made of what Debian's packages, scripts/qt-mingw.sh and scripts/qt-msvc.sh provide.
+# Made of what Debian's packages, toolchain/qt-mingw.sh and toolchain/qt-msvc.sh provide.
 set(qt "")
 if(WIN32)
     get_target_property(qt Qt5::Core IMPORTED_LOCATION_RELEASE)
@@ -101,7 +101,7 @@ endif()
 set(third_party "")
 if(EXISTS /usr/bin/dpkg-query AND EXISTS /usr/bin/python3
         AND (NOT WIN32 OR EXISTS ${qt}/share/doc/source))
-    set(third_party "/usr/bin/python3 \"${PROJECT_SOURCE_DIR}/cmake/third_party.py\"")
+    set(third_party "/usr/bin/python3 \"${PROJECT_SOURCE_DIR}/packaging/third_party.py\"")
     set(third_party_config ${CMAKE_CURRENT_BINARY_DIR}/third-party.json)
     string(REGEX REPLACE "^win64-" "" flavour ${platform})
     string(TOLOWER ${flavour} flavour)
@@ -118,15 +118,15 @@ if(EXISTS /usr/bin/dpkg-query AND EXISTS /usr/bin/python3
         COMMAND_ERROR_IS_FATAL ANY)\n")
 else()
     message(STATUS "Packages will lack THIRD-PARTY-NOTICES: they need Python, dpkg-query and, for "
-                   "Windows, a Qt of scripts/qt-mingw.sh or scripts/qt-msvc.sh")
+                   "Windows, a Qt of toolchain/qt-mingw.sh or toolchain/qt-msvc.sh")
 endif()
 
 # install_qt_recipe(COMPONENT [EXCLUDE_FROM_ALL]): how MinGW's Qt was built, as its licence asks
 function(install_qt_recipe component)
     if(third_party AND MINGW)
-        install(PROGRAMS ${PROJECT_SOURCE_DIR}/scripts/fetch-source.sh
-                         ${PROJECT_SOURCE_DIR}/scripts/qt-mingw.sh
-                DESTINATION qt/scripts COMPONENT ${component} ${ARGN})
+        install(PROGRAMS ${PROJECT_SOURCE_DIR}/toolchain/fetch-source.sh
+                         ${PROJECT_SOURCE_DIR}/toolchain/qt-mingw.sh
+                DESTINATION qt COMPONENT ${component} ${ARGN})
     endif()
 endfunction()
 

@@ -66,18 +66,6 @@ INTERPOSE(void, setModal, (QDialog * self, bool modal))
     ORIGINAL(setModal)(self, modal);
 }
 
-INTERPOSE(void, raise, (QWidget * self))
-{
-    addCall(QStringLiteral("raise"));
-    ORIGINAL(raise)(self);
-}
-
-INTERPOSE(void, activateWindow, (QWidget * self))
-{
-    addCall(QStringLiteral("activateWindow"));
-    ORIGINAL(activateWindow)(self);
-}
-
 /// Called once by the settings dialog, while it is constructed.
 INTERPOSE(void, setStyleSheet, (QWidget * self, const QString &style))
 {
@@ -108,9 +96,22 @@ INTERPOSE(bool, load,
     return ORIGINAL(load)(self, file, directory, delimiters, suffix);
 }
 
-#ifndef Q_OS_WIN // There, the program's own import of this function can't be replaced.
+// On Windows, only functions that the program imports can be replaced.
+#ifndef Q_OS_WIN
 namespace {
 bool memoryIsShort = false;
+}
+
+INTERPOSE(void, raise, (QWidget * self))
+{
+    addCall(QStringLiteral("raise"));
+    ORIGINAL(raise)(self);
+}
+
+INTERPOSE(void, activateWindow, (QWidget * self))
+{
+    addCall(QStringLiteral("activateWindow"));
+    ORIGINAL(activateWindow)(self);
 }
 
 INTERPOSE(void *, operatorNew, (std::size_t size))

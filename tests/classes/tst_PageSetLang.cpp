@@ -576,11 +576,11 @@ void tst_PageSetLang::nullHostIsCalledToo()
     process.setProcessEnvironment(environment);
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.start(QCoreApplication::applicationFilePath(),
-                  {QStringLiteral("-nocrashhandler"), QLatin1String(QTest::currentTestFunction())});
+                  {QLatin1String(QTest::currentTestFunction())});
     QVERIFY2(process.waitForFinished(), qPrintable(process.errorString()));
     const QByteArray output = process.readAll();
     QVERIFY2(output.contains("PASS   : tst_PageSetLang::initTestCase()"), output.constData());
-    QVERIFY2(!output.contains("Totals: "), output.constData());
+    QVERIFY2(!output.contains("PASS   : tst_PageSetLang::nullHost"), output.constData());
 }
 
 QTEST_MAIN(tst_PageSetLang)

@@ -1,5 +1,5 @@
-# Fails unless the program in README.md builds, reports a missing plug-in, and runs with a plug-in and
-# a simulated operator. outside.cmake describes the definitions.
+# Fails unless the program in README.md builds, reports a missing plug-in, and runs with a plug-in
+# and a simulated operator. outside.cmake describes the definitions.
 
 include(${CMAKE_CURRENT_LIST_DIR}/outside.cmake)
 set(folder ${BUILD_DIR}/tests/readme_host)
@@ -30,7 +30,8 @@ function(run_program exit_code pattern)
                     OUTPUT_FILE ${folder}/printed.txt ERROR_FILE ${folder}/errors.txt)
     file(READ ${folder}/errors.txt errors)
     if(NOT result STREQUAL exit_code OR NOT errors MATCHES "${pattern}")
-        message(FATAL_ERROR "The program ended with ${result}, not ${exit_code}, and printed\n${errors}")
+        message(FATAL_ERROR
+            "The program ended with ${result}, not ${exit_code}, and printed\n${errors}")
     endif()
 endfunction()
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # bench.sh [OPTION...]: builds and runs the benchmarks and prints the results, which
-# docs/performance.md explains. Options go to Google Benchmark: --benchmark_repetitions=3 is faster.
+# bench/README.md explains. Options go to Google Benchmark: --benchmark_repetitions=3 is faster.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 

@@ -22,9 +22,10 @@ if(ZENDEL_BUILD_LANGCHECK)
 endif()
 install(FILES plugin/IHostMachine.h plugin/IZendelMgr.h
         DESTINATION include/Zendel COMPONENT plugin)
-install(FILES CHANGELOG.md README.md DESTINATION ${data_folder} COMPONENT plugin)
+install(FILES CHANGELOG.md packaging/README.md DESTINATION ${data_folder} COMPONENT plugin)
+# Without the page about the sources, which the package doesn't have
 install(DIRECTORY docs/ DESTINATION ${data_folder}/docs COMPONENT plugin
-        FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
+        FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN developer.md EXCLUDE)
 write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/ZendelConfigVersion.cmake
     COMPATIBILITY SameMajorVersion ARCH_INDEPENDENT)
 install(FILES packaging/ZendelConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/ZendelConfigVersion.cmake
@@ -67,9 +68,7 @@ if(WIN32 AND ZENDEL_BUILD_EXAMPLES AND ZENDEL_BUILD_LANGCHECK)
         endif()
         install(FILES ${symbols} DESTINATION . COMPONENT symbols)
     endforeach()
-    if(NOT MINGW)
-        install(FILES examples/host/README.txt DESTINATION . COMPONENT demo)
-    endif()
+    install(FILES examples/host/README.txt DESTINATION . COMPONENT demo)
 endif()
 
 set(CPACK_GENERATOR ZIP)

@@ -1,6 +1,6 @@
-# Fails unless the packages contain the expected files, their notices name each DLL of others and have the
-# hashes of the official ones, their SBOMs and SHA256SUMS match, and the demo runs without any other DLL from
-# a folder with spaces in its name.
+# Fails unless the packages contain the expected files, the links in their pages work, their notices
+# name each DLL of others and have the hashes of the official ones, their SBOMs and SHA256SUMS match,
+# and the demo runs without any other DLL from a folder with spaces in its name.
 # cmake -D CPACK=... -D BUILD_DIR=... -D SOURCE_DIR=... -D VERSION=... -D FLAVOUR=... -D LAUNCHER=...
 #       -D PATH_VARIABLE=... -D PYTHON=... -P package.cmake
 
@@ -80,11 +80,9 @@ unpack("" ${folder}/plugin
     ${files}
     CHANGELOG.md
     README.md
-    docs/developer.md
     docs/dialog.png
     docs/host-developer.md
     docs/languages.png
-    docs/performance.md
     docs/reliability.md
     docs/service-engineer.md
     docs/translator.md
@@ -95,9 +93,15 @@ unpack("" ${folder}/plugin
     ${translations}
 )
 
+execute_process(COMMAND ${PYTHON} ${SOURCE_DIR}/tests/package/links.py --package ${folder}/plugin
+                RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
+    message(SEND_ERROR "The package's pages link to files that it does not contain")
+endif()
+
 set(demo "${folder}/demo of the plug-in")
 if(FLAVOUR STREQUAL msvc)
-    set(runtime README.txt)
+    set(runtime)
     set(symbols Zendel.pdb langcheck.pdb zendel-host.pdb)
 else()
     set(runtime libgcc_s_seh-1.dll libstdc++-6.dll libwinpthread-1.dll
@@ -110,6 +114,7 @@ unpack(-demo ${demo}
     Qt5Core.dll
     Qt5Gui.dll
     Qt5Widgets.dll
+    README.txt
     ${runtime}
     platforms/qwindows.dll
     styles/qwindowsvistastyle.dll

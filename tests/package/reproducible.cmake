@@ -1,14 +1,14 @@
-# Fails unless two builds of the plug-in in different folders, of sources with different dates, have the
-# same bytes.
+# Fails unless two builds of the plug-in in different folders, of sources with different dates, have
+# the same bytes.
 # cmake -D SOURCE_DIR=... -D FOLDER=... -D GENERATOR=... -D QT=... -D TOOLCHAIN=... -D PYTHON=...
 #       -P reproducible.cmake
 
 file(REMOVE_RECURSE ${FOLDER})
 foreach(copy one another/deeper/folder)
     set(source ${FOLDER}/${copy})
-    file(COPY ${SOURCE_DIR}/CMakeLists.txt ${SOURCE_DIR}/cmake ${SOURCE_DIR}/lang ${SOURCE_DIR}/plugin
-              ${SOURCE_DIR}/res ${SOURCE_DIR}/translations ${SOURCE_DIR}/ui
-         DESTINATION ${source})
+    foreach(part CMakeLists.txt cmake lang packaging plugin res toolchain translations ui)
+        file(COPY ${SOURCE_DIR}/${part} DESTINATION ${source})
+    endforeach()
     file(TOUCH ${source}/res/qss/style.css)
     execute_process(
         COMMAND ${CMAKE_COMMAND} -S ${source} -B ${source}/build -G ${GENERATOR}

@@ -1,8 +1,8 @@
 # Fails unless the program in docs/host-developer.md builds as described there, reports a missing
 # plug-in, and with a plug-in and a simulated operator prints what the page shows.
-# outside.cmake describes the definitions.
+# cmake -D BUILD_DIR=... -D SOURCE_DIR=... -D GENERATOR=... -D COMPILER=... -D QT=...
+#       -D TOOLCHAIN=... -D LAUNCHER=... -D FLAGS=... -D PLUGIN=... -P documented_host.cmake
 
-include(${CMAKE_CURRENT_LIST_DIR}/outside.cmake)
 set(folder ${BUILD_DIR}/tests/documented_host)
 file(REMOVE_RECURSE ${folder})
 
@@ -27,8 +27,17 @@ take_block(cmake project)
 take_block(text expected)
 file(WRITE ${folder}/source/main.cpp "${program}")
 file(WRITE ${folder}/source/CMakeLists.txt "${project}")
-build_outside(${folder} ${folder}/source
-    -DCMAKE_PROJECT_INCLUDE=${SOURCE_DIR}/tests/package/documented_host/operator.cmake)
+execute_process(
+    COMMAND ${CMAKE_COMMAND} --install ${BUILD_DIR} --component plugin --prefix ${folder}/install
+    COMMAND_ERROR_IS_FATAL ANY)
+execute_process(
+    COMMAND ${CMAKE_COMMAND} -S ${folder}/source -B ${folder}/build -G ${GENERATOR}
+            "-DCMAKE_PREFIX_PATH=${folder}/install;${QT}" "-DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN}"
+            -DCMAKE_CXX_COMPILER=${COMPILER} "-DCMAKE_CXX_FLAGS_INIT=${FLAGS}"
+            -DCMAKE_BUILD_TYPE=Release
+            -DCMAKE_PROJECT_INCLUDE=${SOURCE_DIR}/tests/package/documented_host/operator.cmake
+    COMMAND_ERROR_IS_FATAL ANY)
+execute_process(COMMAND ${CMAKE_COMMAND} --build ${folder}/build COMMAND_ERROR_IS_FATAL ANY)
 file(GLOB program ${folder}/build/small_host ${folder}/build/small_host.exe)
 
 # run_program(EXIT_CODE OUTPUT): uses files, because a pipe would stay open as long as the desktop

@@ -158,7 +158,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const QString expected = outcomeOfModel(file);
     const QString actual = outcomeOfLibrary(file);
     if (actual != expected) {
-        print("Input", QString::fromLatin1(input));
+        print("Input", QString::fromLatin1(input.constData(), input.size()));
         qWarning("Read after a comment of %d bytes", file.size() - input.size());
         print("Model", expected);
         print("Library", actual);

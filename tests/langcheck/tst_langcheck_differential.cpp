@@ -2,8 +2,6 @@
 //
 // ZENDEL_STEPS is the number of deployments, ZENDEL_SEED the seed of the first.
 
-#include "langcheck/DeploymentCheck.h"
-
 #include "CatalogueMaker.h"
 #include "GoodDeployment.h"
 #include "support/Operator.h"
@@ -45,7 +43,7 @@ void tst_langcheck_differential::operatorSeesWhatIsReported()
     const quint32 first = Settings::seed();
     for (quint32 seed = first; seed < first + count; ++seed) {
         CatalogueMaker(seed).makeDeployment();
-        const Report report = checkDeployment(QCoreApplication::applicationDirPath());
+        const Report report = GoodDeployment::check();
 
         QTranslator translator;
         translator.load(report.translation);

@@ -16,7 +16,7 @@ packages=(
     # Tests and source checks
     binutils gcovr git libbenchmark-dev libxcb-xtest0-dev python3 valgrind
     clang clang-format clang-tidy cppcheck
-    doxygen gettext libclang-rt-dev libicu-dev qttranslations5-l10n tidy
+    doxygen gettext libclang-rt-dev qttranslations5-l10n tidy
 )
 case ${1-} in
 mingw)

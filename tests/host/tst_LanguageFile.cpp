@@ -18,8 +18,7 @@ private Q_SLOTS:
     void onlyTheDefaultNumberChanges();
     void namesAreDecodedAsInThePlugin_data();
     void namesAreDecodedAsInThePlugin();
-    void missingFileIsReported();
-    void folderInsteadOfFileIsReported();
+    void unusableFileIsReported();
     void fileIsReplacedNotOverwritten();
 
 private:
@@ -44,30 +43,29 @@ void tst_LanguageFile::onlyTheDefaultNumberChanges_data()
     const auto row = [](const char *name, const QByteArray &before, const QByteArray &after) {
         QTest::newRow(name) << before << after;
     };
-    row("LF", "[LANG_MGR]\nDEFAULT=1\nLANG1_NAME=a\n", "[LANG_MGR]\nDEFAULT=42\nLANG1_NAME=a\n");
-    row("CR LF", "; x\r\n[LANG_MGR]\r\nDEFAULT=1\r\n", "; x\r\n[LANG_MGR]\r\nDEFAULT=42\r\n");
-    row("spaces are kept", "[LANG_MGR]\n  DEFAULT =  1 \t\nX", "[LANG_MGR]\n  DEFAULT =  42 \t\nX");
-    row("no line end in the last line", "[LANG_MGR]\nDEFAULT=1", "[LANG_MGR]\nDEFAULT=42");
+    const auto number = [&row](const char *name, const QByteArray &text) {
+        row(name, QByteArray(text).replace('@', "1"), QByteArray(text).replace('@', "42"));
+    };
+    number("LF", "[LANG_MGR]\nDEFAULT=@\nLANG1_NAME=a\n");
+    number("CR LF", "; x\r\n[LANG_MGR]\r\nDEFAULT=@\r\n");
+    number("spaces are kept", "[LANG_MGR]\n  DEFAULT =  @ \t\nX");
+    number("no line end in the last line", "[LANG_MGR]\nDEFAULT=@");
+    number("the last one counts", "[LANG_MGR]\nDEFAULT=1\nDEFAULT=@\n");
+    number("comments and other sections don't count",
+           "DEFAULT=0\n[LANG_MGR]\nDEFAULT=@\n;DEFAULT=2\n[OTHER]\nDEFAULT=3\n");
+    number("UTF-8 with a BOM", "\xEF\xBB\xBF[LANG_MGR]\nLANG1_NAME=简\nDEFAULT=@\n");
+    number("GB2312 and invalid bytes", "[LANG_MGR]\nLANG1_NAME=\xBC\xF2\xFF\x80\nDEFAULT=@\n");
     row("no value", "[LANG_MGR]\nDEFAULT=\n", "[LANG_MGR]\nDEFAULT=42\n");
-    row("the last one counts", "[LANG_MGR]\nDEFAULT=1\nDEFAULT=2\n",
-        "[LANG_MGR]\nDEFAULT=1\nDEFAULT=42\n");
-    row("comments and other sections don't count",
-        "DEFAULT=0\n[LANG_MGR]\nDEFAULT=1\n;DEFAULT=2\n[OTHER]\nDEFAULT=3\n",
-        "DEFAULT=0\n[LANG_MGR]\nDEFAULT=42\n;DEFAULT=2\n[OTHER]\nDEFAULT=3\n");
     row("no DEFAULT", "[LANG_MGR]\nLANG1_NAME=a\n", "[LANG_MGR]\nDEFAULT=42\nLANG1_NAME=a\n");
     row("no DEFAULT and nothing after the header", "[LANG_MGR]", "[LANG_MGR]\r\nDEFAULT=42\r\n");
     row("no section", "[OTHER]\nDEFAULT=1\n", "[OTHER]\nDEFAULT=1\n[LANG_MGR]\nDEFAULT=42\n");
     row("empty file", "", "[LANG_MGR]\r\nDEFAULT=42\r\n");
-    row("UTF-8 with a BOM", "\xEF\xBB\xBF[LANG_MGR]\nLANG1_NAME=简\nDEFAULT=1\n",
-        "\xEF\xBB\xBF[LANG_MGR]\nLANG1_NAME=简\nDEFAULT=42\n");
-    row("GB2312 and invalid bytes", "[LANG_MGR]\nLANG1_NAME=\xBC\xF2\xFF\x80\nDEFAULT=1\n",
-        "[LANG_MGR]\nLANG1_NAME=\xBC\xF2\xFF\x80\nDEFAULT=42\n");
     for (const bool littleEndian : {true, false}) {
-        const auto encoded = [littleEndian](const char *number) {
+        const auto encoded = [littleEndian](const char *value) {
             const QString loneSurrogate(QChar(0xD800));
             return Deployment::utf16(
                 QStringLiteral("\uFEFF[LANG_MGR]\r\nLANG1_NAME=简体%1\r\nDEFAULT=%2\r\n")
-                    .arg(loneSurrogate, QLatin1String(number)),
+                    .arg(loneSurrogate, QLatin1String(value)),
                 littleEndian);
         };
         const QByteArray name = littleEndian ? "UTF-16LE" : "UTF-16BE";
@@ -118,13 +116,19 @@ void tst_LanguageFile::namesAreDecodedAsInThePlugin()
     QCOMPARE(languages.languageName(4), QString());
 }
 
-void tst_LanguageFile::missingFileIsReported()
+/// The file is missing, or a folder.
+void tst_LanguageFile::unusableFileIsReported()
 {
-    const QString fileName = m_folder.filePath(QStringLiteral("no/Lang.ini"));
-    LanguageFile languages(fileName);
-    QVERIFY(!languages.setDefaultLanguage(1));
-    QVERIFY(languages.errorString().startsWith(
-        QStringLiteral("Cannot read %1: ").arg(QDir::toNativeSeparators(fileName))));
+    QVERIFY(QDir(m_folder.path()).mkdir(QStringLiteral("folder")));
+    for (const char *const name : {"no/Lang.ini", "folder"}) {
+        const QString fileName = m_folder.filePath(QLatin1String(name));
+        LanguageFile languages(fileName);
+        QVERIFY(!languages.setDefaultLanguage(1));
+        QVERIFY2(languages.errorString().startsWith(
+                     QStringLiteral("Cannot read %1: ").arg(QDir::toNativeSeparators(fileName))),
+                 qPrintable(languages.errorString()));
+    }
+    QVERIFY(QFileInfo(m_folder.filePath(QStringLiteral("folder"))).isDir());
 }
 
 void tst_LanguageFile::fileIsReplacedNotOverwritten()
@@ -139,16 +143,6 @@ void tst_LanguageFile::fileIsReplacedNotOverwritten()
     QFile old(other);
     QVERIFY(old.open(QIODevice::ReadOnly));
     QCOMPARE(old.readAll(), before);
-}
-
-void tst_LanguageFile::folderInsteadOfFileIsReported()
-{
-    const QString fileName = m_folder.filePath(QStringLiteral("folder"));
-    QVERIFY(QDir().mkpath(fileName));
-    LanguageFile languages(fileName);
-    QVERIFY(!languages.setDefaultLanguage(1));
-    QVERIFY(languages.errorString().contains(QDir::toNativeSeparators(fileName)));
-    QVERIFY(QFileInfo(fileName).isDir());
 }
 
 QTEST_GUILESS_MAIN(tst_LanguageFile)

@@ -26,6 +26,12 @@ inline QByteArray make(const Report &report)
     return makePage(report, start, draw(report));
 }
 
+inline QByteArray readFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 /// What a browser would make of a page.
 struct Contents
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "langcheck/Report.h"
+#include "langcheck/DeploymentCheck.h"
 
 #include "support/Deployment.h"
 #include "support/Operator.h"
@@ -22,6 +22,17 @@ inline const char *const kCatalogue = "[LANG_MGR]\n"
                                       "LANG2_FOLDER=second\n"
                                       "LANG2_SHOW=1\n";
 
+inline const QByteArray kUtf8Bom = "\xEF\xBB\xBF";
+
+/// Returns kCatalogue with a change.
+inline QByteArray catalogueWith(const char *before, const QByteArray &after)
+{
+    QByteArray bytes = kCatalogue;
+    if (!bytes.contains(before))
+        qFatal("No %s", before);
+    return bytes.replace(before, after);
+}
+
 /// Collects warnings and sets the font with which langcheck measures texts.
 inline void prepareTests()
 {
@@ -38,6 +49,11 @@ inline void install()
     Deployment::writeCatalogue(kCatalogue);
     for (const char *const folder : {"first", "second", "chs"})
         Deployment::installTranslation(QLatin1String(folder), QStringLiteral("first"));
+}
+
+inline Report check()
+{
+    return checkDeployment(QCoreApplication::applicationDirPath());
 }
 
 /// Returns the report's message boxes in the form of Operator::takeBoxes().

@@ -3,9 +3,8 @@
 #include "langcheck/DeploymentCheck.h"
 
 #include "GoodDeployment.h"
+#include "LangcheckProcess.h"
 #include "commit.h"
-
-#include "support/TestFile.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -13,10 +12,18 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QProcess>
 #include <QTest>
 
 using GoodDeployment::kCatalogue;
+
+namespace {
+
+QByteArray run(const QStringList &arguments, int exitCode)
+{
+    return runLangcheck(arguments, exitCode, QProcess::MergedChannels);
+}
+
+} // namespace
 
 class tst_langcheck_command_line : public QObject
 {
@@ -32,25 +39,8 @@ private Q_SLOTS:
     void hostIsChecked();
     void callsWithoutADeployment_data();
     void callsWithoutADeployment();
-    void sampleDeploymentIsClean();
     void nothingIsWritten();
-
-private:
-    QByteArray run(const QStringList &arguments, int exitCode);
 };
-
-QByteArray tst_langcheck_command_line::run(const QStringList &arguments, int exitCode)
-{
-    QProcess process;
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(testFile(QStringLiteral(LANGCHECK_FILE)), arguments);
-    if (!process.waitForFinished())
-        QTest::qFail(qPrintable(process.errorString()), __FILE__, __LINE__);
-    QByteArray output = process.readAll().replace("\r\n", "\n");
-    QTest::qCompare(process.exitCode(), exitCode, output.constData(), "exit code", __FILE__,
-                    __LINE__);
-    return output;
-}
 
 void tst_langcheck_command_line::findingsArePrintedAsByACompiler()
 {
@@ -112,7 +102,7 @@ void tst_langcheck_command_line::jsonIsPrinted()
     QJsonParseError error = {};
     const QJsonDocument json = QJsonDocument::fromJson(output, &error);
     QVERIFY2(error.error == QJsonParseError::NoError, output.constData());
-    QCOMPARE(json.object(), checkDeployment(QCoreApplication::applicationDirPath()).toJson());
+    QCOMPARE(json.object(), GoodDeployment::check().toJson());
     QCOMPARE(json.object().value(QStringLiteral("formatVersion")).toInt(), 1);
     const QJsonArray findings = json.object().value(QStringLiteral("findings")).toArray();
     QCOMPARE(findings.size(), 1);
@@ -153,8 +143,11 @@ void tst_langcheck_command_line::callsWithoutADeployment_data()
 
     const auto row = [](const char *name, const QStringList &arguments, int code,
                         const char *text) {
-        QTest::newRow(name) << arguments << code << QString::fromLatin1(text);
+        QTest::newRow(name) << arguments << code << QString::fromUtf8(text);
     };
+    // The sample deployment is next to the program.
+    row("list of the sample", {}, 0, "22 العربية\n");
+    row("findings of the sample", {}, 0, "\n0 errors, 0 warnings\n");
     row("help", {QStringLiteral("--help")}, 0, "[FOLDER]");
     row("version", {QStringLiteral("--version")}, 0, "langcheck " VERSION COMMIT "\n");
     row("unknown option", {QStringLiteral("--colour")}, 3, "Unknown option 'colour'");
@@ -170,14 +163,6 @@ void tst_langcheck_command_line::callsWithoutADeployment()
 
     const QByteArray output = run(arguments, exitCode);
     QVERIFY2(output.contains(text.toUtf8()), output.constData());
-}
-
-/// The sample deployment is next to the program, so no argument is needed.
-void tst_langcheck_command_line::sampleDeploymentIsClean()
-{
-    const QByteArray output = run({}, 0);
-    QVERIFY2(output.contains("22 العربية\n"), output.constData());
-    QVERIFY(output.endsWith("\n0 errors, 0 warnings\n"));
 }
 
 void tst_langcheck_command_line::nothingIsWritten()

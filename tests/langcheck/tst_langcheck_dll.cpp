@@ -13,18 +13,18 @@
 #include <random>
 
 Q_DECLARE_METATYPE(CompilerFamily)
+Q_DECLARE_METATYPE(DllContents)
 
 namespace {
 
 const char *const kMsvcName = "??0QString@@QEAA@XZ";
 const char *const kMinGwName = "_ZN7QStringC1Ev";
 
-Dll read(const QByteArray &bytes)
+Dll read(QByteArray bytes, Dll (*reader)(QIODevice &) = readDll)
 {
-    QBuffer file;
-    file.setData(bytes);
+    QBuffer file(&bytes);
     file.open(QIODevice::ReadOnly);
-    return readDll(file);
+    return reader(file);
 }
 
 DllContents goodContents()
@@ -60,10 +60,8 @@ private Q_SLOTS:
     void initTestCase() { Warnings::collect(); }
     void cleanup() { QCOMPARE(Warnings::take(), QStringList()); }
 
-    void exportsAreRecognized_data();
-    void exportsAreRecognized();
-    void importsAreRecognized_data();
-    void importsAreRecognized();
+    void familyIsRecognized_data();
+    void familyIsRecognized();
     void programsAreRead();
     void versionIsRead();
     void defectsAreNamed_data();
@@ -75,83 +73,62 @@ private Q_SLOTS:
     void readingIsLimited();
 };
 
-void tst_langcheck_dll::exportsAreRecognized_data()
+void tst_langcheck_dll::familyIsRecognized_data()
 {
-    QTest::addColumn<QList<QByteArray>>("names");
-    QTest::addColumn<CompilerFamily>("family");
+    QTest::addColumn<DllContents>("contents");
+    QTest::addColumn<CompilerFamily>("exports");
+    QTest::addColumn<CompilerFamily>("imports");
 
-    const auto row = [](const char *name, const QList<QByteArray> &names, CompilerFamily family) {
-        QTest::newRow(name) << names << family;
+    using Names = QList<QByteArray>;
+    const CompilerFamily unknown = CompilerFamily::Unknown;
+    const auto exports = [unknown](const char *name, const Names &names, CompilerFamily family) {
+        DllContents contents;
+        contents.exports = names;
+        QTest::newRow(name) << contents << family << unknown;
     };
-    row("none", {}, CompilerFamily::Unknown);
-    row("only C", {"Z", "_", "_z", "qt_startup_hook"}, CompilerFamily::Unknown);
-    row("MSVC", {kMsvcName}, CompilerFamily::Msvc);
-    row("MSVC, after C", {"NewInterface", "_z", kMsvcName}, CompilerFamily::Msvc);
-    row("MinGW", {kMinGwName}, CompilerFamily::MinGw);
-    row("MinGW, before C", {kMinGwName, "qt_startup_hook"}, CompilerFamily::MinGw);
+    const auto imports = [unknown](const char *name, const Names &names, CompilerFamily family,
+                                   const char *from = "Qt5Core.dll") {
+        DllContents contents;
+        contents.importedDll = from;
+        contents.imports = names;
+        QTest::newRow(name) << contents << unknown << family;
+    };
+    exports("no exports", {}, unknown);
+    exports("only C", {"Z", "_", "_z", "qt_startup_hook"}, unknown);
+    exports("MSVC", {kMsvcName}, CompilerFamily::Msvc);
+    exports("MSVC, after C", {"NewInterface", "_z", kMsvcName}, CompilerFamily::Msvc);
+    exports("MinGW", {kMinGwName}, CompilerFamily::MinGw);
+    exports("MinGW, before C", {kMinGwName, "qt_startup_hook"}, CompilerFamily::MinGw);
+    imports("no imports", {}, unknown);
+    imports("imports only C", {"qt_version_tag"}, unknown);
+    imports("imports only by ordinal", {"", ""}, unknown);
+    imports("imports, MSVC", {kMsvcName}, CompilerFamily::Msvc);
+    imports("imports, MinGW", {kMinGwName}, CompilerFamily::MinGw);
+    imports("imports after others", {"", "qt_version_tag", kMsvcName}, CompilerFamily::Msvc);
+    imports("from another DLL of Qt", {kMsvcName}, CompilerFamily::Msvc, "qt5widgets.dll");
+    imports("from a DLL not of Qt", {kMsvcName}, unknown, "msvcp140.dll");
 }
 
-void tst_langcheck_dll::exportsAreRecognized()
+void tst_langcheck_dll::familyIsRecognized()
 {
-    QFETCH(QList<QByteArray>, names);
-    QFETCH(CompilerFamily, family);
+    QFETCH(DllContents, contents);
+    QFETCH(CompilerFamily, exports);
+    QFETCH(CompilerFamily, imports);
 
-    DllContents contents;
-    contents.exports = names;
     const Dll dll = read(makeDll(contents));
     QCOMPARE(dll.defect, QString());
-    QCOMPARE(dll.exports, family);
-    QCOMPARE(dll.qtImports, CompilerFamily::Unknown);
-}
-
-void tst_langcheck_dll::importsAreRecognized_data()
-{
-    QTest::addColumn<QByteArray>("from");
-    QTest::addColumn<QList<QByteArray>>("names");
-    QTest::addColumn<CompilerFamily>("family");
-
-    const auto row = [](const char *name, const char *from, const QList<QByteArray> &names,
-                        CompilerFamily family) {
-        QTest::newRow(name) << QByteArray(from) << names << family;
-    };
-    row("none", "Qt5Core.dll", {}, CompilerFamily::Unknown);
-    row("only C", "Qt5Core.dll", {"qt_version_tag"}, CompilerFamily::Unknown);
-    row("only by ordinal", "Qt5Core.dll", {"", ""}, CompilerFamily::Unknown);
-    row("MSVC", "Qt5Core.dll", {kMsvcName}, CompilerFamily::Msvc);
-    row("MinGW", "Qt5Core.dll", {kMinGwName}, CompilerFamily::MinGw);
-    row("after others", "Qt5Core.dll", {"", "qt_version_tag", kMsvcName}, CompilerFamily::Msvc);
-    row("from another DLL of Qt", "qt5widgets.dll", {kMsvcName}, CompilerFamily::Msvc);
-    row("from a DLL not of Qt", "msvcp140.dll", {kMsvcName}, CompilerFamily::Unknown);
-}
-
-void tst_langcheck_dll::importsAreRecognized()
-{
-    QFETCH(QByteArray, from);
-    QFETCH(QList<QByteArray>, names);
-    QFETCH(CompilerFamily, family);
-
-    DllContents contents;
-    contents.importedDll = from;
-    contents.imports = names;
-    const Dll dll = read(makeDll(contents));
-    QCOMPARE(dll.defect, QString());
-    QCOMPARE(dll.qtImports, family);
-    QCOMPARE(dll.exports, CompilerFamily::Unknown);
+    QCOMPARE(dll.exports, exports);
+    QCOMPARE(dll.qtImports, imports);
 }
 
 void tst_langcheck_dll::programsAreRead()
 {
-    const auto readAsProgram = [](const DllContents &contents) {
-        QBuffer file;
-        file.setData(makeDll(contents));
-        file.open(QIODevice::ReadOnly);
-        return readProgram(file);
-    };
     DllContents contents = goodContents();
-    QCOMPARE(readAsProgram(contents).defect, QStringLiteral("it is a DLL"));
+    QCOMPARE(read(makeDll(contents), readProgram).defect, QStringLiteral("it is a DLL"));
     contents.characteristics = 0x0022;
-    QCOMPARE(readAsProgram(contents).defect, QString());
-    QCOMPARE(readAsProgram(contents).qtImports, CompilerFamily::Msvc);
+    const Dll program = read(makeDll(contents), readProgram);
+    QCOMPARE(program.defect, QString());
+    QCOMPARE(program.qtImports, CompilerFamily::Msvc);
 }
 
 void tst_langcheck_dll::versionIsRead()

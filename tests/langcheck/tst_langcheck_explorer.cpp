@@ -111,15 +111,11 @@ void tst_langcheck_explorer::pageOpensInTheBrowser()
     QCOMPARE(runInNewConsole(testFile(QStringLiteral(LANGCHECK_FILE)), arguments), exitCode);
     QTRY_VERIFY(QFileInfo(m_opened).size() > 0);
 
-    QFile file(m_opened);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QByteArray bytes = file.readAll();
+    const QByteArray bytes = CheckedPage::readFile(m_opened);
     const QString path = QDir::fromNativeSeparators(QString::fromUtf16(
         reinterpret_cast<const char16_t *>(bytes.constData()), bytes.size() / 2));
     QCOMPARE(path.trimmed().toLower(), m_page.toLower());
-    QFile written(m_page);
-    QVERIFY(written.open(QIODevice::ReadOnly));
-    const QByteArray page = written.readAll();
+    const QByteArray page = CheckedPage::readFile(m_page);
     CheckedPage::validate(page);
     QVERIFY2(page.contains("<title>langcheck: " + checked.toUtf8() + "</title>"),
              page.left(5000).constData());

@@ -4,8 +4,6 @@
 // ZENDEL_STEPS is the number of steps, ZENDEL_SEED the seed. QTEST_FUNCTION_TIMEOUT, in ms, raises
 // Qt Test's limit of 5 minutes.
 
-#include "plugin/IHostMachine.h"
-
 #include "support/Deployment.h"
 #ifdef Q_OS_WIN
 #    include "support/Heaps_win32.h"
@@ -13,6 +11,7 @@
 #include "support/NativeWindow.h"
 #include "support/Operator.h"
 #include "support/Plugin.h"
+#include "support/RecordingMachine.h"
 #include "support/Settings.h"
 #include "support/TestFile.h"
 #include "support/TranslationBoxes.h"
@@ -32,25 +31,11 @@
 #include <QTest>
 #include <QTextCodec>
 
-#include <functional>
 #include <memory>
 #include <random>
 #include <utility>
 
 namespace {
-
-/// A machine that forwards the plug-in's calls.
-class Machine : public IHostMachine
-{
-public:
-    virtual ~Machine() = default;
-
-    void NotifySettingChanged() override { onNotify(); }
-    bool SetLanguage(std::uint8_t langId) override { return onSetLanguage(langId); }
-
-    std::function<void()> onNotify;
-    std::function<bool(int)> onSetLanguage;
-};
 
 struct Language
 {
@@ -154,8 +139,8 @@ private:
     void showDialog();
 
     // Calls to the host
-    bool setLanguage(int machine, int langId);
-    void notifySettingChanged(int machine);
+    void setLanguage(RecordingMachine &machine);
+    void notifySettingChanged(RecordingMachine &machine);
     void reenter();
 
     // Actions of the operator
@@ -185,7 +170,9 @@ private:
     Plugin m_plugin {testFile(QStringLiteral(PLUGIN_FILE))};
     QList<IZendelMgr *> m_managers;
     QList<IZendelMgr *> m_busy; // With a dialog open
-    Machine m_machines[3];
+    RecordingMachine m_machines[3] {RecordingMachine {QStringLiteral("0 ")},
+                                    RecordingMachine {QStringLiteral("1 ")},
+                                    RecordingMachine {QStringLiteral("2 ")}};
     QStringList m_calls;
     QStringList m_expectedCalls;
     Operator m_operator;
@@ -211,9 +198,9 @@ void tst_random_walk::initTestCase()
     Deployment::clear();
     m_owner = std::make_unique<NativeWindow>(QRect(100, 50, 800, 600));
     m_operator.onDialog = [this](QDialog &dialog) { operate(dialog); };
-    for (int i = 0; i < 3; ++i) {
-        m_machines[i].onSetLanguage = [this, i](int langId) { return setLanguage(i, langId); };
-        m_machines[i].onNotify = [this, i] { notifySettingChanged(i); };
+    for (RecordingMachine &machine : m_machines) {
+        machine.onSetLanguage = [this, &machine] { setLanguage(machine); };
+        machine.onNotify = [this, &machine] { notifySettingChanged(machine); };
     }
 }
 
@@ -345,11 +332,14 @@ void tst_random_walk::showDialog()
 
 void tst_random_walk::operate(QDialog &dialog)
 {
-    const Dialog expected = m_dialogs.constLast();
     QComboBox &languages = languagesOf(dialog);
-    compare("texts", textsOf(dialog), expected.texts);
-    compare("items", itemsOf(languages), expected.items);
-    compare("selected", languages.currentIndex(), expected.selected);
+    const auto compareDialog = [&] {
+        const Dialog &expected = m_dialogs.constLast();
+        compare("texts", textsOf(dialog), expected.texts);
+        compare("items", itemsOf(languages), expected.items);
+        compare("selected", languages.currentIndex(), expected.selected);
+    };
+    compareDialog();
     for (int actions = below(4); actions > 0; --actions) {
         if (languages.count() > 0 && oneIn(2)) {
             const int index = below(languages.count());
@@ -359,10 +349,7 @@ void tst_random_walk::operate(QDialog &dialog)
         } else {
             pressChange(dialog);
         }
-        // Nested actions must not change the open dialog.
-        compare("texts", textsOf(dialog), expected.texts);
-        compare("items", itemsOf(languages), expected.items);
-        compare("selected", languages.currentIndex(), m_dialogs.constLast().selected);
+        compareDialog(); // Nested actions must not change the open dialog.
     }
     close(dialog);
     compare("visible", dialog.isVisible(), false);
@@ -377,28 +364,27 @@ void tst_random_walk::pressChange(const QDialog &dialog)
                       Qt::LeftButton);
 }
 
-bool tst_random_walk::setLanguage(int machine, int langId)
+void tst_random_walk::setLanguage(RecordingMachine &machine)
 {
-    m_calls += QStringLiteral("%1 SetLanguage(%2)").arg(machine).arg(langId);
+    m_calls += machine.takeCalls();
     const QCursor *const cursor = QApplication::overrideCursor();
     compare("wait cursor", cursor && cursor->shape() == Qt::WaitCursor, true);
     reenter();
 
-    const bool accepts = oneIn(2);
-    log(accepts ? QStringLiteral("accepted") : QStringLiteral("refused"));
-    m_dialogs.last().changed = accepts;
-    if (accepts) {
+    machine.accepts = oneIn(2);
+    log(machine.accepts ? QStringLiteral("accepted") : QStringLiteral("refused"));
+    m_dialogs.last().changed = machine.accepts;
+    if (machine.accepts) {
         m_expectedCalls += QStringLiteral("%1 NotifySettingChanged").arg(m_host);
     } else {
         m_expectedBoxes += Operator::box("critical", text("PageSetLang", "Error"),
                                          text("PageSetLang", "Change failed!"), "PageSetLang");
     }
-    return accepts;
 }
 
-void tst_random_walk::notifySettingChanged(int machine)
+void tst_random_walk::notifySettingChanged(RecordingMachine &machine)
 {
-    m_calls += QStringLiteral("%1 NotifySettingChanged").arg(machine);
+    m_calls += machine.takeCalls();
     reenter();
     m_expectedBoxes += Operator::box("information", text("PageSetLang", "Success"),
                                      text("PageSetLang", "Change successful!"), "PageSetLang");

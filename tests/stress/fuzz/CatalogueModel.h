@@ -1,26 +1,29 @@
 #pragma once
 
-#include <cstdint>
-#include <string>
-#include <string_view>
-#include <vector>
+#include "lang/LangEntry.h"
 
-/// The contents of a catalogue, read by an independent implementation without Qt.
+#include <QByteArray>
+#include <QList>
+#include <QMap>
+
+/// An encoding of catalogues.
+struct CatalogueEncoding
+{
+    QByteArray bom;
+    const char *codec;
+    QByteArray lineFeed;
+};
+
+/// Returns the encoding in which the catalogue's bytes are read.
+const CatalogueEncoding &catalogueEncoding(const QByteArray &file);
+
+/// The contents of a catalogue, read by an independent implementation of the rules.
 struct CatalogueModel
 {
-    struct Record
-    {
-        std::int32_t id = -1;
-        bool show = false;
-        std::u16string name;
-        std::u16string folder;
-        std::u16string qmPath;
-    };
-
-    std::int32_t defaultId = 0;
-    std::vector<Record> records; ///< All, in ascending order of their numbers
-    std::vector<Record> visible; ///< Those that the operator is offered
+    int defaultId = 0;
+    QMap<int, LangEntry> records;
+    QList<LangEntry> visible; ///< Those that the operator is offered
 };
 
 /// Reads the catalogue's bytes. The paths of the translations begin with @p applicationDir.
-CatalogueModel readCatalogue(std::string_view file, const std::u16string &applicationDir);
+CatalogueModel readCatalogue(const QByteArray &file, const QString &applicationDir);

@@ -7,27 +7,17 @@
 #include "lang/Catalogue.h"
 
 #include <QBuffer>
+#include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTextCodec>
 #include <QTextStream>
 
-#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-#include <iomanip>
-#include <iostream>
 #include <iterator>
 #include <numeric>
-#include <sstream>
-#include <string>
-#include <string_view>
-#include <type_traits>
-#include <utility>
-#include <vector>
-
-using namespace std::string_view_literals;
 
 namespace {
 
@@ -44,29 +34,26 @@ public:
         QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8")); // For file names
         bool good = m_folder.isValid() && QDir(m_folder.path()).mkpath(QStringLiteral("real/Lang"));
         for (const char16_t *name : kFolderNames) {
-            m_paths.push_back(m_folder.filePath(QString::fromUtf16(name)));
-            good = good && QFile::link(QStringLiteral("real"), m_paths.back());
+            m_paths += m_folder.filePath(QString::fromUtf16(name));
+            good = good && QFile::link(QStringLiteral("real"), m_paths.constLast());
         }
         m_catalogue.setFileName(m_folder.filePath(QStringLiteral("real/Lang/Lang.ini")));
-        if (!good || !m_catalogue.open(QIODevice::ReadWrite | QIODevice::Unbuffered)) {
-            std::cerr << "Cannot create the catalogue\n";
-            std::abort();
-        }
+        if (!good || !m_catalogue.open(QIODevice::ReadWrite | QIODevice::Unbuffered))
+            qFatal("Cannot create the catalogue");
     }
 
-    QString path(std::size_t folder) const { return m_paths[folder]; }
+    QString path(std::size_t folder) const { return m_paths.at(int(folder)); }
 
-    void writeCatalogue(const std::string &bytes)
+    void writeCatalogue(const QByteArray &bytes)
     {
-        const auto size = static_cast<qint64>(bytes.size());
-        if (!m_catalogue.seek(0) || m_catalogue.write(bytes.data(), size) != size
-            || !m_catalogue.resize(size))
-            std::abort();
+        if (!m_catalogue.seek(0) || m_catalogue.write(bytes) != bytes.size()
+            || !m_catalogue.resize(bytes.size()))
+            qFatal("Cannot write the catalogue");
     }
 
 private:
     QTemporaryDir m_folder;
-    std::vector<QString> m_paths;
+    QStringList m_paths;
     QFile m_catalogue;
 };
 
@@ -80,117 +67,75 @@ std::size_t currentFolder = 0;
 
 /// Returns the input with a comment after its BOM, so long that one of Qt's read blocks ends at or
 /// near position @p boundary of the input.
-std::string withLongComment(std::string_view input, std::size_t boundary)
+QByteArray withLongComment(const QByteArray &input, std::size_t boundary)
 {
-    constexpr std::size_t kBlock = 16384;
-    std::size_t bomSize = 0;
-    std::string_view newLine = "\n";
-    for (const auto &[bom, lineFeed] : {
-             std::pair {"\0\0\xFE\xFF"sv, "\0\0\0\n"sv},
-             std::pair {"\xFF\xFE\0\0"sv, "\n\0\0\0"sv},
-             std::pair {"\xFE\xFF"sv, "\0\n"sv},
-             std::pair {"\xFF\xFE"sv, "\n\0"sv},
-             std::pair {"\xEF\xBB\xBF"sv, "\n"sv},
-         }) {
-        if (input.substr(0, bom.size()) == bom) {
-            bomSize = bom.size();
-            newLine = lineFeed;
-            break;
-        }
-    }
-
-    const std::size_t unit = newLine.size();
-    const std::size_t units = (kBlock - std::max(boundary, bomSize) % kBlock) / unit;
-    std::string comment;
-    comment.reserve(kBlock);
-    for (std::size_t i = 0; i + 1 < units; ++i) {
-        for (const char c : newLine)
-            comment += c == '\n' ? ';' : '\0';
-    }
-    return std::string(input.substr(0, bomSize)) + comment + std::string(newLine)
-        + std::string(input.substr(bomSize));
+    constexpr int kBlock = 16384;
+    const CatalogueEncoding &encoding = catalogueEncoding(input);
+    const int bomSize = encoding.bom.size();
+    const int unit = encoding.lineFeed.size();
+    const int units = (kBlock - qMax(static_cast<int>(boundary), bomSize) % kBlock) / unit;
+    const QByteArray semicolon = QByteArray(encoding.lineFeed).replace('\n', ';');
+    return input.left(bomSize) + semicolon.repeated(units - 1) + encoding.lineFeed
+        + input.mid(bomSize);
 }
 
-CatalogueModel::Record toRecord(const LangEntry &entry)
-{
-    return {entry.id, entry.show, entry.name.toStdU16String(), entry.folder.toStdU16String(),
-            entry.qmPath.toStdU16String()};
-}
-
-void describe(std::u16string &outcome, std::u16string_view what,
-              const CatalogueModel::Record &record)
+QString described(const char *what, const LangEntry &entry)
 {
     // No value contains a line feed.
-    outcome += what;
-    outcome += QString::number(record.id).toStdU16String();
-    outcome += record.show ? u" shown" : u" hidden";
-    for (const std::u16string &text : {record.name, record.folder, record.qmPath}) {
-        outcome += u"\n  ";
-        outcome += text;
-    }
-    outcome += u'\n';
+    return QStringLiteral("%1 %2 %3\n  ")
+               .arg(QLatin1String(what))
+               .arg(entry.id)
+               .arg(entry.show ? QLatin1String("shown") : QLatin1String("hidden"))
+        + QStringList {entry.name, entry.folder, entry.qmPath}.join(QLatin1String("\n  "))
+        + QLatin1Char('\n');
 }
 
-std::u16string outcomeOfModel(std::string_view file)
+/// Returns all that was read. @p file returns the path that a language's number leads to.
+template<typename File>
+QString described(const CatalogueModel &catalogue, File file)
 {
-    const CatalogueModel model = readCatalogue(file, applicationDir().toStdU16String());
-    std::u16string outcome =
-        u"default " + QString::number(model.defaultId).toStdU16String() + u'\n';
-    for (const CatalogueModel::Record &record : model.records) {
-        describe(outcome, u"record ", record);
-        outcome += u"file ";
-        outcome += record.show ? record.qmPath : u"";
-        outcome += u'\n';
-    }
-    for (const CatalogueModel::Record &record : model.visible)
-        describe(outcome, u"visible ", record);
-    return outcome;
+    QString result = QStringLiteral("default %1\n").arg(catalogue.defaultId);
+    for (const LangEntry &record : catalogue.records)
+        result +=
+            described("record", record) + QLatin1String("file ") + file(record) + QLatin1Char('\n');
+    for (const LangEntry &record : catalogue.visible)
+        result += described("visible", record);
+    return result;
+}
+
+QString outcomeOfModel(const QByteArray &file)
+{
+    return described(readCatalogue(file, applicationDir()), [](const LangEntry &record) {
+        return record.show ? record.qmPath : QString();
+    });
 }
 
 /// Reads the bytes twice: as a file with CTranslatorMgr, and from memory for the hidden records.
-std::u16string outcomeOfLibrary(std::string_view file)
+QString outcomeOfLibrary(QByteArray file)
 {
     static CTranslatorMgr manager;
     manager.loadLangConfig();
-    std::u16string outcome =
-        u"default " + QString::number(manager.defaultLangId()).toStdU16String() + u'\n';
 
-    QByteArray bytes = QByteArray::fromRawData(file.data(), static_cast<int>(file.size()));
-    QBuffer buffer(&bytes);
+    QBuffer buffer(&file);
     buffer.open(QIODevice::ReadOnly);
     QTextStream in(&buffer);
     setCatalogueCodec(in, CTranslatorMgr::detectCodec(&buffer));
-    int defaultLangId = 0;
-    QMap<int, LangEntry> records;
-    readCatalogue(in, defaultLangId, records);
-    if (defaultLangId != manager.defaultLangId())
-        return u"a different default from memory";
-    for (auto it = records.cbegin(); it != records.cend(); ++it) {
-        describe(outcome, u"record ", toRecord(*it));
-        outcome += u"file ";
-        outcome += manager.langFilePath(it.key()).toStdU16String();
-        outcome += u'\n';
-    }
-    const QList<LangEntry> visible = manager.visibleLanguages();
-    for (const LangEntry &entry : visible)
-        describe(outcome, u"visible ", toRecord(entry));
-    return outcome;
+    CatalogueModel catalogue;
+    readCatalogue(in, catalogue.defaultId, catalogue.records);
+    if (catalogue.defaultId != manager.defaultLangId())
+        return QStringLiteral("a different default from memory");
+    catalogue.visible = manager.visibleLanguages();
+    return described(catalogue,
+                     [](const LangEntry &record) { return manager.langFilePath(record.id); });
 }
 
-/// Escapes everything except printable ASCII and line feeds, with that many hexadecimal digits.
-template<typename Text>
-std::string escaped(const Text &text, const char *prefix, int digits)
+/// Prints the lines escaped.
+void print(const char *title, const QString &text)
 {
-    std::ostringstream result;
-    result << std::hex << std::uppercase << std::setfill('0');
-    for (const auto c : text) {
-        const auto code = static_cast<std::make_unsigned_t<std::remove_const_t<decltype(c)>>>(c);
-        if (code == '\n' || (code >= ' ' && code < 0x7F))
-            result << static_cast<char>(code);
-        else
-            result << prefix << std::setw(digits) << static_cast<unsigned>(code);
-    }
-    return result.str();
+    qWarning("== %s", title);
+    const QStringList lines = text.split(QLatin1Char('\n'));
+    for (const QString &line : lines)
+        qWarning() << line;
 }
 
 } // namespace
@@ -202,26 +147,21 @@ QString applicationDir()
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    const std::string_view input(reinterpret_cast<const char *>(data), size);
+    const QByteArray input(reinterpret_cast<const char *>(data), static_cast<int>(size));
     const std::size_t sum = std::accumulate(data, data + size, std::size_t {0});
     currentFolder = sum % kFolderCount;
     const bool large = sum / kFolderCount % 16 == 0;
-    const std::string file =
-        large ? withLongComment(input, sum / kFolderCount / 16 % (size + 1)) : std::string(input);
+    const QByteArray file =
+        large ? withLongComment(input, sum / kFolderCount / 16 % (size + 1)) : input;
 
     deployment().writeCatalogue(file);
-    const std::u16string expected = outcomeOfModel(file);
-    const std::u16string actual = outcomeOfLibrary(file);
+    const QString expected = outcomeOfModel(file);
+    const QString actual = outcomeOfLibrary(file);
     if (actual != expected) {
-        std::cerr << "== Input, " << size << " bytes\n"
-                  << QByteArray(input.data(), static_cast<int>(size)).toHex(' ').toStdString()
-                  << '\n'
-                  << escaped(input, "\\x", 2) << '\n';
-        if (large)
-            std::cerr << "== Read after a comment of " << file.size() - size << " bytes\n";
-        std::cerr << "== Model\n"
-                  << escaped(expected, "\\u", 4) << "== Library\n"
-                  << escaped(actual, "\\u", 4);
+        print("Input", QString::fromLatin1(input.constData(), input.size()));
+        qWarning("Read after a comment of %d bytes", file.size() - input.size());
+        print("Model", expected);
+        print("Library", actual);
         std::abort();
     }
     return 0;

@@ -1,10 +1,9 @@
-// Tests that the plug-in shows what langcheck predicts, for random deployments.
+// Tests random deployments: the plug-in shows what langcheck predicts, and the pages are valid.
 //
 // ZENDEL_STEPS is the number of deployments, ZENDEL_SEED the seed of the first.
 
-#include "langcheck/DeploymentCheck.h"
-
 #include "CatalogueMaker.h"
+#include "CheckedPage.h"
 #include "GoodDeployment.h"
 #include "support/Operator.h"
 #include "support/Plugin.h"
@@ -19,16 +18,17 @@
 #include <QTest>
 #include <QTranslator>
 
-class tst_langcheck_differential : public QObject
+class tst_langcheck_random : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void initTestCase() { GoodDeployment::prepareTests(); }
     void operatorSeesWhatIsReported();
+    void pagesAreValid();
 };
 
-void tst_langcheck_differential::operatorSeesWhatIsReported()
+void tst_langcheck_random::operatorSeesWhatIsReported()
 {
 #ifdef Q_OS_WIN
     const quint32 count = Settings::stepCount(100); // Dialogs are slow to appear.
@@ -45,7 +45,7 @@ void tst_langcheck_differential::operatorSeesWhatIsReported()
     const quint32 first = Settings::seed();
     for (quint32 seed = first; seed < first + count; ++seed) {
         CatalogueMaker(seed).makeDeployment();
-        const Report report = checkDeployment(QCoreApplication::applicationDirPath());
+        const Report report = GoodDeployment::check();
 
         QTranslator translator;
         translator.load(report.translation);
@@ -85,5 +85,32 @@ void tst_langcheck_differential::operatorSeesWhatIsReported()
     plugin.unload();
 }
 
-QTEST_MAIN(tst_langcheck_differential)
-#include "tst_langcheck_differential.moc"
+void tst_langcheck_random::pagesAreValid()
+{
+    const int kAtOnce = 50; // The validator starts more slowly than it works.
+    int findings = 0;
+    int languages = 0;
+    QList<QByteArray> pages;
+    const quint32 first = Settings::seed();
+    const quint32 count = Settings::stepCount(100);
+    for (quint32 seed = first; seed < first + count; ++seed) {
+        CatalogueMaker(seed).makeDeployment();
+        const Report report = GoodDeployment::check();
+        pages += CheckedPage::make(report);
+        findings += report.findings.size();
+        languages += report.listed.size();
+        if (pages.size() == kAtOnce || seed == first + count - 1) {
+            CheckedPage::validate(pages);
+            if (QTest::currentTestFailed())
+                QFAIL(qPrintable(QStringLiteral("up to ZENDEL_SEED=%1").arg(seed)));
+            pages.clear();
+        }
+        Warnings::take();
+    }
+    // Proves that there was something to show.
+    QVERIFY2(findings >= int(count), qPrintable(QString::number(findings)));
+    QVERIFY2(languages >= int(count) / 4, qPrintable(QString::number(languages)));
+}
+
+QTEST_MAIN(tst_langcheck_random)
+#include "tst_langcheck_random.moc"

@@ -10,7 +10,7 @@ import sys
 
 ninja, build, source = sys.argv[1:]
 sys.dont_write_bytecode = True
-sys.path.append(f"{source}/cmake")
+sys.path.append(f"{source}/packaging")
 import third_party  # pylint: disable=wrong-import-position
 
 PACKED = re.compile(r"(CMakeFiles|langcheck|examples)/")

@@ -7,6 +7,7 @@
 #include "plugin/IHostMachine.h"
 
 #include "support/Deployment.h"
+#include "support/DialogWidgets.h"
 #ifdef Q_OS_WIN
 #    include "support/Heaps_win32.h"
 #endif
@@ -19,16 +20,11 @@
 #include "support/Warnings.h"
 
 #include <QApplication>
-#include <QComboBox>
 #include <QDebug>
-#include <QDialog>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QLabel>
 #include <QMap>
-#include <QPushButton>
-#include <QTabWidget>
 #include <QTest>
 #include <QTextCodec>
 
@@ -100,27 +96,6 @@ struct Dialog
 void removeFromDisk(const QString &path)
 {
     QFileInfo(path).isDir() ? QDir(path).removeRecursively() : QFile::remove(path);
-}
-
-/// Returns the texts of title, tab, button and label.
-QStringList textsOf(const QDialog &dialog)
-{
-    return {dialog.windowTitle(), dialog.findChild<QTabWidget *>()->tabText(0),
-            dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"))->text(),
-            dialog.findChild<QLabel *>(QStringLiteral("label_info1"))->text()};
-}
-
-QComboBox &languagesOf(const QDialog &dialog)
-{
-    return *dialog.findChild<QComboBox *>(QStringLiteral("comboBox_language"));
-}
-
-QStringList itemsOf(const QComboBox &languages)
-{
-    QStringList result;
-    for (int i = 0; i < languages.count(); ++i)
-        result += languages.itemText(i);
-    return result;
 }
 
 } // namespace
@@ -346,9 +321,9 @@ void tst_random_walk::showDialog()
 void tst_random_walk::operate(QDialog &dialog)
 {
     const Dialog expected = m_dialogs.constLast();
-    QComboBox &languages = languagesOf(dialog);
-    compare("texts", textsOf(dialog), expected.texts);
-    compare("items", itemsOf(languages), expected.items);
+    QComboBox &languages = DialogWidgets::comboBox(dialog);
+    compare("texts", DialogWidgets::texts(dialog), expected.texts);
+    compare("items", DialogWidgets::languages(dialog), expected.items);
     compare("selected", languages.currentIndex(), expected.selected);
     for (int actions = below(4); actions > 0; --actions) {
         if (languages.count() > 0 && oneIn(2)) {
@@ -360,8 +335,8 @@ void tst_random_walk::operate(QDialog &dialog)
             pressChange(dialog);
         }
         // Nested actions must not change the open dialog.
-        compare("texts", textsOf(dialog), expected.texts);
-        compare("items", itemsOf(languages), expected.items);
+        compare("texts", DialogWidgets::texts(dialog), expected.texts);
+        compare("items", DialogWidgets::languages(dialog), expected.items);
         compare("selected", languages.currentIndex(), m_dialogs.constLast().selected);
     }
     close(dialog);
@@ -373,8 +348,7 @@ void tst_random_walk::pressChange(const QDialog &dialog)
     log(QStringLiteral("press"));
     const int id = m_dialogs.constLast().ids.value(m_dialogs.constLast().selected, 0);
     m_expectedCalls += QStringLiteral("%1 SetLanguage(%2)").arg(m_host).arg(id % 256);
-    QTest::mouseClick(dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change")),
-                      Qt::LeftButton);
+    QTest::mouseClick(&DialogWidgets::button(dialog), Qt::LeftButton);
 }
 
 bool tst_random_walk::setLanguage(int machine, int langId)

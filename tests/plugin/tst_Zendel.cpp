@@ -158,8 +158,8 @@ void tst_Zendel::noDialogWithoutHost()
     QVERIFY(TestOnEveryQt::waitFor([&] {
         return !owner.hasFocus();
     })); // A window manager gives both the focus, one after the other.
-    QVERIFY(!m_mgr->ShowSettingsDlg(owner.handle()));
     QVERIFY(!m_mgr->ShowSettingsDlg(nullptr));
+    QVERIFY(!m_mgr->ShowSettingsDlg(owner.handle()));
     QVERIFY(!owner.hasFocus());
     QVERIFY(m_mgr->Init(&m_machine));
     QVERIFY(!m_mgr->Init(nullptr));

@@ -13,6 +13,7 @@ void OperatedTest::initTestCase()
 
 void OperatedTest::init()
 {
+    takeAll(); // What a failed test has left
     Deployment::clear();
     Deployment::installTwoLanguages();
     m_operator.onBox = nullptr;

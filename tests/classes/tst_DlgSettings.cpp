@@ -6,22 +6,17 @@
 #include "ui/PageSetLang.h"
 
 #include "support/Deployment.h"
+#include "support/DialogWidgets.h"
 #include "support/HostTranslator.h"
 #include "support/Interpose.h"
-#include "support/Operator.h"
+#include "support/OperatedTest.h"
 #include "support/Properties.h"
-#include "support/RecordingMachine.h"
 #include "support/TestFile.h"
-#include "support/Warnings.h"
 
 #include <QFile>
-#include <QLabel>
-#include <QPushButton>
-#include <QRegularExpression>
 #include <QResource>
 #include <QScopedValueRollback>
 #include <QTabBar>
-#include <QTabWidget>
 #include <QTest>
 #include <QTranslator>
 #include <QVBoxLayout>
@@ -69,12 +64,10 @@ INTERPOSE(QTranslator *, constructor, (QTranslator * self, QObject *parent))
     return new (self) RecordingTranslator(parent);
 }
 
-namespace {
+using DialogWidgets::tabWidget;
+using DialogWidgets::texts;
 
-QTabWidget &tabWidget(const QDialog &dialog)
-{
-    return *dialog.findChild<QTabWidget *>(QStringLiteral("tabWidget"));
-}
+namespace {
 
 QByteArray styleSheetFile()
 {
@@ -90,40 +83,26 @@ QStringList childClasses(const QWidget &widget)
     return result;
 }
 
-/// Returns the style sheet without comments and redundant white space.
-QString activeRules(QString styleSheet)
-{
-    styleSheet.remove(QRegularExpression(QStringLiteral("/\\*.*?\\*/"),
-                                         QRegularExpression::DotMatchesEverythingOption));
-    return styleSheet.simplified();
-}
-
 } // namespace
 
-class tst_DlgSettings : public QObject
+class tst_DlgSettings : public OperatedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { Warnings::collect(); }
     void init();
-    void cleanup();
 
     void sizeIsFixed();
     void titleBarHasNoContextHelpButton();
     void formIsAsDesigned();
     void nothingElseIsSetOnTheWidgets();
     void pageIsTheOnlyTab();
-    void tabIsBuiltInOrder();
+    void textsAreRequestedInOrder();
     void firstTabAndDocumentModeAreSetAtTheEnd();
-    void textsComeFromTheLoadedTranslation();
     void textsAreEmptyWithoutTranslation();
-    void textsAreRequestedWithoutCommentOrNumber();
     void textsStayWhenTheHostInstallsATranslator();
     void formHasNoTexts();
-    void metaObjectDeclaresNothing();
 
-    void styleSheetHasTheActiveRules();
     void styleSheetAppliesToTheTabs();
     void styleSheetIsReadAsUtf8AndClosed();
     void dialogWorksWithoutStyleSheet();
@@ -135,52 +114,37 @@ private Q_SLOTS:
     void resultCodeIsThatOfQDialog();
 
 private:
-    void press(const QDialog &dialog, bool accepts);
-
-    Operator m_operator;
-    RecordingMachine m_machine;
+    QStringList press(const QDialog &dialog, bool accepts);
 };
 
 void tst_DlgSettings::init()
 {
-    Deployment::clear();
-    Deployment::installTwoLanguages();
+    OperatedTest::init();
     CTranslatorMgr::instance()->loadTranslator();
-    m_machine.onSetLanguage = nullptr;
     onText = nullptr;
     asked.clear();
     g_pHostMachine = &m_machine;
 }
 
-void tst_DlgSettings::cleanup()
-{
-    QCOMPARE(m_operator.takeBoxes(), QStringList());
-    for (const QString &warning : Warnings::take())
-        QCOMPARE(warning, Warnings::unconnectedSlot());
-}
-
-/// Presses the page's button. The machine accepts or rejects the change.
-void tst_DlgSettings::press(const QDialog &dialog, bool accepts)
+/// Presses the page's button and returns the message box. The machine accepts or rejects the
+/// change.
+QStringList tst_DlgSettings::press(const QDialog &dialog, bool accepts)
 {
     m_machine.accepts = accepts;
-    dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"))->click();
-    QCOMPARE(m_operator.takeBoxes().size(), 1);
+    DialogWidgets::pressChange(dialog);
+    m_machine.takeCalls();
+    return m_operator.takeBoxes();
 }
 
 void tst_DlgSettings::sizeIsFixed()
 {
     DlgSettings dialog;
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
     const QSize size(700, 470);
     QCOMPARE(dialog.size(), size);
     QCOMPARE(dialog.minimumSize(), size);
     QCOMPARE(dialog.maximumSize(), size);
-    for (const QSize &other : {QSize(1000, 800), QSize(10, 10)}) {
-        dialog.resize(other);
-        QCOMPARE(dialog.size(), size);
-    }
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-    QCOMPARE(dialog.size(), size);
 }
 
 void tst_DlgSettings::titleBarHasNoContextHelpButton()
@@ -250,7 +214,7 @@ void tst_DlgSettings::pageIsTheOnlyTab()
     QCOMPARE(tabWidget(dialog).tabWhatsThis(0), QString());
 }
 
-void tst_DlgSettings::tabIsBuiltInOrder()
+void tst_DlgSettings::textsAreRequestedInOrder()
 {
     QStringList states;
     onText = [&states] {
@@ -263,6 +227,7 @@ void tst_DlgSettings::tabIsBuiltInOrder()
                       .arg(dialog.windowTitle());
     };
     const DlgSettings dialog;
+    onText = nullptr;
     const QString page = QStringLiteral(" null -1: 1 style sheet, 1 page, 0 tabs, title{}");
     QCOMPARE(states,
              QStringList({QStringLiteral("PageSetLang Change") + page,
@@ -270,6 +235,15 @@ void tst_DlgSettings::tabIsBuiltInOrder()
                           QStringLiteral("DlgSettings Language") + page,
                           QStringLiteral("DlgSettings Settings null -1: 1 style sheet, 1 page, "
                                          "1 tabs, title{}")}));
+
+    asked.clear();
+    press(dialog, true);
+    press(dialog, false);
+    QCOMPARE(asked,
+             QStringList({QStringLiteral("PageSetLang Change successful! null -1"),
+                          QStringLiteral("PageSetLang Success null -1"),
+                          QStringLiteral("PageSetLang Change failed! null -1"),
+                          QStringLiteral("PageSetLang Error null -1")}));
 }
 
 void tst_DlgSettings::firstTabAndDocumentModeAreSetAtTheEnd()
@@ -285,13 +259,6 @@ void tst_DlgSettings::firstTabAndDocumentModeAreSetAtTheEnd()
     QVERIFY(tabWidget(dialog).documentMode());
 }
 
-void tst_DlgSettings::textsComeFromTheLoadedTranslation()
-{
-    const DlgSettings dialog;
-    QCOMPARE(tabWidget(dialog).tabText(0), QStringLiteral("1 Language"));
-    QCOMPARE(dialog.windowTitle(), QStringLiteral("1 Settings"));
-}
-
 void tst_DlgSettings::textsAreEmptyWithoutTranslation()
 {
     Deployment::writeTranslation(QStringLiteral("first"), "broken");
@@ -299,24 +266,11 @@ void tst_DlgSettings::textsAreEmptyWithoutTranslation()
     QCOMPARE(m_operator.takeBoxes().size(), 1);
 
     const DlgSettings dialog;
-    QCOMPARE(tabWidget(dialog).tabText(0), QString());
-    QCOMPARE(dialog.windowTitle(), QString());
-}
-
-void tst_DlgSettings::textsAreRequestedWithoutCommentOrNumber()
-{
-    const DlgSettings dialog;
-    press(dialog, true);
-    press(dialog, false);
-    QCOMPARE(asked,
-             QStringList({QStringLiteral("PageSetLang Change null -1"),
-                          QStringLiteral("PageSetLang Language: null -1"),
-                          QStringLiteral("DlgSettings Language null -1"),
-                          QStringLiteral("DlgSettings Settings null -1"),
-                          QStringLiteral("PageSetLang Change successful! null -1"),
-                          QStringLiteral("PageSetLang Success null -1"),
-                          QStringLiteral("PageSetLang Change failed! null -1"),
-                          QStringLiteral("PageSetLang Error null -1")}));
+    QCOMPARE(texts(dialog), QStringList({QString(), QString(), QString(), QString()}));
+    QCOMPARE(press(dialog, true),
+             QStringList(Operator::box("information", QString(), QString(), "PageSetLang")));
+    QCOMPARE(press(dialog, false),
+             QStringList(Operator::box("critical", QString(), QString(), "PageSetLang")));
 }
 
 void tst_DlgSettings::textsStayWhenTheHostInstallsATranslator()
@@ -330,16 +284,12 @@ void tst_DlgSettings::textsStayWhenTheHostInstallsATranslator()
     };
     DlgSettings dialog;
     dialog.show();
-    const auto texts = [&dialog] {
-        return QStringList(
-            {dialog.windowTitle(), tabWidget(dialog).tabText(0),
-             dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"))->text(),
-             dialog.findChild<QLabel *>(QStringLiteral("label_info1"))->text()});
-    };
-    const QStringList before = texts();
+    const QStringList before {QStringLiteral("1 Settings"), QStringLiteral("1 Language"),
+                              QStringLiteral("1 Change"), QStringLiteral("1 Language:")};
+    QCOMPARE(texts(dialog), before);
     press(dialog, true);
     QCoreApplication::sendPostedEvents();
-    QCOMPARE(texts(), before);
+    QCOMPARE(texts(dialog), before);
 }
 
 void tst_DlgSettings::formHasNoTexts()
@@ -352,36 +302,6 @@ void tst_DlgSettings::formHasNoTexts()
     QCOMPARE(form.tabWidget->currentIndex(), -1);
     QVERIFY(form.tabWidget->documentMode());
     QCOMPARE(dialog.objectName(), QStringLiteral("DlgSettings"));
-}
-
-void tst_DlgSettings::metaObjectDeclaresNothing()
-{
-    const QMetaObject &meta = DlgSettings::staticMetaObject;
-    QCOMPARE(meta.className(), "DlgSettings");
-    QCOMPARE(meta.superClass(), &QDialog::staticMetaObject);
-    QCOMPARE(meta.methodCount(), meta.methodOffset());
-    QCOMPARE(meta.propertyCount(), meta.propertyOffset());
-
-    DlgSettings dialog;
-    QCOMPARE(dialog.qt_metacast("DlgSettings"), static_cast<void *>(&dialog));
-    QCOMPARE(dialog.qt_metacast("QDialog"), static_cast<void *>(static_cast<QDialog *>(&dialog)));
-    QVERIFY(!dialog.qt_metacast("PageSetLang"));
-}
-
-void tst_DlgSettings::styleSheetHasTheActiveRules()
-{
-    QCOMPARE(
-        activeRules(QString::fromUtf8(styleSheetFile())),
-        QStringLiteral("QTabWidget::tab-bar{ background: black; border: 1px solid red; } "
-                       "QTabBar::tab{ height: 25px; "
-                       "background: qlineargradient(x1:0, y1:0, x2:0, y2:1, stop:0 #CDD0D5, stop:1 "
-                       "#949CA6); "
-                       "border-top: 1px solid white; border-left: 1px solid #BCBEC0; "
-                       "border-right: 1px solid #BCBEC0; border-bottom: none; padding-left: 15px; "
-                       "padding-right: 15px; margin-top: 2px; } "
-                       "QTabBar::tab:selected{ background: white; } "
-                       "QTabBar::tab:hover{ background: qlineargradient(x1:0, y1:0, x2:0, y2:1, "
-                       "stop:0 #FFFFE3, stop:1 #FCE6BA); }"));
 }
 
 void tst_DlgSettings::styleSheetAppliesToTheTabs()

@@ -1,13 +1,10 @@
 // Without X11, the window manager supports windows that this process has created with Qt.
 
-#include "plugin/CZendelIns.h"
 #include "plugin/WindowManager.h"
 
 #include "support/NativeWindow.h"
-#include "support/Operator.h"
 #include "support/Warnings.h"
 
-#include <QDialog>
 #include <QGuiApplication>
 #include <QTest>
 #include <QWidget>
@@ -44,7 +41,6 @@ private Q_SLOTS:
     void foregroundWindowIsActive();
     void windowWithoutAWidgetIsSupported();
     void nativeWindowsAreNotCreated();
-    void dialogIsCentredOverTheOwner();
 };
 
 void tst_WindowManager_offscreen::windowOfAnotherProgramIsIgnored()
@@ -140,27 +136,6 @@ void tst_WindowManager_offscreen::nativeWindowsAreNotCreated()
     const QWindow window;
     WindowManager::bringWindowToTop(handleOf(0x7654321));
     QVERIFY(!window.handle());
-}
-
-void tst_WindowManager_offscreen::dialogIsCentredOverTheOwner()
-{
-    QWidget host;
-    host.setGeometry(100, 50, 800, 600);
-    host.show();
-    QDialog dialog;
-    dialog.setFixedSize(700, 470);
-    QPoint position;
-    bool ownerWasEnabled = true;
-    Operator op;
-    op.onDialog = [&](const QDialog &shown) {
-        position = shown.pos();
-        ownerWasEnabled = host.isEnabled();
-    };
-    CZendelIns::ExecModal(dialog, handleOf(host.winId()));
-    QCOMPARE(position, QPoint(150, 115));
-    QVERIFY(!ownerWasEnabled);
-    QVERIFY(host.isEnabled());
-    QTRY_VERIFY(host.isActiveWindow());
 }
 
 QTEST_MAIN(tst_WindowManager_offscreen)

@@ -1,8 +1,6 @@
 // Replaces two functions of QtCore, to see what the compiled style sheet passes to Qt when the
 // plug-in is loaded and unloaded.
 
-#include "support/TestFile.h"
-
 #include <QtTest>
 
 namespace {
@@ -56,22 +54,16 @@ private Q_SLOTS:
         QCOMPARE(registered().keys(), QList<int>({1, 3}));
     }
 
-    void dataIsTheFile()
-    {
-        QFile source(testFile(QStringLiteral(STYLE_SHEET)));
-        QVERIFY(source.open(QIODevice::ReadOnly));
-        const QByteArray bytes = source.readAll();
-        QCOMPARE(file(3), bytes);
-        QCOMPARE(file(1), bytes);
-    }
-
     void contentHasTheKnownHash()
     {
         // Prevents accidental changes of the file.
-        const QByteArray bytes = file(3);
-        QCOMPARE(bytes.size(), 759);
-        QCOMPARE(QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex(),
-                 QByteArray("f105a5cc5a83f2c407c057612a76eb5c5b1d3342dc868ef82d38fe59c9ae65d3"));
+        for (const int format : {1, 3}) {
+            const QByteArray bytes = file(format);
+            QCOMPARE(bytes.size(), 759);
+            QCOMPARE(
+                QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex(),
+                QByteArray("f105a5cc5a83f2c407c057612a76eb5c5b1d3342dc868ef82d38fe59c9ae65d3"));
+        }
     }
 
     void unregistersTheSameData()

@@ -1,33 +1,20 @@
-// Tests the built DLL on Windows with a main window made without Qt: the order and the handles of
-// its calls, their effect on the window, and leaks.
-
-#include "plugin/IZendelMgr.h"
+// Tests the built DLL on Windows with a main window made without Qt: what the operator sees on the
+// screen, the version resource, and leaks.
 
 #include "support/Deployment.h"
-#include "support/Imports_win32.h"
+#include "support/DialogWidgets.h"
 #include "support/NativeWindow.h"
-#include "support/Operator.h"
-#include "support/Plugin.h"
-#include "support/RecordingMachine.h"
-#include "support/TestFile.h"
+#include "support/PluginTest.h"
 #include "support/TestOnEveryQt.h"
-#include "support/Warnings.h"
 
-#include <QApplication>
-#include <QComboBox>
-#include <QDialog>
-#include <QDir>
 #include <QFile>
 #include <QImage>
 #include <QMap>
-#include <QProcess>
-#include <QPushButton>
 #include <QScreen>
 
 #include <algorithm>
 #include <functional>
 #include <memory>
-#include <utility>
 #include <vector>
 
 #include <windows.h>
@@ -35,64 +22,6 @@
 #include <psapi.h>
 
 namespace {
-
-QStringList calls;
-bool foregroundIsRefused = false;
-HWND ownerWindow = nullptr;
-HWND dialogWindow = nullptr;
-
-QString nameOf(HWND window)
-{
-    if (window && window == ownerWindow)
-        return QStringLiteral("owner");
-    if (window && window == dialogWindow)
-        return QStringLiteral("dialog");
-    return QString::number(reinterpret_cast<quintptr>(window));
-}
-
-BOOL WINAPI recordEnableWindow(HWND window, BOOL enable)
-{
-    calls += QStringLiteral("EnableWindow(%1, %2)").arg(nameOf(window)).arg(enable);
-    return EnableWindow(window, enable);
-}
-
-BOOL WINAPI recordGetWindowRect(HWND window, RECT *rect)
-{
-    calls += QStringLiteral("GetWindowRect(%1)").arg(nameOf(window));
-    return GetWindowRect(window, rect);
-}
-
-BOOL WINAPI recordSetForegroundWindow(HWND window)
-{
-    calls += QStringLiteral("SetForegroundWindow(%1)").arg(nameOf(window));
-    return foregroundIsRefused ? FALSE : SetForegroundWindow(window);
-}
-
-BOOL WINAPI recordBringWindowToTop(HWND window)
-{
-    calls += QStringLiteral("BringWindowToTop(%1)").arg(nameOf(window));
-    return BringWindowToTop(window);
-}
-
-WId recordWinId(const QWidget *self)
-{
-    calls += QStringLiteral("winId");
-    const WId id = self->winId();
-    dialogWindow = reinterpret_cast<HWND>(id);
-    return id;
-}
-
-void recordMove(QWidget *self, const QPoint &position)
-{
-    calls += QStringLiteral("move(%1, %2)").arg(position.x()).arg(position.y());
-    self->move(position);
-}
-
-void recordSetModal(QDialog *self, bool modal)
-{
-    calls += QStringLiteral("setModal(%1)").arg(modal);
-    self->setModal(modal);
-}
 
 /// Returns the number of GDI objects of this process. Wine's GetGuiResources() always returns 0,
 /// but Wine accepts handles by their low word alone, so each possible one can be tried.
@@ -174,193 +103,25 @@ QString growth(const std::function<void()> &cycle)
 
 } // namespace
 
-class tst_Zendel_win32 : public QObject
+class tst_Zendel_win32 : public PluginTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { Warnings::collect(); }
-    void init();
     void cleanup();
 
-    void callsAreInOrderWithOwner();
-    void callsAreInOrderWithoutOwner();
-    void noCallsWithoutHost();
-
-    void ownerIsDisabledAndEnabledWhileTheDialogIsHidden();
-    void disabledOwnerIsEnabledAfterwards();
-    void dialogThenOwnerIsInTheForeground();
     void dialogIsPaintedOverTheOwner_data();
     void dialogIsPaintedOverTheOwner();
-
     void versionResourceIsComplete();
-    void namesInEveryEncoding_data();
-    void namesInEveryEncoding();
-    void applicationFolderNames_data();
-    void applicationFolderNames();
     void leaksAreDetected();
     void changesDoNotLeak();
     void loadsDoNotLeak();
-
-private:
-    void load();
-    void unload();
-    void recordCalls();
-    void takeAll();
-
-    Plugin m_plugin {testFile(QStringLiteral(PLUGIN_FILE))};
-    IZendelMgr *m_mgr = nullptr;
-    RecordingMachine m_machine;
-    Operator m_operator;
 };
-
-void tst_Zendel_win32::init()
-{
-    Deployment::clear();
-    Deployment::installTwoLanguages();
-    m_operator.onDialog = nullptr;
-    load();
-    QVERIFY(m_mgr->Init(&m_machine));
-}
 
 void tst_Zendel_win32::cleanup()
 {
-    unload();
-    calls.clear();
-    foregroundIsRefused = false;
     m_operator.takeDialogs();
-    QCOMPARE(m_machine.takeCalls(), QStringList());
-    QCOMPARE(m_operator.takeBoxes(), QStringList());
-    for (const QString &warning : Warnings::take())
-        QCOMPARE(warning, Warnings::unconnectedSlot());
-}
-
-void tst_Zendel_win32::load()
-{
-    m_plugin.load();
-    m_mgr = m_plugin.newInterface();
-}
-
-void tst_Zendel_win32::unload()
-{
-    m_plugin.releaseInterface(m_mgr);
-    m_plugin.unload();
-    QVERIFY(!GetModuleHandleW(L"Zendel.dll"));
-}
-
-/// Records the DLL's calls until it is unloaded.
-void tst_Zendel_win32::recordCalls()
-{
-    const std::pair<const char *, void *> imports[] = {
-        {"EnableWindow", reinterpret_cast<void *>(&recordEnableWindow)},
-        {"GetWindowRect", reinterpret_cast<void *>(&recordGetWindowRect)},
-        {"SetForegroundWindow", reinterpret_cast<void *>(&recordSetForegroundWindow)},
-        {"BringWindowToTop", reinterpret_cast<void *>(&recordBringWindowToTop)},
-        {SYMBOL_winId, reinterpret_cast<void *>(&recordWinId)},
-        {SYMBOL_move, reinterpret_cast<void *>(&recordMove)},
-        {SYMBOL_setModal, reinterpret_cast<void *>(&recordSetModal)},
-    };
-    for (const auto &[name, function] : imports)
-        QVERIFY2(replaceImport(GetModuleHandleW(L"Zendel.dll"), name, function), name);
-    m_operator.onDialog = [](QDialog &) { calls += QStringLiteral("dialog shown"); };
-}
-
-void tst_Zendel_win32::takeAll()
-{
-    m_machine.takeCalls();
-    m_operator.takeBoxes();
-    m_operator.takeDialogs();
-    Warnings::take();
-}
-
-// With one owner, then with another, while the system refuses the foreground.
-void tst_Zendel_win32::callsAreInOrderWithOwner()
-{
-    recordCalls();
-    for (const QPoint &position : {QPoint(100, 50), QPoint(140, 80)}) {
-        const NativeWindow owner(QRect(position, QSize(800, 600)));
-        ownerWindow = owner.handle();
-        m_mgr->ShowSettingsDlg(owner.handle());
-        QCOMPARE(std::exchange(calls, {}),
-                 QStringList(
-                     {QStringLiteral("EnableWindow(owner, 0)"), QStringLiteral("setModal(1)"),
-                      QStringLiteral("winId"), QStringLiteral("winId"),
-                      QStringLiteral("GetWindowRect(owner)"),
-                      QStringLiteral("move(%1, %2)").arg(position.x() + 50).arg(position.y() + 65),
-                      QStringLiteral("SetForegroundWindow(dialog)"),
-                      QStringLiteral("BringWindowToTop(dialog)"), QStringLiteral("dialog shown"),
-                      QStringLiteral("EnableWindow(owner, 1)"),
-                      QStringLiteral("SetForegroundWindow(owner)")}));
-        foregroundIsRefused = true;
-    }
-}
-
-void tst_Zendel_win32::callsAreInOrderWithoutOwner()
-{
-    recordCalls();
-    m_mgr->ShowSettingsDlg(nullptr);
-    QCOMPARE(
-        calls,
-        QStringList({QStringLiteral("setModal(1)"), QStringLiteral("winId"),
-                     QStringLiteral("winId"), QStringLiteral("SetForegroundWindow(dialog)"),
-                     QStringLiteral("BringWindowToTop(dialog)"), QStringLiteral("dialog shown")}));
-}
-
-void tst_Zendel_win32::noCallsWithoutHost()
-{
-    const NativeWindow owner(QRect(100, 50, 800, 600));
-    QVERIFY(!m_mgr->Init(nullptr));
-    recordCalls();
-    QVERIFY(!m_mgr->ShowSettingsDlg(owner.handle()));
-    QCOMPARE(calls, QStringList());
-}
-
-void tst_Zendel_win32::ownerIsDisabledAndEnabledWhileTheDialogIsHidden()
-{
-    QStringList events;
-    const auto dialogState = [] {
-        const QWidgetList widgets = QApplication::topLevelWidgets();
-        for (const QWidget *const widget : widgets) {
-            if (widget->objectName() == QLatin1String("DlgSettings")) {
-                return widget->isVisible() ? QStringLiteral("dialog visible")
-                                           : QStringLiteral("dialog hidden");
-            }
-        }
-        return QStringLiteral("no dialog");
-    };
-    NativeWindow owner(QRect(100, 50, 800, 600));
-    owner.onEnable = [&](bool enable) {
-        events +=
-            (enable ? QStringLiteral("enabled, ") : QStringLiteral("disabled, ")) + dialogState();
-    };
-    m_operator.onDialog = [&](QDialog &) { events += dialogState(); };
-    m_mgr->ShowSettingsDlg(owner.handle());
-    QCOMPARE(
-        events,
-        QStringList({QStringLiteral("disabled, dialog hidden"), QStringLiteral("dialog visible"),
-                     QStringLiteral("enabled, dialog hidden")}));
-}
-
-void tst_Zendel_win32::disabledOwnerIsEnabledAfterwards()
-{
-    const NativeWindow owner(QRect(100, 50, 800, 600));
-    EnableWindow(owner.handle(), FALSE);
-    m_mgr->ShowSettingsDlg(owner.handle());
-    QVERIFY(IsWindowEnabled(owner.handle()));
-}
-
-void tst_Zendel_win32::dialogThenOwnerIsInTheForeground()
-{
-    const NativeWindow owner(QRect(100, 50, 800, 600));
-    const NativeWindow other(QRect(0, 0, 400, 300));
-    QVERIFY(other.hasFocus());
-    m_operator.onDialog = [&](const QDialog &dialog) {
-        QCOMPARE(GetForegroundWindow(), reinterpret_cast<HWND>(dialog.winId()));
-        QVERIFY(!IsWindowEnabled(owner.handle()));
-    };
-    m_mgr->ShowSettingsDlg(owner.handle());
-    QVERIFY(IsWindowEnabled(owner.handle()));
-    QVERIFY(owner.hasFocus());
+    PluginTest::cleanup();
 }
 
 void tst_Zendel_win32::dialogIsPaintedOverTheOwner_data()
@@ -442,64 +203,6 @@ void tst_Zendel_win32::versionResourceIsComplete()
     QVERIFY(text("FileDescription").contains(QLatin1String("plug-in")));
 }
 
-void tst_Zendel_win32::namesInEveryEncoding_data()
-{
-    QTest::addColumn<QByteArray>("catalogue");
-
-    const QString lines = QStringLiteral("[LANG_MGR]\r\nLANG1_NAME=中文\r\nLANG1_FOLDER=first\r\n"
-                                         "LANG1_SHOW=1\r\nDEFAULT=1\r\n");
-    QByteArray gb2312 = lines.toUtf8();
-    QTest::newRow("GB2312") << gb2312.replace("中文", "\xD6\xD0\xCE\xC4");
-    QTest::newRow("UTF-8") << "\xEF\xBB\xBF" + lines.toUtf8();
-    QTest::newRow("UTF-16") << Deployment::utf16(QChar(QChar::ByteOrderMark) + lines);
-}
-
-void tst_Zendel_win32::namesInEveryEncoding()
-{
-    QFETCH(QByteArray, catalogue);
-
-    Deployment::writeCatalogue(catalogue);
-    QVERIFY(m_mgr->Init(&m_machine));
-    QString name;
-    m_operator.onDialog = [&name](const QDialog &dialog) {
-        name = dialog.findChild<QComboBox *>()->currentText();
-    };
-    const NativeWindow owner(QRect(100, 50, 800, 600));
-    m_mgr->ShowSettingsDlg(owner.handle());
-    QCOMPARE(name, QStringLiteral("中文"));
-}
-
-void tst_Zendel_win32::applicationFolderNames_data()
-{
-    QTest::addColumn<QString>("folder");
-
-    QTest::newRow("spaces") << QStringLiteral("Control software (64 bit)");
-    QTest::newRow("Chinese") << QStringLiteral("控制软件");
-    QTest::newRow("percent") << QStringLiteral("100% machine %n");
-}
-
-/// Runs a copy of this program, because the application's folder is that of the executable. The
-/// copy is in a folder next to this program's, where it finds the plug-in.
-void tst_Zendel_win32::applicationFolderNames()
-{
-    QFETCH(QString, folder);
-
-    const QDir copyFolder(testFile(QStringLiteral("../") + folder));
-    QVERIFY(QDir(copyFolder).removeRecursively() && copyFolder.mkpath(QStringLiteral(".")));
-    const QString copy = copyFolder.filePath(QStringLiteral("copy.exe"));
-    QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), copy));
-
-    QProcess process;
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(copy, {QStringLiteral("namesInEveryEncoding")});
-    QVERIFY2(process.waitForFinished(60000), qPrintable(process.errorString()));
-    const QByteArray output = process.readAll();
-    QVERIFY2(output.contains(" 0 failed, 0 skipped"), output.constData());
-    QCOMPARE(process.exitCode(), 0);
-    QVERIFY(copyFolder.exists(QStringLiteral("Lang/first/Zendel.qm")));
-    QVERIFY(QDir(copyFolder).removeRecursively());
-}
-
 void tst_Zendel_win32::leaksAreDetected()
 {
     const NativeWindow owner(QRect(100, 50, 800, 600)); // For the count of windows
@@ -519,9 +222,8 @@ void tst_Zendel_win32::leaksAreDetected()
 void tst_Zendel_win32::changesDoNotLeak()
 {
     const NativeWindow owner(QRect(100, 50, 800, 600));
-    m_operator.onDialog = [](const QDialog &dialog) {
-        dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"))->click();
-    };
+    m_operator.onDialog = DialogWidgets::pressChange;
+    QVERIFY(m_mgr->Init(&m_machine));
     QCOMPARE(growth([&] {
                  QVERIFY(m_mgr->ShowSettingsDlg(owner.handle()));
                  takeAll(); // The test's own records would grow.

@@ -2,21 +2,15 @@
 // sees of each, and that the host survives.
 
 #include "support/Deployment.h"
-#include "support/Operator.h"
-#include "support/Plugin.h"
-#include "support/RecordingMachine.h"
-#include "support/TestFile.h"
+#include "support/DialogWidgets.h"
+#include "support/PluginTest.h"
 #include "support/TranslationBoxes.h"
-#include "support/Warnings.h"
 
-#include <QComboBox>
 #include <QDateTime>
-#include <QDialog>
 #include <QDir>
 #include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QPushButton>
 #include <QTest>
 
 #include <linux/capability.h>
@@ -131,7 +125,7 @@ long peakMemory()
 
 } // namespace
 
-class tst_odd_files : public QObject
+class tst_odd_files : public PluginTest
 {
     Q_OBJECT
 
@@ -150,34 +144,23 @@ private Q_SLOTS:
 
 private:
     QStringList dialogTexts();
-
-    Plugin m_plugin {testFile(QStringLiteral(PLUGIN_FILE))};
-    IZendelMgr *m_mgr = nullptr;
-    RecordingMachine m_machine;
-    Operator m_operator;
 };
 
 void tst_odd_files::initTestCase()
 {
-    Warnings::collect();
+    PluginTest::initTestCase();
     dropPrivileges();
 }
 
 void tst_odd_files::init()
 {
     clear(); // After an aborted run
-    Deployment::installTwoLanguages();
-    m_operator.onDialog = nullptr;
-    m_plugin.load();
-    m_mgr = m_plugin.newInterface();
+    PluginTest::init();
 }
 
 void tst_odd_files::cleanup()
 {
-    m_plugin.releaseInterface(m_mgr);
-    m_plugin.unload();
-    QCOMPARE(m_operator.takeBoxes(), QStringList());
-    Warnings::take();
+    PluginTest::cleanup();
     clear();
 }
 
@@ -186,10 +169,7 @@ QStringList tst_odd_files::dialogTexts()
 {
     QStringList result;
     m_operator.onDialog = [&result](const QDialog &dialog) {
-        result += dialog.windowTitle();
-        const auto &list = *dialog.findChild<QComboBox *>(QStringLiteral("comboBox_language"));
-        for (int i = 0; i < list.count(); ++i)
-            result += list.itemText(i);
+        result = QStringList(dialog.windowTitle()) + DialogWidgets::languages(dialog);
     };
     m_mgr->ShowSettingsDlg(nullptr);
     m_operator.takeDialogs();
@@ -338,15 +318,12 @@ void tst_odd_files::nothingIsWritten()
     const QStringList before = everyFile();
     QCOMPARE(before.size(), 5);
     QVERIFY(m_mgr->Init(&m_machine));
+    m_operator.onDialog = DialogWidgets::pressChange;
     for (const bool accepts : {true, false}) {
         m_machine.accepts = accepts;
-        m_operator.onDialog = [](const QDialog &dialog) {
-            dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"))->click();
-        };
         QCOMPARE(m_mgr->ShowSettingsDlg(nullptr), accepts);
     }
-    m_operator.takeBoxes();
-    m_operator.takeDialogs();
+    takeAll();
     QVERIFY(m_mgr->Init(&m_machine));
     QCOMPARE(everyFile(), before);
 }

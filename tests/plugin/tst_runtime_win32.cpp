@@ -2,22 +2,17 @@
 // information and the heap. Also tests two DLLs in one process.
 
 #include "support/Deployment.h"
+#include "support/DialogWidgets.h"
 #include "support/Heaps_win32.h"
 #include "support/Imports_win32.h"
-#include "support/Operator.h"
-#include "support/Plugin.h"
-#include "support/RecordingMachine.h"
-#include "support/TestFile.h"
+#include "support/PluginTest.h"
 #include "support/TestOnEveryQt.h"
-#include "support/Warnings.h"
 
 #include <QApplication>
-#include <QDialog>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QPushButton>
 #include <QTemporaryDir>
 #include <QVector>
 
@@ -30,12 +25,9 @@
 
 #include <psapi.h>
 
-namespace {
+using DialogWidgets::pressChange;
 
-void pressChange(const QDialog &dialog)
-{
-    dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"))->click();
-}
+namespace {
 
 /// Presses the button while the dialog is being shown. Unlike in Operator's timers, neither Qt's
 /// nor the system's message loop is between the plug-in and the exception.
@@ -109,12 +101,11 @@ QByteArray catalogue(int count)
 
 } // namespace
 
-class tst_runtime_win32 : public QObject
+class tst_runtime_win32 : public PluginTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { Warnings::collect(); }
     void init();
     void cleanup();
 
@@ -129,36 +120,18 @@ private Q_SLOTS:
     void runTimeLibraryIsMicrosoftsUnlessWinesIsTested();
     void initializerListIsReadByQt();
 #endif
-
-private:
-    Plugin m_plugin {testFile(QStringLiteral(PLUGIN_FILE))};
-    IZendelMgr *m_mgr = nullptr;
-    RecordingMachine m_machine;
-    Operator m_operator;
 };
 
 void tst_runtime_win32::init()
 {
-    Deployment::clear();
-    Deployment::installTwoLanguages();
-    m_machine.onSetLanguage = nullptr;
-    m_operator.onDialog = nullptr;
-    m_plugin.load();
-    m_mgr = m_plugin.newInterface();
+    PluginTest::init();
     QVERIFY(m_mgr->Init(&m_machine));
 }
 
 void tst_runtime_win32::cleanup()
 {
-    if (m_plugin.isLoaded()) {
-        m_plugin.releaseInterface(m_mgr);
-        m_plugin.unload();
-    }
-    m_machine.takeCalls();
-    m_operator.takeBoxes();
-    m_operator.takeDialogs();
-    for (const QString &warning : Warnings::take())
-        QCOMPARE(warning, Warnings::unconnectedSlot());
+    takeAll();
+    PluginTest::cleanup();
 }
 
 // A machine must not throw, and leaves a wait cursor when it does. But memory can run out in it.
@@ -245,8 +218,7 @@ void tst_runtime_win32::twoPluginsWorkIndependently()
         copy.unload();
         QCOMPARE(changeWith(m_mgr), ofPlugin);
     } else {
-        m_plugin.releaseInterface(m_mgr);
-        m_plugin.unload();
+        unload();
         QCOMPARE(changeWith(copyMgr), ofCopy);
         QCOMPARE(copyMachine.takeCalls(), copyCalls);
         copy.releaseInterface(copyMgr);
@@ -285,8 +257,7 @@ void tst_runtime_win32::heapsStayValid()
         QVERIFY(m_mgr->ShowSettingsDlg(nullptr));
         QVERIFY(Heaps::areValid());
     }
-    m_plugin.releaseInterface(m_mgr);
-    m_plugin.unload();
+    unload();
     QVERIFY(Heaps::areValid());
 }
 

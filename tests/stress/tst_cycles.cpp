@@ -6,18 +6,13 @@
 // limit of 5 minutes.
 
 #include "support/BareDialog.h"
-#include "support/Deployment.h"
-#include "support/Operator.h"
-#include "support/Plugin.h"
-#include "support/RecordingMachine.h"
+#include "support/DialogWidgets.h"
+#include "support/PluginTest.h"
 #include "support/Settings.h"
-#include "support/TestFile.h"
-#include "support/Warnings.h"
 
-#include <QDialog>
+#include <QApplication>
 #include <QFile>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QTest>
 
 #include <malloc.h>
@@ -39,12 +34,12 @@ qint64 liveBytes()
 
 } // namespace
 
-class tst_cycles : public QObject
+class tst_cycles : public PluginTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
+    void init();
     void openChangeClose();
     void loadShowUnload();
 
@@ -53,23 +48,14 @@ private:
     void showBareDialog(bool change);
 
     QString m_styleSheet;
-    Plugin m_plugin {testFile(QStringLiteral(PLUGIN_FILE))};
-    RecordingMachine m_machine;
-    Operator m_operator;
 };
 
-void tst_cycles::initTestCase()
+void tst_cycles::init()
 {
-    Warnings::collect();
-    Deployment::clear();
-    Deployment::installTwoLanguages();
-
-    m_plugin.load();
+    PluginTest::init();
     QFile style(QStringLiteral(":/res/qss/style.css"));
     QVERIFY(style.open(QIODevice::ReadOnly));
     m_styleSheet = QString::fromUtf8(style.readAll());
-    style.close();
-    m_plugin.unload();
 }
 
 /// Returns the least growth of the heap per cycle, in bytes.
@@ -79,10 +65,7 @@ double tst_cycles::growth(const char *name, const std::function<void()> &cycle)
     const auto run = [&](int times) {
         for (int i = 0; i < times; ++i) {
             cycle();
-            m_operator.takeBoxes();
-            m_operator.takeDialogs();
-            m_machine.takeCalls();
-            Warnings::take();
+            takeAll();
         }
     };
 
@@ -112,7 +95,7 @@ void tst_cycles::showBareDialog(bool change)
     for (int id : {1, 2})
         content.languages.append({id, true, QString::number(id), QString(), QString()});
     BareDialog dialog(content);
-    auto *const button = dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"));
+    auto *const button = &DialogWidgets::button(dialog);
     connect(button, &QPushButton::clicked, button, [button] {
         QApplication::setOverrideCursor(Qt::WaitCursor);
         QApplication::restoreOverrideCursor();
@@ -133,18 +116,12 @@ void tst_cycles::openChangeClose()
 {
     const double bare = growth("bare dialog with a change", [this] { showBareDialog(true); });
 
-    m_plugin.load();
-    IZendelMgr *const mgr = m_plugin.newInterface();
-    QVERIFY(mgr->Init(&m_machine));
-    m_operator.onDialog = [](const QDialog &dialog) {
-        dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"))->click();
-    };
+    QVERIFY(m_mgr->Init(&m_machine));
+    m_operator.onDialog = DialogWidgets::pressChange;
     const double ours = growth("open, change, close", [&] {
-        QVERIFY(mgr->ShowSettingsDlg(nullptr));
+        QVERIFY(m_mgr->ShowSettingsDlg(nullptr));
         QCOMPARE(m_operator.takeBoxes().size(), 1);
     });
-    m_plugin.releaseInterface(mgr);
-    m_plugin.unload();
     QVERIFY(ours < bare + noise);
 }
 
@@ -154,13 +131,11 @@ void tst_cycles::loadShowUnload()
 
     m_operator.onDialog = nullptr;
     const double ours = growth("load, show, unload", [this] {
-        m_plugin.load();
-        IZendelMgr *const mgr = m_plugin.newInterface();
-        QVERIFY(mgr->Init(&m_machine));
-        QVERIFY(!mgr->ShowSettingsDlg(nullptr));
+        unload();
+        load();
+        QVERIFY(m_mgr->Init(&m_machine));
+        QVERIFY(!m_mgr->ShowSettingsDlg(nullptr));
         QCOMPARE(m_operator.takeDialogs().size(), 1);
-        m_plugin.releaseInterface(mgr);
-        m_plugin.unload();
     });
     QVERIFY(ours < bare + noise);
 }

@@ -11,8 +11,8 @@
 
 #include "support/Damage.h"
 #include "support/Deployment.h"
-#include "support/Operator.h"
-#include "support/RecordingMachine.h"
+#include "support/DialogWidgets.h"
+#include "support/OperatedTest.h"
 #include "support/Settings.h"
 #include "support/TestFile.h"
 #include "support/TranslationBoxes.h"
@@ -20,9 +20,6 @@
 
 #include <QDirIterator>
 #include <QFile>
-#include <QLabel>
-#include <QPushButton>
-#include <QTabWidget>
 #include <QTest>
 #include <QTranslator>
 
@@ -45,7 +42,7 @@ QString text(const char *context, const char *source)
 
 } // namespace
 
-class tst_damaged_translations : public QObject
+class tst_damaged_translations : public OperatedTest
 {
     Q_OBJECT
 
@@ -63,16 +60,11 @@ private:
     const QString m_fileName = QStringLiteral("Lang/first/Zendel.qm");
     QList<QByteArray> m_originals;
     int m_refused = 0;
-    RecordingMachine m_machine;
-    Operator m_operator;
 };
 
 void tst_damaged_translations::initTestCase()
 {
-    Warnings::collect();
-    Deployment::clear();
-    Deployment::installTwoLanguages();
-
+    OperatedTest::initTestCase();
     QStringList names;
     for (const QString &folder :
          {QStringLiteral(":/translations"), testFile(QStringLiteral(SAMPLE_DEPLOYMENT))}) {
@@ -168,10 +160,9 @@ void tst_damaged_translations::loadAndLookUpTexts()
 void tst_damaged_translations::createDialog()
 {
     const DlgSettings dialog;
-    QCOMPARE(dialog.windowTitle(), text("DlgSettings", "Settings"));
-    QCOMPARE(dialog.findChild<QTabWidget *>()->tabText(0), text("DlgSettings", "Language"));
-    QCOMPARE(dialog.findChild<QPushButton *>()->text(), text("PageSetLang", "Change"));
-    QCOMPARE(dialog.findChild<QLabel *>()->text(), text("PageSetLang", "Language:"));
+    QCOMPARE(DialogWidgets::texts(dialog),
+             QStringList({text("DlgSettings", "Settings"), text("DlgSettings", "Language"),
+                          text("PageSetLang", "Change"), text("PageSetLang", "Language:")}));
     QCOMPARE(Warnings::take(), QStringList(Warnings::unconnectedSlot()));
 }
 

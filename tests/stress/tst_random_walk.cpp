@@ -5,6 +5,7 @@
 // Qt Test's limit of 5 minutes.
 
 #include "support/Deployment.h"
+#include "support/DialogWidgets.h"
 #ifdef Q_OS_WIN
 #    include "support/Heaps_win32.h"
 #endif
@@ -18,16 +19,11 @@
 #include "support/Warnings.h"
 
 #include <QApplication>
-#include <QComboBox>
 #include <QDebug>
-#include <QDialog>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QLabel>
 #include <QMap>
-#include <QPushButton>
-#include <QTabWidget>
 #include <QTest>
 #include <QTextCodec>
 
@@ -85,27 +81,6 @@ struct Dialog
 void removeFromDisk(const QString &path)
 {
     QFileInfo(path).isDir() ? QDir(path).removeRecursively() : QFile::remove(path);
-}
-
-/// Returns the texts of title, tab, button and label.
-QStringList textsOf(const QDialog &dialog)
-{
-    return {dialog.windowTitle(), dialog.findChild<QTabWidget *>()->tabText(0),
-            dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"))->text(),
-            dialog.findChild<QLabel *>(QStringLiteral("label_info1"))->text()};
-}
-
-QComboBox &languagesOf(const QDialog &dialog)
-{
-    return *dialog.findChild<QComboBox *>(QStringLiteral("comboBox_language"));
-}
-
-QStringList itemsOf(const QComboBox &languages)
-{
-    QStringList result;
-    for (int i = 0; i < languages.count(); ++i)
-        result += languages.itemText(i);
-    return result;
 }
 
 } // namespace
@@ -332,11 +307,11 @@ void tst_random_walk::showDialog()
 
 void tst_random_walk::operate(QDialog &dialog)
 {
-    QComboBox &languages = languagesOf(dialog);
+    QComboBox &languages = DialogWidgets::comboBox(dialog);
     const auto compareDialog = [&] {
         const Dialog &expected = m_dialogs.constLast();
-        compare("texts", textsOf(dialog), expected.texts);
-        compare("items", itemsOf(languages), expected.items);
+        compare("texts", DialogWidgets::texts(dialog), expected.texts);
+        compare("items", DialogWidgets::languages(dialog), expected.items);
         compare("selected", languages.currentIndex(), expected.selected);
     };
     compareDialog();
@@ -360,8 +335,7 @@ void tst_random_walk::pressChange(const QDialog &dialog)
     log(QStringLiteral("press"));
     const int id = m_dialogs.constLast().ids.value(m_dialogs.constLast().selected, 0);
     m_expectedCalls += QStringLiteral("%1 SetLanguage(%2)").arg(m_host).arg(id % 256);
-    QTest::mouseClick(dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change")),
-                      Qt::LeftButton);
+    QTest::mouseClick(&DialogWidgets::button(dialog), Qt::LeftButton);
 }
 
 void tst_random_walk::setLanguage(RecordingMachine &machine)

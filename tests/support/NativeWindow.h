@@ -5,7 +5,6 @@
 #include <QPoint>
 #include <QRect>
 
-#include <functional>
 #include <memory>
 
 /// A visible top-level window that, like a host's main window, is created with the platform's own
@@ -47,9 +46,6 @@ public:
     /// Waits until the window system has processed all of Qt's requests, and Qt all replies,
     /// including late errors.
     static void synchronizeQt();
-
-    /// Called when the window is disabled or enabled; never on X11, which doesn't report it.
-    std::function<void(bool enable)> onEnable;
 
 private:
     struct Private;

@@ -28,12 +28,6 @@ void processMessages()
 
 struct NativeWindow::Private
 {
-    explicit Private(const NativeWindow &nativeWindow)
-        : owner(nativeWindow)
-    {
-    }
-
-    const NativeWindow &owner;
     HWND window = nullptr;
     int clicks = 0;
     int otherInput = 0;
@@ -56,10 +50,6 @@ struct NativeWindow::Private
         case WM_SYSKEYDOWN:
             ++self->otherInput;
             break;
-        case WM_ENABLE:
-            if (self->owner.onEnable)
-                self->owner.onEnable(wParam);
-            break;
         default:
             break;
         }
@@ -68,7 +58,7 @@ struct NativeWindow::Private
 };
 
 NativeWindow::NativeWindow(const QRect &geometry)
-    : d(std::make_unique<Private>(*this))
+    : d(std::make_unique<Private>())
 {
     WNDCLASSEXW windowClass = {};
     windowClass.cbSize = sizeof(windowClass);

@@ -9,7 +9,7 @@ case ${1-} in
 '') ;;
 mingw | msvc) flavours=("$1") ;;
 *)
-    echo "package.sh: unknown flavour: $1; it must be mingw, msvc or, for both, nothing" >&2
+    echo "${0##*/}: unknown flavour: $1; it must be mingw, msvc or, for both, nothing" >&2
     exit 1
     ;;
 esac
@@ -57,7 +57,7 @@ for flavour in "${flavours[@]}"; do
     pack -D CPACK_COMPONENTS_ALL=selftest
     rm -r packages/_CPack_Packages
     if [[ ! -e packages/SHA256SUMS ]]; then
-        echo "package.sh: the packages lack THIRD-PARTY-NOTICES and SBOMs, because CMake did not" \
+        echo "${0##*/}: the packages lack THIRD-PARTY-NOTICES and SBOMs, because CMake did not" \
             "find what these are made from; see its message above" >&2
         exit 1
     fi
@@ -72,6 +72,6 @@ cat <<'END'
 Each archive contains THIRD-PARTY-NOTICES. Give its SBOM, the .spdx.json file of the same name, to
 whoever asks for one. "sha256sum --check SHA256SUMS" checks all files.
 END
-if [[ -n $(git status --porcelain 2>/dev/null) ]]; then
+if [[ -n $(git status --porcelain 2> /dev/null) ]]; then
     echo "These packages contain changes that are not committed."
 fi

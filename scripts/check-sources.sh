@@ -27,10 +27,10 @@ fail() {
 echo "shellcheck: ${#scripts[@]} scripts"
 shellcheck "${scripts[@]}" || fail "shellcheck has findings"
 
-echo "flake8: ${#python[@]} files in Python"
+echo "flake8: ${#python[@]} Python files"
 flake8 "${python[@]}" || fail "flake8 has findings"
 
-echo "Length of lines: ${#lines[@]} files"
+echo "Line length: ${#lines[@]} files"
 # -I skips images and UTF-16.
 if LC_ALL=C.UTF-8 grep -InE '^.{101}' "${lines[@]}" | cut -c 1-120; then
     fail "these lines have more than 100 columns"
@@ -42,7 +42,7 @@ if grep -nE 'Q(String|ByteArray)Literal *\(|QStatic(String|ByteArray)Data *<' "$
         "DLL has been unloaded, and crash. Use QLatin1String, whose characters are copied."
 fi
 
-echo "clang-format: ${#sources[@]} files in C++ and the tests in C"
+echo "clang-format: ${#sources[@]} C++ files and the C tests"
 clang-format --dry-run --Werror "${sources[@]}" "${c_tests[@]}" || fail "clang-format has findings"
 
 # Suppresses false positives for lambdas that capture a test's variables and for members of

@@ -14,8 +14,8 @@ packages=(
     openbox xvfb
     fonts-dejavu-core fonts-noto-cjk fonts-tlwg-loma-ttf
     # Tests and source checks
-    binutils gcovr git libbenchmark-dev libxcb-xtest0-dev python3 valgrind
-    clang clang-format clang-tidy cppcheck flake8 shellcheck
+    binutils flake8 gcovr git libbenchmark-dev libxcb-xtest0-dev python3 shellcheck valgrind
+    clang clang-format clang-tidy cppcheck
     doxygen gettext libclang-rt-dev libicu-dev qttranslations5-l10n tidy
 )
 case ${1-} in

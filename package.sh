@@ -57,8 +57,8 @@ for flavour in "${flavours[@]}"; do
     pack -D CPACK_COMPONENTS_ALL=selftest
     rm -r packages/_CPack_Packages
     if [[ ! -e packages/SHA256SUMS ]]; then
-        echo "${0##*/}: the packages lack THIRD-PARTY-NOTICES and SBOMs, because CMake did not" \
-            "find what these are made from; see its message above" >&2
+        echo "${0##*/}: the packages lack THIRD-PARTY-NOTICES and SBOMs, because CMake didn't" \
+            "find what they are made from; see its message above" >&2
         exit 1
     fi
 done

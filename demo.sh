@@ -1,27 +1,27 @@
 #!/usr/bin/env bash
 # demo.sh [mingw|msvc] [HOST-OPTION...]: builds the plug-in and starts the example host with the
-# sample deployment; with "mingw" or "msvc" the Windows build for that compiler, under Wine.
-# Without a display and options, the host runs its scripted tour on a virtual display and saves
-# screenshots below build/.
+# sample deployment; with "mingw" or "msvc", builds it for Windows with that compiler and starts it
+# under Wine. Without a display and options, the host runs its scripted tour on a virtual display
+# and saves screenshots in build/.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
-platform=linux
+flavour=linux
 if [[ ${1-} == mingw || ${1-} == msvc ]]; then
-    platform=$1
+    flavour=$1
     shift
 fi
-scripts/build.sh "$platform"
+scripts/build.sh "$flavour"
 
-if [[ $platform == linux ]]; then
+if [[ $flavour == linux ]]; then
     display=${DISPLAY-}${WAYLAND_DISPLAY-}
     host=(build/linux/bin/zendel-host)
     hidden_host=(scripts/with-xvfb.sh --openbox "${host[@]}")
 else
     display=${DISPLAY-} # Wine needs X11.
-    # Installed, so that it runs with its own DLLs only
-    demo=build/demo-$platform
-    cmake --install "build/$platform" --component demo --prefix "$demo" >/dev/null
+    # Installs the demo, so that it runs with its own DLLs only
+    demo=build/demo-$flavour
+    cmake --install "build/$flavour" --component demo --prefix "$demo" > /dev/null
     host=(scripts/wine.sh --visible "$demo/zendel-host.exe")
     hidden_host=(scripts/wine.sh "$demo/zendel-host.exe")
 fi
@@ -33,10 +33,10 @@ if (($#)); then
     exec "${hidden_host[@]}" "$@"
 fi
 # An earlier run may have changed the language.
-if [[ $platform == linux ]]; then
+if [[ $flavour == linux ]]; then
     cp translations/Lang.ini build/linux/bin/Lang/
 fi
-screenshots=build/screenshots-$platform
+screenshots=build/screenshots-$flavour
 echo "There is no display. The host runs its scripted tour."
 "${hidden_host[@]}" --tour "$screenshots"
 echo "The screenshots are in $PWD/$screenshots"

@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
 # test.sh [linux|mingw|msvc [all-qt]|coverage] [CTEST-OPTION...]: installs missing packages, builds,
-# checks the sources and runs all tests of the flavour, by default of all three: on Linux and,
-# through Wine, on Windows with the builds for MinGW and for MSVC.
-# With CTest options, it skips the source checks: "./test.sh linux -R tst_Zendel" runs one test.
-# With "all-qt", the DLL for MSVC is tested with every official version of Qt, otherwise with four.
+# checks the sources and runs all tests of the flavour, by default of all three. Those of mingw and
+# msvc run under Wine.
+# With CTest options, skips the source checks: "./test.sh linux -R tst_Zendel" runs one test.
+# With "all-qt", tests the DLL for MSVC with every official version of Qt instead of four.
 # "coverage" runs scripts/coverage.sh.
 set -euo pipefail
-cd "$(dirname "$0")"
+cd "$(dirname "${BASH_SOURCE[0]}")"
 
 if [[ ${1-} == coverage ]]; then
     shift
@@ -41,7 +41,7 @@ run_ctest() {
         if [[ -d $runtime ]]; then
             options=(--runtime "$runtime")
         else
-            echo "$runtime, Microsoft's run-time library, is missing; the tests use Wine's."
+            echo "Microsoft's run-time library is missing in $runtime; the tests use Wine's."
         fi
         scripts/wine.sh "${options[@]}" --session \
             ctest --preset msvc -j "$(nproc)" "${configuration[@]}" "$@"
@@ -52,7 +52,7 @@ run_ctest() {
 run_tests() {
     local flavour=$1 docs=OFF
     shift
-    [[ $flavour != linux ]] || docs=ON # The API pages are the same for all.
+    [[ $flavour != linux ]] || docs=ON # The API pages are the same for all flavours.
 
     step "packages and build"
     scripts/build.sh "$flavour" -D ZENDEL_BUILD_DOCS="$docs"
@@ -82,11 +82,11 @@ run_tests() {
 }
 
 status=0
-# Tests the next flavour even if one fails
+# Tests the other flavours even if one fails
 set +e
 for flavour in "${flavours[@]}"; do
     (set -e; run_tests "$flavour" "$@")
-    # shellcheck disable=SC2181 # In a condition, the commands would go on after a failure.
+    # shellcheck disable=SC2181 # In a condition, the commands would continue after a failure.
     (($? == 0)) || status=1
 done
 exit "$status"

@@ -2,8 +2,8 @@
 
 add_library(zendel_compile_options INTERFACE)
 
-# Make conversions between bytes and strings explicit. No option keeps out what the headers have and
-# hosts' older versions of Qt, down to 5.6, lack; the test imports does.
+# Make conversions between bytes and strings explicit. No option rejects functions that the headers
+# declare but a host's older Qt, down to 5.6, lacks; the test "imports" does.
 target_compile_definitions(zendel_compile_options INTERFACE
     QT_NO_CAST_FROM_ASCII
     QT_NO_CAST_TO_ASCII
@@ -20,11 +20,11 @@ if(MSVC)
 else()
     target_compile_options(zendel_compile_options INTERFACE
         -Wall -Wextra -Wpedantic -Wshadow $<$<BOOL:${ZENDEL_WERROR}>:-Werror>
-        # QSKIP("...") of Qt Test
+        # Because of Qt Test's QSKIP("...")
         $<$<CXX_COMPILER_ID:Clang>:-Wno-c++20-extensions>)
 endif()
 
-# The same bytes whatever the folder of the sources is. gcov needs the real folder.
+# For reproducible builds, whatever the source folder is. gcov needs the real folder.
 if(NOT MSVC AND NOT ZENDEL_COVERAGE)
     add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
     foreach(folder IN LISTS CMAKE_PREFIX_PATH)
@@ -42,12 +42,12 @@ elseif(MINGW)
     add_link_options(LINKER:--dynamicbase,--high-entropy-va,--nxcompat)
     add_link_options(LINKER:--no-insert-timestamp)
 elseif(WIN32)
-    # With Microsoft's ABI, these are the linker's defaults. Stack checks are as well with MSVC.
+    # With Microsoft's ABI, these are the linker's defaults. With MSVC, stack checks are, too.
     if(NOT MSVC)
         add_compile_options(-fstack-protector-strong)
         # Debuggers look for the symbols next to the DLL, not in a folder of this machine.
         add_link_options(LINKER:-pdbaltpath:%_PDB%)
-        # In the PDB file, all paths are below "zendel" instead, and there are no command lines.
+        # In the PDB file, all paths begin with "zendel" instead, and there are no command lines.
         file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR} ${CMAKE_BINARY_DIR})
         add_compile_options(-fdebug-compilation-dir=${folder} -gno-codeview-command-line)
         add_link_options(LINKER:-pdbsourcepath:zendel)
@@ -61,7 +61,7 @@ else()
 endif()
 
 if(ZENDEL_COVERAGE)
-    # Without the branches that the compiler adds for exceptions and for thread-safe statics
+    # Leave out the branches that the compiler adds for exceptions and for thread-safe statics.
     add_compile_options(--coverage -fno-exceptions -fno-threadsafe-statics)
     add_link_options(--coverage)
     list(TRANSFORM ZENDEL_PLUGIN_FOLDERS REPLACE "(.+)" "filter = ${PROJECT_SOURCE_DIR}/\\1/"

@@ -1,5 +1,5 @@
 # Installs and packs the component "plugin" for developing a host or deploying the plug-in, and on
-# Windows also "demo", which runs without a Qt installed, and "symbols" for debuggers.
+# Windows also "demo", which runs without an installed Qt, and "symbols" for debuggers.
 
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
@@ -90,8 +90,9 @@ set(CPACK_ARCHIVE_DEMO_FILE_NAME Zendel-${PROJECT_VERSION}-${platform}-demo)
 set(CPACK_ARCHIVE_SELFTEST_FILE_NAME Zendel-${PROJECT_VERSION}-${platform}-selftest)
 set(CPACK_ARCHIVE_SYMBOLS_FILE_NAME Zendel-${PROJECT_VERSION}-${platform}-symbols)
 
-# The code of others in each package: as THIRD-PARTY-NOTICES in the package, and as an SBOM next to it.
-# Made of what Debian's packages, toolchain/qt-mingw.sh and toolchain/qt-msvc.sh provide.
+# The third-party code in each package is listed in the package, in THIRD-PARTY-NOTICES, and in an
+# SBOM next to it. The texts come from Debian's packages, toolchain/qt-mingw.sh and
+# toolchain/qt-msvc.sh.
 set(qt "")
 if(WIN32)
     get_target_property(qt Qt5::Core IMPORTED_LOCATION_RELEASE)
@@ -116,11 +117,12 @@ if(EXISTS /usr/bin/dpkg-query AND EXISTS /usr/bin/python3
                 \${CPACK_PACKAGE_FILES}
         COMMAND_ERROR_IS_FATAL ANY)\n")
 else()
-    message(STATUS "Packages will lack THIRD-PARTY-NOTICES: they need Python, dpkg-query and, for "
-                   "Windows, a Qt of toolchain/qt-mingw.sh or toolchain/qt-msvc.sh")
+    message(STATUS "Packages will lack THIRD-PARTY-NOTICES, which need Python, dpkg-query and, for "
+                   "Windows, the Qt from toolchain/qt-mingw.sh or toolchain/qt-msvc.sh")
 endif()
 
-# install_qt_recipe(COMPONENT [EXCLUDE_FROM_ALL]): how MinGW's Qt was built, as its licence asks
+# install_qt_recipe(COMPONENT [EXCLUDE_FROM_ALL]): installs the scripts that built Qt for MinGW, as
+# Qt's licence requires.
 function(install_qt_recipe component)
     if(third_party AND MINGW)
         install(PROGRAMS ${PROJECT_SOURCE_DIR}/toolchain/fetch-source.sh
@@ -129,8 +131,8 @@ function(install_qt_recipe component)
     endif()
 endfunction()
 
-# install_notices(COMPONENT FOLDER [EXCLUDE_FROM_ALL]): to be called after all other files of the
-# component
+# install_notices(COMPONENT FOLDER [EXCLUDE_FROM_ALL]): must be called after all other files of the
+# component have been installed.
 function(install_notices component folder)
     if(third_party)
         string(TOUPPER ${component} upper)

@@ -1,10 +1,11 @@
-# What the built files say about their version and origin.
+# The version and the commit in the built files.
 
 if(WIN32)
     enable_language(RC)
 endif()
 
-# zendel_add_version_resource(TARGET DESCRIPTION): on Windows, adds what Properties > Details shows.
+# zendel_add_version_resource(TARGET DESCRIPTION): on Windows, adds the resource that Properties >
+# Details shows.
 function(zendel_add_version_resource target description)
     if(NOT WIN32)
         return()
@@ -25,8 +26,8 @@ function(zendel_add_version_resource target description)
     target_sources(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc)
 endfunction()
 
-# commit.h, which defines COMMIT. It is checked in each build, but only written if HEAD has moved or
-# the working tree has become dirty or clean.
+# commit.h defines COMMIT. It is checked in each build, but only written if HEAD has moved or the
+# working tree has become dirty or clean.
 set(commit_header ${CMAKE_CURRENT_BINARY_DIR}/commit/commit.h)
 add_custom_target(zendel_find_commit
     COMMAND ${CMAKE_COMMAND} -D SOURCE_DIR=${PROJECT_SOURCE_DIR} -D HEADER=${commit_header}

@@ -1,5 +1,5 @@
-# Writes the header with COMMIT, the commit of a checkout as text to append to the version; "-dirty"
-# means that files have been changed since. It is empty for sources without a repository.
+# Writes the header that defines COMMIT, the commit of the working tree, as text to append to the
+# version; "-dirty" means that files have been changed since. It is empty without a repository.
 # cmake -D SOURCE_DIR=... -D HEADER=... -P commit.cmake
 
 cmake_minimum_required(VERSION 3.21)

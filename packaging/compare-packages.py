@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """compare-packages.py PACKAGE PACKAGE: compares two packages, or two other files, byte by byte and
-prints the first difference. The exit code is 0 if they are the same, 1 if not."""
+prints the first difference. The exit code is 0 if they are identical, otherwise 1."""
 
 import pathlib
 import sys
@@ -14,7 +14,7 @@ def describe_entry(entry):
 
 
 def first_difference(name, one, other):
-    """Describes the first byte that differs, with those around it."""
+    """Describes the first byte that differs, with the bytes around it."""
     length = min(len(one), len(other))
     offset = next((i for i in range(length) if one[i] != other[i]), length)
     begin = max(offset - 16, 0)

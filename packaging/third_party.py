@@ -1,15 +1,16 @@
 #!/usr/bin/env python3
-"""Lists the code of others in the packages.
+"""Lists the third-party code in the packages.
 
-third_party.py notices CONFIG ARCHIVE FOLDER: writes THIRD-PARTY-NOTICES to the folder, which is packed
-as the archive.
+third_party.py notices CONFIG ARCHIVE FOLDER: writes THIRD-PARTY-NOTICES to the folder, which is
+packed as the archive.
 third_party.py finish CONFIG FOLDER ARCHIVE...: gives the archives' entries a fixed order, date and
-permissions, and writes an SBOM for each, in SPDX's format, and SHA256SUMS to the folder, to which CPack
-then copies the archives.
+permissions, and writes an SBOM for each, in SPDX format, and SHA256SUMS to the folder, to which
+CPack then copies the archives.
 
-CONFIG is third-party.json in the build folder, see ZendelPackage.cmake. Versions and licence texts are
-those of the installed Debian packages and of Debian's source of Qt, from which toolchain/qt-mingw.sh and
-toolchain/qt-msvc.sh have copied them to Qt's folder. official-qt.txt says what the official DLLs contain.
+CONFIG is third-party.json in the build folder, see ZendelPackage.cmake. The versions and licence
+texts come from the installed Debian packages and from Debian's source package of Qt, from which
+toolchain/qt-mingw.sh and toolchain/qt-msvc.sh copied them to Qt's folder. official-qt.txt lists the
+contents of the official DLLs.
 """
 
 import datetime
@@ -23,12 +24,14 @@ import sys
 import urllib.parse
 import zipfile
 
-# The licences of Debian's source packages and of some packages, as far as their code gets into ours
+# The licences of Debian's source packages and of some packages, limited to the code that gets into
+# ours
 LICENCES = {
     "gcc-12": "GPL-3.0-or-later WITH GCC-exception-3.1",
     "gcc-mingw-w64": "GPL-3.0-or-later WITH GCC-exception-3.1",
     # With fast_float and Ryu, see below
-    "gcc-mingw-w64-x86-64-posix-runtime": "GPL-3.0-or-later WITH GCC-exception-3.1 AND MIT AND BSL-1.0",
+    "gcc-mingw-w64-x86-64-posix-runtime":
+        "GPL-3.0-or-later WITH GCC-exception-3.1 AND MIT AND BSL-1.0",
     "glibc": "LGPL-2.1-or-later",
     "libxcb": "X11",
     "linux": "GPL-2.0-only WITH Linux-syscall-note",
@@ -40,8 +43,8 @@ LICENCES = {
     "qtx11extras-opensource-src": "LGPL-3.0-only",
     "wine": "LGPL-2.1-or-later",
 }
-# What the compiler takes from Debian packages for our own files: headers, import libraries, and objects
-# at the start of programs and DLLs. MinGW's Qt is added below.
+# What the compiler takes from Debian packages for our own files: headers, import libraries, and the
+# start-up objects of programs and DLLs. Qt for MinGW is added below.
 COMPILED_FROM = {
     "mingw": {
         "g++-mingw-w64-x86-64-posix": "headers of the C++ library",
@@ -65,20 +68,21 @@ COMPILED_FROM = {
         "qtbase5-dev": "headers with inline functions",
     },
 }
-# The folders in MinGW's build of Qt that end up in its DLLs; testlib only in Qt5Test.dll
+# The folders of Qt for MinGW whose code ends up in its DLLs; that of testlib only in Qt5Test.dll
 QT_FOLDERS = re.compile(r"3rdparty/.*|corelib|gui|widgets|testlib|platformsupport/.*|"
                         r"plugins/platforms/windows|plugins/styles/windowsvista")
 OFFICIAL_QT = "5.15.2"
 OFFICIAL_QT_SOURCE = ("https://download.qt.io/archive/qt/5.15/5.15.2/submodules/"
                       "qtbase-everywhere-src-5.15.2.tar.xz")
-# Code in the official DLLs that no file in Debian's source of Qt describes, in the form of these files.
-# Debian leaves out Wintab; the DLL has the database that is in Debian's source, too.
+# Code in the official DLLs that no file in Debian's source package of Qt describes, in the format
+# of those files. Debian leaves out Wintab; the database is the same as in Debian's source package.
 NOT_DESCRIBED = {
     "src/3rdparty/wintab": {
         "Id": "wintab",
         "Name": "Wintab API",
-        "License": "LCS-Telegraphics License: The text and information contained in this file may be "
-                   "freely used, copied, or distributed without compensation or licensing restrictions.",
+        "License": "LCS-Telegraphics License: The text and information contained in this file may "
+                   "be freely used, copied, or distributed without compensation or licensing "
+                   "restrictions.",
         "Copyright": "Copyright 1991-1998 by LCS/Telegraphics.",
     },
     "src/corelib/mimetypes/mime/packages": {
@@ -94,65 +98,65 @@ NOT_DESCRIBED = {
 # Statements that licences require next to the files of a component
 NOTES = {
     "Qt": """\
-Qt is used under the GNU Lesser General Public License, version 3, as DLLs of their own. They were built
-from the source package by qt/qt-mingw.sh, which changes some lines of it; its function
-patch_source shows them. To use a changed Qt 5.15, build it for the same compiler family and replace the
-DLLs. Zendel.dll and the programs needn't be linked again. You may reverse engineer them to debug such
-changes.
+Qt is used under the GNU Lesser General Public License, version 3, as separate DLLs. They were built
+from the source package by qt/qt-mingw.sh, whose function patch_source changes some lines of it. To
+use a changed Qt 5.15, build it for the same compiler family and replace the DLLs. Zendel.dll and
+the programs needn't be linked again. You may reverse engineer them to debug such changes.
 """,
     f"Qt {OFFICIAL_QT}": """\
 Copyright (C) 2020 The Qt Company Ltd. and other contributors.
 
-Qt is used under the GNU Lesser General Public License, version 3, as DLLs of their own. They are those
-that The Qt Company built for MSVC 2019 and signed, unchanged: their digital signatures name The Qt
-Company Oy. They were taken from the Python package PyQt5 5.15.2. The Qt Company publishes the source, see
-above. To use a changed Qt 5.15, build it with Microsoft's compiler and replace the DLLs. Zendel.dll and
-the programs needn't be linked again. You may reverse engineer them to debug such changes.
+Qt is used under the GNU Lesser General Public License, version 3, as separate DLLs. They are
+unchanged files that The Qt Company built for MSVC 2019 and signed: the signer is The Qt Company Oy.
+They were taken from the Python package PyQt5 5.15.2. The Qt Company publishes the source, see
+above. To use a changed Qt 5.15, build it with Microsoft's compiler and replace the DLLs. Zendel.dll
+and the programs needn't be linked again. You may reverse engineer them to debug such changes.
 
-The texts for Qt and for the code in its DLLs are those in Debian's source package of Qt, which is newer.
+The texts for Qt and for the code in its DLLs are those in Debian's source package of Qt, which is
+newer.
 """,
     "Freetype 2 2.10.1": """\
-Portions of this software are copyright (C) 1996-2019 The FreeType Project (www.freetype.org). All rights
-reserved.
+Portions of this software are copyright (C) 1996-2019 The FreeType Project (www.freetype.org). All
+rights reserved.
 """,
     "Freetype 2": """\
-Portions of this software are copyright (C) 1996-2020 The FreeType Project (www.freetype.org). All rights
-reserved.
+Portions of this software are copyright (C) 1996-2020 The FreeType Project (www.freetype.org). All
+rights reserved.
 """,
     "gcc-mingw-w64-x86-64-posix-runtime": """\
 libstdc++-6.dll contains Ryu, Copyright 2018 Ulf Adams, under the Boost Software License 1.0, and
 fast_float, Copyright (c) 2021 The fast_float authors:
 
 Permission is hereby granted, free of charge, to any person obtaining a copy of this software and
-associated documentation files (the "Software"), to deal in the Software without restriction, including
-without limitation the rights to use, copy, modify, merge, publish, distribute, sublicense, and/or sell
-copies of the Software, and to permit persons to whom the Software is furnished to do so, subject to the
-following conditions: The above copyright notice and this permission notice shall be included in all
-copies or substantial portions of the Software.
+associated documentation files (the "Software"), to deal in the Software without restriction,
+including without limitation the rights to use, copy, modify, merge, publish, distribute,
+sublicense, and/or sell copies of the Software, and to permit persons to whom the Software is
+furnished to do so, subject to the following conditions: The above copyright notice and this
+permission notice shall be included in all copies or substantial portions of the Software.
 
-THE SOFTWARE IS PROVIDED "AS IS", WITHOUT WARRANTY OF ANY KIND, EXPRESS OR IMPLIED, INCLUDING BUT NOT
-LIMITED TO THE WARRANTIES OF MERCHANTABILITY, FITNESS FOR A PARTICULAR PURPOSE AND NONINFRINGEMENT. IN NO
-EVENT SHALL THE AUTHORS OR COPYRIGHT HOLDERS BE LIABLE FOR ANY CLAIM, DAMAGES OR OTHER LIABILITY, WHETHER
-IN AN ACTION OF CONTRACT, TORT OR OTHERWISE, ARISING FROM, OUT OF OR IN CONNECTION WITH THE SOFTWARE OR
-THE USE OR OTHER DEALINGS IN THE SOFTWARE.
+THE SOFTWARE IS PROVIDED "AS IS", WITHOUT WARRANTY OF ANY KIND, EXPRESS OR IMPLIED, INCLUDING BUT
+NOT LIMITED TO THE WARRANTIES OF MERCHANTABILITY, FITNESS FOR A PARTICULAR PURPOSE AND
+NONINFRINGEMENT. IN NO EVENT SHALL THE AUTHORS OR COPYRIGHT HOLDERS BE LIABLE FOR ANY CLAIM, DAMAGES
+OR OTHER LIABILITY, WHETHER IN AN ACTION OF CONTRACT, TORT OR OTHERWISE, ARISING FROM, OUT OF OR IN
+CONNECTION WITH THE SOFTWARE OR THE USE OR OTHER DEALINGS IN THE SOFTWARE.
 """,
 }
 SOURCES = """\
-Debian has the source packages named below. "apt-get source NAME=VERSION" fetches one; older versions
-are in Debian's snapshot archive.
+Debian has the source packages that are given below. "apt-get source NAME=VERSION" fetches one;
+older versions are in Debian's snapshot archive.
 """
 
 
 class Component:
-    """Code of others: name, version, licence in SPDX's words, where to get it, its use, and texts.
-    The archive contains it, or, if not "contained", was only compiled from it."""
+    """Third-party code: its name, version, SPDX licence expression, source, use and texts. The
+    archive contains it or, if not "contained", was only compiled from it."""
 
-    def __init__(self, name, version, licence, purl, use, *, files=(), contained=True, source="", texts=(),
-                 supplier="", originals=()):
+    def __init__(self, name, version, licence, purl, use, *, files=(), contained=True, source="",
+                 texts=(), supplier="", originals=()):
         self.name, self.version, self.licence, self.purl = name, version, licence, purl
         self.use, self.files, self.contained, self.source = use, list(files), contained, source
         self.texts = [text.strip("\n") for text in texts]
-        # Who built the files, and the files, if the archive has the same bytes
+        # Who built the files, and the files themselves, if the archive contains them unchanged
         self.supplier, self.originals = supplier, sorted(originals)
 
     @property
@@ -161,7 +165,8 @@ class Component:
 
     @property
     def spdx_id(self):
-        return "SPDXRef-" + re.sub(r"[^A-Za-z0-9.-]+", "-", f"{self.name}-{self.version}").rstrip("-")
+        name = re.sub(r"[^A-Za-z0-9.-]+", "-", f"{self.name}-{self.version}").rstrip("-")
+        return f"SPDXRef-{name}"
 
 
 def sha256(path):
@@ -181,20 +186,20 @@ def read(path):
 
 
 def debian_purl(package, version, architecture):
-    return (f"pkg:deb/debian/{urllib.parse.quote(package)}@{urllib.parse.quote(version, safe=':.~-')}"
-            f"?arch={architecture}")
+    version = urllib.parse.quote(version, safe=":.~-")
+    return f"pkg:deb/debian/{urllib.parse.quote(package)}@{version}?arch={architecture}"
 
 
 def debian_component(package, use, files=()):
     """Describes an installed package."""
     version, architecture, source, source_version, built_using = run(
         "dpkg-query", "-W", "-f", "${Version}\n${Architecture}\n${source:Package}\n"
-        "${source:Version}\n${Built-Using}.\n", package).split("\n")[:5] # There may be others for i386.
+        "${source:Version}\n${Built-Using}.\n",
+        package).split("\n")[:5]  # There may be others for i386.
     texts = [read(f"/usr/share/doc/{package}/copyright")]
-    # Referred to by the copyright files
-    texts += [read(f"/usr/share/common-licenses/{name}")
-              for name in sorted(set(re.findall(r"/usr/share/common-licenses/([A-Za-z]+(?:-[0-9.]*[0-9])?)",
-                                                texts[0])))]
+    # The copyright file refers to these.
+    names = re.findall(r"/usr/share/common-licenses/([A-Za-z]+(?:-[0-9.]*[0-9])?)", texts[0])
+    texts += [read(f"/usr/share/common-licenses/{name}") for name in sorted(set(names))]
     sources = f"{source}={source_version}"
     if built_using != ".":
         sources += ", " + re.sub(r" \(= ([^)]+)\)", r"=\1", built_using[:-1])
@@ -208,7 +213,7 @@ def qt_texts(doc):
 
 
 def qt_component(folder, dlls):
-    """Describes the Qt that toolchain/qt-mingw.sh has built."""
+    """Describes the Qt that toolchain/qt-mingw.sh built."""
     doc = folder / "share/doc"
     source, version = read(doc / "source").split()
     use = "headers with inline functions"
@@ -218,17 +223,19 @@ def qt_component(folder, dlls):
 
 
 def official_qt_component(folder, dlls):
-    """Describes the Qt that toolchain/qt-msvc.sh has fetched."""
+    """Describes the Qt that toolchain/qt-msvc.sh fetched."""
     return Component("Qt", OFFICIAL_QT, "LGPL-3.0-only",
                      f"pkg:generic/qtbase@{OFFICIAL_QT}?download_url={OFFICIAL_QT_SOURCE}", "DLLs",
                      files=[dll.name for dll in dlls], source=OFFICIAL_QT_SOURCE,
-                     texts=qt_texts(folder / "share/doc"), supplier="The Qt Company Oy", originals=dlls)
+                     texts=qt_texts(folder / "share/doc"), supplier="The Qt Company Oy",
+                     originals=dlls)
 
 
 def licence_expression(attribution):
-    """Returns Qt's identifier of a licence in the form that SPDX requires."""
+    """Returns Qt's identifier of a licence as an SPDX expression."""
     words = attribution.get("LicenseId", "").replace("(", " ( ").replace(")", " ) ").split()
-    words = [{"or": "OR", "and": "AND", "GPL-2.0": "GPL-2.0-only"}.get(word, word) for word in words]
+    spdx = {"or": "OR", "and": "AND", "GPL-2.0": "GPL-2.0-only"}
+    words = [spdx.get(word, word) for word in words]
     if not words or any(word in ("OR", "AND") for word in words[::2]) \
             or any(word not in ("OR", "AND") for word in words[1::2]):
         return f"LicenseRef-{attribution['Id']}"
@@ -236,9 +243,9 @@ def licence_expression(attribution):
 
 
 def attributions(doc):
-    """Yields Qt's descriptions of the code of others, each with the folder of its file."""
+    """Yields Qt's descriptions of third-party code, each with the folder of its file."""
     for file in sorted(doc.rglob("qt_attribution.json")):
-        # Some have line ends in strings.
+        # Some have line breaks in strings.
         entries = json.loads(read(file), strict=False)
         for entry in entries if isinstance(entries, list) else [entries]:
             yield file.parent, entry
@@ -265,7 +272,7 @@ def attributed_component(doc, folder, entry, version, use):
 
 
 def code_in_qt(folder, dlls):
-    """Describes the code of others that was compiled into MinGW's Qt."""
+    """Describes the third-party code that was compiled into Qt for MinGW."""
     doc = folder / "share/doc"
     has_test = "Qt5Test.dll" in [dll.name for dll in dlls]
     compiled = set()
@@ -274,7 +281,8 @@ def code_in_qt(folder, dlls):
         if QT_FOLDERS.fullmatch(built_folder) and (built_folder != "testlib" or has_test):
             compiled.add(posixpath.normpath(path))
     # webgradients.css is stored as webgradients.binaryjson.
-    compiled |= {posixpath.splitext(path)[0] + ".css" for path in compiled if path.endswith(".binaryjson")}
+    compiled |= {posixpath.splitext(path)[0] + ".css"
+                 for path in compiled if path.endswith(".binaryjson")}
     result = []
     for source, entry in attributions(doc):
         base = source.relative_to(doc) / entry.get("Path", "")
@@ -287,16 +295,18 @@ def code_in_qt(folder, dlls):
 
 
 def contains(dll, text):
-    """Returns whether a DLL contains a text of official-qt.txt."""
+    """Returns whether a DLL contains a text or, as \\x{...}, the bytes given in official-qt.txt."""
     data = dll.read_bytes()
-    wanted = re.sub(rb"\\x([0-9a-f]{2})", lambda match: bytes.fromhex(match[1].decode()), text.encode())
+    wanted = re.sub(rb"\\x{([0-9a-f]+)}", lambda match: bytes.fromhex(match[1].decode()),
+                    text.encode())
     return wanted in data or text.encode("utf-16-le") in data
 
 
 def code_in_official_qt(folder, dlls):
-    """Describes the code of others in the official DLLs, by official-qt.txt."""
+    """Describes the third-party code in the official DLLs, from official-qt.txt."""
     doc = folder / "share/doc"
-    described = [*attributions(doc), *((doc / path, entry) for path, entry in NOT_DESCRIBED.items())]
+    described = [*attributions(doc),
+                 *((doc / path, entry) for path, entry in NOT_DESCRIBED.items())]
     dlls = {dll.name: dll for dll in dlls}
     known, users, versions = set(), {}, {}
     for line in read(pathlib.Path(__file__).with_name("official-qt.txt")).splitlines():
@@ -308,19 +318,24 @@ def code_in_official_qt(folder, dlls):
             continue
         versions[code], text = rest.split(maxsplit=1)
         if not contains(dlls[name], text):
-            sys.exit(f"{name} is not the one of Qt {OFFICIAL_QT}: it lacks {text}, which shows {code}")
+            sys.exit(f"{name} is not that of Qt {OFFICIAL_QT}: it lacks {text}, the evidence of "
+                     f"{code}")
         users.setdefault(code, []).append(name)
     ids = {entry["Id"] for _, entry in described}
     if ids != known:
         sys.exit(f"official-qt.txt and the source of Qt differ: {' '.join(sorted(ids ^ known))}")
-    return [attributed_component(doc, source, entry,
-                                 {"=": entry.get("Version", ""), "-": ""}.get(versions[code], versions[code]),
-                                 f"in {' and '.join(users[code])}")
-            for source, entry in described for code in [entry["Id"]] if code in users]
+    result = []
+    for source, entry in described:
+        code = entry["Id"]
+        if code in users:
+            version = {"=": entry.get("Version", ""), "-": ""}.get(versions[code], versions[code])
+            result.append(attributed_component(doc, source, entry, version,
+                                               f"in {' and '.join(users[code])}"))
+    return result
 
 
 def components(config, names):
-    """Lists what a package with files of these names contains, and what its files are compiled from."""
+    """Lists what a package with files of these names contains, and what they are compiled from."""
     flavour, qt = config["flavour"], pathlib.Path(config["qt"])
     dlls, shipped, result = [], {}, []
     if flavour != "linux":
@@ -339,7 +354,8 @@ def components(config, names):
         doc = pathlib.Path(config["sysroot"], "doc")
         source, version = read(doc / "llvm-source").split()
         result.append(Component(
-            "libc++ and compiler-rt", version, LICENCES[source], debian_purl(source, version, "source"),
+            "libc++ and compiler-rt", version, LICENCES[source],
+            debian_purl(source, version, "source"),
             "C++ library and, where functions need it, stack probe, linked into DLLs and programs",
             source=f"{source}={version}", texts=[read(doc / "LLVM-LICENSE.TXT")]))
     for name, use in COMPILED_FROM[flavour].items():
@@ -368,7 +384,7 @@ def notices(config, archive, names):
         lines += [f"  Texts:    {', '.join(numbers)}", ""]
         if component.note:
             lines += ["  " + line for line in component.note.splitlines()] + [""]
-    result = [f"Code of others in {archive}, or that its files are compiled from", "", SOURCES, *lines]
+    result = [f"Third-party code that {archive} contains or was compiled from", "", SOURCES, *lines]
     for number, text in enumerate(texts, 1):
         result += ["=" * 80, f"Text {number}", "=" * 80, "", text, ""]
     return "\n".join(line.rstrip() for line in "\n".join(result).splitlines()) + "\n"
@@ -385,7 +401,7 @@ def source_date(config):
 
 
 def sort_entries(archive, date):
-    """Writes the archive again, the same whatever its entries' order, dates and owners were."""
+    """Writes the archive again, independent of its entries' order, dates and owners."""
     with zipfile.ZipFile(archive) as file:
         entries = {entry.filename: (file.read(entry), entry.external_attr >> 16 & 0o100)
                    for entry in file.infolist() if not entry.is_dir()}
@@ -429,7 +445,7 @@ def sbom(config, archive, names, date):
                               {"algorithm": "SHA256", "checksumValue": sha256(path)}],
                 "licenseConcluded": part.licence, "copyrightText": "NOASSERTION"})
             relationships.append((part.spdx_id, "CONTAINS", f"SPDXRef-File-{path.name}"))
-        if part.originals: # SPDX requires the code of packages that contain files.
+        if part.originals:  # SPDX requires the code of packages that contain files.
             hashes = sorted(sha1(path.read_bytes()) for path in part.originals)
             described[-1].update(filesAnalyzed=True, packageVerificationCode={
                 "packageVerificationCodeValue": sha1("".join(hashes).encode())})
@@ -451,7 +467,7 @@ def sbom(config, archive, names, date):
 
 
 def finish(config, folder, archives):
-    """Sorts the archives' entries, and writes their SBOMs and SHA256SUMS of all archives in the folder."""
+    """Sorts the archives' entries, and writes their SBOMs and, for the whole folder, SHA256SUMS."""
     date = datetime.datetime.fromtimestamp(source_date(config), datetime.timezone.utc)
     for archive in archives:
         names = sort_entries(archive, date)
@@ -471,7 +487,8 @@ def main():
         names = {path.name for path in folder.rglob("*")}
         (folder / "THIRD-PARTY-NOTICES").write_text(notices(config, sys.argv[3], names), "utf-8")
     else:
-        finish(config, pathlib.Path(sys.argv[3]), [pathlib.Path(archive) for archive in sys.argv[4:]])
+        archives = [pathlib.Path(archive) for archive in sys.argv[4:]]
+        finish(config, pathlib.Path(sys.argv[3]), archives)
 
 
 if __name__ == "__main__":

@@ -11,12 +11,18 @@ while [[ ${1-} == --* ]]; do
     case $1 in
     --cache) shift; mkdir -p "$1"; shared_cache=$(realpath "$1") ;;
     --keep) keep=1 ;;
-    *) echo "bare-debian.sh: unknown option: $1" >&2 && exit 1 ;;
+    *)
+        echo "${0##*/}: unknown option: $1" >&2
+        exit 1
+        ;;
     esac
     shift
 done
 : "${1:?Usage: bare-debian.sh [--cache FOLDER] [--keep] COMMAND [ARGUMENT...]}"
-((EUID == 0)) || { echo "bare-debian.sh: this needs root, for chroot and mount" >&2 && exit 1; }
+if ((EUID != 0)); then
+    echo "${0##*/}: this needs root, for chroot and mount" >&2
+    exit 1
+fi
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 scripts/install-packages.sh --only git mmdebstrap
 
@@ -24,39 +30,42 @@ folder=$(mktemp -d "${TMPDIR:-/var/tmp}/zendel-bare.XXXXXX")
 root=$folder/root part='' namespaces=''
 finish() {
     if [[ -n $namespaces ]]; then
-        # With the first process in them, all others end.
-        kill -KILL "$(<"/proc/$namespaces/task/$namespaces/children")" ||
+        # When the first process in the namespaces ends, all others end.
+        kill -KILL "$(< "/proc/$namespaces/task/$namespaces/children")" ||
             kill -KILL "$namespaces" || true
         wait "$namespaces" || true
-    fi 2>/dev/null
-    [[ -z $keep ]] || { echo "The system is in $root" && return; }
-    rm -rf "$folder" "$part"
+    fi 2> /dev/null
+    if [[ -n $keep ]]; then
+        echo "The system is in $root"
+    else
+        rm -rf "$folder" "$part"
+    fi
 }
 trap finish EXIT
 
-# Only Debian's entries in this machine's configuration: other vendors' packages could hide what is
-# missing.
+# Prints only Debian's entries in this machine's configuration, because other vendors' packages
+# could hide what is missing.
 print_sources() {
     local options='[signed-by=/usr/share/keyrings/debian-archive-keyring.gpg]'
     apt-get indextargets 'Created-By: Packages' 'Origin: Debian' \
         --format "deb $options \$(REPO_URI) \$(RELEASE) \$(COMPONENT)" | sort -u | grep .
 }
 sources=$(print_sources) || sources=$(apt-get update -qq && print_sources)
-apt-config dump Acquire | grep -v ::IndexTargets >"$folder/apt.conf"
+apt-config dump Acquire | grep -v ::IndexTargets > "$folder/apt.conf"
 packages=()
 [[ $sources != *https://* ]] || packages=(--include=ca-certificates)
 
 cache=$(realpath -m "${ZENDEL_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/zendel}")
-key=$(cat scripts/bare-debian.sh "$folder/apt.conf" - <<<"$sources" | sha256sum | cut -c 1-16)
+key=$(cat scripts/bare-debian.sh "$folder/apt.conf" - <<< "$sources" | sha256sum | cut -c 1-16)
 base=$cache/bare-debian-$key.tar
 if [[ ! -e $base ]]; then
     echo "Building the base system, once: about a minute"
     mkdir -p "$cache"
     part=$(mktemp "$base.XXXXXX")
-    # Without this hook, it contains usrmerge, and so the whole of Perl.
+    # Without this hook, it contains usrmerge and therefore all of Perl.
     mmdebstrap --quiet --variant=apt --hook-dir=/usr/share/mmdebstrap/hooks/merged-usr \
-        "${packages[@]}" --aptopt="$folder/apt.conf" --format=tar bookworm "$part" - <<<"$sources"
-    rm -f "$cache"/bare-debian-*.tar # Those with other keys
+        "${packages[@]}" --aptopt="$folder/apt.conf" --format=tar bookworm "$part" - <<< "$sources"
+    rm -f "$cache"/bare-debian-*.tar # They have other keys.
     mv "$part" "$base"
 fi
 
@@ -68,10 +77,10 @@ cp -L /etc/resolv.conf /etc/hosts "$root/etc/"
 [[ ! -e /etc/pip.conf ]] || cp /etc/pip.conf "$root/etc/"
 [[ ! -e ~/.config/pip/pip.conf ]] ||
     install -D ~/.config/pip/pip.conf "$root/root/.config/pip/pip.conf"
-# The package ca-certificates, when it is installed, adds them to its own.
+# When the package ca-certificates is installed, it adds them to its own.
 [[ ! -d /usr/local/share/ca-certificates ]] ||
     cp -rL /usr/local/share/ca-certificates "$root/usr/local/share/"
-((${#packages[@]} == 0)) || chroot "$root" update-ca-certificates >/dev/null
+((${#packages[@]} == 0)) || chroot "$root" update-ca-certificates > /dev/null
 
 mapfile -t environment < <(env | grep -E '^((PIP|SSL)_[A-Z_]+|[A-Za-z]+_(proxy|PROXY)|TERM)=')
 environment+=(HOME=/root PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin)
@@ -84,10 +93,10 @@ enter() {
     mount --rbind /dev "$root/dev"
     mount -t tmpfs -o mode=1777 tmpfs "$root/dev/shm"
     if [[ -n $shared_cache ]]; then
-        mkdir -p "$root$shared_cache" # The same path, because Qt's files contain it
+        mkdir -p "$root$shared_cache" # Qt's files contain this path.
         mount --bind "$shared_cache" "$root$shared_cache"
     fi
-    # bash starts background processes with these signals ignored.
+    # bash makes background processes ignore these signals.
     chroot "$root" env -i --chdir=/root/zendel --default-signal=INT,QUIT "$@"
 }
 export -f enter
@@ -98,5 +107,5 @@ unshare --mount --pid --ipc --fork --kill-child bash -c 'enter "$@"' - \
 namespaces=$! status=0
 wait "$namespaces" || status=$?
 namespaces=''
-echo "bare-debian.sh: exit code $status after $SECONDS seconds: $*"
+echo "${0##*/}: exit code $status after $SECONDS seconds: $*"
 ((status == 0)) || exit "$status"

@@ -2,25 +2,25 @@
 # build.sh PRESET [CMAKE-OPTION...]: installs missing packages and, for a Windows preset, builds or
 # fetches Qt if it is missing; then configures and builds the preset.
 set -euo pipefail
-cd "$(dirname "$0")/.."
-preset=$1
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+preset=${1:?Usage: build.sh PRESET [CMAKE-OPTION...]}
 shift
 
-platform=${preset%%-*} options=("$@")
-scripts/install-packages.sh "$platform"
+flavour=${preset%%-*} options=("$@")
+scripts/install-packages.sh "$flavour"
 
-case $platform in
+case $flavour in
 msvc)
     : "${ZENDEL_QT_MSVC:=$(toolchain/qt-msvc.sh)}"
     export ZENDEL_QT_MSVC
-    toolchain/msvc-sysroot.sh >/dev/null
+    toolchain/msvc-sysroot.sh > /dev/null
     ;;
 mingw)
     ZENDEL_QT_MINGW=$(toolchain/qt-mingw.sh)
     export ZENDEL_QT_MINGW
     ;;
 esac
-if [[ $platform != linux ]]; then
+if [[ $flavour != linux ]]; then
     options+=(-U 'Qt5*_DIR') # The cache may refer to an earlier build of Qt.
 fi
 cmake --preset "$preset" "${options[@]}"

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # coverage.sh [CTEST-OPTION...]: runs the tests on Linux and prints the plug-in's line and branch
-# coverage. Fails if a test fails or the coverage is not complete.
+# coverage. Fails if a test fails or the coverage isn't complete.
 set -euo pipefail
-cd "$(dirname "$0")/.."
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 scripts/build.sh linux-coverage
-# Counts are added to these files whenever the plug-in is unloaded.
+# Whenever the plug-in is unloaded, it adds its counts to these files.
 find build/linux-coverage -name '*.gcda' -delete
 ctest --preset linux-coverage "$@"
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# install-packages.sh [mingw|msvc]: installs missing Debian packages for building, tests and the
-# demo, as root or with sudo; with "mingw" or "msvc" also those for that Windows build.
+# install-packages.sh [linux|mingw|msvc]: installs missing Debian packages for building, tests and
+# the demo, as root or with sudo; with "mingw" or "msvc", also those for that flavour.
 # install-packages.sh --only PACKAGE...: installs those of the given packages that are missing.
 # toolchain/qt-mingw.sh installs the packages for building Qt.
 set -euo pipefail
@@ -14,7 +14,7 @@ packages=(
     openbox xvfb
     fonts-dejavu-core fonts-noto-cjk fonts-tlwg-loma-ttf
     # Tests and source checks
-    binutils gcovr git libbenchmark-dev libxcb-xtest0-dev python3 valgrind
+    binutils flake8 gcovr git libbenchmark-dev libxcb-xtest0-dev python3 shellcheck valgrind
     clang clang-format clang-tidy cppcheck
     doxygen gettext libclang-rt-dev qttranslations5-l10n tidy
 )
@@ -35,7 +35,7 @@ esac
 
 missing=()
 for package in "${packages[@]}"; do
-    if [[ $(dpkg-query -W -f '${Status}' "$package" 2>/dev/null) != *" ok installed" ]]; then
+    if [[ $(dpkg-query -W -f '${Status}' "$package" 2> /dev/null) != *" ok installed" ]]; then
         missing+=("$package")
     fi
 done
@@ -43,8 +43,8 @@ done
 
 as_root=()
 if ((EUID != 0)); then
-    if ! command -v sudo >/dev/null; then
-        echo "Missing packages: ${missing[*]}" >&2
+    if ! command -v sudo > /dev/null; then
+        echo "${0##*/}: these packages are missing: ${missing[*]}" >&2
         echo "Install them as root, or install sudo." >&2
         exit 1
     fi

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # valgrind.sh [TEST...]: runs tests under Memcheck, by default the three listed below. Fails if one
-# fails or has an error or definite leak not suppressed in tests/valgrind.supp. Takes minutes.
+# fails or has an error or definite leak that tests/valgrind.supp doesn't suppress. Takes minutes.
 set -euo pipefail
-cd "$(dirname "$0")/.."
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 scripts/install-packages.sh linux
 cmake --preset linux
@@ -10,7 +10,7 @@ cmake --build --preset linux
 
 (($#)) || set -- tst_Zendel tst_random_walk tst_damaged_translations
 
-# Fewer steps, and neither OpenGL nor compiled regular expressions, which Memcheck does not support.
+# Fewer steps, and neither OpenGL nor compiled regular expressions, which Memcheck doesn't support.
 export ZENDEL_STEPS=300 QTEST_FUNCTION_TIMEOUT=3600000
 export QT_XCB_GL_INTEGRATION=none QT_ENABLE_REGEXP_JIT=0
 export QT_NO_GLIB=1 # GLib leaks memory for each thread that still runs at exit.

@@ -2,10 +2,11 @@
 # wine.sh [--visible | --plain] [--runtime FOLDER] PROGRAM [ARGUMENT...]
 # wine.sh [--visible | --plain] [--runtime FOLDER] --session COMMAND [ARGUMENT...]
 # Runs a Windows program in a new Wine and exits with the program's code. With --session, runs a
-# Linux command, and all Windows programs that it starts with wine.sh share one Wine. The windows are
-# on a virtual display, with --visible on the real one. With --plain, the display has a window manager,
-# and Wine the fonts and settings of a new installation, also inside a session. The DLLs in the folder
-# replace Wine's own in system32, where an installer would put them.
+# Linux command, and all Windows programs that it starts with wine.sh share one Wine.
+#   --visible         shows the windows on the real display instead of a virtual one
+#   --plain           gives the virtual display a window manager, and Wine the fonts and settings of
+#                     a new installation, also inside a session
+#   --runtime FOLDER  copies the folder's DLLs over Wine's in system32, as an installer would
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 
@@ -26,14 +27,14 @@ fi
 # The binary itself, because Debian's wrapper complains if 32-bit Wine is missing.
 wine=/usr/lib/wine/wine64
 [[ -x $wine ]] || wine=$(command -v wine64 || command -v wine) || {
-    echo "wine.sh: Wine is not installed; install the package wine64" >&2
+    echo "${0##*/}: Wine isn't installed; install the package wine64" >&2
     exit 1
 }
 
 if [[ ${1-} != --session ]]; then
     if [[ -n ${ZENDEL_WINE_SESSION-} ]]; then
-        # Rarely, Wine ends at once and without a message, before it has started the program. Both
-        # outputs pass through tee, which shows whether there was one.
+        # Rarely, Wine exits at once, without a message and before it has started the program. Both
+        # outputs pass through tee, whose files show whether there was a message.
         folder=$(mktemp -d "$WINEPREFIX/run.XXXXXX")
         started=${EPOCHREALTIME//[.,]/} status=0
         { "$wine" "$@" 2>&1 >&3 3>&- | tee "$folder/err" >&2 3>&-; } 3>&1 | tee "$folder/out" ||
@@ -42,7 +43,7 @@ if [[ ${1-} != --session ]]; then
         [[ -s $folder/out || -s $folder/err ]] || silent=1
         rm -r "$folder"
         if [[ -n $silent ]] && ((status != 0 && ${EPOCHREALTIME//[.,]/} - started < 100000)); then
-            echo "$1: exit code $status" >>"$WINEPREFIX.again"
+            echo "$1: exit code $status" >> "$WINEPREFIX.again"
             exec "$wine" "$@"
         fi
         exit "$status"
@@ -55,7 +56,7 @@ fi
 shift
 
 export ZENDEL_WINE_SESSION=1 WINEDEBUG=-all LC_ALL=C.UTF-8
-# Without .NET and the browser, which Wine would offer to download, and without menu entries.
+# Disables .NET and the browser, which Wine would offer to download, and menu entries.
 WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe=d'
 if [[ -n ${ZENDEL_WINE_RUNTIME-} ]]; then
     for dll in "$ZENDEL_WINE_RUNTIME"/*.dll; do
@@ -70,7 +71,7 @@ finish() {
     "$server" -k || true
     rm -rf "$WINEPREFIX" || true # A program may still be writing there.
     if [[ -e $WINEPREFIX.again ]]; then
-        echo "wine.sh: Wine ended at once and was started again $(wc -l <"$WINEPREFIX.again") times:"
+        echo "${0##*/}: Wine exited at once and was restarted $(wc -l < "$WINEPREFIX.again") times:"
         cat "$WINEPREFIX.again"
         rm "$WINEPREFIX.again"
     fi >&2
@@ -78,9 +79,9 @@ finish() {
 trap finish EXIT
 
 # One server for the whole run; otherwise it would be restarted for each program.
-if ! { "$server" -p && "$wine" wineboot --init; } >"$WINEPREFIX.log" 2>&1; then
+if ! { "$server" -p && "$wine" wineboot --init; } > "$WINEPREFIX.log" 2>&1; then
     cat "$WINEPREFIX.log" >&2
-    echo "wine.sh: Wine did not start" >&2
+    echo "${0##*/}: Wine didn't start" >&2
     exit 1
 fi
 rm "$WINEPREFIX.log"
@@ -89,17 +90,17 @@ if [[ -n ${ZENDEL_WINE_RUNTIME-} ]]; then
 fi
 
 set_value() {
-    "$wine" reg add "$1" /v "$2" /d "$3" /f >/dev/null
+    "$wine" reg add "$1" /v "$2" /d "$3" /f > /dev/null
 }
 if [[ -n ${ZENDEL_VIRTUAL_DISPLAY-} && -z ${ZENDEL_WINE_PLAIN-} ]]; then
     # There is no window manager, so Wine has to place and focus the windows itself.
     set_value 'HKCU\Software\Wine\X11 Driver' Managed N
 fi
 # By default, Qt Test writes to the debugger on Windows. The variable is set in the registry because
-# Wine does not pass QT_ variables from the environment.
+# Wine doesn't pass QT_ variables from the environment.
 set_value 'HKCU\Environment' QT_FORCE_STDERR_LOGGING 1
 if [[ -z ${ZENDEL_WINE_PLAIN-} ]]; then
-    # The symbols in title bars are in Marlett, which this Wine does not find by itself. Everything
+    # The symbols in title bars are in Marlett, which this Wine doesn't find by itself. Everything
     # else is in Tahoma, which lacks Chinese and is therefore replaced.
     ln -s /usr/share/wine/fonts/marlett.ttf "$WINEPREFIX/drive_c/windows/Fonts/"
     set_value 'HKCU\Software\Wine\Fonts\Replacements' Tahoma 'Noto Sans CJK SC'

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # clang-tidy-mingw.sh ARGUMENT...: runs clang-tidy on a source for MinGW-w64, in the preset
-# mingw-tidy. Adds the target and the folders of GCC's C++ library, which Clang does not find, and
-# removes an option that Clang does not know.
+# mingw-tidy. Adds the target and the folders of GCC's C++ library, which Clang doesn't find, and
+# removes an option that Clang doesn't know.
 set -euo pipefail
 
 arguments=()

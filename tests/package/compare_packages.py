@@ -20,8 +20,8 @@ with tempfile.TemporaryDirectory() as folder:
                 archive.writestr(zipfile.ZipInfo(name, date), content)
 
     def check(status, text):
-        result = subprocess.run([sys.executable, script, first, second], capture_output=True, text=True,
-                                check=False)
+        result = subprocess.run([sys.executable, script, first, second], capture_output=True,
+                                text=True, check=False)
         assert (result.returncode, text in result.stdout) == (status, True), f"{text}: {result}"
 
     write(first, ENTRIES)
@@ -35,7 +35,7 @@ with tempfile.TemporaryDirectory() as folder:
             (1, "The order of the entries differs", ENTRIES[::-1])):
         write(second, entries)
         check(status, text)
-    second.write_bytes(first.read_bytes() + b"x") # Appended bytes are not part of an entry.
+    second.write_bytes(first.read_bytes() + b"x")  # Appended bytes are not part of an entry.
     check(1, "first.zip differs at byte ")
     second.write_bytes(b"no archive")
     check(1, "first.zip differs at byte 0x0; ")

@@ -2,16 +2,16 @@
 """headers_in_notices.py NINJA BUILD_DIR SOURCE_DIR: fails if what is packed includes a header of a
 Debian package that is not in third_party.py's table."""
 
+import importlib
 import json
 import pathlib
 import re
-import subprocess
 import sys
 
 ninja, build, source = sys.argv[1:]
 sys.dont_write_bytecode = True
 sys.path.append(f"{source}/packaging")
-import third_party  # pylint: disable=wrong-import-position
+third_party = importlib.import_module("third_party")
 
 PACKED = re.compile(r"(CMakeFiles|langcheck|examples)/")
 
@@ -43,5 +43,6 @@ listed = third_party.COMPILED_FROM[config["flavour"]]
 missing = [f"{package}, for example {header}" for package, header in owners.items()
            if package not in listed]
 if missing or len(headers) < 50:
-    sys.exit("\n".join(["Not in the notices:", *missing]) if missing else f"only {len(headers)} headers")
+    sys.exit("\n".join(["Not in the notices:", *missing]) if missing
+             else f"only {len(headers)} headers")
 print(f"{len(headers)} headers of {', '.join(sorted(owners))}")

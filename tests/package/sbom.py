@@ -15,7 +15,8 @@ for file in map(pathlib.Path, sys.argv[1:]):
     own = {info["licenseId"] for info in document.get("hasExtractedLicensingInfos", [])}
     for package in document["packages"]:
         for name in ("licenseDeclared", "licenseConcluded"):
-            licence = re.sub(r"LicenseRef-[\w.-]+", lambda m: "MIT" if m[0] in own else m[0], package[name])
+            licence = re.sub(r"LicenseRef-[\w.-]+", lambda m: "MIT" if m[0] in own else m[0],
+                             package[name])
             if licence != "NOASSERTION":
                 errors += licensing.validate(licence).errors
         # The first package is the archive itself.

@@ -3,18 +3,19 @@
 imports.py --mingw BUILD-FOLDER NEWER
 imports.py --update QT-FOLDER... > NEWER
 
-Official builds of Qt 5 are binary compatible, but only upwards, and programs find functions in them by
-name. Fails unless what the plug-in and the programs in BUILD-FOLDER import from Qt
+Official builds of Qt 5 are binary compatible, but only upwards, and programs find functions in them
+by name. Fails unless what the plug-in and the programs in BUILD-FOLDER import from Qt
 - is exported by Qt's DLLs in QT-FOLDER;
-- is in the list of PAGE, which host developers can compare with their Qt, if the plug-in imports it, and
-  nothing else is;
-- is in each official version since 5.6, if it is imported by the plug-in or another program that runs on
-  these: it isn't in the file NEWER, which --update makes from the DLLs of all versions, oldest first;
+- is in the list of PAGE, which host developers can compare with their Qt, if the plug-in imports
+  it, and nothing else is;
+- is in each official version since 5.6, if it is imported by the plug-in or another program that
+  runs on these: it isn't in the file NEWER, which --update makes from the DLLs of all versions,
+  oldest first;
 - has no type of the C++ standard library, because those differ between compilers, except for
   std::initializer_list, which has Microsoft's layout here.
 
-There is no official build for MinGW to compare with. --mingw compares the C++ names of what the plug-in,
-langcheck and the example host import with those of the functions in NEWER.
+There is no official build for MinGW to compare with. --mingw compares the C++ names of what the
+plug-in, langcheck and the example host import with those of the functions in NEWER.
 """
 
 import pathlib
@@ -50,15 +51,17 @@ def exports(folder):
         # Without pefile's limit of 8192
         dll = pefile.PE(path, fast_load=True, max_symbol_exports=0x10000)
         dll.parse_data_directories(pefile.DIRECTORY_ENTRY["IMAGE_DIRECTORY_ENTRY_EXPORT"])
-        lines |= {f"{path.name} {symbol.name.decode()}" for symbol in dll.DIRECTORY_ENTRY_EXPORT.symbols}
+        lines |= {f"{path.name} {symbol.name.decode()}"
+                  for symbol in dll.DIRECTORY_ENTRY_EXPORT.symbols}
     return lines
 
 
 def update(folders):
-    """Prints what the last version exports, but not each one, with the version that has it since."""
+    """Prints what the last version exports but not each one, with the version that added it."""
     names = [re.search(r"qt-msvc-([\d.]+)", folder)[1] for folder in folders]
     versions = [exports(folder) for folder in folders]
-    print(f"Functions of Qt {names[-1]} for MSVC that an older official build lacks, after the version since")
+    print(f"Functions of Qt {names[-1]} for MSVC that an older official build lacks, after the "
+          "version since")
     print(f"which they are in each one. Compared: {', '.join(names)}.\n")
     lines = []
     for line in versions[-1]:
@@ -112,7 +115,8 @@ def main():
     plugin = found["Zendel"]
     for line in sorted(plugin ^ set(read(page))):
         failures.append(f"{line}: {'not in' if line in plugin else 'only in'} {page}")
-    failures += [f"{name}: not found, or imports nothing" for name in ON_EVERY_QT if not found.get(name)]
+    failures += [f"{name}: not found, or imports nothing"
+                 for name in ON_EVERY_QT if not found.get(name)]
     if not newer:
         failures.append("the list of newer functions is empty")
     if failures:

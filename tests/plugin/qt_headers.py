@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """qt_headers.py QT-FOLDER CLANG-CONFIG
 
-The headers in QT-FOLDER are Debian's, whose Qt 5.15 is newer than the official DLLs next to them. Fails
-unless the DLLs export every function that the headers declare and don't define, so that no function is
-missed when it is used for the first time. Destructors are left out, because libclang gives them another
-symbol.
+The headers in QT-FOLDER are Debian's, whose Qt 5.15 is newer than the official DLLs next to them.
+Fails unless the DLLs export every function that the headers declare and don't define, so that no
+function is missing when it is used for the first time. Destructors are left out, because libclang
+gives them another symbol.
 """
 
 import pathlib
@@ -69,8 +69,8 @@ for cursor in imported(unit.cursor):
         continue
     count += 1
     if symbol not in symbols:
-        failures.append(f"{cursor.location.file}:{cursor.location.line}: {cursor.displayname}: {symbol} "
-                        "is not exported")
+        failures.append(f"{cursor.location.file}:{cursor.location.line}: {cursor.displayname}: "
+                        f"{symbol} is not exported")
 if count < 13000:
     failures.append(f"only {count} functions were found")
 if failures:

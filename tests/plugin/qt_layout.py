@@ -61,7 +61,8 @@ def layouts(source, qt):
     dump = dump.replace(qt, "<Qt>")
     result = {}
     for block in re.split(r"\n\s*\n", dump):
-        name = re.search(r"^\s+0 \| (.+?)(?: \(empty\))?$|^(V.+ for .+) \(\d+ entr", block, re.MULTILINE)
+        name = re.search(r"^\s+0 \| (.+?)(?: \(empty\))?$|^(V.+ for .+) \(\d+ entr", block,
+                         re.MULTILINE)
         if name:
             result[name[1] or name[2]] = block.strip()
     return result

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """official_qt.py BUILD-FOLDER SOURCE-FOLDER VERSION LAUNCHER...
 
-Installs the self-test and replaces Qt in it by that official version. Fails unless the tests of the built
-plug-in pass on it. LAUNCHER starts Windows programs.
+Installs the self-test and replaces its Qt with that official version. Fails unless the tests of the
+built plug-in pass on it. LAUNCHER starts Windows programs.
 """
 
 import pathlib
@@ -19,8 +19,8 @@ root = pathlib.Path(build, f"tests/selftest/qt-{version}")
 qt = subprocess.run([f"{source}/toolchain/qt-msvc.sh", version], check=True, stdout=subprocess.PIPE,
                     text=True).stdout.strip()
 shutil.rmtree(root, ignore_errors=True)
-subprocess.run(["cmake", "--install", build, "--component", "selftest", "--prefix", root], check=True,
-               stdout=subprocess.DEVNULL)
+subprocess.run(["cmake", "--install", build, "--component", "selftest", "--prefix", root],
+               check=True, stdout=subprocess.DEVNULL)
 for path in (root / "bin").rglob("q*.dll"):
     path.unlink()
 for path in (root / "bin").glob("Qt5*.dll"):
@@ -30,8 +30,9 @@ for folder in ("bin", "plugins"):
 
 # A file, because a pipe would stay open as long as the desktop that Wine may start.
 with tempfile.TemporaryFile() as output:
-    status = subprocess.run([*launcher, root / "bin/selftest.exe", *TESTS], stdin=subprocess.DEVNULL,
-                            stdout=output, stderr=subprocess.STDOUT, check=False).returncode
+    status = subprocess.run([*launcher, root / "bin/selftest.exe", *TESTS], check=False,
+                            stdin=subprocess.DEVNULL, stdout=output,
+                            stderr=subprocess.STDOUT).returncode
     output.seek(0)
     printed = output.read().decode("utf-8", "replace")
 report = root / "report.txt"

@@ -54,16 +54,19 @@ subprocess.run([cpack, "--config", f"{build}/CPackConfig.cmake", "-B", work, "-D
 zipfile.ZipFile(work / package).extractall(root)
 
 notices = (root / "THIRD-PARTY-NOTICES").read_text("utf-8")
-named = {name for line in notices.splitlines() if line.startswith("  Files:") for name in line.split()}
+named = {name for line in notices.splitlines() if line.startswith("  Files:")
+         for name in line.split()}
 dlls = {path.name for path in root.rglob("*.dll")}
 own = {"Zendel.dll", "plugin_without_functions.dll", "plugin_without_release.dll"}
 assert dlls - own <= named and "Qt5Core.dll" in named, f"not in the notices: {dlls - own - named}"
 # For MSVC, the package has the official DLLs.
-hashes = {name: digest for digest, name in re.findall(r"^  SHA-256:  (\w+)  (\S+)$", notices, re.MULTILINE)}
+hashes = {name: digest for digest, name in re.findall(r"^  SHA-256:  (\w+)  (\S+)$", notices,
+                                                      re.MULTILINE)}
 assert ("Qt5Core.dll" in hashes) == ("msvc" in package), f"hashes of {list(hashes)}"
 for path in root.rglob("*.dll"):
     if path.name in hashes:
-        assert hashlib.sha256(path.read_bytes()).hexdigest() == hashes[path.name], f"{path} was changed"
+        digest = hashlib.sha256(path.read_bytes()).hexdigest()
+        assert digest == hashes[path.name], f"{path} was changed"
 
 for path in root.rglob("*"):
     assert path.is_dir() or build.encode() not in path.read_bytes(), f"{path} contains {build}"

@@ -2,8 +2,8 @@
 """symbols.py LIBRARY... -- FUNCTION...
 
 Prints the symbol of each C++ function, for example of "QWidget::winId() const", in libraries of any
-C++ ABI. A test that replaces a function needs it for the linker or the import table, and writes it as
-C++ does.
+C++ ABI. A test that replaces a function needs it for the linker or the import table, and writes it
+as C++ does.
 """
 
 import ctypes
@@ -35,8 +35,8 @@ def undecorate(symbol):
     """Returns the C++ name of a symbol of Microsoft's ABI. Works only on Windows."""
     no_return_type, no_access_specifier, no_member_type = 0x4, 0x80, 0x200
     name = ctypes.create_string_buffer(4096)
-    ctypes.windll.dbghelp.UnDecorateSymbolName(symbol.encode(), name, len(name),
-                                               no_return_type | no_access_specifier | no_member_type)
+    ctypes.windll.dbghelp.UnDecorateSymbolName(
+        symbol.encode(), name, len(name), no_return_type | no_access_specifier | no_member_type)
     return name.value.decode()
 
 
@@ -48,11 +48,12 @@ def normalize(name):
 def exported(library):
     """Returns the C++ symbols that a DLL or a Linux library exports."""
     if library.endswith(".dll"):
-        import pefile # Not needed on Linux
+        import pefile  # Not needed on Linux
         # Without pefile's limit of 8192, because Qt5Widgets.dll may export more.
         dll = pefile.PE(library, fast_load=True, max_symbol_exports=0x10000)
         dll.parse_data_directories(pefile.DIRECTORY_ENTRY["IMAGE_DIRECTORY_ENTRY_EXPORT"])
-        symbols = {symbol.name.decode() for symbol in dll.DIRECTORY_ENTRY_EXPORT.symbols if symbol.name}
+        symbols = {symbol.name.decode()
+                   for symbol in dll.DIRECTORY_ENTRY_EXPORT.symbols if symbol.name}
     else:
         # A version follows the name.
         symbols = {line.split()[-1].split("@")[0]
@@ -67,7 +68,7 @@ def main():
     for library in libraries:
         names = exported(library)
         for name, symbol in zip(demangle(names), names):
-            symbols.setdefault(name, symbol) # Of a constructor's two, the first one: C1 is whole.
+            symbols.setdefault(name, symbol)  # Of a constructor's two, the first one: C1 is whole.
     for function in sys.argv[separator + 1:]:
         symbol = symbols.get(normalize(function))
         if not symbol:

@@ -1,7 +1,6 @@
-# Toolchain file: 64-bit Windows programs with Microsoft's C++ ABI, built on Linux with Clang.
-#
-# CMAKE_PREFIX_PATH is the folder that toolchain/qt-msvc.sh prints, or that of an installed kit of Qt 5.15
-# for MSVC.
+# Toolchain file for building 64-bit Windows programs with Microsoft's C++ ABI on Linux, with Clang.
+# Set CMAKE_PREFIX_PATH to the folder that toolchain/qt-msvc.sh prints, or to that of an installed
+# kit of Qt 5.15 for MSVC.
 
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
@@ -26,8 +25,8 @@ set(CMAKE_MT llvm-mt-19)
 set(CMAKE_RC_COMPILER llvm-rc-19)
 set(CMAKE_RC_FLAGS_INIT "-I /usr/include/wine/wine/windows")
 
-# Programs run during the build (moc, uic, rcc) and are Linux ones; headers, libraries and packages
-# must never be those of this machine.
+# Programs such as moc run during the build, so they are this machine's. Headers, libraries and
+# packages never are.
 set(Qt5_DIR ${CMAKE_CURRENT_LIST_DIR}/qt)
 set(CMAKE_FIND_ROOT_PATH ${CMAKE_PREFIX_PATH})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
@@ -35,5 +34,5 @@ set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
-# CTest starts the programs by this script, in a Wine of their own.
+# CTest runs programs with this script.
 set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/../../scripts/wine.sh)

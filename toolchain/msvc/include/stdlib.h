@@ -1,4 +1,4 @@
-// What libc++ and Qt need and Wine's header lacks. Its EXIT_FAILURE is -1.
+// Adds what libc++ and Qt need and Wine's header lacks. There, EXIT_FAILURE is -1.
 #pragma once
 #include_next <stdlib.h>
 

@@ -1,4 +1,4 @@
-// What libc++ and Qt need and Wine's header lacks.
+// Adds what libc++ and Qt need and Wine's header lacks.
 #pragma once
 #include_next <time.h>
 

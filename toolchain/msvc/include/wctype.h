@@ -1,4 +1,4 @@
-// What libc++ needs and Wine's header lacks.
+// Adds what libc++ needs and Wine's header lacks.
 #pragma once
 #include_next <wctype.h>
 

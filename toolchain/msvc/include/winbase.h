@@ -1,5 +1,5 @@
-// Wine's header defines the macro behind a structure with a member of the same name. With
-// Microsoft's, the macro comes first and renames the member as well.
+// Wine's header defines the macro after a structure with a member of the same name. In Microsoft's
+// header, the macro comes first and so renames the member as well.
 #ifdef UNICODE
 #    define DeleteFile DeleteFileW
 #else

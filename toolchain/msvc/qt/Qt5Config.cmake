@@ -1,6 +1,6 @@
-# Finds an official Qt 5.15 for MSVC: the folder in CMAKE_PREFIX_PATH with bin, include and lib, which
-# toolchain/qt-msvc.sh makes or which is an installed kit. Its own CMake packages would start Windows
-# programs. moc, rcc and uic are this machine's.
+# Finds an official Qt 5.15 for MSVC, from toolchain/qt-msvc.sh or an installed kit: the folder in
+# CMAKE_PREFIX_PATH with bin, include and lib. A kit's own CMake packages would start Windows
+# programs; here, moc, rcc and uic are this machine's.
 
 set(Qt5_VERSION 5.15.2)
 foreach(module IN ITEMS Core Gui Widgets Test)
@@ -17,7 +17,7 @@ find_path(include QtCore/qglobal.h REQUIRED NO_CACHE
           NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH PATHS ${CMAKE_PREFIX_PATH} PATH_SUFFIXES include)
 get_filename_component(qt ${include} DIRECTORY)
 
-# The programs and the macros of Debian's Qt
+# Programs and macros from Debian's Qt
 set(tools /usr/lib/qt5/bin)
 foreach(tool IN ITEMS moc rcc uic)
     add_executable(Qt5::${tool} IMPORTED)
@@ -50,7 +50,7 @@ add_module(Core)
 add_module(Gui Core)
 add_module(Widgets Gui Core)
 add_module(Test Core)
-# Programs with windows only have main(), too.
+# Windowed programs also begin with main().
 set_target_properties(Qt5::Core PROPERTIES INTERFACE_LINK_OPTIONS
     "$<$<BOOL:$<TARGET_PROPERTY:WIN32_EXECUTABLE>>:LINKER:-entry:mainCRTStartup>")
 

@@ -1,5 +1,5 @@
 // The destructors of static objects are registered by atexit(). Those of a DLL have to run when it
-// is unloaded, so each module keeps a table of its own.
+// is unloaded, so each module has its own table.
 #include "startup.h"
 
 typedef struct
@@ -7,7 +7,7 @@ typedef struct
     Initializer *first, *last, *end;
 } OnexitTable;
 
-// Of the Universal C run-time library
+// From the Universal C run-time library
 int _crt_atexit(Initializer function);
 int _initialize_onexit_table(OnexitTable *table);
 int _register_onexit_function(OnexitTable *table, FallibleInitializer function);

@@ -28,7 +28,7 @@ _DllMainCRTStartup(HINSTANCE instance, DWORD reason, void *reserved)
 
     const BOOL succeeded = DllMain(instance, reason, reserved);
     const BOOL failed = reason == DLL_PROCESS_ATTACH && !succeeded;
-    if (failed) // Like Microsoft's library, and not once more if Windows calls this function again.
+    if (failed) // Like Microsoft's library, but only once, even if Windows calls this again
         DllMain(instance, DLL_PROCESS_DETACH, reserved);
     if (failed || reason == DLL_PROCESS_DETACH) {
         run_atexit_functions();

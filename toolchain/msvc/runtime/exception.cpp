@@ -1,5 +1,5 @@
 // libc++'s src/exception.cpp without Microsoft's C++ library (msvcp140.dll), which it would use for
-// std::exception_ptr. Condition variables refer to it by way of std::future, but never store an
+// std::exception_ptr. Condition variables refer to it through std::future, but never store an
 // exception, so here it is always null.
 #include <cstdlib>
 #include <cwchar>

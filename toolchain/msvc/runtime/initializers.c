@@ -10,11 +10,11 @@ static __declspec(allocate(".CRT$XIZ")) FallibleInitializer last_c = 0;
 static __declspec(allocate(".CRT$XCA")) Initializer first_cxx = 0;
 static __declspec(allocate(".CRT$XCZ")) Initializer last_cxx = 0;
 
-// Of the Universal C run-time library
+// From the Universal C run-time library
 int _initterm_e(FallibleInitializer *first, FallibleInitializer *last);
 void _initterm(Initializer *first, Initializer *last);
 
-// Thread-local variables need the TLS directory, which is mingw-w64's.
+// Thread-local variables need the TLS directory, which comes from mingw-w64.
 #pragma comment(linker, "/include:_tls_used")
 
 // The compiler's name for the function that touches each page of a large stack frame.

@@ -2,7 +2,7 @@
 
 #include <stdlib.h>
 
-// Of the Universal C run-time library
+// From the Universal C run-time library
 void _set_app_type(int type);
 int _configure_narrow_argv(int mode);
 int _initialize_narrow_environment(void);

@@ -7,8 +7,8 @@
 
 enum { UNINITIALIZED = 0, BEING_INITIALIZED = -1 };
 
-// The compiler's names. An initialized object's guard is the global epoch of that moment; a thread
-// whose epoch isn't older has seen the object and doesn't ask again.
+// The compiler uses these names. An initialized object's guard is the global epoch of that moment;
+// a thread whose epoch isn't older has seen the object and doesn't ask again.
 int _Init_global_epoch = INT_MIN;
 __declspec(thread) int _Init_thread_epoch = INT_MIN;
 
@@ -39,7 +39,7 @@ void _Init_thread_footer(int *guard)
     WakeAllConditionVariable(&changed);
 }
 
-/// Ends an initialization that has thrown; the next caller tries again.
+/// Ends an initialization that threw an exception; the next caller tries again.
 void _Init_thread_abort(int *guard)
 {
     AcquireSRWLockExclusive(&lock);

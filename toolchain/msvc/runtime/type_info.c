@@ -1,6 +1,6 @@
-// The virtual table that every type descriptor points to. The compiler never emits it, because it
-// is that of a class of the run-time library. Nobody deletes a type descriptor, or asks for the
-// type of one, for which the table would need a locator in front.
+// The virtual table that every type descriptor points to. The compiler never emits it, because its
+// class belongs to the run-time library. Nobody deletes a type descriptor, or asks for its type,
+// which would require a locator before the table.
 static void *scalar_deleting_destructor(void *self, unsigned flags)
 {
     (void)flags;

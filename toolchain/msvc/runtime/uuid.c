@@ -1,5 +1,5 @@
-// The identifiers of COM classes and interfaces, which Microsoft has in uuid.lib and
-// dxguid.lib. mingw-w64's libraries don't serve, because some of their identifiers may not be
+// The identifiers of COM classes and interfaces, which Microsoft defines in uuid.lib and
+// dxguid.lib. mingw-w64's libraries can't be used, because some of their identifiers mustn't be
 // defined in another object as well.
 #include <initguid.h>
 

@@ -1,11 +1,11 @@
-// The entry point of a program with windows only.
+// The entry point of a program without a console.
 #include "startup.h"
 
 #include <windows.h>
 
 #include <stdlib.h>
 
-// Of the Universal C run-time library
+// From the Universal C run-time library
 char *_get_narrow_winmain_command_line(void);
 
 __attribute__((no_stack_protector)) // The cookie changes while it runs.

@@ -31,8 +31,8 @@ echo "flake8: ${#python[@]} Python files"
 flake8 "${python[@]}" || fail "flake8 has findings"
 
 echo "Line length: ${#lines[@]} files"
-# -I skips images and UTF-16.
-if LC_ALL=C.UTF-8 grep -InE '^.{101}' "${lines[@]}" | cut -c 1-120; then
+# -I skips images and UTF-16. Markdown can't wrap the rows of tables.
+if LC_ALL=C.UTF-8 grep -InE '^[^|].{100}' "${lines[@]}" | cut -c 1-120; then
     fail "these lines have more than 100 columns"
 fi
 

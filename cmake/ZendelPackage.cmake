@@ -25,6 +25,9 @@ install(FILES plugin/IHostMachine.h plugin/IZendelMgr.h
 install(FILES CHANGELOG.md README.md DESTINATION ${data_folder} COMPONENT plugin)
 install(DIRECTORY docs/ DESTINATION ${data_folder}/docs COMPONENT plugin
         FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
+# What a host may copy
+install(FILES examples/host/LanguageFile.cpp examples/host/LanguageFile.h
+        DESTINATION ${data_folder}/examples/host COMPONENT plugin)
 write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/ZendelConfigVersion.cmake
     COMPATIBILITY SameMajorVersion ARCH_INDEPENDENT)
 install(FILES cmake/ZendelConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/ZendelConfigVersion.cmake

@@ -1,5 +1,5 @@
 # Fails unless the program in docs/host-developer.md builds as described there, reports a missing
-# plug-in, and with a plug-in and a simulated operator prints what the page shows.
+# plug-in, and with a plug-in and a simulated operator prints what the page shows and stores the language.
 # outside.cmake describes the definitions.
 
 include(${CMAKE_CURRENT_LIST_DIR}/outside.cmake)
@@ -27,6 +27,9 @@ take_block(cmake project)
 take_block(text expected)
 file(WRITE ${folder}/source/main.cpp "${program}")
 file(WRITE ${folder}/source/CMakeLists.txt "${project}")
+install_outside(${folder})
+file(GLOB_RECURSE language_file ${folder}/install/LanguageFile.*)
+file(COPY ${language_file} DESTINATION ${folder}/source)
 build_outside(${folder} ${folder}/source
     -DCMAKE_PROJECT_INCLUDE=${SOURCE_DIR}/tests/package/documented_host/operator.cmake)
 file(GLOB program ${folder}/build/small_host ${folder}/build/small_host.exe)
@@ -57,3 +60,6 @@ file(GLOB_RECURSE catalogue ${folder}/install/Lang.ini)
 get_filename_component(deployment ${catalogue} DIRECTORY)
 file(COPY ${plugin} ${deployment} DESTINATION ${folder}/build)
 run_program(0 "${expected}")
+if(NOT errors MATCHES "Title: Settings\n.*Title: Einstellungen\n")
+    message(FATAL_ERROR "The second dialog is not in the new language:\n${errors}")
+endif()

@@ -6,10 +6,14 @@ function(run)
     execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
 
-# build_outside(FOLDER SOURCES [OPTION...])
-# Installs into FOLDER/install and builds the project in SOURCES into FOLDER/build.
-function(build_outside folder sources)
+# install_outside(FOLDER): installs into FOLDER/install.
+function(install_outside folder)
     run(${CMAKE_COMMAND} --install ${BUILD_DIR} --component plugin --prefix ${folder}/install)
+endfunction()
+
+# build_outside(FOLDER SOURCES [OPTION...])
+# Builds the project in SOURCES into FOLDER/build, with the package in FOLDER/install.
+function(build_outside folder sources)
     execute_process(
         COMMAND ${CMAKE_COMMAND} -S ${sources} -B ${folder}/build -G ${GENERATOR}
                 "-DCMAKE_PREFIX_PATH=${folder}/install;${QT}" "-DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN}"

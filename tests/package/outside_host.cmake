@@ -4,6 +4,7 @@
 include(${CMAKE_CURRENT_LIST_DIR}/outside.cmake)
 set(folder ${BUILD_DIR}/tests/outside_host)
 file(REMOVE_RECURSE ${folder})
+install_outside(${folder})
 build_outside(${folder} ${SOURCE_DIR}/tests/package/outside_host)
 
 file(GLOB_RECURSE plugin ${folder}/install/${PLUGIN})

@@ -19,7 +19,7 @@ if(CMAKE_CXX_COMPILER_ID AND NOT zendel_flavour STREQUAL "@flavour@")
     endif()
     set(Zendel_FOUND FALSE)
     string(CONCAT Zendel_NOT_FOUND_MESSAGE
-        "This Zendel is for hosts built with ${zendel_name_@flavour@}, but this project is built with "
+        "This Zendel is for hosts built for ${zendel_name_@flavour@}, but this project is built for "
         "${zendel_name_${zendel_flavour}}: use ${zendel_package} instead.")
     return()
 endif()

@@ -35,6 +35,8 @@ install(DIRECTORY docs/ DESTINATION ${data_folder}/docs COMPONENT plugin
 # What a host may copy
 install(FILES examples/host/LanguageFile.cpp examples/host/LanguageFile.h
         DESTINATION ${data_folder}/examples/host COMPONENT plugin)
+install(FILES examples/win32/CMakeLists.txt examples/win32/main.cpp
+        DESTINATION ${data_folder}/examples/win32 COMPONENT plugin)
 write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/ZendelConfigVersion.cmake
     COMPATIBILITY SameMajorVersion ARCH_INDEPENDENT)
 configure_file(cmake/ZendelConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/ZendelConfig.cmake @ONLY)

@@ -30,35 +30,13 @@ file(WRITE ${folder}/source/CMakeLists.txt "${project}")
 install_outside(${folder})
 file(GLOB_RECURSE language_file ${folder}/install/LanguageFile.*)
 file(COPY ${language_file} DESTINATION ${folder}/source)
-build_outside(${folder} ${folder}/source
-    -DCMAKE_PROJECT_INCLUDE=${SOURCE_DIR}/tests/package/documented_host/operator.cmake)
-file(GLOB program ${folder}/build/small_host ${folder}/build/small_host.exe)
-
-# run_program(EXIT_CODE OUTPUT): uses files, because a pipe would stay open as long as the desktop
-# that Wine may start with the program.
-function(run_program exit_code output)
-    execute_process(COMMAND ${LAUNCHER} ${program} TIMEOUT 120
-                    RESULT_VARIABLE result
-                    OUTPUT_FILE ${folder}/printed.txt ERROR_FILE ${folder}/errors.txt)
-    file(READ ${folder}/printed.txt printed)
-    file(READ ${folder}/errors.txt errors)
-    string(REPLACE "\r" "" printed "${printed}")
-    if(NOT result STREQUAL exit_code OR NOT printed STREQUAL output)
-        message(FATAL_ERROR "The program ended with ${result}, not ${exit_code}, and printed\n"
-            "${printed}\nnot\n${output}\nerrors:\n${errors}")
-    endif()
-    set(errors "${errors}" PARENT_SCOPE)
-endfunction()
-
+build_with_operator(${folder} ${folder}/source operator.cpp)
 run_program(1 "")
 if(NOT errors MATCHES "Zendel")
     message(FATAL_ERROR "Without a plug-in, the program only prints: ${errors}")
 endif()
 
-file(GLOB_RECURSE plugin ${folder}/install/${PLUGIN})
-file(GLOB_RECURSE catalogue ${folder}/install/Lang.ini)
-get_filename_component(deployment ${catalogue} DIRECTORY)
-file(COPY ${plugin} ${deployment} DESTINATION ${folder}/build)
+deploy(${folder})
 run_program(0 "${expected}")
 if(NOT errors MATCHES "Title: Settings\n.*Title: Einstellungen\n")
     message(FATAL_ERROR "The second dialog is not in the new language:\n${errors}")

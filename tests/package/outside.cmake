@@ -34,3 +34,39 @@ function(build_outside folder sources)
     endif()
     run(${CMAKE_COMMAND} --build ${folder}/build)
 endfunction()
+
+# build_with_operator(FOLDER SOURCES OPERATOR)
+# Builds with a simulated operator from documented_host/. Sets "program" to the path of the program.
+function(build_with_operator folder sources operator)
+    set(operators ${SOURCE_DIR}/tests/package/documented_host)
+    build_outside(${folder} ${sources}
+        -DCMAKE_PROJECT_INCLUDE=${operators}/operator.cmake -DOPERATOR=${operators}/${operator})
+    file(GLOB program ${folder}/build/*_host ${folder}/build/*_host.exe)
+    set(program ${program} PARENT_SCOPE)
+endfunction()
+
+# deploy(FOLDER): copies the plug-in and its languages from FOLDER/install to FOLDER/build.
+function(deploy folder)
+    file(GLOB_RECURSE plugin ${folder}/install/${PLUGIN})
+    file(GLOB_RECURSE catalogue ${folder}/install/Lang.ini)
+    get_filename_component(languages ${catalogue} DIRECTORY)
+    file(COPY ${plugin} ${languages} DESTINATION ${folder}/build)
+endfunction()
+
+# run_program(EXIT_CODE OUTPUT [ARGUMENT...])
+# Runs the program, which must end with this code and print this, and sets "errors" to what it writes to
+# stderr. Uses files, because a pipe would stay open as long as the desktop that Wine may start with the
+# program.
+function(run_program exit_code output)
+    execute_process(COMMAND ${LAUNCHER} ${program} ${ARGN} TIMEOUT 120
+                    RESULT_VARIABLE result
+                    OUTPUT_FILE ${folder}/printed.txt ERROR_FILE ${folder}/errors.txt)
+    file(READ ${folder}/printed.txt printed)
+    file(READ ${folder}/errors.txt errors)
+    string(REPLACE "\r" "" printed "${printed}")
+    if(NOT result STREQUAL exit_code OR NOT printed STREQUAL output)
+        message(FATAL_ERROR "The program ended with ${result}, not ${exit_code}, and printed\n"
+            "${printed}\nnot\n${output}\nerrors:\n${errors}")
+    endif()
+    set(errors "${errors}" PARENT_SCOPE)
+endfunction()

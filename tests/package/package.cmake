@@ -88,6 +88,10 @@ unpack("" ${folder}/plugin
     docs/reliability.md
     docs/service-engineer.md
     docs/translator.md
+    examples/host/LanguageFile.cpp
+    examples/host/LanguageFile.h
+    examples/win32/CMakeLists.txt
+    examples/win32/main.cpp
     include/Zendel/IHostMachine.h
     include/Zendel/IZendelMgr.h
     lib/cmake/Zendel/ZendelConfig.cmake

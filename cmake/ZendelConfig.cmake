@@ -1,8 +1,8 @@
 # find_package(Zendel) provides Zendel::Interface, the headers for a host. The host loads the plug-in
-# itself at run time. A compiler of another family than the plug-in's is refused: the plug-in could not
-# be loaded, or would crash.
+# itself at run time. A compiler of another family than the plug-in's is refused, because its hosts
+# could not load the plug-in.
 
-if(MSVC OR CMAKE_CXX_SIMULATE_ID STREQUAL MSVC) # The latter is Clang without its cl-compatible driver.
+if(MSVC OR CMAKE_CXX_SIMULATE_ID STREQUAL MSVC) # CMake doesn't set MSVC for clang++.
     set(zendel_flavour msvc)
 elseif(WIN32)
     set(zendel_flavour mingw)
@@ -19,8 +19,8 @@ if(CMAKE_CXX_COMPILER_ID AND NOT zendel_flavour STREQUAL "@flavour@")
     endif()
     set(Zendel_FOUND FALSE)
     string(CONCAT Zendel_NOT_FOUND_MESSAGE
-        "This Zendel is for hosts built for ${zendel_name_@flavour@}, but this project is built for "
-        "${zendel_name_${zendel_flavour}}: use ${zendel_package} instead.")
+        "This Zendel is for hosts built for ${zendel_name_@flavour@}, but this project is built "
+        "for ${zendel_name_${zendel_flavour}}: use ${zendel_package} instead.")
     return()
 endif()
 

@@ -31,7 +31,7 @@ install(FILES plugin/IHostMachine.h plugin/IZendelMgr.h
         DESTINATION include/Zendel COMPONENT plugin)
 install(FILES CHANGELOG.md README.md DESTINATION ${data_folder} COMPONENT plugin)
 install(DIRECTORY docs/ DESTINATION ${data_folder}/docs COMPONENT plugin
-        FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
+        FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN imports.txt)
 # What a host may copy
 install(FILES examples/host/LanguageFile.cpp examples/host/LanguageFile.h
         DESTINATION ${data_folder}/examples/host COMPONENT plugin)

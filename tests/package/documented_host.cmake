@@ -1,26 +1,11 @@
 # Fails unless the program in docs/host-developer.md builds as described there, reports a missing
-# plug-in, and with a plug-in and a simulated operator prints what the page shows and stores the language.
+# plug-in, and with a plug-in and a simulated operator prints what the page shows and stores the
+# language.
 # outside.cmake describes the definitions.
 
 include(${CMAKE_CURRENT_LIST_DIR}/outside.cmake)
 set(folder ${BUILD_DIR}/tests/documented_host)
 file(REMOVE_RECURSE ${folder})
-
-file(READ ${SOURCE_DIR}/docs/host-developer.md page)
-
-# take_block(LANGUAGE VARIABLE): returns the page's only fenced block in that language.
-function(take_block language variable)
-    string(FIND "${page}" "\n```${language}\n" begin)
-    string(FIND "${page}" "\n```${language}\n" last REVERSE)
-    if(begin EQUAL -1 OR NOT begin EQUAL last)
-        message(FATAL_ERROR "The page must contain exactly one block of ${language}")
-    endif()
-    string(SUBSTRING "${page}" ${begin} -1 block)
-    string(REPLACE "\n```${language}\n" "" block "${block}")
-    string(FIND "${block}" "```\n" end)
-    string(SUBSTRING "${block}" 0 ${end} block)
-    set(${variable} "${block}" PARENT_SCOPE)
-endfunction()
 
 take_block(cpp program)
 take_block(cmake project)

@@ -1,6 +1,7 @@
 # For tests that build a host outside this project against an installation of it. They are run with
 # cmake -D BUILD_DIR=... -D SOURCE_DIR=... -D GENERATOR=... -D COMPILER=... -D QT=...
-#       -D TOOLCHAIN=... -D LAUNCHER=... -D FLAGS=... -D PLUGIN=... -D FLAVOUR=... -D VERSION=... -P ...
+#       -D TOOLCHAIN=... -D LAUNCHER=... -D FLAGS=... -D PLUGIN=... -D FLAVOUR=...
+#       -D VERSION=... -P ...
 
 function(run)
     execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
@@ -12,8 +13,8 @@ function(install_outside folder)
 endfunction()
 
 # configure_outside(FOLDER SOURCES [OPTION...])
-# Configures the project in SOURCES in FOLDER/build with the package in FOLDER/install. Sets "result" and
-# "errors".
+# Configures the project in SOURCES in FOLDER/build with the package in FOLDER/install. Sets "result"
+# and "errors".
 function(configure_outside folder sources)
     execute_process(
         COMMAND ${CMAKE_COMMAND} -S ${sources} -B ${folder}/build -G ${GENERATOR}
@@ -54,9 +55,9 @@ function(deploy folder)
 endfunction()
 
 # run_program(EXIT_CODE OUTPUT [ARGUMENT...])
-# Runs the program, which must end with this code and print this, and sets "errors" to what it writes to
-# stderr. Uses files, because a pipe would stay open as long as the desktop that Wine may start with the
-# program.
+# Runs the program, which must end with this code and print this, and sets "errors" to what it writes
+# to stderr. Uses files, because a pipe would stay open as long as the desktop that Wine may start
+# with the program.
 function(run_program exit_code output)
     execute_process(COMMAND ${LAUNCHER} ${program} ${ARGN} TIMEOUT 120
                     RESULT_VARIABLE result
@@ -69,4 +70,20 @@ function(run_program exit_code output)
             "${printed}\nnot\n${output}\nerrors:\n${errors}")
     endif()
     set(errors "${errors}" PARENT_SCOPE)
+endfunction()
+
+# take_block(LANGUAGE VARIABLE)
+# Returns the only fenced block in that language of docs/host-developer.md.
+function(take_block language variable)
+    file(READ ${SOURCE_DIR}/docs/host-developer.md page)
+    string(FIND "${page}" "\n```${language}\n" begin)
+    string(FIND "${page}" "\n```${language}\n" last REVERSE)
+    if(begin EQUAL -1 OR NOT begin EQUAL last)
+        message(FATAL_ERROR "The page must contain exactly one block of ${language}")
+    endif()
+    string(SUBSTRING "${page}" ${begin} -1 block)
+    string(REPLACE "\n```${language}\n" "" block "${block}")
+    string(FIND "${block}" "```\n" end)
+    string(SUBSTRING "${block}" 0 ${end} block)
+    set(${variable} "${block}" PARENT_SCOPE)
 endfunction()

@@ -83,6 +83,7 @@ unpack("" ${folder}/plugin
     docs/developer.md
     docs/dialog.png
     docs/host-developer.md
+    docs/imports.txt
     docs/languages.png
     docs/performance.md
     docs/reliability.md

@@ -1,5 +1,5 @@
-# Included in the project of a documented host; links the simulated operator in the file OPERATOR into its
-# program.
+# Included in the project of a documented host; links the simulated operator in the file OPERATOR
+# into its program.
 
 function(add_operator)
     find_package(Qt5 5.15 REQUIRED COMPONENTS Test)

@@ -8,6 +8,7 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QPushButton>
+#include <QTimer>
 
 #include <windows.h>
 
@@ -38,10 +39,8 @@ void workDialog(QDialog &dialog)
     dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"))->click();
 }
 
-/// Called by the host's own loop, which dispatches the message.
-void CALLBACK workMainWindow(HWND, UINT, UINT_PTR timer, DWORD)
+void workMainWindow()
 {
-    KillTimer(nullptr, timer);
     const HWND button = FindWindowExW(mainWindow(), nullptr, L"BUTTON", nullptr);
     for (int round = 0; round < 2 && IsWindow(button); ++round)
         SendMessageW(button, BM_CLICK, 0, 0);
@@ -52,7 +51,7 @@ void start()
 {
     auto *const theOperator = new Operator(QCoreApplication::instance());
     theOperator->onDialog = workDialog;
-    SetTimer(nullptr, 0, 100, workMainWindow);
+    QTimer::singleShot(100, theOperator, workMainWindow); // Delivered by the host's own loop.
 }
 
 } // namespace

@@ -1,5 +1,9 @@
-# Included in the project of a documented host; links the simulated operator in the file OPERATOR
-# into its program.
+# Included in the project of a documented host; links the simulated operator in the file OPERATOR, by
+# default operator.cpp, into its program.
+
+if(NOT OPERATOR)
+    set(OPERATOR ${CMAKE_CURRENT_LIST_DIR}/operator.cpp)
+endif()
 
 function(add_operator)
     find_package(Qt5 5.15 REQUIRED COMPONENTS Test)

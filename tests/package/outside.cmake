@@ -13,8 +13,8 @@ function(install_outside folder)
 endfunction()
 
 # configure_outside(FOLDER SOURCES [OPTION...])
-# Configures the project in SOURCES in FOLDER/build with the package in FOLDER/install. Sets "result"
-# and "errors".
+# Configures the project in SOURCES in FOLDER/build with the package in FOLDER/install. Sets
+# "result" and "errors".
 function(configure_outside folder sources)
     execute_process(
         COMMAND ${CMAKE_COMMAND} -S ${sources} -B ${folder}/build -G ${GENERATOR}
@@ -55,9 +55,9 @@ function(deploy folder)
 endfunction()
 
 # run_program(EXIT_CODE OUTPUT [ARGUMENT...])
-# Runs the program, which must end with this code and print this, and sets "errors" to what it writes
-# to stderr. Uses files, because a pipe would stay open as long as the desktop that Wine may start
-# with the program.
+# Runs the program, which must end with this code and print this, and sets "errors" to what it
+# writes to stderr. Uses files, because a pipe would stay open as long as the desktop that Wine may
+# start with the program.
 function(run_program exit_code output)
     execute_process(COMMAND ${LAUNCHER} ${program} ${ARGN} TIMEOUT 120
                     RESULT_VARIABLE result

@@ -1,5 +1,5 @@
-# Fails unless a host outside this project builds against its installation and loads the plug-in, and
-# its compiler is refused by the packages for other compilers, which name the right one.
+# Fails unless a host outside this project builds against its installation and loads the plug-in,
+# and its compiler is refused by the packages for other compilers, which name the right one.
 # outside.cmake describes the definitions.
 
 include(${CMAKE_CURRENT_LIST_DIR}/outside.cmake)

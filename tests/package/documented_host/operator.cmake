@@ -1,5 +1,5 @@
-# Included in the project of a documented host; links the simulated operator in the file OPERATOR, by
-# default operator.cpp, into its program.
+# Included in the project of a documented host; links the simulated operator in the file OPERATOR,
+# by default operator.cpp, into its program.
 
 if(NOT OPERATOR)
     set(OPERATOR ${CMAKE_CURRENT_LIST_DIR}/operator.cpp)

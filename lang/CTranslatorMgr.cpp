@@ -42,7 +42,8 @@ void CTranslatorMgr::loadTranslator()
     if (!QFileInfo::exists(strLangFilePath)) {
         strLangFilePath = applicationDir() + QLatin1String("/Lang/chs/") + kQmFileName;
         if (!QFileInfo::exists(strLangFilePath)) {
-            // Deliberate: names the default language's file, not the fallback.
+            // Deliberate: names the default language's file, not the fallback, because that is the
+            // one that the machine lacks.
             QMessageBox::critical(nullptr, QLatin1String("Error"),
                                   QLatin1String("Cannot find the \"")
                                       + langFilePath(defaultLangId()) + QLatin1String("\" file"),
@@ -51,7 +52,7 @@ void CTranslatorMgr::loadTranslator()
     }
 
     // Deliberate: a missing file is loaded too, because that empties the translator, and the
-    // message has no spaces around the path.
+    // message has no spaces around the path, because it is looked up and matched by its exact text.
     if (!loadQmFile(*m_translator, strLangFilePath)) {
         QMessageBox::warning(nullptr, QLatin1String("Warning"),
                              QLatin1String("Load translator file") + strLangFilePath
@@ -95,7 +96,7 @@ void CTranslatorMgr::loadLangConfig()
     const QString configPath = applicationDir() + QLatin1String("/Lang/Lang.ini");
     QFile file(configPath);
     if (!openForReading(file)) {
-        // Deliberate: no space before the path.
+        // Deliberate: no space before the path, as in the message about the translator file.
         QMessageBox::warning(nullptr, QLatin1String("Warning"),
                              QLatin1String("Failed to open INI file:") + configPath,
                              QMessageBox::Ok);

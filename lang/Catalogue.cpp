@@ -22,7 +22,7 @@ void setCatalogueCodec(QTextStream &in, QTextCodec *codec)
 void readCatalogue(QTextStream &in, int &defaultLangId, QMap<int, LangEntry> &langMap)
 {
     // Deliberate: one argument at a time, so that a placeholder in the directory or in a folder's
-    // name is replaced too.
+    // name is replaced too: deployments with such names find their files by this rule.
     const QString pathTemplate = QString(QLatin1String("%1/Lang/%2/%3")).arg(applicationDir());
     LangLineReader reader;
     QString text;
@@ -33,7 +33,8 @@ void readCatalogue(QTextStream &in, int &defaultLangId, QMap<int, LangEntry> &la
         if (!line.isLanguageKey())
             continue;
 
-        // Deliberate: each key creates the entry, even ID, whose value is never read.
+        // Deliberate: each key creates the entry, even ID, whose value is never read, so that a
+        // language counts as known, though hidden, as soon as the catalogue has a line for it.
         LangEntry &lang = langMap[line.langId];
         lang.id = line.langId;
         if (line.kind == LangLine::Name) {

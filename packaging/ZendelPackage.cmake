@@ -15,6 +15,13 @@ else()
     set(data_folder ${CMAKE_INSTALL_DATADIR}/zendel)
 endif()
 set(config_folder lib/cmake/Zendel)
+if(MINGW)
+    set(flavour mingw)
+elseif(WIN32)
+    set(flavour msvc)
+else()
+    set(flavour linux)
+endif()
 
 install(TARGETS Zendel LIBRARY DESTINATION ${plugin_folder} COMPONENT plugin)
 if(ZENDEL_BUILD_LANGCHECK)
@@ -25,10 +32,18 @@ install(FILES plugin/IHostMachine.h plugin/IZendelMgr.h
 install(FILES CHANGELOG.md packaging/README.md DESTINATION ${data_folder} COMPONENT plugin)
 # Without the page about the sources, which the package doesn't have
 install(DIRECTORY docs/ DESTINATION ${data_folder}/docs COMPONENT plugin
-        FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN developer.md EXCLUDE)
+        FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN imports.txt
+        PATTERN developer.md EXCLUDE)
+# What a host may copy
+install(FILES examples/host/LanguageFile.cpp examples/host/LanguageFile.h
+        DESTINATION ${data_folder}/examples/host COMPONENT plugin)
+install(FILES examples/win32/CMakeLists.txt examples/win32/main.cpp
+        DESTINATION ${data_folder}/examples/win32 COMPONENT plugin)
 write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/ZendelConfigVersion.cmake
     COMPATIBILITY SameMajorVersion ARCH_INDEPENDENT)
-install(FILES packaging/ZendelConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/ZendelConfigVersion.cmake
+configure_file(packaging/ZendelConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/ZendelConfig.cmake @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/ZendelConfig.cmake
+              ${CMAKE_CURRENT_BINARY_DIR}/ZendelConfigVersion.cmake
         DESTINATION ${config_folder} COMPONENT plugin)
 
 # install_sample_deployment(COMPONENT FOLDER)
@@ -78,10 +93,8 @@ set(CPACK_STRIP_FILES ${MINGW})
 # Otherwise strip writes the time into DLLs and programs.
 set(CPACK_PROJECT_CONFIG_FILE ${CMAKE_CURRENT_BINARY_DIR}/strip-date.cmake)
 file(WRITE ${CPACK_PROJECT_CONFIG_FILE} "set(ENV{SOURCE_DATE_EPOCH} 1)\n")
-if(MINGW)
-    set(platform win64-mingw)
-elseif(WIN32)
-    set(platform win64-msvc)
+if(WIN32)
+    set(platform win64-${flavour})
 else()
     set(platform ${CMAKE_SYSTEM_NAME})
 endif()
@@ -103,8 +116,6 @@ if(EXISTS /usr/bin/dpkg-query AND EXISTS /usr/bin/python3
         AND (NOT WIN32 OR EXISTS ${qt}/share/doc/source))
     set(third_party "/usr/bin/python3 \"${PROJECT_SOURCE_DIR}/packaging/third_party.py\"")
     set(third_party_config ${CMAKE_CURRENT_BINARY_DIR}/third-party.json)
-    string(REGEX REPLACE "^win64-" "" flavour ${platform})
-    string(TOLOWER ${flavour} flavour)
     list(TRANSFORM ZENDEL_RUNTIME_DLLS REPLACE "(.+)" "\"\\1\"" OUTPUT_VARIABLE runtime)
     list(JOIN runtime ", " runtime)
     file(WRITE ${third_party_config} "{

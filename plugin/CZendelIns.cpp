@@ -32,13 +32,15 @@ void CZendelIns::ExecModal(QDialog &dlg, HWND owner)
 
     dlg.setModal(true);
 
-    // Deliberate: the first call creates the native window, the second returns its handle.
+    // Deliberate: the first call creates the native window, the second returns its handle, so that
+    // the handle is taken from a window that Qt has finished creating.
     dlg.winId();
     const auto handle = reinterpret_cast<HWND>(dlg.winId());
 
     if (owner) {
         // Deliberate: the owner's size includes its frame, the dialog's does not, and the division
-        // truncates toward zero for a dialog larger than its owner.
+        // truncates toward zero for a dialog larger than its owner: where the dialog opens is what
+        // operators and automated tests of hosts are used to.
         const WindowManager::Rect rc = WindowManager::windowRect(owner);
         const int x = rc.left + (rc.right - rc.left - dlg.width()) / 2;
         const int y = rc.top + (rc.bottom - rc.top - dlg.height()) / 2;

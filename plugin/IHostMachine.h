@@ -19,9 +19,10 @@ public:
     /// message. If SetLanguage() passed another object to Init(), that object is called.
     virtual void NotifySettingChanged() = 0;
 
-    /// Switches the machine's display language and returns when that is done. The host also has to
-    /// store the number, as DEFAULT in Lang/Lang.ini; the plug-in never writes that file. The
-    /// operator sees a wait cursor during the call.
+    /// Switches the machine's display language and returns when that is done. The next Init() loads
+    /// the language that is DEFAULT in Lang/Lang.ini: whether the host stores the number there is
+    /// its own business, and the plug-in never writes that file. The operator sees a wait cursor
+    /// during the call.
     ///
     /// @param langId The language's number in the catalogue, from 0 to 255. For greater numbers,
     /// only the low 8 bits are passed. It is 0 if the operator's list is empty.

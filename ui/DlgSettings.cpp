@@ -42,7 +42,8 @@ void DlgSettings::buildTabs()
     setWindowTitle(CTranslatorMgr::instance()->translator()->translate("DlgSettings", "Settings"));
 
     ui->tabWidget->setCurrentIndex(0);
-    ui->tabWidget->setDocumentMode(true); // Deliberate: repeats what the form sets.
+    // Deliberate: repeats what the form sets, because the style sheet is made for this mode.
+    ui->tabWidget->setDocumentMode(true);
 }
 
 void DlgSettings::updateChanged()

@@ -63,7 +63,9 @@ void PageSetLang::fillLangList()
     ui->comboBox_language->clear();
     const QList<LangEntry> languages = CTranslatorMgr::instance()->visibleLanguages();
     for (const LangEntry &lang : languages) {
-        if (lang.show) // GCOV_EXCL_BR_LINE: Deliberate: tested again, though always true.
+        // Deliberate: tested again, though always true, so that the page by itself never offers a
+        // hidden language.
+        if (lang.show) // GCOV_EXCL_BR_LINE
             ui->comboBox_language->addItem(lang.name, lang.id);
     }
 

@@ -23,7 +23,8 @@ public:
     bool changeOk() const { return m_changeOk; }
 
 private Q_SLOTS:
-    // Deliberate: misspelt, so Qt does not connect it and logs a warning.
+    // Deliberate: misspelt, so Qt does not connect it and logs a warning, because hosts know that
+    // line in their logs.
     void on_comboBo_lang_activated(int index);
     void on_pushButton_change_clicked();
 

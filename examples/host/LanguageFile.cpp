@@ -1,11 +1,10 @@
-#include "examples/host/LanguageFile.h"
+#include "LanguageFile.h"
 
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
 #include <QSaveFile>
 #include <QTextCodec>
-#include <QtEndian>
 
 #include <utility>
 
@@ -66,8 +65,9 @@ void LanguageFile::setBytes(const QByteArray &bytes)
         m_units.resize(bytes.size() / 2 - 1);
         const char *from = bytes.constData() + 2;
         for (QChar &unit : m_units) {
-            unit = m_bigEndian ? qFromBigEndian<quint16>(from) : qFromLittleEndian<quint16>(from);
-            from += 2;
+            const auto first = static_cast<uchar>(*from++);
+            const auto second = static_cast<uchar>(*from++);
+            unit = m_bigEndian ? QChar(second, first) : QChar(first, second);
         }
         m_rest = bytes.mid(bytes.size() / 2 * 2);
         return;
@@ -88,14 +88,11 @@ QByteArray LanguageFile::toBytes(const QString &units) const
     if (m_codec)
         return m_bom + units.toLatin1();
 
-    QByteArray bytes(2 * units.size(), '\0');
-    char *to = bytes.data();
+    QByteArray bytes;
+    bytes.reserve(2 * units.size());
     for (const QChar unit : units) {
-        if (m_bigEndian)
-            qToBigEndian<quint16>(unit.unicode(), to);
-        else
-            qToLittleEndian<quint16>(unit.unicode(), to);
-        to += 2;
+        bytes += static_cast<char>(m_bigEndian ? unit.row() : unit.cell());
+        bytes += static_cast<char>(m_bigEndian ? unit.cell() : unit.row());
     }
     return m_bom + bytes + m_rest;
 }

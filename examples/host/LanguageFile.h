@@ -8,6 +8,8 @@ class QTextCodec;
 /// The language catalogue, in which the host stores the machine's display language as the default.
 /// Follows the plug-in's rules. Everything else in the file is written back byte for byte, even if
 /// it is invalid in the file's encoding.
+///
+/// Hosts may copy this class, which needs only Qt5Core of Qt 5.6 or later.
 class LanguageFile
 {
 public:

@@ -1,4 +1,5 @@
-# Fails unless the header with the commit follows the repository, and is written only if that changed.
+# Fails unless the header with the commit follows the repository, and is written only if that
+# changed.
 # cmake -D SCRIPT=... -D FOLDER=... -P commit.cmake
 
 file(REMOVE_RECURSE ${FOLDER})
@@ -18,7 +19,8 @@ endfunction()
 # expect(CASE COMMIT)
 function(expect case commit)
     execute_process(
-        COMMAND ${CMAKE_COMMAND} -D SOURCE_DIR=${FOLDER}/sources -D HEADER=${FOLDER}/commit.h -P ${SCRIPT}
+        COMMAND ${CMAKE_COMMAND} -D SOURCE_DIR=${FOLDER}/sources
+                -D HEADER=${FOLDER}/commit.h -P ${SCRIPT}
         COMMAND_ERROR_IS_FATAL ANY)
     file(READ ${FOLDER}/commit.h text)
     if(NOT text STREQUAL "#define COMMIT \"${commit}\"\n")

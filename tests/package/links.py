@@ -24,7 +24,8 @@ def read(page):
 
 def is_there(link, page):
     file, _, anchor = link.partition("#")
-    folder = root if page.parent.name == "packaging" else page.parent  # Moves to the package's root.
+    # That page moves to the package's root.
+    folder = root if page.parent.name == "packaging" else page.parent
     target = folder / file if file else page
     return target.exists() and (not anchor or anchor in {
         re.sub(r"[^a-z0-9 _-]", "", heading.lower()).replace(" ", "-")
@@ -36,7 +37,8 @@ checked = 0
 for page in [page for folder in ("", "bench/", "docs/", "packaging/")
              for page in sorted(root.glob(f"{folder}*.md"))]:
     text = read(page)
-    links = [link for link in re.findall(r"\]\(([^)\s]+)\)", text) if not re.match(r"[a-z]+:", link)]
+    links = [link for link in re.findall(r"\]\(([^)\s]+)\)", text)
+             if not re.match(r"[a-z]+:", link)]
     missing = [link for link in links if not is_there(link, page)]
     checked += len(links)
     if not package:

@@ -1,8 +1,8 @@
 # Fails unless the packages contain the expected files, the links in their pages work, their notices
-# name each DLL of others and have the hashes of the official ones, their SBOMs and SHA256SUMS match,
-# and the demo runs without any other DLL from a folder with spaces in its name.
-# cmake -D CPACK=... -D BUILD_DIR=... -D SOURCE_DIR=... -D VERSION=... -D FLAVOUR=... -D LAUNCHER=...
-#       -D PATH_VARIABLE=... -D PYTHON=... -P package.cmake
+# name each third-party DLL and have the hashes of the official ones, their SBOMs and SHA256SUMS
+# match, and the demo runs without any other DLL from a folder with spaces in its name.
+# cmake -D CPACK=... -D BUILD_DIR=... -D SOURCE_DIR=... -D VERSION=... -D FLAVOUR=...
+#       -D LAUNCHER=... -D PATH_VARIABLE=... -D PYTHON=... -P package.cmake
 
 cmake_minimum_required(VERSION 3.21)
 
@@ -47,7 +47,8 @@ function(unpack suffix target)
         if(FLAVOUR STREQUAL msvc AND name MATCHES "^(Qt5|qwindows)")
             file(SHA256 "${target}/${file}" hash)
             if(NOT "${name} ${hash}" IN_LIST hashes)
-                message(SEND_ERROR "${package}: THIRD-PARTY-NOTICES lack ${hash}, the hash of ${name}")
+                message(SEND_ERROR
+                    "${package}: THIRD-PARTY-NOTICES lack ${hash}, the hash of ${name}")
             endif()
         endif()
     endforeach()
@@ -68,11 +69,13 @@ function(unpack suffix target)
     # Each component in the notices is a package of the SBOM.
     file(STRINGS ${target}/THIRD-PARTY-NOTICES licences REGEX "^  Licence:")
     list(LENGTH licences count)
-    string(REGEX MATCHALL "\"spdxElementId\": \"SPDXRef-archive\",[ \n]*\"relationshipType\": \"[A-Z_]+\""
+    string(REGEX MATCHALL
+           "\"spdxElementId\": \"SPDXRef-archive\",[ \n]*\"relationshipType\": \"[A-Z_]+\""
            contained "${sbom}")
     list(LENGTH contained contained)
     if(count EQUAL 0 OR NOT count EQUAL contained)
-        message(SEND_ERROR "The notices of ${package} have ${count} components, the SBOM ${contained}")
+        message(SEND_ERROR
+            "The notices of ${package} have ${count} components, the SBOM ${contained}")
     endif()
 endfunction()
 
@@ -82,10 +85,15 @@ unpack("" ${folder}/plugin
     README.md
     docs/dialog.png
     docs/host-developer.md
+    docs/imports.txt
     docs/languages.png
     docs/reliability.md
     docs/service-engineer.md
     docs/translator.md
+    examples/host/LanguageFile.cpp
+    examples/host/LanguageFile.h
+    examples/win32/CMakeLists.txt
+    examples/win32/main.cpp
     include/Zendel/IHostMachine.h
     include/Zendel/IZendelMgr.h
     lib/cmake/Zendel/ZendelConfig.cmake
@@ -122,7 +130,8 @@ unpack(-demo ${demo}
 )
 
 file(GLOB sboms ${folder}/*.spdx.json)
-execute_process(COMMAND ${PYTHON} ${SOURCE_DIR}/tests/package/sbom.py ${sboms} RESULT_VARIABLE result)
+execute_process(COMMAND ${PYTHON} ${SOURCE_DIR}/tests/package/sbom.py ${sboms}
+                RESULT_VARIABLE result)
 if(NOT result EQUAL 0)
     message(SEND_ERROR "The SBOMs are not valid")
 endif()

@@ -1,13 +1,13 @@
 #!/usr/bin/env python3
-"""imports.py BUILD-FOLDER QT-FOLDER NEWER PAGE
+"""imports.py BUILD-FOLDER QT-FOLDER NEWER LIST
 imports.py --mingw BUILD-FOLDER NEWER
 imports.py --update QT-FOLDER... > NEWER
 
 Official builds of Qt 5 are binary compatible, but only upwards, and programs find functions in them
 by name. Fails unless what the plug-in and the programs in BUILD-FOLDER import from Qt
 - is exported by Qt's DLLs in QT-FOLDER;
-- is in the list of PAGE, which host developers can compare with their Qt, if the plug-in imports
-  it, and nothing else is;
+- is in the file LIST, which host developers can compare with their Qt, if the plug-in imports it,
+  and nothing else is;
 - is in each official version since 5.6, if it is imported by the plug-in or another program that
   runs on these: it isn't in the file NEWER, which --update makes from the DLLs of all versions,
   oldest first;
@@ -97,7 +97,7 @@ def main():
         return update(sys.argv[2:])
     if sys.argv[1] == "--mingw":
         return check_mingw(*sys.argv[2:])
-    build, qt, newer, page = sys.argv[1:]
+    build, qt, newer, documented = sys.argv[1:]
     exported, newer = exports(qt), set(read(newer))
     programs = [path for pattern in ("bin/*.dll", "bin/*.exe", "tests/*/*.exe")
                 for path in sorted(pathlib.Path(build).glob(pattern))]
@@ -113,8 +113,8 @@ def main():
             if "@std@@" in line and "initializer_list@" not in line:
                 failures.append(f"{path.name}: {line}: has a type of the C++ standard library")
     plugin = found["Zendel"]
-    for line in sorted(plugin ^ set(read(page))):
-        failures.append(f"{line}: {'not in' if line in plugin else 'only in'} {page}")
+    for line in sorted(plugin ^ set(read(documented))):
+        failures.append(f"{line}: {'not in' if line in plugin else 'only in'} {documented}")
     failures += [f"{name}: not found, or imports nothing"
                  for name in ON_EVERY_QT if not found.get(name)]
     if not newer:

@@ -1,17 +1,23 @@
-# Included in the project of docs/host-developer.md; links a simulated operator into its program.
+# Included in the project of a documented host; links the simulated operator in the file OPERATOR,
+# by default operator.cpp, into its program.
+
+if(NOT OPERATOR)
+    set(OPERATOR ${CMAKE_CURRENT_LIST_DIR}/operator.cpp)
+endif()
 
 function(add_operator)
     find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
+    get_property(program DIRECTORY PROPERTY BUILDSYSTEM_TARGETS)
     set(tests ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/../..)
     add_library(operator OBJECT
-        ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/operator.cpp
+        ${OPERATOR}
         ${tests}/support/Operator.cpp
         ${tests}/support/Operator.h
     )
     set_target_properties(operator PROPERTIES AUTOMOC ON)
     target_include_directories(operator PRIVATE ${tests})
     target_link_libraries(operator PRIVATE Qt5::Test Qt5::Widgets)
-    target_link_libraries(small_host PRIVATE operator)
+    target_link_libraries(${program} PRIVATE operator)
 endfunction()
 
 cmake_language(DEFER CALL add_operator)

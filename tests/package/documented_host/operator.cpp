@@ -1,5 +1,5 @@
 // Linked into the unchanged program of docs/host-developer.md: an operator who opens the dialog,
-// changes to language 3 and closes the main window.
+// changes to language 3, opens it again and closes the main window.
 
 #include "support/Operator.h"
 
@@ -9,12 +9,18 @@
 #include <QPushButton>
 #include <QTimer>
 
+#include <cstdio>
+
 namespace {
 
 void changeLanguage(const QDialog &dialog)
 {
+    std::fprintf(stderr, "Title: %s\n", qPrintable(dialog.windowTitle()));
     auto *const languages = dialog.findChild<QComboBox *>(QStringLiteral("comboBox_language"));
-    languages->setCurrentIndex(languages->findData(3));
+    const int index = languages->findData(3);
+    if (languages->currentIndex() == index)
+        return;
+    languages->setCurrentIndex(index);
     dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"))->click();
 }
 
@@ -23,6 +29,7 @@ void workMainWindow()
     const QWidgetList windows = QApplication::topLevelWidgets();
     for (QWidget *const window : windows) {
         if (auto *const settings = qobject_cast<QPushButton *>(window)) {
+            settings->click();
             settings->click();
             settings->close();
         }

@@ -15,7 +15,8 @@ mapfile -t c_tests < <(list 'tests/plugin/*.c')
 mapfile -t scripts < <(list '*.sh' .ci/run)
 mapfile -t python < <(list '*.py')
 # All but test data, generated lists and translation sources
-mapfile -t lines < <(list . ':!tests/data' ':!tests/stress/fuzz/seeds' ':!*.ts')
+mapfile -t lines < <(list . ':!tests/data' ':!tests/stress/fuzz/seeds' ':!*.ts' \
+    ':!docs/imports.txt')
 mapfile -t dll < <(list lang plugin ui)
 
 status=0
@@ -32,7 +33,8 @@ flake8 "${python[@]}" || fail "flake8 has findings"
 
 echo "Line length: ${#lines[@]} files"
 # -I skips images and UTF-16. Markdown can't wrap the rows of tables.
-if LC_ALL=C.UTF-8 grep -InE '^[^|].{100}' "${lines[@]}" | cut -c 1-120; then
+if LC_ALL=C.UTF-8 grep -InE '^.{101}' "${lines[@]}" | grep -vE '^[^:]+:[0-9]+: *\|' |
+    cut -c 1-120 | grep .; then
     fail "these lines have more than 100 columns"
 fi
 

@@ -295,7 +295,7 @@ void tst_CZendelIns::metaObjectsDeclareTheSlotsAlone_data()
     QTest::addColumn<const QMetaObject *>("super");
     QTest::addColumn<QList<QByteArray>>("slotSignatures");
 
-    const QList<QByteArray> none;
+    const QList<QByteArray> none {};
     QTest::newRow("CZendelIns") << &CZendelIns::staticMetaObject << &QObject::staticMetaObject
                                 << none;
     QTest::newRow("CTranslatorMgr")

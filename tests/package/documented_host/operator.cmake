@@ -1,9 +1,5 @@
-# Included in the project of a documented host; links the simulated operator in the file OPERATOR,
-# by default operator.cpp, into its program.
-
-if(NOT OPERATOR)
-    set(OPERATOR ${CMAKE_CURRENT_LIST_DIR}/operator.cpp)
-endif()
+# Included in the project of a documented host; links the simulated operator in the file OPERATOR
+# into its program.
 
 function(add_operator)
     find_package(Qt5 5.15 REQUIRED COMPONENTS Test)

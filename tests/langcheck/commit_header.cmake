@@ -1,6 +1,6 @@
 # Fails unless the header with the commit follows the repository, and is written only if that
 # changed.
-# cmake -D SCRIPT=... -D FOLDER=... -P commit.cmake
+# cmake -D SCRIPT=... -D FOLDER=... -P commit_header.cmake
 
 file(REMOVE_RECURSE ${FOLDER})
 file(MAKE_DIRECTORY ${FOLDER}/sources)

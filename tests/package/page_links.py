@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""links.py FOLDER: fails unless every file and heading that a page links to or names exists.
+"""page_links.py FOLDER: fails unless every file and heading that a page links to or names exists.
 
-links.py --package FOLDER: the same for an unpacked package, but only for links.
+page_links.py --package FOLDER: the same for an unpacked package, but only for links.
 """
 
 import pathlib

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""dll.py PLUGIN RUNTIME-DLL...
+"""dll_contents.py PLUGIN RUNTIME-DLL...
 
 Fails unless the DLL is for x86-64, exports exactly two functions, imports only from Qt, the given
 DLLs of the compiler and the system, has ASLR and non-executable data enabled and, with Microsoft's

@@ -13,7 +13,7 @@ sys.dont_write_bytecode = True
 sys.path.append(f"{source}/packaging")
 third_party = importlib.import_module("third_party")
 
-PACKED = re.compile(r"(CMakeFiles|langcheck|examples)/")
+PACKED = re.compile(r"(lang|langcheck|plugin|res|ui|examples)/")
 
 config = json.loads(pathlib.Path(build, "third-party.json").read_text("utf-8"))
 headers = set()

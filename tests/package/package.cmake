@@ -101,7 +101,8 @@ unpack("" ${folder}/plugin
     ${translations}
 )
 
-execute_process(COMMAND ${PYTHON} ${SOURCE_DIR}/tests/package/page_links.py --package ${folder}/plugin
+execute_process(
+    COMMAND ${PYTHON} ${SOURCE_DIR}/tests/package/page_links.py --package ${folder}/plugin
                 RESULT_VARIABLE result)
 if(NOT result EQUAL 0)
     message(SEND_ERROR "The package's pages link to files that it does not contain")

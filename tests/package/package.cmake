@@ -103,7 +103,7 @@ unpack("" ${folder}/plugin
 
 execute_process(
     COMMAND ${PYTHON} ${SOURCE_DIR}/tests/package/page_links.py --package ${folder}/plugin
-                RESULT_VARIABLE result)
+    RESULT_VARIABLE result)
 if(NOT result EQUAL 0)
     message(SEND_ERROR "The package's pages link to files that it does not contain")
 endif()

@@ -129,6 +129,7 @@ private Q_SLOTS:
     void placeholderInTheApplicationFolderIsReplacedToo();
     void veryLongLineIsReadCompletely();
     void catalogueHoldsAnyNumberOfLanguages();
+    void fileIsReadInBinaryMode();
     void secondReadingReplacesTheFirst();
     void oldCatalogueIsForgottenBeforeTheWarningShows_data();
     void oldCatalogueIsForgottenBeforeTheWarningShows();
@@ -137,6 +138,7 @@ private Q_SLOTS:
 
     // Queries
     void everythingIsEmptyBeforeTheFirstLoad();
+    void defaultLangIdNeedsNoLanguage();
     void langFilePathNeedsAShownEntry();
     void visibleLanguagesNeedShowNameAndFolder();
     void managerIsEmptyWhileTheCatalogueIsRead();
@@ -241,6 +243,14 @@ void tst_CTranslatorMgr::catalogueHoldsAnyNumberOfLanguages()
     QCOMPARE(mgr.visibleLanguages().constLast().id, count);
 }
 
+// In text mode, QTextStream would drop each CR.
+void tst_CTranslatorMgr::fileIsReadInBinaryMode()
+{
+    const ManagerOf mgr("LANG1_NAME=a\rb\r\nLANG1_FOLDER=c\r\nLANG1_SHOW=1\r\n");
+    QCOMPARE(mgr.visibleLanguages().size(), 1);
+    QCOMPARE(mgr.visibleLanguages().constFirst().name, QStringLiteral("a\rb"));
+}
+
 void tst_CTranslatorMgr::secondReadingReplacesTheFirst()
 {
     ManagerOf mgr("DEFAULT=1\nLANG1_NAME=a\nLANG1_FOLDER=x\nLANG1_SHOW=1\n");
@@ -335,6 +345,13 @@ void tst_CTranslatorMgr::everythingIsEmptyBeforeTheFirstLoad()
     QVERIFY(mgr.translator());
     QVERIFY(mgr.translator()->isEmpty());
     QCOMPARE(translatedChange(mgr), QString());
+}
+
+void tst_CTranslatorMgr::defaultLangIdNeedsNoLanguage()
+{
+    QCOMPARE(ManagerOf("DEFAULT=9\n").defaultLangId(), 9);
+    QCOMPARE(ManagerOf("DEFAULT=9\nLANG0_SHOW=1\n").defaultLangId(), 9);
+    QCOMPARE(ManagerOf("DEFAULT=1\nLANG1_FOLDER=a\nLANG1_SHOW=0\n").defaultLangId(), 1);
 }
 
 void tst_CTranslatorMgr::langFilePathNeedsAShownEntry()

@@ -2,6 +2,7 @@
 
 #include "support/DefaultButtons.h"
 #include "support/Deployment.h"
+#include "support/HostTranslator.h"
 #include "support/Interpose.h"
 #include "support/Operator.h"
 #include "support/TranslationBoxes.h"
@@ -127,6 +128,8 @@ private Q_SLOTS:
     void translationPath();
     void placeholderInTheApplicationFolderIsReplacedToo();
     void veryLongLineIsReadCompletely();
+    void catalogueHoldsAnyNumberOfLanguages();
+    void fileIsReadInBinaryMode();
     void secondReadingReplacesTheFirst();
     void oldCatalogueIsForgottenBeforeTheWarningShows_data();
     void oldCatalogueIsForgottenBeforeTheWarningShows();
@@ -135,6 +138,7 @@ private Q_SLOTS:
 
     // Queries
     void everythingIsEmptyBeforeTheFirstLoad();
+    void defaultLangIdNeedsNoLanguage();
     void langFilePathNeedsAShownEntry();
     void visibleLanguagesNeedShowNameAndFolder();
     void managerIsEmptyWhileTheCatalogueIsRead();
@@ -195,6 +199,8 @@ void tst_CTranslatorMgr::translationPath_data()
     row("empty folder after another", "LANG3_FOLDER=a\nLANG3_FOLDER=\n", "/Zendel.qm");
     row("%3 in the folder is replaced too", "LANG3_FOLDER=x%3y\n", "xZendel.qmy/Zendel.qm");
     row("%1 in the folder is replaced instead of %3", "LANG3_FOLDER=x%1y\n", "xZendel.qmy/%3");
+    row("spaces in the folder stay", "LANG3_FOLDER=a  b\n", "a  b/Zendel.qm");
+    row("backslash in the folder stays", "LANG3_FOLDER=a\\b\n", "a\\b/Zendel.qm");
     row("percent sign without a digit stays", "LANG3_FOLDER=50%\n", "50%/Zendel.qm");
 }
 
@@ -222,6 +228,27 @@ void tst_CTranslatorMgr::veryLongLineIsReadCompletely()
     const ManagerOf mgr("LANG1_NAME=" + name + "\nLANG1_FOLDER=a\nLANG1_SHOW=1\n");
     QCOMPARE(mgr.visibleLanguages().size(), 1);
     QVERIFY(mgr.visibleLanguages().constFirst().name == QString::fromLatin1(name));
+}
+
+void tst_CTranslatorMgr::catalogueHoldsAnyNumberOfLanguages()
+{
+    const int count = 100000;
+    QByteArray lines;
+    for (int i = 1; i <= count; ++i) {
+        const QByteArray key = "LANG" + QByteArray::number(i);
+        lines += key + "_NAME=a\n" + key + "_FOLDER=b\n" + key + "_SHOW=1\n";
+    }
+    const ManagerOf mgr(lines);
+    QCOMPARE(mgr.visibleLanguages().size(), count);
+    QCOMPARE(mgr.visibleLanguages().constLast().id, count);
+}
+
+// In text mode, QTextStream would drop each CR.
+void tst_CTranslatorMgr::fileIsReadInBinaryMode()
+{
+    const ManagerOf mgr("LANG1_NAME=a\rb\r\nLANG1_FOLDER=c\r\nLANG1_SHOW=1\r\n");
+    QCOMPARE(mgr.visibleLanguages().size(), 1);
+    QCOMPARE(mgr.visibleLanguages().constFirst().name, QStringLiteral("a\rb"));
 }
 
 void tst_CTranslatorMgr::secondReadingReplacesTheFirst()
@@ -318,6 +345,13 @@ void tst_CTranslatorMgr::everythingIsEmptyBeforeTheFirstLoad()
     QVERIFY(mgr.translator());
     QVERIFY(mgr.translator()->isEmpty());
     QCOMPARE(translatedChange(mgr), QString());
+}
+
+void tst_CTranslatorMgr::defaultLangIdNeedsNoLanguage()
+{
+    QCOMPARE(ManagerOf("DEFAULT=9\n").defaultLangId(), 9);
+    QCOMPARE(ManagerOf("DEFAULT=9\nLANG0_SHOW=1\n").defaultLangId(), 9);
+    QCOMPARE(ManagerOf("DEFAULT=1\nLANG1_FOLDER=a\nLANG1_SHOW=0\n").defaultLangId(), 1);
 }
 
 void tst_CTranslatorMgr::langFilePathNeedsAShownEntry()
@@ -428,6 +462,8 @@ void tst_CTranslatorMgr::loadTranslator()
         createTranslation(QStringLiteral("en"), translation);
     if (!fallback.isEmpty())
         createTranslation(QStringLiteral("chs"), fallback);
+    HostTranslator hostTranslator; // The message boxes are not translated.
+    QVERIFY(QCoreApplication::installTranslator(&hostTranslator));
     CTranslatorMgr mgr;
     mgr.loadTranslator();
     QCOMPARE(m_operator.takeBoxes(), boxes);

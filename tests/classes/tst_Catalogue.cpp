@@ -171,7 +171,10 @@ void tst_Catalogue::catalogue_data()
     file("header in lower case", "[lang_mgr]\nDEFAULT=1\n", "0 |");
     file("header with spaces inside", "[ LANG_MGR ]\nDEFAULT=1\n[LANG_MGR ]\nDEFAULT=2", "0 |");
     file("header with spaces around", "  [LANG_MGR]\t\nDEFAULT=1\n", "1 |");
-    file("header with brackets in its name", "[[LANG_MGR]]\nDEFAULT=1\n", "0 |");
+    file("header with brackets in its name",
+         "[[LANG_MGR]]\nDEFAULT=1\n[LANG_MGR]]\nDEFAULT=2\n[LANG_MGR] [a]\nDEFAULT=3\n", "0 |");
+    file("header with a comment in its name",
+         "[LANG_MGR;a]\nDEFAULT=1\n[LANG_MGR # a]\nDEFAULT=2\n", "0 |");
     lines("another header ends the section", "DEFAULT=1\n[OTHER]\nDEFAULT=2\nLANG1_NAME=a", "1 |");
     lines("two sections merge",
           "DEFAULT=1\nLANG1_NAME=a\nLANG2_NAME=d\n[OTHER]\nLANG1_NAME=b\n[LANG_MGR]\n"

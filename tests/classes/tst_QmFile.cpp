@@ -53,6 +53,7 @@ private Q_SLOTS:
     void craftedFiles();
     void costlyFilesAreRefused();
     void loadedTranslationIsReplaced();
+    void delimitersInAFolderCountToo();
     void dependencies_data();
     void dependencies();
     void dependencyOfADependencyIsFoundInTheSameFolder();
@@ -146,6 +147,17 @@ void tst_QmFile::loadedTranslationIsReplaced()
     QVERIFY(translator.isEmpty());
     QVERIFY(!loadQmFile(translator, m_folder.filePath(QStringLiteral("none"))));
     QVERIFY(translator.isEmpty());
+}
+
+// Qt is given the whole path as the file name, without a directory.
+void tst_QmFile::delimitersInAFolderCountToo()
+{
+    write("cut.qm", completeQmFile());
+    for (const char *const name : {"cut.d/Zendel.qm", "cut_d/Zendel.qm"}) {
+        QTranslator translator;
+        QVERIFY2(loadQmFile(translator, m_folder.filePath(QString::fromLatin1(name))), name);
+        QCOMPARE(translator.translate("PageSetLang", "Change"), QStringLiteral("CHANGE"));
+    }
 }
 
 void tst_QmFile::dependencies_data()

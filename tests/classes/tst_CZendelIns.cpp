@@ -46,10 +46,14 @@ void postEvent(const char *name)
 
 // These functions record the plug-in's calls among those to the window manager and forward them.
 
+/// The call that creates the window returns a handle that must not be used.
 INTERPOSE(WId, winId, (const QWidget *self))
 {
     addCall(QStringLiteral("winId"));
+    const bool creates = !self->internalWinId();
     const WId id = ORIGINAL(winId)(self);
+    if (creates)
+        return WId(-1);
     RecordingWindowManager::setName(reinterpret_cast<HWND>(id), QStringLiteral("dialog"));
     return id;
 }
@@ -441,6 +445,7 @@ void tst_CZendelIns::exceptionLeavesInit()
     loadFails = true;
     CZendelIns ins;
     QVERIFY_EXCEPTION_THROWN(ins.Init(&m_machine), std::runtime_error);
+    QCOMPARE(g_pHostMachine, static_cast<IHostMachine *>(&m_machine));
 }
 
 void tst_CZendelIns::everyInitLoadsOnce()
@@ -665,11 +670,19 @@ void tst_CZendelIns::nestedDialogEnablesTheOwner()
         if (call.startsWith(QLatin1String("enableWindow")))
             calls += call;
     });
-    m_operator.onDialog = [](QDialog &) {
-        BriefDialog inner;
-        CZendelIns::ExecModal(inner, ownerHandle());
+    bool nested = false;
+    m_operator.onDialog = [&nested](const QDialog &dialog) {
+        if (nested) {
+            DialogWidgets::pressChange(dialog);
+        } else {
+            nested = true;
+            QVERIFY(CZendelIns().ShowSettingsDlg(ownerHandle()));
+        }
     };
-    showDialog(false);
+    CZendelIns ins;
+    QVERIFY(ins.Init(&m_machine));
+    QVERIFY(!ins.ShowSettingsDlg(ownerHandle()));
+    takeAll();
     const QString disable = QStringLiteral("enableWindow(owner, false)");
     const QString enable = QStringLiteral("enableWindow(owner, true)");
     QCOMPARE(calls, QStringList({disable, disable, enable, enable}));

@@ -109,7 +109,7 @@ private Q_SLOTS:
 
     void resultFollowsTheLastAttempt_data();
     void resultFollowsTheLastAttempt();
-    void everyCloseUpdatesTheResult();
+    void everyAcceptAndRejectUpdatesTheResult();
     void resultIsFalseWithoutAPage();
     void resultCodeIsThatOfQDialog();
 
@@ -159,6 +159,8 @@ void tst_DlgSettings::titleBarHasNoContextHelpButton()
 
 void tst_DlgSettings::formIsAsDesigned()
 {
+    QWidget parent;
+    QCOMPARE(DlgSettings(&parent).parent(), &parent);
     const DlgSettings dialog;
     QVERIFY(!dialog.parent());
     QCOMPARE(dialog.objectName(), QStringLiteral("DlgSettings"));
@@ -386,11 +388,16 @@ void tst_DlgSettings::resultFollowsTheLastAttempt()
     }
 }
 
-void tst_DlgSettings::everyCloseUpdatesTheResult()
+void tst_DlgSettings::everyAcceptAndRejectUpdatesTheResult()
 {
     DlgSettings dialog;
     QVERIFY(!dialog.changed());
+    dialog.show();
     press(dialog, true);
+    QVERIFY(!dialog.changed());
+    // Neither calls accept() or reject().
+    dialog.hide();
+    dialog.done(QDialog::Accepted);
     QVERIFY(!dialog.changed());
     dialog.reject();
     QVERIFY(dialog.changed());
@@ -405,6 +412,8 @@ void tst_DlgSettings::resultIsFalseWithoutAPage()
 {
     DlgSettings dialog;
     press(dialog, true);
+    dialog.reject();
+    QVERIFY(dialog.changed());
     delete dialog.findChild<PageSetLang *>();
     dialog.reject();
     QVERIFY(!dialog.changed());

@@ -43,6 +43,15 @@ QString items(const PageSetLang &page)
     return result.join(QLatin1Char(' '));
 }
 
+int receiverCount(const QObject &object, const char *signal)
+{
+    struct Access : QObject // The function is protected.
+    {
+        using QObject::receivers;
+    };
+    return (object.*(&Access::receivers))(signal);
+}
+
 QStringList callsForSuccess(int langId)
 {
     return {QStringLiteral("SetLanguage(%1)").arg(langId), QStringLiteral("NotifySettingChanged")};
@@ -108,6 +117,7 @@ private Q_SLOTS:
     void nothingIsRefreshedAfterAChange();
     void newTranslationIsUsedInTheMessageBoxOnly();
     void messageIsTranslatedAfterTheNotification();
+    void failureDuringTheNotificationIsReportedFirst();
     void hostReplacedDuringSetLanguageIsNotified();
     void hostClearedDuringTheNotificationEndsAsUsual();
     void noEventIsProcessedBeforeTheMessage();
@@ -172,12 +182,14 @@ void tst_PageSetLang::nothingElseIsSetOnTheWidgets()
              QStringLiteral("objectName currentText currentIndex"));
     QCOMPARE(differingProperties(label(page), QLabel(&parent)),
              QStringLiteral("objectName text alignment"));
+    QVERIFY(!label(page).buddy());
 }
 
 void tst_PageSetLang::onlyTheMisspeltSlotIsUnconnected()
 {
     const PageSetLang page;
     QCOMPARE(Warnings::take(), QStringList(Warnings::unconnectedSlot()));
+    QCOMPARE(receiverCount(comboBox(page), SIGNAL(activated(int))), 0);
 }
 
 void tst_PageSetLang::misspeltSlotDoesNothing()
@@ -212,13 +224,13 @@ void tst_PageSetLang::listAscendsWithTheDefaultSelected()
 {
     load("DEFAULT=9\n"
          "LANG10_NAME=Ten\nLANG10_FOLDER=first\nLANG10_SHOW=1\n"
-         "LANG9_NAME=Nine\nLANG9_FOLDER=first\nLANG9_SHOW=1\n"
+         "LANG9_NAME=Two & Co\nLANG9_FOLDER=first\nLANG9_SHOW=1\n"
          "LANG5_NAME=Hidden\nLANG5_FOLDER=first\nLANG5_SHOW=0\n"
          "LANG6_FOLDER=first\nLANG6_SHOW=1\n"
          "LANG7_NAME=Nowhere\nLANG7_SHOW=1\n"
          "LANG2_NAME=Two & Co\nLANG2_FOLDER=first\nLANG2_SHOW=1\n");
     const PageSetLang page;
-    QCOMPARE(items(page), QStringLiteral("Two & Co:2 [Nine:9] Ten:10"));
+    QCOMPARE(items(page), QStringLiteral("Two & Co:2 [Two & Co:9] Ten:10"));
 }
 
 void tst_PageSetLang::unlistedDefaultSelectsTheFirst_data()
@@ -316,6 +328,7 @@ void tst_PageSetLang::numberIsTruncatedToEightBits()
     const QByteArray key = QByteArray("LANG") + QTest::currentDataTag();
     load(key + "_NAME=n\n" + key + "_FOLDER=f\n" + key + "_SHOW=1\n");
     const PageSetLang page;
+    QCOMPARE(items(page), QStringLiteral("[n:%1]").arg(QLatin1String(QTest::currentDataTag())));
     QCOMPARE(press(page), callsForSuccess(requested));
     QCOMPARE(m_operator.takeBoxes().size(), 1);
 }
@@ -362,6 +375,7 @@ void tst_PageSetLang::everyAttemptIsReported()
     QWidget window;
     const PageSetLang page(&window);
     QVERIFY(!page.changeOk());
+    m_operator.onBox = [&](QMessageBox &) { QCOMPARE(page.changeOk(), m_machine.accepts); };
     for (const bool accepts : {true, false, true}) {
         const QStringList refused {QStringLiteral("SetLanguage(1)")};
         QCOMPARE(press(page, accepts), accepts ? callsForSuccess(1) : refused);
@@ -407,6 +421,18 @@ void tst_PageSetLang::messageIsTranslatedAfterTheNotification()
     QCOMPARE(m_operator.takeBoxes(), QStringList(successBox("2")));
 }
 
+void tst_PageSetLang::failureDuringTheNotificationIsReportedFirst()
+{
+    const PageSetLang page;
+    m_machine.onNotify = [&] {
+        m_machine.accepts = false;
+        button(page).click();
+    };
+    QCOMPARE(press(page), callsForSuccess(1) + QStringList(QStringLiteral("SetLanguage(1)")));
+    QCOMPARE(m_operator.takeBoxes(), QStringList({failureBox("1"), successBox("1")}));
+    QVERIFY(!page.changeOk());
+}
+
 void tst_PageSetLang::hostReplacedDuringSetLanguageIsNotified()
 {
     RecordingMachine other(QStringLiteral("other "));
@@ -441,10 +467,7 @@ void tst_PageSetLang::noEventIsProcessedBeforeTheMessage()
     m_machine.onSetLanguage = [&] { order += QStringLiteral("SetLanguage"); };
     m_machine.onNotify = [&] { order += QStringLiteral("NotifySettingChanged"); };
     const PageSetLang page;
-    m_operator.onBox = [&](QMessageBox &) {
-        order += QStringLiteral("message");
-        QVERIFY(page.changeOk());
-    };
+    m_operator.onBox = [&](QMessageBox &) { order += QStringLiteral("message"); };
     post();
     press(page);
     QCOMPARE(order,

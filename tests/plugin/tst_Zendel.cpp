@@ -172,6 +172,7 @@ void tst_Zendel::newManagerOpensTheDialogWithoutInit()
     QVERIFY(m_mgr->Init(&m_machine));
     Deployment::clear(); // Reading now would show message boxes.
     m_plugin.releaseInterface(m_mgr);
+    m_plugin.releaseInterface(nullptr);
     m_mgr = m_plugin.newInterface();
     m_operator.onDialog = [](QDialog &dialog) {
         QCOMPARE(dialog.windowTitle(), QStringLiteral("1 Settings"));

@@ -49,7 +49,7 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "delete all but the right one"},
     {Kind::RepeatedLanguage, "repeated-language", Finding::Error,
      "more than one language has the number %1: %2 and %3; only the last one applies, and the "
-     "operator's list lacks %4; give each of them its own number, name and folder, or delete the "
+     "operator's list lacks %4; give each language its own number, name and folder, or delete the "
      "lines of those that you don't want"},
 
     // Numbers of languages
@@ -83,7 +83,7 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "although %3 was probably meant; write %1=%3, correct the other names, and save the file as "
      "\"UTF-8 with BOM\""},
     {Kind::SameName, "same-name", Finding::Error,
-     "%1 is also the name of language %2: %3; the operator can't tell them apart; use another "
+     "%1 is also the name of language %2: %3; the operator can't tell the two apart; use another "
      "name"},
     {Kind::NameClipped, "name-clipped", Finding::Error,
      "%1 is too %2 for the operator's list: %3 needs %4 pixels but has %5; part of it is cut off; "
@@ -104,7 +104,7 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
     {Kind::ShowNumber, "show-number", Finding::Warning,
      "%1 isn't a number: %2; the language is hidden; use 1 to show it"},
     {Kind::ShowOther, "show-other", Finding::Warning,
-     "%1 isn't 0 or 1: %2; the language is hidden; use 1 to show it"},
+     "%1 is neither 0 nor 1: %2; the language is hidden; use 1 to show it"},
     {Kind::ShowMissing, "show-missing", Finding::Warning,
      "LANG%1_SHOW is missing; the language is hidden; write LANG%1_SHOW=1 to show it, or "
      "LANG%1_SHOW=0 to hide it"},

@@ -292,27 +292,25 @@ private:
 
     static QString withLine(const CatalogueKey &key)
     {
-        return QStringLiteral("%1 in line %2").arg(quoted(key.value)).arg(key.line);
+        return QStringLiteral("%1 on line %2").arg(quoted(key.value)).arg(key.line);
     }
 
     void addIdDiffers(const DifferentId &id)
     {
         const QString &value = id.id.value;
         const int wanted = value.toInt();
-        QString remedy;
+        QString remedy = QStringLiteral("write %1=%2").arg(id.key).arg(id.langId);
         if (isNumber(QStringRef(&value)) && wanted >= 0 && wanted <= 255) {
-            remedy = QStringLiteral("to give the language the number %1, rename its keys to "
-                                    "LANG%1_ID, LANG%1_NAME and so on")
-                         .arg(wanted);
+            remedy += QStringLiteral(" or, to give the language the number %1, rename its keys to "
+                                     "LANG%1_ID, LANG%1_NAME and so on")
+                          .arg(wanted);
             if (m_lines.languages.contains(wanted))
                 remedy +=
-                    QStringLiteral(", give the present language %1 another number").arg(wanted);
+                    QStringLiteral(", and give the present language %1 another number").arg(wanted);
             if (m_report.defaultLangId == id.langId)
                 remedy +=
-                    QStringLiteral(", write DEFAULT=%1 if it is to stay the default").arg(wanted);
-            remedy += QStringLiteral(", or, if %1 is the right number, ").arg(id.langId);
+                    QStringLiteral(", and write DEFAULT=%1 to keep it the default").arg(wanted);
         }
-        remedy += QStringLiteral("write %1=%2").arg(id.key).arg(id.langId);
         m_report.addLine(FindingKind::IdDiffers, id.id.line, {id.key, quoted(value), remedy});
     }
 

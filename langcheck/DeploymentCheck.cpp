@@ -100,14 +100,13 @@ FindingKind kindOfInvalidFile(const QByteArray &start)
 
 QString direction(const ShownText &text)
 {
-    return text.tooHigh ? QStringLiteral("high") : QStringLiteral("wide");
+    return text.tooTall ? QStringLiteral("tall") : QStringLiteral("wide");
 }
 
 QString clippingRemedy(const ShownText &text, const char *remedyIfTooWide)
 {
-    return text.tooHigh
-        ? QStringLiteral("reduce the scaling of the display or the size of its fonts")
-        : QLatin1String(remedyIfTooWide);
+    return text.tooTall ? QStringLiteral("reduce the display's scaling or its font size")
+                        : QLatin1String(remedyIfTooWide);
 }
 
 QString key(int langId, const char *field)
@@ -282,7 +281,7 @@ private:
             if (other == m_report.listed.constEnd())
                 continue;
             const QString otherFile = QDir(checkedDir).relativeFilePath(other->qmPath);
-            QString remedy = QStringLiteral("replace it by the translation for %1").arg(folder);
+            QString remedy = QStringLiteral("replace it with the translation for %1").arg(folder);
             if (isNamedFor(folder, m_codes.value(other->qmPath))) {
                 swapped.insert(other->qmPath); // Once for both, because two swaps change nothing.
                 remedy = QStringLiteral("swap it with ") + otherFile
@@ -322,10 +321,10 @@ private:
         if (!m_unusedFolders)
             m_unusedFolders = shortened(unusedFolders().join(QStringLiteral(", ")), 200);
         QString remedy =
-            QStringLiteral("write %1= and the name of an existing folder, typed again, ").arg(key);
+            QStringLiteral("after %1=, type the name of an existing folder, ").arg(key);
         if (!m_unusedFolders->isEmpty())
             remedy +=
-                QStringLiteral("such as one that no language uses: %1, ").arg(*m_unusedFolders);
+                QStringLiteral("such as one that no language uses (%1), ").arg(*m_unusedFolders);
         remedy += QStringLiteral("or create a folder with exactly this name and put the compiled "
                                  "translation into it");
         m_report.addLine(FindingKind::FolderMissing, folder.line, {key, name, remedy});
@@ -356,7 +355,7 @@ private:
                            {path == fallbackPath()
                                 ? QStringLiteral("has empty texts")
                                 : QStringLiteral("uses Lang/chs/Zendel.qm, or has empty texts if "
-                                                 "that is missing, too")});
+                                                 "that is missing too")});
         else if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
             addTranslation(FindingKind::QmUnreadable, path);
         else if (const auto translation = loadTranslation(path))
@@ -392,8 +391,8 @@ private:
                             QString::number(text.size), QString::number(text.room),
                             clippingRemedy(text,
                                            "use a shorter translation in the language's .ts file, "
-                                           "or in one made by \"lconvert Zendel.qm -o Zendel.ts\", "
-                                           "and compile it")});
+                                           "or in one made with \"lconvert Zendel.qm -o "
+                                           "Zendel.ts\", and compile that file")});
         }
     }
 

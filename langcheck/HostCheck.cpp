@@ -77,7 +77,7 @@ private:
                 continue;
             Dll dll = read(name, readDll);
             if (dll.defect.isEmpty() && dll.exports == CompilerFamily::Unknown)
-                dll.defect = QStringLiteral("it exports no C++ functions");
+                dll.defect = QStringLiteral("it doesn't export C++ functions");
             m_qt += {name, dll};
         }
         const Dll &core = m_qt.constFirst().dll;
@@ -142,7 +142,7 @@ private:
         if (openForReading(file))
             return readFile(file);
         Dll dll;
-        dll.defect = QStringLiteral("it cannot be opened");
+        dll.defect = QStringLiteral("it can't be opened");
         return dll;
     }
 
@@ -162,7 +162,7 @@ private:
         }
     }
 
-    /// Returns what a file of Qt is to be replaced by.
+    /// Returns what a file of Qt should be replaced with.
     QString sameFile() const
     {
         const bool known = m_reference && !m_reference->dll.version.isNull();
@@ -232,8 +232,8 @@ private:
                  {"libgcc_s_seh-1.dll", "libstdc++-6.dll", "libwinpthread-1.dll"}) {
                 if (!exists(QLatin1String(name))) {
                     add(FindingKind::RuntimeMissing, QLatin1String(name),
-                        {QStringLiteral("copy it from the compiler that Qt was built with, whose "
-                                        "DLLs Qt has in its folder bin")});
+                        {QStringLiteral("copy it from Qt's folder bin, which contains the DLLs of "
+                                        "the compiler that Qt was built with")});
                 }
             }
             return;

@@ -25,13 +25,13 @@ QString writeFile(const QString &path, const QByteArray &bytes)
     const auto failure = [&path](QString reason) {
         if (reason.endsWith(QLatin1Char('.'))) // As Windows' reasons do
             reason.chop(1);
-        return QStringLiteral("Cannot write \"") + QDir::toNativeSeparators(path)
+        return QStringLiteral("Can't write \"") + QDir::toNativeSeparators(path)
             + QStringLiteral("\": ") + reason + QLatin1Char('.');
     };
     // QSaveFile would replace a device.
     const QFileInfo info(path);
     if (info.exists() && !info.isFile())
-        return failure(QStringLiteral("it is not a file"));
+        return failure(QStringLiteral("it isn't a file"));
     QSaveFile file(path);
     // Flushed first, because commit() would forget why that failed.
     if (file.open(QIODevice::WriteOnly) && writeAll(file, bytes) && file.flush() && file.commit())
@@ -64,6 +64,6 @@ QString openPage(const QByteArray &page)
     QString error = writePage(path, page);
     if (!error.isEmpty() || QDesktopServices::openUrl(QUrl::fromLocalFile(path)))
         return error;
-    return QStringLiteral("The page was written, but no browser opens it: %1")
+    return QStringLiteral("The page was written, but it can't be opened in a browser: %1")
         .arg(QDir::toNativeSeparators(path));
 }

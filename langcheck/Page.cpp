@@ -117,33 +117,35 @@ private:
     void writeVerdict()
     {
         const char *const classes[] = {"verdict good", "verdict warning", "verdict error"};
-        const char *const verdicts[] = {"Nothing wrong was found.",
-                                        "There are warnings, but the operator sees no error.",
-                                        "There are errors that the operator will see."};
+        const char *const verdicts[] = {
+            "Nothing wrong was found.",
+            "There are warnings, but the operator doesn't see any errors.",
+            "There are errors that the operator will see."};
         int errors = 0;
         for (const Finding &finding : m_report.findings)
             errors += finding.severity == Finding::Error ? 1 : 0;
         open("p", classes[m_report.exitCode()]);
         span("label",
              QLatin1String(m_report.hostFails
-                               ? "The program may not start, or not load the plug-in."
+                               ? "The host may not start, or may not load the plug-in."
                                : verdicts[m_report.exitCode()]));
         text(QLatin1Char(' ') + count(errors, "error") + QStringLiteral(", ")
              + count(m_report.findings.size() - errors, "warning")
              + QStringLiteral(
-                 ". Check below that these are the languages, the order and the default "
-                 "that are wanted."));
+                 ". Check below that the languages, their order and the default are as you "
+                 "want them."));
         close();
         open("p");
         foreignText("code", m_report.applicationDir);
         text(QStringLiteral(", checked on ")
              + QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm"))
-             + QStringLiteral(" by ") + programName());
+             + QStringLiteral(" by ") + programName()
+             + QStringLiteral(", the checker of deployments"));
         close();
         open("p");
         link(QStringLiteral("findings"), QStringLiteral("Findings"));
         text(QStringLiteral(" \u00b7 "));
-        link(QStringLiteral("start"), QStringLiteral("At startup"));
+        link(QStringLiteral("start"), QStringLiteral("At start-up"));
         text(QStringLiteral(" \u00b7 "));
         link(QStringLiteral("languages"), QStringLiteral("Languages"));
         text(QStringLiteral(" \u00b7 "));
@@ -195,12 +197,11 @@ private:
 
     void writeStart()
     {
-        heading("start", QStringLiteral("At startup"));
+        heading("start", QStringLiteral("At start-up"));
         if (m_report.hostFails) {
             element("p",
-                    QStringLiteral("The program may not start at all, or not load the plug-in, "
-                                   "because of its DLLs. The rest of this page holds once it "
-                                   "does."));
+                    QStringLiteral("The host may not start, or may not load the plug-in, because "
+                                   "of its DLLs. The rest of this page applies once it does."));
         } else if (m_report.boxes.isEmpty()) {
             element("p", QStringLiteral("No message box appears."));
         }
@@ -213,7 +214,7 @@ private:
             foreignText("bdi", box.text);
             close();
             open("div", "windows");
-            picture("box", QStringLiteral("Message box at startup"), box.picture);
+            picture("box", QStringLiteral("Message box at start-up"), box.picture);
             close();
             close();
         }
@@ -224,7 +225,7 @@ private:
                     + (m_report.listed.isEmpty() ? QStringLiteral("with an empty list:")
                                                  : QStringLiteral("like this:")));
         open("div", "windows");
-        picture("dialog", QStringLiteral("The dialog at startup"), m_start);
+        picture("dialog", QStringLiteral("The dialog at start-up"), m_start);
         close();
         close();
     }
@@ -232,13 +233,13 @@ private:
     void writeLanguages()
     {
         heading("languages", QStringLiteral("Languages"));
-        element(
-            "p",
-            QStringLiteral("For each language of the operator's list, in its order: the dialog and "
-                           "the message boxes after a change that succeeded and one that failed, "
-                           "with this computer's fonts. The title bars are only indicated, and the "
-                           "empty lower part of the dialog is left out. Missing and clipped texts "
-                           "are marked."));
+        element("p",
+                QStringLiteral(
+                    "This shows the dialog in each language of the operator's list, in the "
+                    "list's order, and the message boxes after a successful and a failed "
+                    "change, with this computer's fonts. The title bars are only indicated, "
+                    "and the empty lower part of the dialog is left out. Missing and clipped "
+                    "texts are marked."));
         if (m_pictures.size() < m_report.listed.size()) {
             element("p",
                     QStringLiteral("The list has %1; only the first %2 are drawn.")
@@ -274,17 +275,16 @@ private:
         open("p");
         foreignText("bdi", relative(pictures.language.qmPath));
         if (pictures.fallback)
-            text(QStringLiteral(" does not exist"));
+            text(QStringLiteral(" doesn't exist"));
         if (pictures.translation.isEmpty())
-            span("none", QStringLiteral("; no translation is loaded, and all texts are empty"));
+            span("none", QStringLiteral("; no translation is loaded, so all texts are empty"));
         else if (pictures.fallback)
             text(QStringLiteral("; the texts are those of the fallback, Lang/chs/Zendel.qm"));
         close();
         open("div", "windows");
         picture("dialog", QStringLiteral("The dialog"), pictures.dialog);
-        picture("box", QStringLiteral("Message box after a change that succeeded"),
-                pictures.success);
-        picture("box", QStringLiteral("Message box after a change that failed"), pictures.failure);
+        picture("box", QStringLiteral("Message box after a successful change"), pictures.success);
+        picture("box", QStringLiteral("Message box after a failed change"), pictures.failure);
         close();
         open("details");
         element("summary", QStringLiteral("Texts and fonts"));
@@ -312,7 +312,7 @@ private:
         open("table", "computer");
         row("Folder", m_report.applicationDir);
         row("Catalogue",
-            m_report.encoding.isEmpty() ? QStringLiteral("Lang/Lang.ini, cannot be opened")
+            m_report.encoding.isEmpty() ? QStringLiteral("Lang/Lang.ini, can't be opened")
                                         : QStringLiteral("Lang/Lang.ini, read as %1 because %2")
                                               .arg(m_report.encoding)
                                               .arg(m_report.encodingReason));

@@ -56,7 +56,7 @@ QString Report::toText() const
     QTextStream out(&text);
     out << "Catalogue:    Lang/Lang.ini, ";
     if (encoding.isEmpty())
-        out << "cannot be opened\n";
+        out << "can't be opened\n";
     else
         out << "read as " << encoding << " because " << encodingReason << '\n';
 
@@ -84,8 +84,8 @@ QString Report::toText() const
     if (hostQt)
         out << "Host's Qt:    " << hostQt->description() << '\n';
     if (hostFails) {
-        out << "Host:         may not start, or not load the plug-in, because of its DLLs; the "
-               "lines above hold once it does\n";
+        out << "Host:         may not start, or may not load the plug-in, because of its DLLs; "
+               "the lines above apply once it does\n";
     }
     out << '\n';
 

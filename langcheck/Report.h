@@ -33,14 +33,14 @@ struct HostQt
 struct Report
 {
     QString applicationDir;
-    QString encoding;        ///< The catalogue's; empty if it cannot be read.
+    QString encoding;        ///< The catalogue's; empty if it can't be read.
     QString encodingReason;  ///< Why it is read in this encoding.
     QList<LangEntry> listed; ///< The operator's list, in its order.
     int selected = -1;       ///< Index into the list; -1 if it is empty.
     int defaultLangId = 0;   ///< The catalogue's DEFAULT.
     QString translation;     ///< The file that is loaded; empty for none.
     bool fallback = false;   ///< Whether that is the fallback.
-    QList<Box> boxes;        ///< The message boxes at startup, in order.
+    QList<Box> boxes;        ///< The message boxes at start-up, in order.
     QList<Finding> findings;
 
     /// Only if there is a Qt5Core.dll.

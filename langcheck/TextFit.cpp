@@ -18,7 +18,7 @@
 namespace {
 
 /// Returns the height that a text needs in a widget, which centres its line. That is less than the
-/// line's height, which is as large as that of the highest font in it: for some that replace a
+/// line's height, which is as large as that of the tallest font in it: for some that replace a
 /// missing character, four times the height of the characters.
 int neededHeight(const QWidget &widget, const QString &text)
 {

@@ -22,8 +22,8 @@ struct ShownText
     QString text;
     QRect space; ///< In the window's coordinates. A title is above the window.
     bool clipped = false;
-    bool tooHigh = false; ///< Whether it is not too wide. Only in the dialog, as what follows.
-    int size = 0;         ///< The width that it needs, or height if it is too high, in pixels.
+    bool tooTall = false; ///< Whether it is not too wide. Only in the dialog, as what follows.
+    int size = 0;         ///< The width that it needs, or height if it is too tall, in pixels.
     int room = 0;         ///< The width or height that it may have.
     SourceText source = {nullptr,
                          nullptr}; ///< The English text. Only for texts that are translated.

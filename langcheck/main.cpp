@@ -92,7 +92,7 @@ QString writePictures(const QString &folder, const QVector<LanguagePictures> &al
 
 #ifdef Q_OS_WIN
 /// Returns true if langcheck was started with a console of its own, as Explorer does, and without
-/// options: by a double click, or by a folder that was dropped on it. A program that reads the
+/// options: by a double-click, or by a folder that was dropped on it. A program that reads the
 /// output may do that too, but then the output doesn't go to the console.
 bool isStartedByExplorer(int argc, char *argv[])
 {
@@ -107,7 +107,7 @@ bool isStartedByExplorer(int argc, char *argv[])
 /// Shows the report in the browser instead of in the console, which would vanish with langcheck.
 int showInBrowser(const QFileInfo &folder)
 {
-    QString error = QStringLiteral("\"%1\" is not a folder.").arg(folder.filePath());
+    QString error = QStringLiteral("\"%1\" isn't a folder.").arg(folder.filePath());
     if (folder.isDir()) {
         const Report report = checkDeployment(folder.canonicalFilePath());
         Progress progress;
@@ -151,13 +151,13 @@ int main(int argc, char *argv[])
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
-        "Checks Lang/Lang.ini and the translations that it names, as the settings plug-in reads "
-        "them,\nand the DLLs next to the host's executable, if Qt5Core.dll is one of them.\nPrints "
-        "what the operator will see, then errors and warnings. Changes nothing in the folder.\n"
-        "After a double click on Windows, shows the report in the browser instead, as the page\n"
-        "langcheck.html in the user's temporary folder.\n\n"
-        "Exit code: 0 no findings, 1 warnings only, 2 errors, which the operator would see,\n"
-        "3 incorrect usage, or a file cannot be written."));
+        "langcheck, the checker of deployments, reads Lang/Lang.ini and the translations as the\n"
+        "settings plug-in does, checks the DLLs next to the host's executable if Qt5Core.dll is\n"
+        "one of them, and prints what the operator will see, then errors and warnings. It doesn't\n"
+        "change anything in the folder. After a double-click on Windows, it shows the report in\n"
+        "the browser instead, as the page langcheck.html in the user's temporary folder.\n\n"
+        "The exit code is 0 without findings, 1 for warnings only, 2 for errors, which the\n"
+        "operator would see, and 3 for incorrect usage or a file that can't be written."));
     const QCommandLineOption json(QStringLiteral("json"),
                                   QStringLiteral("Prints the report as JSON, for programs."));
     parser.addOption(json);
@@ -179,7 +179,7 @@ int main(int argc, char *argv[])
     const QCommandLineOption version = parser.addVersionOption();
     parser.addPositionalArgument(
         QStringLiteral("folder"),
-        QStringLiteral("Folder of the host's executable. Default: the folder of langcheck."),
+        QStringLiteral("The folder of the host's executable; by default, that of langcheck."),
         QStringLiteral("[FOLDER]"));
 
     if (!parser.parse(QCoreApplication::arguments()))
@@ -194,14 +194,14 @@ int main(int argc, char *argv[])
     }
     const QStringList arguments = parser.positionalArguments();
     if (arguments.size() > 1)
-        return misused(QStringLiteral("More than one folder given."));
+        return misused(QStringLiteral("More than one folder was given."));
     const QFileInfo folder(arguments.isEmpty() ? QCoreApplication::applicationDirPath()
                                                : arguments.first());
     if (!folder.isDir())
-        return misused(QStringLiteral("\"%1\" is not a folder.").arg(folder.filePath()));
+        return misused(QStringLiteral("\"%1\" isn't a folder.").arg(folder.filePath()));
     const QString pictureFolder = parser.value(pictures);
     if (parser.isSet(pictures) && !QFileInfo(pictureFolder).isDir())
-        return misused(QStringLiteral("\"%1\" is not a folder.").arg(pictureFolder));
+        return misused(QStringLiteral("\"%1\" isn't a folder.").arg(pictureFolder));
 
     Progress progress;
     const Report report = checkDeployment(folder.canonicalFilePath());

@@ -51,7 +51,7 @@ bool LanguageFile::setDefaultLanguage(int number)
 
 bool LanguageFile::fail(const QString &action, const QString &reason)
 {
-    m_errorString = QStringLiteral("Cannot ") + action + QLatin1Char(' ')
+    m_errorString = QStringLiteral("Can't ") + action + QLatin1Char(' ')
         + QDir::toNativeSeparators(m_fileName) + QStringLiteral(": ") + reason;
     return false;
 }

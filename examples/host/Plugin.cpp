@@ -19,18 +19,18 @@ bool Plugin::load()
 {
     // Checked first, because QLibrary would try similar names and report the last one.
     if (!QFileInfo::exists(m_library.fileName()))
-        return fail(QStringLiteral("no such file"));
+        return fail(QStringLiteral("the file doesn't exist"));
     if (!m_library.load())
         return fail(m_library.errorString());
 
     m_newInterface = reinterpret_cast<NewInterfaceFunction>(m_library.resolve("NewInterface"));
     if (!m_newInterface)
-        return fail(QStringLiteral("it does not export NewInterface"));
+        return fail(QStringLiteral("it doesn't export NewInterface"));
 
     m_releaseInterface =
         reinterpret_cast<ReleaseInterfaceFunction>(m_library.resolve("ReleaseInterface"));
     if (!m_releaseInterface)
-        return fail(QStringLiteral("it does not export ReleaseInterface"));
+        return fail(QStringLiteral("it doesn't export ReleaseInterface"));
     return true;
 }
 
@@ -43,7 +43,7 @@ IZendelMgr &Plugin::manager()
 
 bool Plugin::fail(const QString &reason)
 {
-    m_errorString = QStringLiteral("Cannot use the plug-in ")
+    m_errorString = QStringLiteral("Can't use the plug-in ")
         + QDir::toNativeSeparators(m_library.fileName()) + QStringLiteral(": ") + reason;
     return false;
 }

@@ -118,7 +118,7 @@ bool Tour::languageSwitched()
         return fail(m_languages.errorString());
     if (m_languages.defaultLanguage() != m_chosenLanguage)
         return fail(
-            QStringLiteral("The machine did not switch to language %1").arg(m_chosenLanguage));
+            QStringLiteral("The machine didn't switch to language %1").arg(m_chosenLanguage));
 
     m_mainWindow.findChild<QCheckBox *>(QStringLiteral("checkBox_refuse"))->setChecked(true);
     openSettings();
@@ -131,7 +131,7 @@ bool Tour::newLanguage()
     if (!list || !takeScreenshot(list->window()))
         return false;
     if (list->window()->windowTitle() == m_firstTitle)
-        return fail(QStringLiteral("The dialog is not in the new language"));
+        return fail(QStringLiteral("The dialog isn't in the new language"));
     clickChange();
     return true;
 }
@@ -203,7 +203,7 @@ bool Tour::takeScreenshot(const QWidget *newWindow)
     QSaveFile file(fileName);
     const QPixmap pixmap = screenshot(m_mainWindow);
     if (!file.open(QIODevice::WriteOnly) || !pixmap.save(&file, "PNG") || !file.commit())
-        return fail(QStringLiteral("Cannot write ") + fileName + QStringLiteral(": ")
+        return fail(QStringLiteral("Can't write ") + fileName + QStringLiteral(": ")
                     + file.errorString());
     m_screenshots.append(fileName);
     return true;

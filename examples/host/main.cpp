@@ -35,7 +35,7 @@ bool readOptions(const QCoreApplication &app, Options &options)
 
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        QStringLiteral("Example control software that uses the settings plug-in."));
+        QStringLiteral("The example host: control software that uses the settings plug-in."));
     parser.addHelpOption();
     parser.addOptions({plugin, tour});
     parser.process(app);

@@ -125,7 +125,7 @@ void tst_LanguageFile::unusableFileIsReported()
         LanguageFile languages(fileName);
         QVERIFY(!languages.setDefaultLanguage(1));
         QVERIFY2(languages.errorString().startsWith(
-                     QStringLiteral("Cannot read %1: ").arg(QDir::toNativeSeparators(fileName))),
+                     QStringLiteral("Can't read %1: ").arg(QDir::toNativeSeparators(fileName))),
                  qPrintable(languages.errorString()));
     }
     QVERIFY(QFileInfo(m_folder.filePath(QStringLiteral("folder"))).isDir());

@@ -116,7 +116,7 @@ void tst_host::callsThatNeedNoDisplay_data()
     wrong("unknown option", "--unknown", "unknown");
     wrong("--plugin without a file", "--plugin", "plugin");
     wrong("extra argument", "word", "word");
-    unusable("missing", QStringLiteral("/no/such/plugin.so"), "no such file");
+    unusable("missing", QStringLiteral("/no/such/plugin.so"), "the file doesn't exist");
     unusable("not a library", testFile(QStringLiteral(SAMPLE_CATALOGUE)), "cannot load");
     unusable("without NewInterface", testFile(QStringLiteral(PLUGIN_WITHOUT_FUNCTIONS)),
              "NewInterface");

@@ -454,7 +454,7 @@ void tst_langcheck_checks::missingTextsAreNamed()
     QStringList expected;
     for (const SourceText &text : kSourceTexts) {
         if (qstrcmp(text.text, "Change") != 0)
-            expected += QStringLiteral("text is not translated: \"%1\" of %2")
+            expected += QStringLiteral("the text \"%1\" in the context %2 isn't translated")
                             .arg(QLatin1String(text.text), QLatin1String(text.context));
     }
     QCOMPARE(expected.size(), 7);
@@ -503,11 +503,11 @@ void tst_langcheck_checks::languagesOfFilesAreCompared_data()
     };
     row("right", {{"es", "es"}, {"pt", "pt_BR"}}, "");
     row("swapped", {{"es", "pt_BR"}, {"pt", "es"}}, "es",
-        "translation is for pt_BR, like the folder pt, and not for es; an operator who chooses "
+        "the translation is for pt_BR, like the folder pt, and not for es; an operator who selects "
         "\"Language es\" probably sees texts in another language; swap it with "
         "Lang/pt/Zendel.qm, which is for es");
     row("copied", {{"es", "pt_BR"}, {"pt", "pt_BR"}}, "es",
-        "; replace it by the translation for es");
+        "; replace it with the translation for es");
     row("three in a circle", {{"es", "pt"}, {"fr", "es"}, {"pt", "fr"}}, "es fr pt");
     row("with countries", {{"pt_BR", "pt_PT"}, {"pt_PT", "pt_BR"}}, "pt_BR");
     row("with hyphens", {{"pt-BR", "es_ES"}, {"es-ES", "pt_BR"}}, "pt-BR");
@@ -546,7 +546,7 @@ QPair<int, int> tst_langcheck_checks::measured(const char *pattern)
     const QString text = check().findings.value(0).text;
     const QRegularExpressionMatch match =
         QRegularExpression(QString::fromLatin1(pattern)
-                           + QLatin1String(" has (\\d+) pixels, and there is room for (\\d+); "))
+                           + QLatin1String(" needs (\\d+) pixels but has (\\d+); "))
             .match(text);
     const QPair<int, int> result(match.captured(1).toInt(), match.captured(2).toInt());
     QTest::qVerify(result.first > result.second, "size > room", qPrintable(text), __FILE__,
@@ -559,8 +559,8 @@ void tst_langcheck_checks::clippedTextIsMeasured()
 {
     Deployment::installTranslation(QStringLiteral("second"), QStringLiteral("long_texts"));
     const auto [width, room] =
-        measured("^text is too wide for the dialog: \"Change\" of PageSetLang is translated as "
-                 "\"1 A word that is too long\", which");
+        measured("^the text is too wide for the dialog: \"Change\" in the context PageSetLang is "
+                 "translated as \"1 A word that is too long\", which");
     QVERIFY2(width < 24 * 30, qPrintable(QString::number(width)));
     // The button's width is 91 pixels.
     QVERIFY2(room > 60 && room <= 91, qPrintable(QString::number(room)));
@@ -580,13 +580,13 @@ void tst_langcheck_checks::heightIsMeasured()
     large.setPixelSize(50);
     QApplication::setFont(large);
     const auto [height, room] =
-        measured("^LANG1_NAME is too high for the operator's list: \"One\"");
+        measured("^LANG1_NAME is too tall for the operator's list: \"One\"");
     const QString text = check().findings.value(0).text;
     QApplication::setFont(usual);
     QVERIFY2(height < 70, qPrintable(QString::number(height)));
     QVERIFY2(room <= 31, qPrintable(QString::number(room))); // The list's height is 31 pixels.
-    QVERIFY2(text.endsWith(QLatin1String("; a part of it is cut off; reduce the scaling of the "
-                                         "display or the size of its fonts")),
+    QVERIFY2(text.endsWith(QLatin1String("; part of it is cut off; reduce the display's "
+                                         "scaling or its font size")),
              qPrintable(text));
 }
 
@@ -602,7 +602,7 @@ void tst_langcheck_checks::textsFitTheCatalogue_data()
     const QByteArray good = kCatalogue;
 
     // Saving a file that was opened in a wrong encoding would damage all names.
-    const QByteArray end = ", correct names that have lost letters, and only then save it as "
+    const QByteArray end = ", correct any names that have lost letters, and only then save it as "
                            "\"UTF-8 with BOM\"";
     const QByteArray utf8 = "open the file as UTF-8" + end;
     const QByteArray any = "open the file in the encoding in which all names look right" + end;
@@ -618,38 +618,37 @@ void tst_langcheck_checks::textsFitTheCatalogue_data()
     row("folder that looks like another",
         kUtf8Bom + catalogueWith("=second", "=\u0441s\U0001F600")
             + "LANG3_FOLDER=hidden\nLANG3_SHOW=0\n",
-        {{"LANG2_FOLDER is not a folder in Lang: \"\u0441s\U0001F600\" (with U+0441, U+1F600); ",
-          "write LANG2_FOLDER= and the name of an existing folder, typed again, such as one that "
-          "no language uses: chs, cs, second, or create a folder with exactly this name and put "
-          "the compiled translation into it"}});
+        {{"LANG2_FOLDER names a folder that doesn't exist in Lang: \"\u0441s\U0001F600\" (with "
+          "U+0441, U+1F600); ",
+          "after LANG2_FOLDER=, type the name of an existing folder, such as one that no language "
+          "uses (chs, cs, second), or create a folder with exactly this name and put the compiled "
+          "translation into it"}});
     row("repeated key", good + "LANG2_FOLDER=first\nLANG2_FOLDER=chs\n",
-        {{"LANG2_FOLDER is in line 7 with \"second\" and in line 9 with \"first\"; only the last "
-          "line with the key, line 10, counts; ",
+        {{"LANG2_FOLDER is set on line 7 to \"second\" and on line 9 to \"first\"; only the last "
+          "one, on line 10, applies; ",
           ""},
-         {"LANG2_FOLDER is in line 9 with \"first\" and in line 10 with \"chs\"; ", ""}});
+         {"LANG2_FOLDER is set on line 9 to \"first\" and on line 10 to \"chs\"; ", ""}});
     row("repeated language",
         good + "LANG2_NAME=Three\nLANG2_FOLDER=chs\nLANG2_NAME=Four\nLANG2_FOLDER=chs\n",
-        {{"number 2 belongs to more than one language: \"Two\" in line 6, \"Three\" in line 9 and "
-          "\"Four\" in line 11; only the last counts, and this is missing from the operator's "
-          "list: \"Two\", \"Three\"; ",
+        {{"more than one language has the number 2: \"Two\" on line 6, \"Three\" on line 9 and "
+          "\"Four\" on line 11; only the last one applies, and the operator's list lacks "
+          "\"Two\", \"Three\"; ",
           ""}});
     row("long value of two lines", good + "LANG3_SHOW=%1\r" + QByteArray(99, 'x'),
-        {{"", ""}, {"LANG3_SHOW is not a number: \"%1 " + QByteArray(57, 'x') + "...\"; ", ""}});
+        {{"", ""}, {"LANG3_SHOW isn't a number: \"%1 " + QByteArray(57, 'x') + "...\"; ", ""}});
 
     row("free number as an ID", good + "LANG2_ID=7",
         {{"",
-          "to give the language the number 7, rename its keys to LANG7_ID, LANG7_NAME and so on, "
-          "or, if 2 is the right number, write LANG2_ID=2"}});
+          "write LANG2_ID=2 or, to give the language the number 7, rename its keys to LANG7_ID, "
+          "LANG7_NAME and so on"}});
     row("used number as an ID", good + "LANG2_ID=1",
         {{"",
-          "to give the language the number 1, rename its keys to LANG1_ID, LANG1_NAME and so on, "
-          "give the present language 1 another number, or, if 2 is the right number, write "
-          "LANG2_ID=2"}});
+          "write LANG2_ID=2 or, to give the language the number 1, rename its keys to LANG1_ID, "
+          "LANG1_NAME and so on, and give the present language 1 another number"}});
     row("ID of the default", good + "LANG1_ID=7",
         {{"",
-          "to give the language the number 7, rename its keys to LANG7_ID, LANG7_NAME and so on, "
-          "write DEFAULT=7 if it is to stay the default, or, if 1 is the right number, write "
-          "LANG1_ID=1"}});
+          "write LANG1_ID=1 or, to give the language the number 7, rename its keys to LANG7_ID, "
+          "LANG7_NAME and so on, and write DEFAULT=7 to keep it the default"}});
     for (const char *const id : {"256", "-1", "two"})
         row(id, good + "LANG2_ID=" + id, {{"", "write LANG2_ID=2"}});
 }
@@ -681,12 +680,12 @@ void tst_langcheck_checks::missingFallbackIsNotReplacedByItself()
             Deployment::path(QStringLiteral("Lang/%1/Zendel.qm").arg(QLatin1String(folder)))));
     const QList<Finding> findings = check().findings;
     QCOMPARE(findings.size(), 2);
-    const QString text = QStringLiteral("file does not exist; a dialog that needs it %1; put the "
-                                        "compiled translation there");
+    const QString text = QStringLiteral("the file doesn't exist; a dialog that needs it %1; put "
+                                        "the compiled translation there");
     QCOMPARE(findings.at(0).file, QStringLiteral("Lang/second/Zendel.qm"));
     QCOMPARE(findings.at(0).text,
              text.arg(QStringLiteral("uses Lang/chs/Zendel.qm, or has empty texts if that is "
-                                     "missing, too")));
+                                     "missing too")));
     QCOMPARE(findings.at(1).text, text.arg(QStringLiteral("has empty texts")));
 }
 

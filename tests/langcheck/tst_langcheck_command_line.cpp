@@ -55,9 +55,9 @@ void tst_langcheck_command_line::findingsArePrintedAsByACompiler()
             "Translation:  Lang/first/Zendel.qm\n"
             "Messages:     none\n"
             "\n"
-            "Lang/Lang.ini:9: warning: LANG2_NAME is in line 6 with \"Two\" and in line 9 with "
-            "\"Deux\"; only the last line with the key, line 9, counts; delete one of the two, "
-            "so that the right value remains [repeated-key]\n"
+            "Lang/Lang.ini:9: warning: LANG2_NAME is set on line 6 to \"Two\" and on line 9 to "
+            "\"Deux\"; only the last one, on line 9, applies; delete all but the right one "
+            "[repeated-key]\n"
             "0 errors, 1 warning\n"));
 
     QVERIFY(QDir(Deployment::path(QStringLiteral("Lang"))).removeRecursively());
@@ -65,7 +65,7 @@ void tst_langcheck_command_line::findingsArePrintedAsByACompiler()
     QCOMPARE(
         QString::fromUtf8(run({path}, 2)),
         QStringLiteral(
-            "Catalogue:    Lang/Lang.ini, cannot be opened\n"
+            "Catalogue:    Lang/Lang.ini, can't be opened\n"
             "Languages:    none; the operator's list is empty\n"
             "Default:      0\n"
             "Translation:  none; all texts are empty\n"
@@ -73,8 +73,8 @@ void tst_langcheck_command_line::findingsArePrintedAsByACompiler()
             "              critical, \"Error\": Cannot find the \"\" file\n"
             "              warning, \"Warning\": Load translator file%1/Lang/chs/Zendel.qmfailed!\n"
             "\n"
-            "Lang/Lang.ini: error: missing or not a readable file; the operator's list is empty; "
-            "put the catalogue there or correct its permissions [catalogue-unreadable]\n"
+            "Lang/Lang.ini: error: the file is missing or can't be read; the operator's list is "
+            "empty; put the catalogue there, or correct its permissions [catalogue-unreadable]\n"
             "1 error, 0 warnings\n")
             .arg(path));
 }
@@ -126,9 +126,10 @@ void tst_langcheck_command_line::hostIsChecked()
     QVERIFY2(output.contains("\nHost's Qt:    unknown version, for an unknown compiler\n"
                              "Host:         may not start, "),
              output.constData());
-    QVERIFY2(output.contains("\nQt5Core.dll: error: not a DLL for 64-bit x86: it has no PE header; "
-                             "a 64-bit host, which the plug-in needs, cannot load it; "),
-             output.constData());
+    QVERIFY2(
+        output.contains("\nQt5Core.dll: error: the file isn't a DLL for 64-bit x86: it has no PE "
+                        "header; a 64-bit host, which the plug-in needs, can't load it; "),
+        output.constData());
     const QJsonObject json =
         QJsonDocument::fromJson(run({host, QStringLiteral("--json")}, 2)).object();
     QVERIFY(json.contains(QStringLiteral("hostQt")));
@@ -149,10 +150,12 @@ void tst_langcheck_command_line::callsWithoutADeployment_data()
     row("list of the sample", {}, 0, "22 العربية\n");
     row("findings of the sample", {}, 0, "\n0 errors, 0 warnings\n");
     row("help", {QStringLiteral("--help")}, 0, "[FOLDER]");
+    row("subtitle in the help", {QStringLiteral("--help")}, 0,
+        "langcheck, the checker of deployments, ");
     row("version", {QStringLiteral("--version")}, 0, "langcheck " VERSION COMMIT "\n");
     row("unknown option", {QStringLiteral("--colour")}, 3, "Unknown option 'colour'");
     row("two folders", {QStringLiteral("."), QStringLiteral(".")}, 3, "More than one folder");
-    row("not a folder", {QStringLiteral("no/such")}, 3, "\"no/such\" is not a folder");
+    row("not a folder", {QStringLiteral("no/such")}, 3, "\"no/such\" isn't a folder");
 }
 
 void tst_langcheck_command_line::callsWithoutADeployment()

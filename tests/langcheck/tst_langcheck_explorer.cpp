@@ -92,7 +92,7 @@ void tst_langcheck_explorer::pageOpensInTheBrowser_data()
     QTest::addColumn<int>("exitCode");
 
     const QFileInfo langcheck(testFile(QStringLiteral(LANGCHECK_FILE)));
-    QTest::newRow("double click") << QStringList() << langcheck.canonicalPath() << 0;
+    QTest::newRow("double-click") << QStringList() << langcheck.canonicalPath() << 0;
     const QDir folder(m_folder.path());
     QVERIFY(folder.mkdir(QStringLiteral("\u673A \u5668")));
     const QString dropped = folder.filePath(QStringLiteral("\u673A \u5668"));

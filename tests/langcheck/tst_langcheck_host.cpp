@@ -238,30 +238,31 @@ void tst_langcheck_host::mistakesAreFound_data()
     plain.exports = {"qt_startup_hook"};
 
     const auto missing = [](const char *file, const char *id) {
-        return QByteArray(file) + " warning " + id + ": file does not exist";
+        return QByteArray(file) + " warning " + id + ": the file doesn't exist";
     };
     const auto unusable = [](const char *file, const char *reason) {
-        return QByteArray(file) + " error dll-unusable: not a DLL for 64-bit x86: it " + reason;
+        return QByteArray(file) + " error dll-unusable: the file isn't a DLL for 64-bit x86: it "
+            + reason;
     };
     const auto version = [](const char *number) {
-        return QByteArray("Qt5Core.dll error qt-version: host's Qt is not one of 5.6 to 5.15: ")
+        return QByteArray("Qt5Core.dll error qt-version: the host's Qt isn't one of 5.6 to 5.15: ")
             + number;
     };
     const auto differs = [](const char *file, const QByteArray &one, const QByteArray &other) {
-        return QByteArray(file) + " warning qt-versions-differ: version is " + one
+        return QByteArray(file) + " warning qt-versions-differ: the version is " + one
             + ", but that of Qt5Core.dll is " + other;
     };
     const auto isMinGw = [](const char *finding) {
-        return QByteArray(finding) + "built for MinGW-w64, but Qt5Core.dll for MSVC";
+        return QByteArray(finding) + "is built for MinGW-w64, but Qt5Core.dll is built for MSVC";
     };
     const auto isMsvc = [](const QByteArray &finding, const char *evidence) {
-        return finding + "built for MSVC, but " + evidence + " for MinGW-w64";
+        return finding + "is built for MSVC, but " + evidence + " is built for MinGW-w64";
     };
     const auto family = [&isMsvc](const char *file, const char *evidence) {
-        return isMsvc(QByteArray(file) + " error qt-family: ", evidence);
+        return isMsvc(QByteArray(file) + " error qt-family: the file ", evidence);
     };
     const auto pluginFamily = [&isMsvc](const char *evidence) {
-        return isMsvc("Zendel.dll error plugin-family: plug-in is ", evidence);
+        return isMsvc("Zendel.dll error plugin-family: the plug-in ", evidence);
     };
 
     row("clean, MSVC", Msvc, {});
@@ -279,24 +280,24 @@ void tst_langcheck_host::mistakesAreFound_data()
     row("other major release", Msvc, {{core, qtCore(true, QVersionNumber(6, 15, 8))}},
         version("6.15.8"));
     row("no version", Msvc, {{core, qtCore(true, {})}},
-        "Qt5Core.dll warning qt-version-unknown: file has no version resource");
+        "Qt5Core.dll warning qt-version-unknown: the file has no version resource");
 
     row("32-bit Qt", Msvc, {{core, makeDll(small)}}, unusable(core, "is for 32-bit x86"));
     row("Qt is a text", Msvc, {{core, "text"}}, unusable(core, "has no PE header"));
     row("Qt is cut off", MinGw, {{core, qtCore(false).chopped(1)}}, unusable(core, "is cut off"));
     row("Qt without C++", Msvc, {{core, makeDll(plain)}},
-        unusable(core, "exports no C++ functions"));
+        unusable(core, "doesn't export C++ functions"));
     row("Qt is a folder", Msvc, {{core, removed}, {"Qt5Core.dll/file", "any"}},
-        unusable(core, "cannot be opened"));
+        unusable(core, "can't be opened"));
     row("plug-in is cut off", MinGw, {{zendel, plugin(false).chopped(1)}},
         unusable(zendel, "is cut off"));
 
     row("plug-in for MinGW", Msvc, {{zendel, plugin(false)}},
-        isMinGw("Zendel.dll error plugin-family: plug-in is "));
+        isMinGw("Zendel.dll error plugin-family: the plug-in "));
     row("plug-in for MSVC", MinGw, {{zendel, plugin(true)}}, pluginFamily(core));
     row("no platform plug-in", Msvc, {{platform, removed}}, missing(platform, "platform-missing"));
     row("platform plug-in for MinGW", Msvc, {{platform, plugin(false)}},
-        isMinGw("platforms/qwindows.dll error qt-family: "));
+        isMinGw("platforms/qwindows.dll error qt-family: the file "));
     row("empty platform plug-in", Msvc, {{platform, ""}}, unusable(platform, "has no PE header"));
     row("other folder of plug-ins", Msvc,
         {{platform, removed}, {"qt.conf", "[Paths]\nPlugins=plugins\n"}});
@@ -305,7 +306,7 @@ void tst_langcheck_host::mistakesAreFound_data()
             {{platform, removed},
              {otherPlatform, plugin(msvc)},
              {core, qtCore(true, QVersionNumber(5, 14, 0))}},
-            msvc ? "" : isMinGw("plugins/platforms/qwindows.dll error qt-family: "));
+            msvc ? "" : isMinGw("plugins/platforms/qwindows.dll error qt-family: the file "));
     }
     row("plugins, Qt 5.13", Msvc,
         {{platform, removed},
@@ -379,12 +380,12 @@ void tst_langcheck_host::replacementsFitTheHost()
     write("Zendel.dll", "text");
     QList<Finding> findings = check().findings;
     QCOMPARE(findings.size(), 3);
-    const QString file = QStringLiteral("replace it by the same file of Qt %1 for MinGW-w64");
+    const QString file = QStringLiteral("replace it with the same file of Qt %1 for MinGW-w64");
     QCOMPARE(findings.at(0).remedy, file.arg(kOwnVersion.toString()));
-    const QString host = QStringLiteral(", and use a 64-bit host if this one is not");
+    const QString host = QStringLiteral(", and use a 64-bit host if this isn't one");
     QCOMPARE(findings.at(1).remedy, file.arg(kOwnVersion.toString()) + host);
     QCOMPARE(findings.at(2).remedy,
-             QStringLiteral("replace it by a plug-in that is built for MinGW-w64") + host);
+             QStringLiteral("replace it with a plug-in that is built for MinGW-w64") + host);
 
     write("Qt5Widgets.dll", qtCore(true));
     findings = check().findings;

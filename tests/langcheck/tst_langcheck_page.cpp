@@ -210,10 +210,10 @@ void tst_langcheck_page::deploymentsAreShown_data()
     const char *const errors = "There are errors that the operator will see.";
     row("good", good, "Nothing wrong was found.", "None.");
     row("warning", good + "LANG2_NAME=Deux\n",
-        "There are warnings, but the operator sees no error.", "LANG2_NAME=Deux");
+        "There are warnings, but the operator doesn't see any errors.", "LANG2_NAME=Deux");
     row("error", catalogueWith("DEFAULT=1", "DEFAULT=77"), errors, "DEFAULT=77");
     row("empty list", "[LANG_MGR]\n", errors, "None; the operator's list is empty.");
-    row("no catalogue", {}, errors, "Lang/Lang.ini, cannot be opened");
+    row("no catalogue", {}, errors, "Lang/Lang.ini, can't be opened");
     row("half a character", good + ";\xD6\n;\n", errors,
         "Lang/Lang.ini, read as GB2312 because it has no BOM");
 }
@@ -251,8 +251,9 @@ void tst_langcheck_page::startIsNotPromisedIfTheHostFails()
     const QByteArray bytes = validPage(report);
     texts = CheckedPage::read(bytes).texts;
     QVERIFY(!texts.contains(noBox) && !texts.contains(dialog));
-    QVERIFY(texts.contains(QStringLiteral("The program may not start, or not load the plug-in.")));
-    QVERIFY(bytes.contains(">The program may not start at all, or not load the plug-in, "));
+    QVERIFY(texts.contains(QStringLiteral("The host may not start, or may not load the plug-in.")));
+    QVERIFY(bytes.contains(
+        ">The host may not start, or may not load the plug-in, because of its DLLs. "));
     QVERIFY(texts.contains(QStringLiteral("Once it does, the dialog opens like this:")));
 }
 
@@ -482,7 +483,7 @@ void tst_langcheck_page::lastLanguageIsOnTheSheet()
     QVERIFY(pixels(all, qRgb(0, 0, 255), {0, all.height() - 100, all.width(), 100}) > 0);
 }
 
-/// Does what a double click in Explorer does, except for the console.
+/// Does what a double-click in Explorer does, except for the console.
 void tst_langcheck_page::pageOpensInTheBrowser()
 {
     Browser browser;
@@ -494,9 +495,9 @@ void tst_langcheck_page::pageOpensInTheBrowser()
 
     QVERIFY(QFile::remove(file));
     QVERIFY(QDir().mkdir(file));
-    QCOMPARE(openPage(CheckedPage::make(check())),
-             QStringLiteral("Cannot write \"%1\": it is not a file.")
-                 .arg(QDir::toNativeSeparators(file)));
+    QCOMPARE(
+        openPage(CheckedPage::make(check())),
+        QStringLiteral("Can't write \"%1\": it isn't a file.").arg(QDir::toNativeSeparators(file)));
     QVERIFY(QDir().rmdir(file));
     QCOMPARE(browser.opened.size(), 1);
 }
@@ -508,27 +509,27 @@ void tst_langcheck_page::errorsNameTheFileAndTheReason()
     const QString missing = folder.filePath(QStringLiteral("no/such"));
 
     QCOMPARE(runLangcheck({kPictures, missing, deployment}, 3),
-             "langcheck: \"" + missing.toUtf8() + "\" is not a folder.\nSee langcheck --help.\n");
+             "langcheck: \"" + missing.toUtf8() + "\" isn't a folder.\nSee langcheck --help.\n");
     const QByteArray name = QDir::toNativeSeparators(missing).toUtf8();
     const QByteArray error = runWithoutProgress({kHtml, missing, deployment}, 3);
-    QVERIFY2(error.startsWith("langcheck: Cannot write \"" + name + "\": ")
+    QVERIFY2(error.startsWith("langcheck: Can't write \"" + name + "\": ")
                  && error.size() > name.size() + 40,
              error.constData());
     // The reasons of Windows end with a full stop, those of Linux don't.
     QVERIFY2(error.endsWith(".\n") && !error.endsWith("..\n"), error.constData());
     QCOMPARE(runWithoutProgress({kHtml, folder.path(), deployment}, 3),
-             "langcheck: Cannot write \"" + QDir::toNativeSeparators(folder.path()).toUtf8()
-                 + "\": it is not a file.\n");
+             "langcheck: Can't write \"" + QDir::toNativeSeparators(folder.path()).toUtf8()
+                 + "\": it isn't a file.\n");
     QVERIFY(QDir(folder.path()).isEmpty());
 #ifdef Q_OS_UNIX
     QVERIFY(runLangcheck({kHtml, QStringLiteral("/dev/null"), deployment}, 3)
-                .contains("it is not a file"));
+                .contains("it isn't a file"));
     QVERIFY(!QFileInfo(QStringLiteral("/dev/null")).isFile());
 #endif
     // A folder is in the place of the first picture.
     QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("language-001.png")));
     QVERIFY(runLangcheck({kPictures, folder.path(), deployment}, 3)
-                .contains("language-001.png\": it is not"));
+                .contains("language-001.png\": it isn't"));
 }
 
 void tst_langcheck_page::failedWriteLeavesTheOldPage()

@@ -179,7 +179,7 @@ void tst_languages::onlyCharactersThatAreCutOffAreTooHigh()
     QVERIFY(list->fontMetrics().height() > list->height() - 6);
     QVERIFY(!languageName(dialog, 0).clipped);
     list->setItemText(0, QStringLiteral("Ågj"));
-    QVERIFY(languageName(dialog, 0).tooHigh);
+    QVERIFY(languageName(dialog, 0).tooTall);
 }
 
 void tst_languages::missingGlyphsAreDetected()

@@ -139,8 +139,7 @@ private:
         foreignText("code", m_report.applicationDir);
         text(QStringLiteral(", checked on ")
              + QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm"))
-             + QStringLiteral(" by ") + programName()
-             + QStringLiteral(", the checker of deployments"));
+             + QStringLiteral(" by ") + programName() + QStringLiteral(", the deployment checker"));
         close();
         open("p");
         link(QStringLiteral("findings"), QStringLiteral("Findings"));

@@ -151,7 +151,7 @@ int main(int argc, char *argv[])
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
-        "langcheck, the checker of deployments, reads Lang/Lang.ini and the translations as the\n"
+        "langcheck, the deployment checker, reads Lang/Lang.ini and the translations as the\n"
         "settings plug-in does, checks the DLLs next to the host's executable if Qt5Core.dll is\n"
         "one of them, and prints what the operator will see, then errors and warnings. It doesn't\n"
         "change anything in the folder. After a double-click on Windows, it shows the report in\n"

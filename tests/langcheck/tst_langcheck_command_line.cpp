@@ -151,7 +151,7 @@ void tst_langcheck_command_line::callsWithoutADeployment_data()
     row("findings of the sample", {}, 0, "\n0 errors, 0 warnings\n");
     row("help", {QStringLiteral("--help")}, 0, "[FOLDER]");
     row("subtitle in the help", {QStringLiteral("--help")}, 0,
-        "langcheck, the checker of deployments, ");
+        "langcheck, the deployment checker, ");
     row("version", {QStringLiteral("--version")}, 0, "langcheck " VERSION COMMIT "\n");
     row("unknown option", {QStringLiteral("--colour")}, 3, "Unknown option 'colour'");
     row("two folders", {QStringLiteral("."), QStringLiteral(".")}, 3, "More than one folder");

@@ -147,8 +147,8 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "empty texts; replace it with the plug-in's translation, compiled with lrelease from the "
      "plug-in's translated .ts file"},
     {Kind::QmLanguage, "qm-language", Finding::Warning,
-     "the translation is for %1, like the folder %2, and not for %3; an operator who selects %4 "
-     "probably sees texts in another language; %5"},
+     "the translation is for %1, the language of the folder %2, and not for %3; an operator who "
+     "selects %4 probably sees texts in another language; %5"},
     {Kind::TextMissing, "text-missing", Finding::Error,
      "the text \"%1\" in the context %2 isn't translated; it is empty in the dialog; translate it "
      "in the language's .ts file, or in one made with \"lconvert Zendel.qm -o Zendel.ts\", and "

@@ -503,8 +503,8 @@ void tst_langcheck_checks::languagesOfFilesAreCompared_data()
     };
     row("right", {{"es", "es"}, {"pt", "pt_BR"}}, "");
     row("swapped", {{"es", "pt_BR"}, {"pt", "es"}}, "es",
-        "the translation is for pt_BR, like the folder pt, and not for es; an operator who selects "
-        "\"Language es\" probably sees texts in another language; swap it with "
+        "the translation is for pt_BR, the language of the folder pt, and not for es; an operator "
+        "who selects \"Language es\" probably sees texts in another language; swap it with "
         "Lang/pt/Zendel.qm, which is for es");
     row("copied", {{"es", "pt_BR"}, {"pt", "pt_BR"}}, "es",
         "; replace it with the translation for es");

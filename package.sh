@@ -40,7 +40,7 @@ For hosts built with $compiler:
       For service engineers and operators: the example host. Unpack it on a Windows PC and
       double-click zendel-host.exe.$redistributable
   $name-selftest.zip
-      For whoever tests on Windows: unpack it, double-click selftest.cmd, don't use mouse and
+      For whoever tests on Windows: unpack it, double-click selftest.cmd, don't use the mouse or
       keyboard for some minutes, and send back report.txt.$redistributable
   $name-symbols.zip
       Not for customers. Keep it: debuggers need it for crashes of exactly this build.
@@ -73,5 +73,5 @@ Each archive contains THIRD-PARTY-NOTICES. Give its SBOM, the .spdx.json file of
 whoever asks for one. "sha256sum --check SHA256SUMS" checks all files.
 END
 if [[ -n $(git status --porcelain 2> /dev/null) ]]; then
-    echo "These packages contain changes that are not committed."
+    echo "These packages contain uncommitted changes."
 fi

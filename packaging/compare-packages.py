@@ -49,7 +49,7 @@ def main():
     paths = [pathlib.Path(argument) for argument in sys.argv[1:]]
     one, other = [path.read_bytes() for path in paths]
     if one == other:
-        print("The same")
+        print("Identical")
         return
     difference = None
     if all(zipfile.is_zipfile(path) for path in paths):

@@ -318,8 +318,8 @@ def code_in_official_qt(folder, dlls):
             continue
         versions[code], text = rest.split(maxsplit=1)
         if not contains(dlls[name], text):
-            sys.exit(f"{name} is not that of Qt {OFFICIAL_QT}: it lacks {text}, the evidence of "
-                     f"{code}")
+            sys.exit(f"{name} isn't the one from Qt {OFFICIAL_QT}: it lacks {text}, the evidence "
+                     f"of {code}")
         users.setdefault(code, []).append(name)
     ids = {entry["Id"] for _, entry in described}
     if ids != known:

@@ -30,8 +30,8 @@ bool readOptions(const QCoreApplication &app, Options &options)
         QCoreApplication::applicationDirPath() + QLatin1String("/" PLUGIN_FILE_NAME));
     const QCommandLineOption tour(
         QStringLiteral("tour"),
-        QStringLiteral("Run a scripted tour and save its screenshots in <directory>."),
-        QStringLiteral("directory"));
+        QStringLiteral("Run a scripted tour and save its screenshots in <folder>."),
+        QStringLiteral("folder"));
 
     QCommandLineParser parser;
     parser.setApplicationDescription(

@@ -81,7 +81,7 @@ HWND createMainWindow()
     return window;
 }
 
-// By void *, because compilers warn about casts from one type of function to another.
+// Via void *, because compilers warn about casts from one type of function to another.
 template<typename Function>
 Function resolve(HMODULE library, const char *name)
 {

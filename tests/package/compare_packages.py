@@ -26,7 +26,7 @@ with tempfile.TemporaryDirectory() as folder:
 
     write(first, ENTRIES)
     for status, text, entries in (
-            (0, "The same", ENTRIES),
+            (0, "Identical", ENTRIES),
             (1, "b.txt differs at byte 0x2; sizes 3 and 3", [ENTRIES[0], ("b.txt", OLD, b"twi")]),
             (1, "b.txt differs at byte 0x3; sizes 3 and 4", [ENTRIES[0], ("b.txt", OLD, b"twos")]),
             (1, "b.txt is\n  dated 2026-01-01", [ENTRIES[0], ("b.txt", NEW, b"two")]),

@@ -12,7 +12,7 @@ take_block(c++ loop)
 file(READ ${folder}/install/examples/win32/main.cpp source)
 string(FIND "${source}" "${loop}" found)
 if(found EQUAL -1)
-    message(FATAL_ERROR "The loop on the page is not that of the program:\n${loop}")
+    message(FATAL_ERROR "The loop on the page differs from that of the program:\n${loop}")
 endif()
 build_with_operator(${folder} ${folder}/install/examples/win32 operator_win32.cpp)
 

@@ -251,6 +251,9 @@ void tst_CZendelIns::callsOfTheDialog()
 {
     QFETCH(bool, hasOwner);
 
+    QWidget active; // Not used as the owner
+    active.show();
+    QApplication::setActiveWindow(&active);
     RecordingWindowManager::rect = {100, 50, 900, 650};
     m_operator.onDialog = [](QDialog &) { addCall(QStringLiteral("shown")); };
     CZendelIns ins;

@@ -405,9 +405,9 @@ void tst_PageSetLang::newTranslationIsUsedInTheMessageBoxOnly()
 {
     m_machine.onSetLanguage = loadSecondLanguage;
     const PageSetLang page;
+    press(page, false); // First, because only the first attempt finds the old translation.
     press(page);
-    press(page, false);
-    QCOMPARE(m_operator.takeBoxes(), QStringList({successBox("2"), failureBox("2")}));
+    QCOMPARE(m_operator.takeBoxes(), QStringList({failureBox("2"), successBox("2")}));
     QCOMPARE(button(page).text(), QStringLiteral("1 Change"));
     QCOMPARE(label(page).text(), QStringLiteral("1 Language:"));
     QCOMPARE(items(page), QStringLiteral("[One:1] Two:2"));

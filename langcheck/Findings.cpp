@@ -162,8 +162,8 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "the file isn't a DLL for 64-bit x86: %1; a 64-bit host, which the plug-in needs, can't load "
      "it; replace it with %2, and use a 64-bit host if this isn't one"},
     {Kind::QtVersion, "qt-version", Finding::Error,
-     "the host's Qt isn't one of 5.6 to 5.15: %1; the plug-in can't be loaded, or crashes; use a "
-     "host with Qt 5.6 to 5.15"},
+     "the host's Qt isn't a version from 5.6 to 5.15: %1; the plug-in can't be loaded, or crashes; "
+     "use a host with Qt 5.6 to 5.15"},
     {Kind::QtVersionUnknown, "qt-version-unknown", Finding::Warning,
      "the file has no version resource; if it isn't from Qt 5.6 to 5.15, the plug-in can't be "
      "loaded, or crashes; make sure that it is"},

@@ -245,7 +245,8 @@ void tst_langcheck_host::mistakesAreFound_data()
             + reason;
     };
     const auto version = [](const char *number) {
-        return QByteArray("Qt5Core.dll error qt-version: the host's Qt isn't one of 5.6 to 5.15: ")
+        return QByteArray("Qt5Core.dll error qt-version: the host's Qt isn't a version from 5.6 to "
+                          "5.15: ")
             + number;
     };
     const auto differs = [](const char *file, const QByteArray &one, const QByteArray &other) {

@@ -55,7 +55,7 @@ if [[ -z $visible ]]; then
 fi
 shift
 
-export ZENDEL_WINE_SESSION=1 WINEDEBUG=-all LC_ALL=C.UTF-8
+export ZENDEL_WINE_SESSION=1 WINEDEBUG=${WINEDEBUG:--all} LC_ALL=C.UTF-8
 # Disables .NET and the browser, which Wine would offer to download, and menu entries.
 WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe=d'
 if [[ -n ${ZENDEL_WINE_RUNTIME-} ]]; then

@@ -72,6 +72,14 @@ function(run_program exit_code output)
     set(errors "${errors}" PARENT_SCOPE)
 endfunction()
 
+# run_without_plugin(PATTERN): the program must end with 1 and write this to stderr.
+function(run_without_plugin pattern)
+    run_program(1 "")
+    if(NOT errors MATCHES "${pattern}")
+        message(FATAL_ERROR "Without a plug-in, the program only prints: ${errors}")
+    endif()
+endfunction()
+
 # take_block(LANGUAGE VARIABLE)
 # Returns the only fenced block in that language of docs/host-developer.md.
 function(take_block language variable)

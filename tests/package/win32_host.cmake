@@ -16,10 +16,7 @@ if(found EQUAL -1)
 endif()
 build_with_operator(${folder} ${folder}/install/examples/win32 operator_win32.cpp)
 
-run_program(1 "")
-if(NOT errors MATCHES "Cannot load .*Zendel[.]dll: error 126\n")
-    message(FATAL_ERROR "Without a plug-in, the program only prints: ${errors}")
-endif()
+run_without_plugin("Cannot load .*Zendel[.]dll: error 126\n")
 
 deploy(${folder})
 run_program(0 "Init: 1\nShowSettingsDlg: 0\n" "close the window while the dialog is open")

@@ -1,15 +1,14 @@
 #!/bin/bash
-# fetch-source.sh PACKAGE[=VERSION] [APT-OPTION...]: downloads a Debian source
-# package to the current folder.
+# fetch-source.sh PACKAGE[=VERSION] [APT-OPTION...]: downloads a Debian source package to the
+# current folder.
 #
-# Most machines have no source packages in their apt configuration.  The list
-# for them is made from what apt itself knows of its Debian entries, whatever
-# file format they are written in, and apt is run on that list alone, with
-# folders of its own: the configuration of the machine stays as it is, its
-# mirrors and proxies are used, and the signatures are checked as ever.
+# Few machines have source packages in their apt configuration. The source list is made from apt's
+# own view of its Debian entries, whatever format they are written in, and apt runs with this list
+# and folders of its own: the machine's configuration stays as it is, its mirrors and proxies are
+# used, and signatures are checked as usual.
 #
-# Entries of other vendors are left out by the "Origin" of their signed index:
-# they do not have the package, and not all of them offer sources.
+# Only entries whose signed index says "Origin: Debian" are used: others do not have the package,
+# and some offer no sources.
 
 set -euo pipefail
 package=$1
@@ -21,7 +20,7 @@ apt-get indextargets 'Created-By: Packages' 'Origin: Debian' \
     --format "deb-src [signed-by=$keyring] \$(REPO_URI) \$(RELEASE) \$(COMPONENT)" |
     sort -u > apt/sources.list
 if [ ! -s apt/sources.list ]; then
-    echo "${0##*/}: apt has no package lists of Debian" >&2
+    echo "${0##*/}: apt has no package lists for Debian; run apt-get update" >&2
     exit 1
 fi
 
@@ -30,7 +29,7 @@ options=(
     -o Dir::Etc::SourceParts=/dev/null
     -o Dir::State::Lists="$PWD/apt/lists"
     -o Dir::Cache="$PWD/apt/cache"
-    # The current folder may be closed to the user that apt downloads as.
+    # apt's download user may have no access to the current folder.
     -o APT::Sandbox::User=root
 )
 apt-get "${options[@]}" update

@@ -1,25 +1,23 @@
 #!/bin/bash
-# qt-mingw.sh: builds Qt 5 (Core, Gui, Widgets, Test) for 64-bit Windows with
-# MinGW's GCC and prints its folder as the last line on stdout; everything else
-# goes to stderr.
+# qt-mingw.sh: builds Qt 5 (Core, Gui, Widgets, Test) for 64-bit Windows with MinGW's GCC and prints
+# its folder as the only line on stdout; everything else goes to stderr.
 #
-# Debian has the compiler but no Qt for it, so Qt is built here, once, from
-# Debian's own source package with Debian's patches.  The result is kept in
-# ${ZENDEL_CACHE:-~/.cache/zendel} under a name made of this recipe and the
-# version of the source: a changed recipe or a newer Qt is built again, next to
-# the old one.  The folders there may be deleted at any time.
+# Debian has the compiler but no Qt for it, so this script builds Qt once, from Debian's source
+# package with Debian's patches. The result is kept in ${ZENDEL_CACHE:-~/.cache/zendel}, in a folder
+# named after a hash of this recipe and the source version: a changed recipe or a newer Qt is built
+# again, next to the old one. The folders there can be deleted at any time.
 
 set -euo pipefail
 export LC_ALL=C
 exec 3>&1 4>&2 >&2
 
 source_package=qtbase-opensource-src
-# One of the packages made from it, asked for the version that is current.
+# A binary package built from it; apt knows its current version without source lists.
 version_package=qtbase5-dev
 
 packages=(
     dpkg-dev
-    g++                             # moc, uic and rcc run on this machine
+    g++                             # moc, uic and rcc run on the build machine
     g++-mingw-w64-x86-64-posix
     make
     perl
@@ -32,13 +30,13 @@ configure_options=(
     -release
     -shared
     -silent
-    -pch                            # most of the time goes into reading headers
+    -pch                            # most of the build time is spent parsing headers
     -nomake examples
     -nomake tests
 
-    # Libraries: Qt's own copies or none, whatever this machine has.
+    # Third-party libraries: Qt's own copies or none, whatever is installed here.
     -no-dbus
-    -no-icu                         # so GB2312 and the like are Qt's own tables
+    -no-icu                         # Qt's own tables convert GB2312 and the like
     -no-libjpeg
     -no-opengl
     -no-openssl
@@ -55,13 +53,12 @@ configure_options=(
     -no-feature-sql
     -no-feature-xml
 
-    # Parts of the modules that are left, not needed by the programs: calendars
-    # and time zones, file formats, views and dialogs.  To use one of them,
-    # delete its line.  Not all can go: the windowsvista style needs dockwidget,
-    # inputdialog, tableview and treeview, loading a plugin needs binaryjson.
-    # Features that add a member or a virtual function to a public class stay on
-    # (tabletevent does, for QWidget), because the DLL runs on its host's Qt,
-    # built with other options.  The test qt_layout compares the classes.
+    # Features of the remaining modules that no program here needs: calendars and time zones, file
+    # formats, views and dialogs.  To use one, delete its line.  Some have to stay: the windowsvista
+    # style needs dockwidget, inputdialog, tableview and treeview; loading a plug-in needs
+    # binaryjson.  So do features that add a member or a virtual function to a public class
+    # (tabletevent does, to QWidget), because the DLL runs on its host's Qt, which was built with
+    # other options.  The test qt_layout compares the classes.
     -no-direct2d
     -no-feature-calendarwidget
     -no-feature-colordialog
@@ -122,7 +119,7 @@ fail() {
     exit 1
 }
 
-# The lock (descriptor 9) must not live on in anything a package starts.
+# Daemons that a package starts must not inherit the lock (descriptor 9).
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then
         "$@" 9>&-
@@ -133,11 +130,11 @@ as_root() {
     fi
 }
 
-# Sets version to what apt would install now, or, when it has no package lists,
-# to what is installed; this needs no network.  Sets prefix accordingly.
+# Sets version to the one that apt would install now or, without package lists, to the installed
+# one, and prefix accordingly.  Needs no network.
 find_prefix() {
     version=$(apt-cache policy "$version_package" | awk '$1 == "Candidate:" { print $2 }')
-    # The same source built once more, by Debian, has a suffix of its own.
+    # Debian appends +bN when it rebuilds a package from the same source.
     version=$(sed 's/+b[0-9]*$//; s/^(none)$//' <<< "$version")
     local key
     key=$({ echo "$version"; cat "$here"/{qt-mingw,fetch-source}.sh; } | sha256sum | cut -c1-16)
@@ -152,9 +149,8 @@ print_if_built() {
 }
 
 install_packages() {
-    # Also where nothing is missing: only the current version of a source
-    # package can be had, so the lists must be fresh.  Without a network the
-    # build fails later and says why.
+    # Even if nothing is missing: only the current version of a source package can be downloaded,
+    # so the lists must be fresh.  Without a network the build fails later and says why.
     as_root apt-get update || echo "The package lists could not be refreshed."
     local package missing=()
     for package in "${packages[@]}"; do
@@ -169,20 +165,20 @@ install_packages() {
 
 fetch_source() {
     "$here/fetch-source.sh" "$source_package=$version"
-    # apt has compared the files with the signed index already.
+    # apt has already checked the files against the signed index.
     dpkg-source --no-check -x "${source_package}_${version#*:}.dsc" source
 }
 
 patch_source() {
-    # Debian's source lacks the header of the tablet drivers.  The platform plugin
-    # does without them; in the libraries the feature stays on, see above.
+    # Debian's source lacks the header of the tablet drivers, so the platform plug-in is built
+    # without them; in the libraries the feature stays on (see above).
     local folder=source/src/plugins/platforms/windows
     sed -i 's/^#if QT_CONFIG(tabletevent)/#if 0/' "$folder"/*.cpp
     sed -i 's/^qtConfig(tabletevent)/false/' "$folder"/windows.pri
 }
 
-# Makes the DLLs the same in whatever folder and at whatever time they are built.  -MMD writes down
-# which files are included, for copy_notices.
+# Makes the build reproducible, independent of its folder and time.  -MMD lists the included files
+# for copy_notices.
 set_compiler_options() {
     local options="-ffile-prefix-map=$work/= -ffile-prefix-map=$work/root$prefix=qt -MMD"
     printf '%s\n' "QMAKE_CFLAGS += $options" "QMAKE_CXXFLAGS += $options" \
@@ -191,18 +187,17 @@ set_compiler_options() {
     export QT_RCC_SOURCE_DATE_OVERRIDE=1
 }
 
-# Reads what make prints and says now and then how far it is.
+# Reads make's output and reports progress now and then.
 follow() {
-    # The number was measured with the options above.
+    # About 1000 files with the options above.
     awk '/^compiling / && ++n % 50 == 0 {
         printf "Qt: compiled %d of about 1000 files\n", n
         fflush()
     }'
 }
 
-# Debian has two MinGW compilers under one name, told apart by their thread
-# model.  The name is bound to the right one here only: the choice made for the
-# machine by update-alternatives is not touched.
+# Debian has two MinGW compilers, one for each thread model, behind one name.  This binds the name
+# to the right one for this build only and leaves the choice of update-alternatives alone.
 set_up_mingw() {
     local tool
     mkdir bin
@@ -217,7 +212,7 @@ set_up_mingw() {
 }
 
 build() {
-    # Flags of the caller would reach some of the compilers and not others.
+    # The caller's flags would reach only some of the compilers.
     unset CFLAGS CXXFLAGS CPPFLAGS LDFLAGS
     unset QMAKESPEC XQMAKESPEC QMAKEPATH QMAKEFEATURES QTDIR
     MAKEFLAGS=-j$(nproc)
@@ -228,7 +223,7 @@ build() {
     mkdir build
     cd build
     echo "configuring"
-    # Qt is told its final place, and put there by the rename at the end.
+    # The prefix is Qt's final folder; the rename at the end puts it there.
     ../source/configure -prefix "$prefix" "${configure_options[@]}" >> "$log" 2>&1
     make 2>&1 | tee -a "$log" | follow
     echo "installing"
@@ -236,8 +231,8 @@ build() {
     cd "$work"
 }
 
-# Copies what THIRD-PARTY-NOTICES are made from: licences, Qt's descriptions of the code of others,
-# the names of the files that each folder of Qt compiles, includes or stores as a resource, and the
+# Copies what THIRD-PARTY-NOTICES is made from: licences, Qt's descriptions of third-party code, the
+# files that each folder of Qt compiles, includes or stores as a resource, and the name of the
 # source package.
 copy_notices() {
     local folder=$1
@@ -246,7 +241,7 @@ copy_notices() {
     (cd source && find src \( -name qt_attribution.json -o -iname '*licen[cs]e*' \
         -o -name COPYING -o -name FTL.TXT -o -name GPLv2.TXT \) -type f \
         -exec cp --parents -t "$folder" {} +)
-    # Most headers are included by way of one in source/include, as include/QtCore/../../src/...
+    # Most headers are included through source/include, as include/QtCore/../../src/...
     (cd build/src
         grep -roE --include='*.d' '[^ ]*source/(src|include)/[^ \]+' .
         grep -roE --include=Makefile.Release '[^ ]*source/src/[^ \]+\.(binaryjson|icc)' .) |
@@ -261,7 +256,7 @@ cache=$(realpath -m "${ZENDEL_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/zendel}")
 find_prefix
 print_if_built
 
-# One build at a time: who comes second waits and then finds the result.
+# One build at a time: a second caller waits and then finds the result.
 mkdir -p "$cache"
 exec 9> "$cache/qt-mingw.lock"
 if ! flock -n 9; then
@@ -269,19 +264,19 @@ if ! flock -n 9; then
     flock 9
 fi
 print_if_built
-# Left by builds that were killed.
+# Leftovers of killed builds.
 rm -rf "$cache/build-mingw".*
 
 echo "Building Qt for MinGW, once: about 15 minutes on 2 cores."
 log=$cache/qt-mingw.log
 work=$(mktemp -d "$cache/build-mingw.XXXXXX")
 finish() {
-    rm -rf "$work" || true          # what is left, the next build removes
+    rm -rf "$work" || true          # the next build removes any leftovers
     if [ -d "$prefix" ]; then
         rm -f "$log"
     else
         tail -n 20 "$log"
-        echo "${0##*/}: Qt for MinGW was not built; the whole log is $log"
+        echo "${0##*/}: Qt for MinGW was not built; the complete log is $log"
     fi
 }
 trap finish EXIT
@@ -292,7 +287,7 @@ echo "installing packages"
 install_packages >> "$log" 2>&1
 find_prefix
 print_if_built
-[ -n "$version" ] || fail "apt does not know $version_package"
+[ -n "$version" ] || fail "apt does not know the package $version_package"
 echo "fetching $source_package $version"
 fetch_source >> "$log" 2>&1
 patch_source

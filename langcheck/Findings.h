@@ -2,25 +2,9 @@
 
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 #include <array>
-
-/// A probable mistake in the deployment.
-struct Finding
-{
-    enum Severity {
-        Warning, ///< Has no effect, or a surprising one.
-        Error    ///< The operator sees something go wrong.
-    };
-
-    QString file; ///< Path below the application directory.
-    int line = 0; ///< From 1; 0 for the file as a whole.
-    Severity severity = Warning;
-    QString id;     ///< The id of its kind.
-    QString text;   ///< What is wrong, the effect and the remedy.
-    QString remedy; ///< The last part of the text.
-    QString quote;  ///< The line of the catalogue as it was read, shortened if it is long.
-};
 
 /// What langcheck can find, in the order of kFindings.
 enum class FindingKind {
@@ -83,17 +67,46 @@ enum class FindingKind {
     Count
 };
 
-/// Describes a kind of finding.
+/// A probable mistake in the deployment. Its texts are those of its kind, with its values.
+struct Finding
+{
+    enum Severity {
+        Warning, ///< Has no effect, or a surprising one.
+        Error    ///< The operator sees something go wrong.
+    };
+
+    FindingKind kind = FindingKind::Count;
+    QString file;       ///< Path below the application directory.
+    int line = 0;       ///< From 1; 0 for the file as a whole.
+    QStringList values; ///< For the placeholders in its texts
+    Severity severity = Warning;
+    QVector<int> lines;     ///< All of them, in order, if it is about more than one.
+    QVector<int> languages; ///< The numbers of the languages that it is about
+    QString quote;          ///< The line of the catalogue as it was read, shortened if it is long.
+
+    /// Returns a finding with the usual severity of its kind.
+    static Finding make(FindingKind kind, const QString &file, int line, const QStringList &values);
+
+    QLatin1String id() const;
+    QString problem() const; ///< What is wrong
+    QString effect() const;  ///< What that costs
+    QString remedy() const;  ///< What to do
+    QString text() const;    ///< All three
+};
+
+/// Returns "warning" or "error".
+QString severityName(Finding::Severity severity);
+
+/// Describes a kind of finding. The texts contain %1 to %9 for the values.
 struct FindingDescription
 {
     FindingKind kind;
     const char *id;
-    Finding::Severity severity; ///< The usual one.
-    const char *text;           ///< With %1 to %9 for the values.
+    Finding::Severity severity; ///< The usual one
+    const char *problem;
+    const char *effect;
+    const char *remedy;
 };
 
 /// The descriptions of all kinds of findings.
 extern const std::array<FindingDescription, static_cast<std::size_t>(FindingKind::Count)> kFindings;
-
-/// Returns a finding with its usual severity and with @p values in its text.
-Finding makeFinding(FindingKind kind, const QString &file, int line, const QStringList &values);

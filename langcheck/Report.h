@@ -52,11 +52,10 @@ struct Report
     /// Adds a finding about the file @p path, and returns it.
     Finding &addFile(FindingKind kind, const QString &path, const QStringList &values = {});
 
+    /// Returns how many findings have this severity.
+    int count(Finding::Severity severity) const;
     /// Returns 0 without findings, 1 if all are warnings, 2 if there is an error.
     int exitCode() const;
-
-    /// Returns the report for people: what the operator sees, then a line for each finding.
-    QString toText() const;
-    /// Returns the same content for programs.
-    QJsonObject toJson() const;
+    /// Returns a path for people: below the application directory, if it is there.
+    QString relative(const QString &path) const;
 };

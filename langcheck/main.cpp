@@ -1,8 +1,10 @@
 #include "commit.h"
-#include "langcheck/DeploymentCheck.h"
-#include "langcheck/Output.h"
-#include "langcheck/Page.h"
-#include "langcheck/Pictures.h"
+#include "langcheck/check/DeploymentCheck.h"
+#include "langcheck/draw/Pictures.h"
+#include "langcheck/write/Console.h"
+#include "langcheck/write/Json.h"
+#include "langcheck/write/Output.h"
+#include "langcheck/write/Page.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -13,8 +15,6 @@
 #include <QMessageBox>
 #include <QTextStream>
 
-#include <algorithm>
-
 #ifdef Q_OS_WIN
 #    include <windows.h>
 #endif
@@ -22,7 +22,6 @@
 namespace {
 
 const int kFailed = 3;
-const int kMostPictures = 256; // As many as the machine can tell apart
 
 /// Prints in UTF-8 on all platforms, because language names are in all scripts.
 void print(FILE *stream, const QString &text)
@@ -65,16 +64,11 @@ private:
     QElapsedTimer m_timer;
 };
 
-/// Draws the languages of the report's list.
-QVector<LanguagePictures> drawLanguages(const Report &report, Progress &progress)
+QVector<LanguagePictures> drawAll(const Report &report, Progress &progress)
 {
-    QVector<LanguagePictures> result;
-    const int count = std::min(report.listed.size(), kMostPictures);
-    for (int i = 0; i < count; ++i) {
-        result += drawLanguage(report.listed.at(i), i);
-        progress.done(QStringLiteral("%1 of %2 languages drawn").arg(i + 1).arg(count));
-    }
-    return result;
+    return drawLanguages(report, [&progress](int drawn, int count) {
+        progress.done(QStringLiteral("%1 of %2 languages drawn").arg(drawn).arg(count));
+    });
 }
 
 /// Writes a picture of each language and one of all. Returns what can't be written and why.
@@ -112,7 +106,7 @@ int showInBrowser(const QFileInfo &folder)
         const Report report = checkDeployment(folder.canonicalFilePath());
         Progress progress;
         const QImage start = drawStart(report);
-        error = openPage(makePage(report, start, drawLanguages(report, progress)));
+        error = openPage(makePage(report, start, drawAll(report, progress)));
         if (error.isEmpty())
             return report.exitCode();
     }
@@ -206,14 +200,14 @@ int main(int argc, char *argv[])
     Progress progress;
     const Report report = checkDeployment(folder.canonicalFilePath());
     print(stdout,
-          parser.isSet(json) ? QString::fromUtf8(QJsonDocument(report.toJson()).toJson())
-                             : report.toText());
+          parser.isSet(json) ? QString::fromUtf8(QJsonDocument(toJson(report)).toJson())
+                             : toText(report));
     if (!parser.isSet(html) && !parser.isSet(pictures))
         return report.exitCode();
 
     progress.done(QStringLiteral("folder checked"));
     const QImage start = drawStart(report);
-    const QVector<LanguagePictures> languages = drawLanguages(report, progress);
+    const QVector<LanguagePictures> languages = drawAll(report, progress);
     QStringList errors;
     if (parser.isSet(html)) {
         errors += writePage(parser.value(html), makePage(report, start, languages));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "langcheck/Page.h"
+#include "langcheck/write/Page.h"
 
 #include <QFile>
 #include <QProcess>
@@ -10,20 +10,10 @@
 /// Pages of langcheck, for tests that define TIDY, the path of the validator.
 namespace CheckedPage {
 
-/// Draws all languages of a deployment that checkDeployment() has just checked.
-inline QVector<LanguagePictures> draw(const Report &report)
-{
-    QVector<LanguagePictures> pictures;
-    for (int i = 0; i < report.listed.size(); ++i)
-        pictures += drawLanguage(report.listed.at(i), i);
-    return pictures;
-}
-
-/// Makes its page.
+/// Makes the page of a report.
 inline QByteArray make(const Report &report)
 {
-    const QImage start = drawStart(report);
-    return makePage(report, start, draw(report));
+    return makePage(report, drawStart(report), drawLanguages(report));
 }
 
 inline QByteArray readFile(const QString &path)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "langcheck/DeploymentCheck.h"
+#include "langcheck/check/DeploymentCheck.h"
 
 #include "support/Deployment.h"
 #include "support/Operator.h"

@@ -1,7 +1,7 @@
 // Tests each kind of finding with a small deployment that has no other.
 
 #include "lang/SourceTexts.h"
-#include "langcheck/DeploymentCheck.h"
+#include "langcheck/check/DeploymentCheck.h"
 
 #include "GoodDeployment.h"
 #include "support/TestFile.h"
@@ -26,11 +26,6 @@ using GoodDeployment::catalogueWith;
 using GoodDeployment::check;
 using GoodDeployment::kCatalogue;
 using GoodDeployment::kUtf8Bom;
-
-QString severityName(Finding::Severity severity)
-{
-    return severity == Finding::Error ? QStringLiteral("error") : QStringLiteral("warning");
-}
 
 /// Installs languages whose translations are as good as GoodDeployment's, but name a language.
 void installLanguages(const Files &files)
@@ -65,7 +60,7 @@ QString shortForms(const Report &report)
         result += QStringLiteral("%1:%2 %3 %4")
                       .arg(finding.file)
                       .arg(finding.line)
-                      .arg(severityName(finding.severity), finding.id);
+                      .arg(severityName(finding.severity), finding.id());
     }
     return result.join(QLatin1Char('\n'));
 }
@@ -448,7 +443,7 @@ void tst_langcheck_checks::missingTextsAreNamed()
     QStringList named;
     const QList<Finding> findings = check().findings;
     for (const Finding &finding : findings)
-        named += finding.text.section(QLatin1String("; "), 0, 0);
+        named += finding.text().section(QLatin1String("; "), 0, 0);
     named.sort();
 
     QStringList expected;
@@ -532,9 +527,9 @@ void tst_langcheck_checks::languagesOfFilesAreCompared()
     QStringList found;
     const QList<Finding> findings = check().findings;
     for (const Finding &finding : findings) {
-        QCOMPARE(finding.id, QStringLiteral("qm-language"));
+        QCOMPARE(finding.id(), QStringLiteral("qm-language"));
         QCOMPARE(finding.severity, Finding::Warning);
-        QVERIFY2(finding.text.endsWith(text), qPrintable(finding.text));
+        QVERIFY2(finding.text().endsWith(text), qPrintable(finding.text()));
         found += finding.file.section(QLatin1Char('/'), 1, 1);
     }
     QCOMPARE(found.join(QLatin1Char(' ')), warned);
@@ -543,7 +538,7 @@ void tst_langcheck_checks::languagesOfFilesAreCompared()
 /// Returns the size and the room that the text of the first finding names, which must match.
 QPair<int, int> tst_langcheck_checks::measured(const char *pattern)
 {
-    const QString text = check().findings.value(0).text;
+    const QString text = check().findings.value(0).text();
     const QRegularExpressionMatch match =
         QRegularExpression(QString::fromLatin1(pattern)
                            + QLatin1String(" needs (\\d+) pixels but has (\\d+); "))
@@ -581,7 +576,7 @@ void tst_langcheck_checks::heightIsMeasured()
     QApplication::setFont(large);
     const auto [height, room] =
         measured("^LANG1_NAME is too tall for the operator's list: \"One\"");
-    const QString text = check().findings.value(0).text;
+    const QString text = check().findings.value(0).text();
     QApplication::setFont(usual);
     QVERIFY2(height < 70, qPrintable(QString::number(height)));
     QVERIFY2(room <= 31, qPrintable(QString::number(room))); // The list's height is 31 pixels.
@@ -666,10 +661,10 @@ void tst_langcheck_checks::textsFitTheCatalogue()
     QCOMPARE(findings.size(), texts.size());
     for (int i = 0; i < texts.size(); ++i) {
         const auto &[start, remedy] = texts.at(i);
-        QVERIFY2(findings.at(i).text.startsWith(QString::fromUtf8(start)),
-                 qPrintable(findings.at(i).text));
+        QVERIFY2(findings.at(i).text().startsWith(QString::fromUtf8(start)),
+                 qPrintable(findings.at(i).text()));
         if (!remedy.isEmpty())
-            QCOMPARE(findings.at(i).remedy, QString::fromUtf8(remedy));
+            QCOMPARE(findings.at(i).remedy(), QString::fromUtf8(remedy));
     }
 }
 
@@ -683,10 +678,10 @@ void tst_langcheck_checks::missingFallbackIsNotReplacedByItself()
     const QString text = QStringLiteral("the file doesn't exist; a dialog that needs it %1; put "
                                         "the compiled translation there");
     QCOMPARE(findings.at(0).file, QStringLiteral("Lang/second/Zendel.qm"));
-    QCOMPARE(findings.at(0).text,
+    QCOMPARE(findings.at(0).text(),
              text.arg(QStringLiteral("uses Lang/chs/Zendel.qm, or has empty texts if that is "
                                      "missing too")));
-    QCOMPARE(findings.at(1).text, text.arg(QStringLiteral("has empty texts")));
+    QCOMPARE(findings.at(1).text(), text.arg(QStringLiteral("has empty texts")));
 }
 
 void tst_langcheck_checks::existingFolderMayHaveAnyName()
@@ -698,8 +693,10 @@ void tst_langcheck_checks::existingFolderMayHaveAnyName()
 
 void tst_langcheck_checks::textsNameEffectAndRemedy()
 {
-    for (const FindingDescription &finding : kFindings)
-        QVERIFY2(QByteArray(finding.text).count("; ") >= 2, finding.id);
+    for (const FindingDescription &kind : kFindings) {
+        for (const char *const text : {kind.problem, kind.effect, kind.remedy})
+            QVERIFY2(qstrlen(text) > 0, kind.id);
+    }
 }
 
 /// The page lists each id once, with its severity, and no others.

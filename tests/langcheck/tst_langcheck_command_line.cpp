@@ -1,6 +1,7 @@
 // Tests langcheck's options, output and exit codes, and that it writes nothing.
 
-#include "langcheck/DeploymentCheck.h"
+#include "langcheck/check/DeploymentCheck.h"
+#include "langcheck/write/Json.h"
 
 #include "GoodDeployment.h"
 #include "LangcheckProcess.h"
@@ -102,7 +103,7 @@ void tst_langcheck_command_line::jsonIsPrinted()
     QJsonParseError error = {};
     const QJsonDocument json = QJsonDocument::fromJson(output, &error);
     QVERIFY2(error.error == QJsonParseError::NoError, output.constData());
-    QCOMPARE(json.object(), GoodDeployment::check().toJson());
+    QCOMPARE(json.object(), toJson(GoodDeployment::check()));
     QCOMPARE(json.object().value(QStringLiteral("formatVersion")).toInt(), 1);
     const QJsonArray findings = json.object().value(QStringLiteral("findings")).toArray();
     QCOMPARE(findings.size(), 1);

@@ -1,6 +1,6 @@
 // Tests the reader of DLLs with files from DllWriter, and with damaged ones.
 
-#include "langcheck/Dll.h"
+#include "langcheck/check/Dll.h"
 
 #include "DllWriter.h"
 #include "support/Settings.h"

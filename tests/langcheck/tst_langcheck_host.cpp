@@ -1,6 +1,8 @@
 // Tests the findings about the DLLs next to the host's executable.
 
-#include "langcheck/HostCheck.h"
+#include "langcheck/check/HostCheck.h"
+#include "langcheck/write/Console.h"
+#include "langcheck/write/Json.h"
 
 #include "DllWriter.h"
 #include "support/Warnings.h"
@@ -161,7 +163,7 @@ QString tst_langcheck_host::checkedFindings()
                       .arg(finding.file,
                            finding.severity == Finding::Error ? QStringLiteral("error")
                                                               : QStringLiteral("warning"),
-                           finding.id, finding.text.section(QLatin1String("; "), 0, 0));
+                           finding.id(), finding.text().section(QLatin1String("; "), 0, 0));
     }
     return result.join(QLatin1Char('\n'));
 }
@@ -172,8 +174,8 @@ void tst_langcheck_host::nothingIsCheckedWithoutQt()
     const Report report = check();
     QVERIFY(report.findings.isEmpty());
     QVERIFY(!report.hostQt);
-    QVERIFY(!report.toText().contains(QLatin1String("Qt")));
-    QVERIFY(!report.toJson().contains(QStringLiteral("hostQt")));
+    QVERIFY(!toText(report).contains(QLatin1String("Qt")));
+    QVERIFY(!toJson(report).contains(QStringLiteral("hostQt")));
 }
 
 void tst_langcheck_host::qtIsNamed_data()
@@ -203,9 +205,9 @@ void tst_langcheck_host::qtIsNamed()
 
     write("Qt5Core.dll", bytes);
     const Report report = check();
-    QVERIFY2(report.toText().contains(QStringLiteral("\nHost's Qt:    %1\n").arg(line)),
-             qPrintable(report.toText()));
-    QCOMPARE(report.toJson().value(QStringLiteral("hostQt")).toObject(),
+    QVERIFY2(toText(report).contains(QStringLiteral("\nHost's Qt:    %1\n").arg(line)),
+             qPrintable(toText(report)));
+    QCOMPARE(toJson(report).value(QStringLiteral("hostQt")).toObject(),
              QJsonObject(
                  {{QStringLiteral("version"), version}, {QStringLiteral("compiler"), compiler}}));
 }
@@ -382,15 +384,15 @@ void tst_langcheck_host::replacementsFitTheHost()
     QList<Finding> findings = check().findings;
     QCOMPARE(findings.size(), 3);
     const QString file = QStringLiteral("replace it with the same file of Qt %1 for MinGW-w64");
-    QCOMPARE(findings.at(0).remedy, file.arg(kOwnVersion.toString()));
+    QCOMPARE(findings.at(0).remedy(), file.arg(kOwnVersion.toString()));
     const QString host = QStringLiteral(", and use a 64-bit host if this isn't one");
-    QCOMPARE(findings.at(1).remedy, file.arg(kOwnVersion.toString()) + host);
-    QCOMPARE(findings.at(2).remedy,
+    QCOMPARE(findings.at(1).remedy(), file.arg(kOwnVersion.toString()) + host);
+    QCOMPARE(findings.at(2).remedy(),
              QStringLiteral("replace it with a plug-in that is built for MinGW-w64") + host);
 
     write("Qt5Widgets.dll", qtCore(true));
     findings = check().findings;
-    QCOMPARE(findings.at(0).remedy, file.arg(QStringLiteral("5.15")));
+    QCOMPARE(findings.at(0).remedy(), file.arg(QStringLiteral("5.15")));
 }
 
 /// Neither as text nor on the page, if a wrong or missing DLL may prevent it.
@@ -399,10 +401,10 @@ void tst_langcheck_host::startIsNotPromised()
     const QString warned = QStringLiteral("may not start");
     install(Whole);
     write("Qt5Gui.dll", qtCore(false, QVersionNumber(5, 15, 99)));
-    QVERIFY(!check().toText().contains(warned));
+    QVERIFY(!toText(check()).contains(warned));
     QVERIFY(!check().hostFails);
     write("Qt5Gui.dll", qtCore(true));
-    QVERIFY(check().toText().contains(warned));
+    QVERIFY(toText(check()).contains(warned));
     QVERIFY(check().hostFails);
 
     for (const char *const name : {"libwinpthread-1.dll", "platforms/qwindows.dll"}) {
@@ -417,7 +419,7 @@ void tst_langcheck_host::runtimeOfMsvc()
 {
     install(Msvc);
     write("Windows/System32/vcruntime140.dll", {});
-    QVERIFY(check().findings.value(0).text.endsWith(
+    QVERIFY(check().findings.value(0).text().endsWith(
         QLatin1String("; install Microsoft's Visual C++ redistributable")));
     qunsetenv("SystemRoot");
     QCOMPARE(checkedFindings(), QString());

@@ -2,8 +2,8 @@
 // and the pictures show the dialog in each language, with marks where a text is missing or clipped.
 
 #include "lang/SourceTexts.h"
-#include "langcheck/DeploymentCheck.h"
-#include "langcheck/Output.h"
+#include "langcheck/check/DeploymentCheck.h"
+#include "langcheck/write/Output.h"
 #include "ui/DlgSettings.h"
 
 #include "CheckedPage.h"
@@ -169,10 +169,10 @@ void tst_langcheck_page::everyKindOfFindingIsShown()
     for (int i = 1; i < 10; ++i)
         values += QStringLiteral("value %1; <&\">").arg(i);
     for (const FindingDescription &kind : kFindings) {
-        report.findings += makeFinding(kind.kind, QStringLiteral("a & b"), 7, values);
+        report.findings += Finding::make(kind.kind, QStringLiteral("a & b"), 7, values);
         report.findings.last().quote = QStringLiteral("line of ") + QLatin1String(kind.id);
-        report.findings += makeFinding(kind.kind, QStringLiteral("a & b"), 7, values);
-        report.findings += makeFinding(kind.kind, QStringLiteral("a & b"), 0, values);
+        report.findings += Finding::make(kind.kind, QStringLiteral("a & b"), 7, values);
+        report.findings += Finding::make(kind.kind, QStringLiteral("a & b"), 0, values);
     }
     const QByteArray bytes = validPage(report);
     const CheckedPage::Contents contents = CheckedPage::read(bytes);
@@ -181,16 +181,16 @@ void tst_langcheck_page::everyKindOfFindingIsShown()
         for (const char *const anchor : {"%1-line-7", "%1-line-7-2", "%1"})
             QVERIFY(contents.anchors.contains(QString::fromLatin1(anchor).arg(id)));
         QVERIFY(contents.texts.contains(QStringLiteral("line of ") + id));
-        const Finding finding = makeFinding(kind.kind, {}, 0, values);
-        QVERIFY(finding.text.endsWith(QLatin1String("; ") + finding.remedy));
+        const Finding finding = Finding::make(kind.kind, {}, 0, values);
         const auto contains = [&contents](const QString &text) {
             return std::any_of(contents.texts.begin(), contents.texts.end(),
                                [&text](const QString &shown) {
                                    return shown.compare(text, Qt::CaseInsensitive) == 0;
                                });
         };
-        QVERIFY2(contains(finding.remedy + QLatin1Char('.')), qPrintable(finding.remedy));
-        QVERIFY(contains(finding.text.chopped(finding.remedy.size() + 2) + QLatin1Char('.')));
+        QVERIFY2(contains(finding.remedy() + QLatin1Char('.')), qPrintable(finding.remedy()));
+        QVERIFY(contains(finding.problem() + QStringLiteral("; ") + finding.effect()
+                         + QLatin1Char('.')));
     }
     QVERIFY(bytes.contains("Error: ") && bytes.contains("Warning: "));
 }
@@ -235,8 +235,9 @@ void tst_langcheck_page::deploymentsAreShown()
     QVERIFY2(contents.texts.contains(text), bytes.left(20000).constData());
     QCOMPARE(bytes.count("<img "), report.boxes.size() + 1 + 3 * report.listed.size());
     for (const Finding &finding : report.findings) {
-        QVERIFY(std::any_of(contents.anchors.begin(), contents.anchors.end(),
-                            [&](const QString &anchor) { return anchor.startsWith(finding.id); }));
+        QVERIFY(
+            std::any_of(contents.anchors.begin(), contents.anchors.end(),
+                        [&](const QString &anchor) { return anchor.startsWith(finding.id()); }));
     }
 }
 
@@ -324,7 +325,7 @@ void tst_langcheck_page::hostileTranslationsStayTexts()
 {
     Deployment::writeTranslation(QStringLiteral("second"), QByteArray());
     const Report report = check();
-    QVector<LanguagePictures> pictures = CheckedPage::draw(report);
+    QVector<LanguagePictures> pictures = drawLanguages(report);
     for (QString &text : pictures.first().texts)
         text = QStringLiteral("</td><script>");
     const QByteArray bytes = makePage(report, drawStart(report), pictures);
@@ -336,7 +337,7 @@ void tst_langcheck_page::hostileTranslationsStayTexts()
 void tst_langcheck_page::picturesOfAGoodDeploymentHaveNoMarks()
 {
     const Report report = check();
-    const LanguagePictures pictures = drawLanguage(report.listed.at(1), 1);
+    const LanguagePictures pictures = drawLanguages(report).at(1);
     QCOMPARE(pictures.texts.size(), 8);
     QVERIFY(!pictures.fonts.isEmpty());
     for (const QImage &image : {pictures.dialog, pictures.success, pictures.failure}) {
@@ -351,7 +352,7 @@ void tst_langcheck_page::picturesOfAGoodDeploymentHaveNoMarks()
 void tst_langcheck_page::missingTextsAreMarked()
 {
     Deployment::installTranslation(QStringLiteral("second"), QStringLiteral("one_text"));
-    const LanguagePictures pictures = drawLanguage(check().listed.at(1), 1);
+    const LanguagePictures pictures = drawLanguages(check()).at(1);
     const QVector<QRect> places = spaces();
     QVERIFY(pixels(pictures.dialog, kMissing, places.at(0)) > 0); // Label
     QCOMPARE(pixels(pictures.dialog, kMissing, places.at(1)), 0); // Button
@@ -368,7 +369,7 @@ void tst_langcheck_page::missingTextsAreMarked()
 void tst_langcheck_page::clippedTextsAreMarked()
 {
     Deployment::installTranslation(QStringLiteral("second"), QStringLiteral("long_texts"));
-    const LanguagePictures pictures = drawLanguage(check().listed.at(1), 1);
+    const LanguagePictures pictures = drawLanguages(check()).at(1);
     const QVector<QRect> places = spaces();
     QCOMPARE(pixels(pictures.dialog, kClipped, places.at(0)), 0);
     QVERIFY(pixels(pictures.dialog, kClipped, places.at(1)) > 0);
@@ -382,8 +383,8 @@ void tst_langcheck_page::clippedNameIsMarked()
     Deployment::writeCatalogue(
         catalogueWith("=Two", "=A language with a name that no list can hold"));
     const Report report = check();
-    QCOMPARE(pixels(drawLanguage(report.listed.at(0), 0).dialog, kClipped), 0);
-    QVERIFY(pixels(drawLanguage(report.listed.at(1), 1).dialog, kClipped) > 0);
+    QCOMPARE(pixels(drawLanguages(report).at(0).dialog, kClipped), 0);
+    QVERIFY(pixels(drawLanguages(report).at(1).dialog, kClipped) > 0);
 }
 
 /// Shows the second language with the texts of the fallback.
@@ -392,14 +393,14 @@ void tst_langcheck_page::missingFileShowsTheFallback()
     Deployment::installTranslation(QStringLiteral("chs"), QStringLiteral("second"));
     QVERIFY(QFile::remove(Deployment::path(QStringLiteral("Lang/second/Zendel.qm"))));
     const Report report = check();
-    const LanguagePictures pictures = drawLanguage(report.listed.at(1), 1);
+    const LanguagePictures pictures = drawLanguages(report).at(1);
     QVERIFY(pictures.fallback);
     QCOMPARE(pictures.texts.first(), QStringLiteral("2 Language"));
     const QByteArray bytes = validPage(report);
     QVERIFY(bytes.contains("; the texts are those of the fallback"));
 
     QVERIFY(QFile::remove(Deployment::path(QStringLiteral("Lang/chs/Zendel.qm"))));
-    QCOMPARE(drawLanguage(report.listed.at(1), 1).texts.count(QString()), 8);
+    QCOMPARE(drawLanguages(report).at(1).texts.count(QString()), 8);
 }
 
 /// Draws the start in that language, not in the one that was checked or drawn last.
@@ -408,8 +409,8 @@ void tst_langcheck_page::startIsShownInItsOwnLanguage()
     Deployment::installTranslation(QStringLiteral("second"), QStringLiteral("second"));
     const Report report = check();
     const QImage start = drawStart(report);
-    QVERIFY(start == drawLanguage(report.listed.at(0), 0).dialog);
-    QVERIFY(start != drawLanguage(report.listed.at(1), 1).dialog);
+    QVERIFY(start == drawLanguages(report).at(0).dialog);
+    QVERIFY(start != drawLanguages(report).at(1).dialog);
     QVERIFY(start == drawStart(report));
 }
 

@@ -4,7 +4,7 @@
 #include "lang/ApplicationDir.h"
 #include "lang/CTranslatorMgr.h"
 #include "lang/SourceTexts.h"
-#include "langcheck/TextFit.h"
+#include "langcheck/draw/TextFit.h"
 #include "ui/DlgSettings.h"
 
 #include "support/TestFile.h"

@@ -2,8 +2,10 @@
 // page is invalid. The input is a catalogue, a compiled translation, or a catalogue and a
 // translation: the latter starts with the magic number of such files.
 
-#include "langcheck/DeploymentCheck.h"
-#include "langcheck/Page.h"
+#include "langcheck/check/DeploymentCheck.h"
+#include "langcheck/write/Console.h"
+#include "langcheck/write/Json.h"
+#include "langcheck/write/Page.h"
 
 #include <QApplication>
 #include <QDir>
@@ -34,24 +36,24 @@ void write(const QString &path, const QByteArray &bytes)
     QFile::remove(path);
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        fail("Cannot write", path);
+        fail("Can't write", path);
 }
 
 void checkReport(const Report &report, const QByteArray &catalogue)
 {
     const int lines = catalogue.count('\n') + 1;
     for (const Finding &finding : report.findings) {
-        if (finding.remedy.isEmpty() || !finding.text.endsWith(finding.remedy))
-            fail("No remedy", finding.text);
+        if (finding.remedy().isEmpty())
+            fail("No remedy", finding.text());
         if (finding.line < 0 || finding.line > lines)
-            fail("No such line", finding.text);
+            fail("No such line", finding.text());
     }
     if (report.selected >= report.listed.size())
         fail("No such language");
     if (!report.boxes.isEmpty() && report.exitCode() != 2)
-        fail("A message box without an error", report.toText());
-    report.toText();
-    report.toJson();
+        fail("A message box without an error", toText(report));
+    toText(report);
+    toJson(report);
 }
 
 void checkPage(const QByteArray &page)
@@ -87,7 +89,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const QString lang = folder.filePath(QStringLiteral("Lang"));
     for (const char *const name : {"/one", "/chs"}) {
         if (!QDir().mkpath(lang + QLatin1String(name)))
-            fail("Cannot create", lang);
+            fail("Can't create", lang);
     }
 
     const QByteArray input(reinterpret_cast<const char *>(data), static_cast<int>(size));
@@ -108,7 +110,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (std::accumulate(data, data + size, 0U) % 64 == 0) {
         image = drawStart(report);
         if (!report.listed.isEmpty())
-            pictures += drawLanguage(report.listed.first(), 0);
+            pictures += drawLanguages(report).first();
     } else {
         for (Box &box : report.boxes)
             box.picture = {};

@@ -1,4 +1,4 @@
-#include "langcheck/BytesCheck.h"
+#include "langcheck/check/BytesCheck.h"
 
 #include <QTextCodec>
 

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "langcheck/Report.h"
-#include "langcheck/TextFit.h"
+#include "langcheck/draw/TextFit.h"
 
 #include <QImage>
+#include <QVector>
+
+#include <functional>
 
 /// What the operator sees after a change to one of the languages.
 struct LanguagePictures
@@ -19,14 +22,15 @@ struct LanguagePictures
     QImage failure;        ///< The message box after one that failed.
 };
 
-/// Returns a picture of the dialog as it opens at first, without the empty lower part. The
-/// catalogue must be the one that checkDeployment() has loaded for @p report.
+/// Returns a picture of the dialog as it opens at first, without the empty lower part.
 QImage drawStart(const Report &report);
 
-/// Loads the translation of the language at @p index of the list, or the fallback if it is missing,
-/// and draws the plug-in's own dialog and message boxes. Nothing appears on the screen. The
-/// catalogue must be the one that checkDeployment() has loaded.
-LanguagePictures drawLanguage(const LangEntry &language, int index);
+/// Loads the translation of each language of the list, or the fallback if it is missing, and draws
+/// the plug-in's own dialog and message boxes. Nothing appears on the screen. Draws at most 256, as
+/// many as the machine can tell apart, and calls @p progress with the number drawn and the total
+/// after each.
+QVector<LanguagePictures> drawLanguages(const Report &report,
+                                        const std::function<void(int, int)> &progress = {});
 
 /// Returns one picture with the dialog and the message boxes.
 QImage combined(const LanguagePictures &pictures);

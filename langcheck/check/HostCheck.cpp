@@ -1,7 +1,7 @@
-#include "langcheck/HostCheck.h"
+#include "langcheck/check/HostCheck.h"
 
 #include "lang/OpenFile.h"
-#include "langcheck/Dll.h"
+#include "langcheck/check/Dll.h"
 
 #include <QDir>
 #include <QFile>

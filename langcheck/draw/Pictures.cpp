@@ -1,12 +1,12 @@
-#include "langcheck/Pictures.h"
+#include "langcheck/draw/Pictures.h"
 
 #include "lang/CTranslatorMgr.h"
 #include "lang/QmFile.h"
 #include "lang/SourceTexts.h"
-#include "langcheck/DeploymentCheck.h"
-#include "langcheck/MessageBoxes.h"
+#include "langcheck/Deployment.h"
 #include "langcheck/Translation.h"
-#include "langcheck/WindowPicture.h"
+#include "langcheck/draw/MessageBoxes.h"
+#include "langcheck/draw/WindowPicture.h"
 #include "plugin/HostMachine.h"
 #include "plugin/IHostMachine.h"
 #include "ui/DlgSettings.h"
@@ -25,6 +25,7 @@
 namespace {
 
 const int kGap = 10;
+const int kMostPictures = 256;
 
 /// Accepts or refuses each language.
 class Machine : public IHostMachine
@@ -106,25 +107,14 @@ void drawCombined(QPainter &painter, QPoint corner, const LanguagePictures &pict
     }
 }
 
-} // namespace
-
-QImage drawStart(const Report &report)
+LanguagePictures drawLanguage(const Report &report, int index)
 {
-    QTranslator &translator = *CTranslatorMgr::instance()->translator();
-    if (report.translation.isEmpty())
-        translator.load(nullptr, 0); // Empties it.
-    else
-        loadQmFile(translator, report.translation);
-    DlgSettings dialog;
-    return drawUpperPart(dialog);
-}
-
-LanguagePictures drawLanguage(const LangEntry &language, int index)
-{
+    const LangEntry &language = report.listed.at(index);
     QTranslator &translator = *CTranslatorMgr::instance()->translator();
     const bool fallback = !QFileInfo::exists(language.qmPath);
     const Translation translation =
-        loadTranslation(fallback ? fallbackPath() : language.qmPath).value_or(Translation());
+        loadTranslation(fallback ? fallbackPath(report.applicationDir) : language.qmPath)
+            .value_or(Translation());
 
     DlgSettings dialog;
     dialog.findChild<QComboBox *>(QStringLiteral("comboBox_language"))->setCurrentIndex(index);
@@ -141,6 +131,34 @@ LanguagePictures drawLanguage(const LangEntry &language, int index)
     result.dialog = drawUpperPart(dialog);
     result.success = drawBox(dialog, true);
     result.failure = drawBox(dialog, false);
+    return result;
+}
+
+} // namespace
+
+QImage drawStart(const Report &report)
+{
+    const Deployment deployment(report.applicationDir);
+    QTranslator &translator = *CTranslatorMgr::instance()->translator();
+    if (report.translation.isEmpty())
+        translator.load(nullptr, 0); // Empties it.
+    else
+        loadQmFile(translator, report.translation);
+    DlgSettings dialog;
+    return drawUpperPart(dialog);
+}
+
+QVector<LanguagePictures> drawLanguages(const Report &report,
+                                        const std::function<void(int, int)> &progress)
+{
+    const Deployment deployment(report.applicationDir);
+    QVector<LanguagePictures> result;
+    const int count = std::min(report.listed.size(), kMostPictures);
+    for (int i = 0; i < count; ++i) {
+        result += drawLanguage(report, i);
+        if (progress)
+            progress(i + 1, count);
+    }
     return result;
 }
 

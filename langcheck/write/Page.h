@@ -1,6 +1,6 @@
 #pragma once
 
-#include "langcheck/Pictures.h"
+#include "langcheck/draw/Pictures.h"
 
 /// Returns the report as a page in HTML without scripts and references to other files.
 /// @p start is the dialog as it opens at first. There may be fewer pictures than languages.

@@ -1,4 +1,4 @@
-#include "langcheck/Page.h"
+#include "langcheck/write/Page.h"
 
 #include "lang/SourceTexts.h"
 #include "langcheck/Texts.h"
@@ -121,16 +121,13 @@ private:
             "Nothing wrong was found.",
             "There are warnings, but the operator doesn't see any errors.",
             "There are errors that the operator will see."};
-        int errors = 0;
-        for (const Finding &finding : m_report.findings)
-            errors += finding.severity == Finding::Error ? 1 : 0;
         open("p", classes[m_report.exitCode()]);
         span("label",
              QLatin1String(m_report.hostFails
                                ? "The host may not start, or may not load the plug-in."
                                : verdicts[m_report.exitCode()]));
-        text(QLatin1Char(' ') + count(errors, "error") + QStringLiteral(", ")
-             + count(m_report.findings.size() - errors, "warning")
+        text(QLatin1Char(' ') + count(m_report.count(Finding::Error), "error")
+             + QStringLiteral(", ") + count(m_report.count(Finding::Warning), "warning")
              + QStringLiteral(
                  ". Check below that the languages, their order and the default are as you "
                  "want them."));
@@ -159,7 +156,7 @@ private:
             element("p", QStringLiteral("None."));
         QHash<QString, int> uses;
         for (const Finding &finding : m_report.findings) {
-            QString anchor = finding.id;
+            QString anchor = finding.id();
             if (finding.line > 0)
                 anchor += QStringLiteral("-line-%1").arg(finding.line);
             const int use = ++uses[anchor];
@@ -185,11 +182,11 @@ private:
             foreignText("code", finding.quote);
             close();
         }
-        foreignText("p", sentence(finding.text.chopped(finding.remedy.size() + 2)), {},
+        foreignText("p", sentence(finding.problem() + QStringLiteral("; ") + finding.effect()), {},
                     kLongestFinding);
         open("p");
         span("label", QStringLiteral("What to do: "));
-        foreignText("bdi", sentence(finding.remedy), {}, kLongestFinding);
+        foreignText("bdi", sentence(finding.remedy()), {}, kLongestFinding);
         close();
         close();
     }
@@ -272,7 +269,7 @@ private:
     void writePictures(const LanguagePictures &pictures)
     {
         open("p");
-        foreignText("bdi", relative(pictures.language.qmPath));
+        foreignText("bdi", m_report.relative(pictures.language.qmPath));
         if (pictures.fallback)
             text(QStringLiteral(" doesn't exist"));
         if (pictures.translation.isEmpty())
@@ -318,7 +315,7 @@ private:
         row("Default", QString::number(m_report.defaultLangId));
         row("Translation",
             m_report.translation.isEmpty() ? QStringLiteral("none; all texts are empty")
-                                           : relative(m_report.translation)
+                                           : m_report.relative(m_report.translation)
                     + (m_report.fallback ? QStringLiteral(", the fallback") : QString()));
         if (m_report.hostQt)
             row("Host\u2019s Qt", m_report.hostQt->description());
@@ -421,11 +418,6 @@ private:
     {
         text({}); // Otherwise an element without contents would be closed in its start tag.
         m_out.writeEndElement();
-    }
-
-    QString relative(const QString &path) const
-    {
-        return QDir(m_report.applicationDir).relativeFilePath(path);
     }
 
     static QString programName()

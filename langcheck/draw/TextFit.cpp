@@ -1,4 +1,4 @@
-#include "langcheck/TextFit.h"
+#include "langcheck/draw/TextFit.h"
 
 #include <QComboBox>
 #include <QDialog>

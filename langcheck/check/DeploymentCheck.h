@@ -6,6 +6,3 @@
 /// with forward slashes and none at the end. Needs a QApplication, but not a display. Writes
 /// nothing.
 Report checkDeployment(const QString &applicationDir);
-
-/// Returns the path of the fallback translation in the deployment that is checked.
-QString fallbackPath();

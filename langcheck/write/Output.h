@@ -1,6 +1,6 @@
 #pragma once
 
-#include "langcheck/Pictures.h"
+#include "langcheck/draw/Pictures.h"
 
 // Each function writes files as a whole or not at all. It returns which file can't be written and
 // why; empty if all were.

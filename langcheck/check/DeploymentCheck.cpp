@@ -1,14 +1,14 @@
-#include "langcheck/DeploymentCheck.h"
+#include "langcheck/check/DeploymentCheck.h"
 
 #include "lang/ApplicationDir.h"
 #include "lang/CTranslatorMgr.h"
 #include "lang/SourceTexts.h"
-#include "langcheck/CatalogueCheck.h"
-#include "langcheck/HostCheck.h"
-#include "langcheck/MessageBoxes.h"
-#include "langcheck/TextFit.h"
+#include "langcheck/Deployment.h"
 #include "langcheck/Texts.h"
 #include "langcheck/Translation.h"
+#include "langcheck/check/CatalogueCheck.h"
+#include "langcheck/check/HostCheck.h"
+#include "langcheck/draw/TextFit.h"
 #include "ui/DlgSettings.h"
 
 #include <QComboBox>
@@ -28,8 +28,6 @@
 
 namespace {
 
-QString checkedDir;
-
 const int kStartLength = 10000; ///< Enough of a file to see what it is.
 
 #ifdef Q_OS_WIN
@@ -42,7 +40,7 @@ const Qt::CaseSensitivity kFileNames = Qt::CaseSensitive;
 /// empty if there is no such folder.
 QString nameOnDisk(const QString &folder)
 {
-    const QStringList folders = QDir(checkedDir + QLatin1String("/Lang"))
+    const QStringList folders = QDir(applicationDir() + QLatin1String("/Lang"))
                                     .entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden);
     if (folders.contains(folder))
         return folder;
@@ -139,11 +137,12 @@ private:
     void checkApplicationDir()
     {
         const LangEntry any = m_report.listed.value(0);
-        const QString plain =
-            checkedDir + QLatin1String("/Lang/") + any.folder + QLatin1Char('/') + kQmFileName;
+        const QString plain = m_report.applicationDir + QLatin1String("/Lang/") + any.folder
+            + QLatin1Char('/') + kQmFileName;
         if (!any.folder.contains(QLatin1Char('%')) && !any.qmPath.isEmpty()
             && any.qmPath != plain) {
-            m_report.addFile(FindingKind::ApplicationFolder, checkedDir, {quoted(checkedDir)});
+            m_report.addFile(FindingKind::ApplicationFolder, m_report.applicationDir,
+                             {quoted(m_report.applicationDir)});
         }
     }
 
@@ -260,8 +259,8 @@ private:
         const QString own = CTranslatorMgr::instance()->langFilePath(m_report.defaultLangId);
         checkOnce(own, m_report.defaultLangId);
         m_unused = QFileInfo::exists(own);
-        if (!m_checked.contains(fallbackPath()))
-            checkTranslation(fallbackPath());
+        if (!m_checked.contains(fallbackPath(m_report.applicationDir)))
+            checkTranslation(fallbackPath(m_report.applicationDir));
         checkLanguages();
     }
 
@@ -280,7 +279,7 @@ private:
                 [&code](const LangEntry &one) { return isNamedFor(folderName(one), code); });
             if (other == m_report.listed.constEnd())
                 continue;
-            const QString otherFile = QDir(checkedDir).relativeFilePath(other->qmPath);
+            const QString otherFile = m_report.relative(other->qmPath);
             QString remedy = QStringLiteral("replace it with the translation for %1").arg(folder);
             if (isNamedFor(folder, m_codes.value(other->qmPath))) {
                 swapped.insert(other->qmPath); // Once for both, because two swaps change nothing.
@@ -304,7 +303,7 @@ private:
         m_checked.insert(path);
         const CatalogueKey folder = m_lines.languages.value(langId).folder;
         // A percent sign may change the path, which is reported elsewhere.
-        const QString folderPath = checkedDir + QLatin1String("/Lang/") + folder.value;
+        const QString folderPath = m_report.applicationDir + QLatin1String("/Lang/") + folder.value;
         const bool plain = path == folderPath + QLatin1Char('/') + kQmFileName;
         if (plain && !QFileInfo(folderPath).isDir())
             addFolderMissing(key(langId, "FOLDER"), folder);
@@ -337,7 +336,7 @@ private:
         for (const LanguageLines &language : m_lines.languages)
             used += language.folder.value;
         QStringList result;
-        const QDir lang(checkedDir + QLatin1String("/Lang"));
+        const QDir lang(m_report.applicationDir + QLatin1String("/Lang"));
         const QStringList folders = lang.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
         for (const QString &folder : folders) {
             if (!used.contains(folder, kFileNames)
@@ -352,7 +351,7 @@ private:
         QFile file(path);
         if (!QFileInfo::exists(path))
             addTranslation(FindingKind::QmMissing, path,
-                           {path == fallbackPath()
+                           {path == fallbackPath(m_report.applicationDir)
                                 ? QStringLiteral("has empty texts")
                                 : QStringLiteral("uses Lang/chs/Zendel.qm, or has empty texts if "
                                                  "that is missing too")});
@@ -413,32 +412,19 @@ private:
 
 } // namespace
 
-QString applicationDir()
-{
-    return checkedDir;
-}
-
-QString fallbackPath()
-{
-    return checkedDir + QLatin1String("/Lang/chs/") + kQmFileName;
-}
-
 Report checkDeployment(const QString &applicationDir)
 {
-    checkedDir = applicationDir;
+    const Deployment deployment(applicationDir);
+    const CTranslatorMgr &manager = *CTranslatorMgr::instance();
     Report report;
     report.applicationDir = applicationDir;
-
-    CTranslatorMgr *const manager = CTranslatorMgr::instance();
-    MessageBoxes boxes;
-    manager->loadTranslator();
-    report.boxes = boxes.seen();
-    report.listed = manager->visibleLanguages();
-    report.defaultLangId = manager->defaultLangId();
+    report.boxes = deployment.boxes();
+    report.listed = manager.visibleLanguages();
+    report.defaultLangId = manager.defaultLangId();
     // Loaded again, to know the file.
-    const QString own = manager->langFilePath(report.defaultLangId);
+    const QString own = manager.langFilePath(report.defaultLangId);
     const bool fallback = !QFileInfo::exists(own);
-    if (const auto translation = loadTranslation(fallback ? fallbackPath() : own)) {
+    if (const auto translation = loadTranslation(fallback ? fallbackPath(applicationDir) : own)) {
         report.translation = translation->fileName;
         report.fallback = fallback;
     }

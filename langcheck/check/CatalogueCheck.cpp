@@ -1,12 +1,12 @@
-#include "langcheck/CatalogueCheck.h"
+#include "langcheck/check/CatalogueCheck.h"
 
 #include "lang/ApplicationDir.h"
 #include "lang/CTranslatorMgr.h"
 #include "lang/Catalogue.h"
 #include "lang/LangLine.h"
 #include "lang/OpenFile.h"
-#include "langcheck/BytesCheck.h"
 #include "langcheck/Texts.h"
+#include "langcheck/check/BytesCheck.h"
 
 #include <QFile>
 #include <QSet>

@@ -1,4 +1,4 @@
-#include "langcheck/Dll.h"
+#include "langcheck/check/Dll.h"
 
 #include <QByteArray>
 #include <QIODevice>

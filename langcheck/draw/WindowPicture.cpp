@@ -1,4 +1,4 @@
-#include "langcheck/WindowPicture.h"
+#include "langcheck/draw/WindowPicture.h"
 
 #include <QApplication>
 #include <QPainter>

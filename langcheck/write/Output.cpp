@@ -1,4 +1,4 @@
-#include "langcheck/Output.h"
+#include "langcheck/write/Output.h"
 
 #include <QDesktopServices>
 #include <QDir>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "langcheck/TextFit.h"
+#include "langcheck/draw/TextFit.h"
 
 #include <QImage>
 

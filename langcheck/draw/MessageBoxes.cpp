@@ -1,6 +1,6 @@
-#include "langcheck/MessageBoxes.h"
+#include "langcheck/draw/MessageBoxes.h"
 
-#include "langcheck/WindowPicture.h"
+#include "langcheck/draw/WindowPicture.h"
 
 #include <QCoreApplication>
 #include <QEvent>

@@ -1,0 +1,34 @@
+#include "langcheck/Deployment.h"
+
+#include "lang/ApplicationDir.h"
+#include "lang/CTranslatorMgr.h"
+#include "langcheck/draw/MessageBoxes.h"
+
+namespace {
+
+QString checkedDir;
+
+} // namespace
+
+QString applicationDir()
+{
+    return checkedDir;
+}
+
+Deployment::Deployment(const QString &applicationDir)
+{
+    checkedDir = applicationDir;
+    const MessageBoxes boxes;
+    CTranslatorMgr::instance()->loadTranslator();
+    m_boxes = boxes.seen();
+}
+
+Deployment::~Deployment()
+{
+    checkedDir.clear();
+}
+
+QString fallbackPath(const QString &applicationDir)
+{
+    return applicationDir + QLatin1String("/Lang/chs/") + kQmFileName;
+}

@@ -19,6 +19,15 @@ struct Box
     QImage picture;
 };
 
+/// A language of the catalogue that the operator can't choose.
+struct HiddenLanguage
+{
+    int number = 0;
+    QString name;   ///< Empty if it has none.
+    QString folder; ///< Empty if it has none.
+    int line = 0;   ///< The first of its lines
+};
+
 /// The Qt next to the host's executable.
 struct HostQt
 {
@@ -33,14 +42,18 @@ struct HostQt
 struct Report
 {
     QString applicationDir;
-    QString encoding;        ///< The catalogue's; empty if it can't be read.
-    QString encodingReason;  ///< Why it is read in this encoding.
-    QList<LangEntry> listed; ///< The operator's list, in its order.
-    int selected = -1;       ///< Index into the list; -1 if it is empty.
-    int defaultLangId = 0;   ///< The catalogue's DEFAULT.
-    QString translation;     ///< The file that is loaded; empty for none.
-    bool fallback = false;   ///< Whether that is the fallback.
-    QList<Box> boxes;        ///< The message boxes at start-up, in order.
+    QString encoding;             ///< The catalogue's; empty if it can't be read.
+    QString encodingReason;       ///< Why it is read in this encoding.
+    QList<LangEntry> listed;      ///< The operator's list, in its order.
+    QList<HiddenLanguage> hidden; ///< The catalogue's other languages, by number.
+    QStringList unusedFolders;    ///< Those in Lang with a translation that no language uses
+    QStringList lines;            ///< The catalogue's first lines as they were read, shortened
+    QVector<int> lineNumbers;     ///< Their numbers; lines may be lost in between.
+    int selected = -1;            ///< Index into the list; -1 if it is empty.
+    int defaultLangId = 0;        ///< The catalogue's DEFAULT.
+    QString translation;          ///< The file that is loaded; empty for none.
+    bool fallback = false;        ///< Whether that is the fallback.
+    QList<Box> boxes;             ///< The message boxes at start-up, in order.
     QList<Finding> findings;
 
     /// Only if there is a Qt5Core.dll.

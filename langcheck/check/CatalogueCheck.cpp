@@ -20,6 +20,7 @@ namespace {
 
 const int kQuoteLength = 300;
 const int kNoLanguage = -1;
+const int kMostLines = 2000; // More than any list of languages needs
 
 bool isNumber(const QStringRef &value)
 {
@@ -64,6 +65,10 @@ public:
     {
         m_line = m_numbers.value(m_count, m_count + 1);
         ++m_count;
+        if (m_count <= kMostLines) {
+            m_report.lines += shortened(text, kQuoteLength);
+            m_report.lineNumbers += m_line;
+        }
         const int found = m_report.findings.size();
         const QString trimmed = text.trimmed();
         if (trimmed.contains(QLatin1Char('\r')))

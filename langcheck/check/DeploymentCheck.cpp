@@ -124,6 +124,8 @@ public:
 
     void check()
     {
+        listHidden();
+        m_report.unusedFolders = unusedFolders();
         checkApplicationDir();
         checkShown();
         checkDefault();
@@ -134,6 +136,17 @@ public:
     }
 
 private:
+    void listHidden()
+    {
+        for (auto it = m_lines.languages.begin(); it != m_lines.languages.end(); ++it) {
+            const bool listed = std::any_of(
+                m_report.listed.cbegin(), m_report.listed.cend(),
+                [number = it.key()](const LangEntry &lang) { return lang.id == number; });
+            if (!listed)
+                m_report.hidden += {it.key(), it->name.value, it->folder.value, it->first()};
+        }
+    }
+
     void checkApplicationDir()
     {
         const LangEntry any = m_report.listed.value(0);
@@ -317,13 +330,11 @@ private:
         const QStringList codes = codePoints(shortened(folder.value, 20));
         if (!codes.isEmpty())
             name += QStringLiteral(" (with %1)").arg(codes.join(QStringLiteral(", ")));
-        if (!m_unusedFolders)
-            m_unusedFolders = shortened(unusedFolders().join(QStringLiteral(", ")), 200);
+        const QString unused = shortened(m_report.unusedFolders.join(QStringLiteral(", ")), 200);
         QString remedy =
             QStringLiteral("after %1=, type the name of an existing folder, ").arg(key);
-        if (!m_unusedFolders->isEmpty())
-            remedy +=
-                QStringLiteral("such as one that no language uses (%1), ").arg(*m_unusedFolders);
+        if (!unused.isEmpty())
+            remedy += QStringLiteral("such as one that no language uses (%1), ").arg(unused);
         remedy += QStringLiteral("or create a folder with exactly this name and put the compiled "
                                  "translation into it");
         m_report.addLine(FindingKind::FolderMissing, folder.line, {key, name, remedy});
@@ -404,8 +415,7 @@ private:
 
     Report &m_report;
     const CatalogueLines &m_lines;
-    QHash<QString, QString> m_codes; ///< The language that each translation names.
-    std::optional<QString> m_unusedFolders;
+    QHash<QString, QString> m_codes;     ///< The language that each translation names.
     QSet<QString> m_checked {QString()}; ///< Paths of translations.
     bool m_unused = false; ///< Whether the fallback is checked although the default has a file.
 };

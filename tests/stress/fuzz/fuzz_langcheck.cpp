@@ -34,7 +34,7 @@ void write(const QString &path, const QByteArray &bytes)
     QFile::remove(path);
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        fail("Cannot write", path);
+        fail("Can't write", path);
 }
 
 void checkReport(const Report &report, const QByteArray &catalogue)
@@ -87,7 +87,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const QString lang = folder.filePath(QStringLiteral("Lang"));
     for (const char *const name : {"/one", "/chs"}) {
         if (!QDir().mkpath(lang + QLatin1String(name)))
-            fail("Cannot create", lang);
+            fail("Can't create", lang);
     }
 
     const QByteArray input(reinterpret_cast<const char *>(data), static_cast<int>(size));

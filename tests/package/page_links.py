@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""page_links.py FOLDER: fails unless every file and heading exists that a page links to or mentions.
+"""page_links.py FOLDER: fails if a page links to or mentions a file or heading that is missing.
 
 page_links.py --package FOLDER: the same for an unpacked package, but only for links.
 """

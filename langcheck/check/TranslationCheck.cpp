@@ -435,7 +435,8 @@ private:
             if (texts == english && isLanguageCode(folder)
                 && localeOf(folder).language() != QLocale::English) {
                 addFile(FindingKind::QmEnglish, lang, {folder, quoted(lang.name)});
-            } else if (!earlier.isEmpty() && earlier != lang.qmPath
+            } else if (!earlier.isEmpty()
+                       && QDir::cleanPath(earlier) != QDir::cleanPath(lang.qmPath)
                        && !isSameLanguage(folder, QFileInfo(earlier).dir().dirName())) {
                 addFile(FindingKind::SameTexts, lang,
                         {m_report.relative(earlier), quoted(lang.name)});

@@ -322,8 +322,10 @@ private:
             checkText(path, kSourceTexts[i], texts.at(i));
         const DlgSettings dialog;
         const QVector<ShownText> clipped = clippedTexts(dialog);
-        for (const ShownText &text : clipped)
-            addClipped(path, text, "the dialog");
+        for (const ShownText &text : clipped) {
+            if (!isShownAsHtml(text.source) || !Qt::mightBeRichText(text.text))
+                addClipped(path, text, "the dialog");
+        }
         checkTitle(path, dialog, kSourceTexts[kSuccess], texts.at(kSuccess), true);
         checkTitle(path, dialog, kSourceTexts[kError], texts.at(kError), false);
     }

@@ -694,7 +694,7 @@ void tst_langcheck_checks::existingFolderMayHaveAnyName()
 void tst_langcheck_checks::textsNameEffectAndRemedy()
 {
     for (const FindingDescription &kind : kFindings) {
-        for (const char *const text : {kind.problem, kind.effect, kind.remedy})
+        for (const char *const text : {kind.one.problem, kind.one.effect, kind.one.remedy})
             QVERIFY2(qstrlen(text) > 0, kind.id);
     }
 }

@@ -122,10 +122,9 @@ void drawOpenList(StartPictures &result, const DlgSettings &dialog)
     box.showPopup();
     QApplication::setEffectEnabled(Qt::UI_AnimateCombo, animated);
     result.list = popup.grab().toImage().convertToFormat(QImage::Format_RGB32);
-    const QRect visible = view.viewport()->rect();
     for (int row = 0; row < box.count(); ++row) {
-        const QModelIndex index = view.model()->index(row, box.modelColumn());
-        if (visible.contains(view.visualRect(index))) {
+        const QRect space = view.visualRect(view.model()->index(row, box.modelColumn()));
+        if (space.top() >= 0 && space.bottom() < view.viewport()->height()) {
             if (result.rows == 0)
                 result.firstRow = row;
             ++result.rows;

@@ -9,8 +9,6 @@
 
 namespace {
 
-const QLatin1String kCatalogueFile("Lang/Lang.ini");
-
 /// Returns @p text with only letters, digits and "-._~", as addresses have them.
 QString addressPart(QString text)
 {
@@ -38,28 +36,37 @@ QString findingAnchor(const Finding &finding)
     if (finding.line > 0)
         anchor += QStringLiteral("-line-%1").arg(finding.line);
     // Files may have several of these, which differ in the English text.
-    if (finding.kind == FindingKind::TextMissing)
-        anchor += QLatin1Char('-') + addressPart(finding.values.at(0));
-    else if (finding.kind == FindingKind::TextClipped)
-        anchor += QLatin1Char('-') + addressPart(finding.values.at(1));
-    return anchor;
+    switch (finding.kind) {
+    case FindingKind::TextMissing:
+    case FindingKind::TextBlank:
+    case FindingKind::TextAmpersand:
+    case FindingKind::TextHtml:
+        return anchor + QLatin1Char('-') + addressPart(finding.values.at(0));
+    case FindingKind::TextClipped:
+        return anchor + QLatin1Char('-') + addressPart(finding.values.at(1));
+    default:
+        return anchor;
+    }
 }
 
-/// Returns the numbers of the languages that a finding is about: those that it names, or else those
-/// of its file, or of the key in its line.
-QVector<int> languagesOf(const Report &report, const Finding &finding)
+/// Returns the numbers of the languages that a finding is about: those that it names, and those of
+/// the keys in its lines.
+QVector<int> languagesOf(const Finding &finding, const QHash<int, QString> &lines)
 {
-    if (!finding.languages.isEmpty())
-        return finding.languages;
     QVector<int> result;
-    for (const LangEntry &language : report.listed) {
-        if (finding.file == report.relative(language.qmPath))
-            result += language.id;
-    }
+    const auto add = [&result](int language) {
+        if (!result.contains(language))
+            result += language;
+    };
+    for (const int language : finding.languages)
+        add(language);
     static const QRegularExpression key(QStringLiteral("^\\s*LANG(\\d{1,9})_"));
-    const QRegularExpressionMatch match = key.match(finding.quote);
-    if (match.hasMatch())
-        result += match.captured(1).toInt();
+    const QVector<int> numbers = linesOf(finding);
+    for (const int number : numbers) {
+        const QRegularExpressionMatch match = key.match(lines.value(number, finding.quote));
+        if (match.hasMatch())
+            add(match.captured(1).toInt());
+    }
     return result;
 }
 
@@ -73,6 +80,9 @@ FindingGroups::FindingGroups(const Report &report)
         const int use = ++uses[anchor];
         return use == 1 ? anchor : QStringLiteral("%1-%2").arg(anchor).arg(use);
     };
+    QHash<int, QString> lines;
+    for (int i = 0; i < report.lines.size(); ++i)
+        lines.insert(report.lineNumbers.at(i), report.lines.at(i));
     for (int i = 0; i < report.findings.size(); ++i) {
         const Finding &finding = report.findings.at(i);
         const QString key = QStringLiteral("%1 %2 %3")
@@ -83,12 +93,12 @@ FindingGroups::FindingGroups(const Report &report)
         }
         groups[groupOfKey.value(key)].findings += i;
         anchors += unique(findingAnchor(finding));
-        languages += languagesOf(report, finding);
+        languages += languagesOf(finding, lines);
         for (const int language : qAsConst(languages.last()))
             ofLanguage[language] += i;
         if (finding.file == kCatalogueFile) {
-            const QVector<int> lines = linesOf(finding);
-            for (const int line : lines)
+            const QVector<int> numbers = linesOf(finding);
+            for (const int line : numbers)
                 ofLine[line] += i;
         }
     }

@@ -23,5 +23,8 @@ struct FindingGroups
     QMap<int, QVector<int>> ofLine;     ///< The findings about each line of the catalogue
 };
 
+/// The catalogue, as findings name it
+inline const QLatin1String kCatalogueFile("Lang/Lang.ini");
+
 /// Returns the lines of the catalogue that a finding is about.
 QVector<int> linesOf(const Finding &finding);

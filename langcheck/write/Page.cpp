@@ -20,13 +20,8 @@
 
 namespace {
 
-const int kMostLinks = 30; ///< In a finding's list of languages
-
-QString count(int number, const char *noun)
-{
-    return QString::number(number) + QLatin1Char(' ') + QLatin1String(noun)
-        + QLatin1String(number == 1 ? "" : "s");
-}
+const int kMostLinks = 30;  // In a finding's list of languages
+const int kMostQuotes = 20; // Before the others are folded
 
 QString programName()
 {
@@ -37,18 +32,6 @@ QString programName()
 QString sentence(const QString &text)
 {
     return text.left(1).toUpper() + text.mid(1) + QLatin1Char('.');
-}
-
-/// Returns "line 1" or "lines 1, 2 and 3".
-QString lineList(const QVector<int> &lines)
-{
-    QStringList numbers;
-    for (const int line : lines)
-        numbers += QString::number(line);
-    if (numbers.size() == 1)
-        return QStringLiteral("line ") + numbers.first();
-    const QString last = numbers.takeLast();
-    return QStringLiteral("lines %1 and %2").arg(numbers.join(QStringLiteral(", ")), last);
 }
 
 QString lineAnchor(int line)
@@ -151,8 +134,8 @@ private:
              QLatin1String(m_report.hostFails
                                ? "The host may not start, or may not load the plug-in."
                                : verdicts[m_report.exitCode()]));
-        m_out.text(QLatin1Char(' ') + count(m_report.count(Finding::Error), "error")
-                   + QStringLiteral(", ") + count(m_report.count(Finding::Warning), "warning")
+        m_out.text(QLatin1Char(' ') + countText(m_report.count(Finding::Error), "error")
+                   + QStringLiteral(", ") + countText(m_report.count(Finding::Warning), "warning")
                    + QStringLiteral(". Check below that the languages, their order and the "
                                     "default are as you want them."));
         m_out.close();
@@ -297,9 +280,9 @@ private:
         const int warnings = findings.size() - errors;
         QStringList numbers;
         if (errors > 0)
-            numbers += count(errors, "error");
+            numbers += countText(errors, "error");
         if (warnings > 0)
-            numbers += count(warnings, "warning");
+            numbers += countText(warnings, "warning");
         m_out.text(numbers.join(QStringLiteral(", ")) + QStringLiteral(": "));
         QStringList ids;
         for (const int finding : findings) {
@@ -353,7 +336,7 @@ private:
         if (several)
             m_out.text(QStringLiteral(", %1 times").arg(group.findings.size()));
         else if (!linesOf(first).isEmpty())
-            m_out.text(QStringLiteral(", ") + lineList(linesOf(first)));
+            m_out.text(QStringLiteral(", ") + linesText(linesOf(first)));
         m_out.text(QStringLiteral(" "));
         m_out.link(group.anchor, QLatin1Char('#') + group.anchor);
         m_out.close();
@@ -389,24 +372,35 @@ private:
         m_out.close();
     }
 
-    /// Writes the lines that a finding is about.
+    /// Writes the lines that a finding is about, folded if they are many.
     void writeQuotes(const Finding &finding)
     {
         const QVector<int> lines = linesOf(finding);
-        for (const int line : lines) {
-            const QString quote =
-                line == finding.line ? finding.quote : m_lines.value(line, finding.quote);
-            m_out.open("p");
-            if (m_lines.contains(line) && finding.file == QLatin1String("Lang/Lang.ini")) {
-                m_out.link(lineAnchor(line), QStringLiteral("Line %1").arg(line));
-                m_out.text(QStringLiteral(" "));
-            } else {
-                m_out.text(QStringLiteral("Line %1 ").arg(line));
+        for (int i = 0; i < lines.size(); ++i) {
+            if (i == kMostQuotes) {
+                m_out.open("details");
+                m_out.element("summary",
+                              QStringLiteral("%1 more").arg(countText(lines.size() - i, "line")));
             }
-            if (!quote.isEmpty())
-                m_out.foreignText("code", quote);
-            m_out.close();
+            writeQuote(finding, lines.at(i));
         }
+        if (lines.size() > kMostQuotes)
+            m_out.close();
+    }
+
+    void writeQuote(const Finding &finding, int line)
+    {
+        m_out.open("p");
+        if (m_lines.contains(line) && finding.file == kCatalogueFile)
+            m_out.link(lineAnchor(line), QStringLiteral("Line %1").arg(line));
+        else
+            m_out.text(QStringLiteral("Line %1").arg(line));
+        const QString quote = line == finding.line ? finding.quote : m_lines.value(line);
+        if (!quote.isEmpty()) {
+            m_out.text(QStringLiteral(" "));
+            m_out.foreignText("code", quote);
+        }
+        m_out.close();
     }
 
     void explain(const QString &text, const char *label = nullptr)
@@ -514,7 +508,7 @@ private:
         if (m_pictures.size() < m_report.listed.size()) {
             m_out.element("p",
                           QStringLiteral("The list has %1; only the first %2 are drawn.")
-                              .arg(count(m_report.listed.size(), "language"))
+                              .arg(countText(m_report.listed.size(), "language"))
                               .arg(m_pictures.size()));
         }
         if (m_report.listed.isEmpty())
@@ -591,7 +585,7 @@ private:
         m_out.open("table", "rows lines");
         m_out.open("thead");
         m_out.open("tr");
-        for (const char *const title : {"Line", "Text", "Findings"})
+        for (const char *const title : {"Line", "Text and findings"})
             columnHeader(title);
         m_out.close();
         m_out.close();
@@ -617,9 +611,11 @@ private:
             m_out.open("td");
             if (!line.value().isEmpty())
                 m_out.foreignText("code", line.value());
-            m_out.close();
-            m_out.open("td");
-            linkFindings(findings);
+            if (!findings.isEmpty()) {
+                m_out.open("p");
+                linkFindings(findings);
+                m_out.close();
+            }
             m_out.close();
             m_out.close();
         }

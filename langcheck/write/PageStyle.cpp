@@ -46,18 +46,20 @@ code { white-space: pre-wrap; }
 .label { font-weight: 700; }
 .none { color: var(--error); }
 .rows tbody tr { border-top: 1px solid var(--rule); }
+.rows th { white-space: nowrap; }
 .lines { width: 100%; }
-.lines td { width: 65%; }
-.lines th, .lines td { padding-inline-start: .3rem; }
+.lines td { width: 100%; }
+.lines th { padding-inline-start: .3rem; }
+.lines p { margin: 0; font-size: .9rem; }
 .windows { display: flex; flex-wrap: wrap; gap: .6rem; align-items: flex-start; }
 .windows img { display: block; max-width: 100%; height: auto; }
 details { margin: .4rem 0; }
-@media (max-width: 720px) {
+@media screen and (max-width: 720px) {
     .computer th, .computer td { display: block; padding-right: 0; }
     .computer td { padding-bottom: .5rem; }
     .languages thead { display: none; }
     .languages tr { display: block; padding: .3rem 0; }
-    .languages th, .languages td { display: inline; }
+    .languages th, .languages td { display: inline; padding: 0; }
     .languages td::before { content: attr(data-label); }
 }
 @media print {

@@ -67,7 +67,7 @@ details { margin: .4rem 0; }
     body { max-width: none; padding: 0; }
     h2, h3 { break-after: avoid; }
     tr { break-inside: avoid; }
-    .windows img { zoom: .62; }
+    .windows img { zoom: .58; }
     details::details-content { content-visibility: visible; }
     * { print-color-adjust: exact; -webkit-print-color-adjust: exact; }
     a { color: inherit; text-decoration: none; }

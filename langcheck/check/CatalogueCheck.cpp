@@ -83,6 +83,7 @@ public:
     void check(const QString &text)
     {
         m_line = m_numbers.value(m_count, m_count + 1);
+        m_isReported = false;
         ++m_count;
         if (m_count <= kMostLines) {
             m_report.lines += shortened(text, kQuoteLength);
@@ -93,6 +94,7 @@ public:
             m_lines.texts.insert(m_line, shortened(text, kQuoteLength));
             return;
         }
+        m_isReported = text.endsWith(QChar(QChar::Null)); // For the file, see checkEnd().
         const LangLine line = m_reader.read(text);
         if (line.kind == LangLine::Header)
             m_inSection = line.key == QLatin1String("LANG_MGR");
@@ -134,8 +136,6 @@ private:
             && text.contains(QChar(QChar::ReplacementCharacter));
         if (m_undecodable)
             add(FindingKind::Undecodable, {m_report.encoding});
-        if (text.endsWith(QChar(QChar::Null))) // Reported for the file
-            return !text.contains(QChar(QChar::Null));
         const int half = indexOfHalfCharacter(text);
         if (half >= 0) {
             add(FindingKind::HalfCharacter,
@@ -238,7 +238,7 @@ private:
     /// Remembers that the latest finding is the reason why a key is missing.
     void rememberIntended(const QString &key)
     {
-        if (!key.isEmpty())
+        if (!key.isEmpty() && !m_isReported)
             m_lines.findings.insert(key, m_report.findings.size() - 1);
     }
 
@@ -283,7 +283,7 @@ private:
         const bool isHidden = no.contains(meant, Qt::CaseInsensitive) || meant == QLatin1Char('0');
         add(FindingKind::ShowNumber,
             {line.key.toString(), quotedAscii(value), QLatin1String(isHidden ? "0" : "1")});
-        if (isHidden && hides) // As it was meant
+        if (isHidden && hides && !m_isReported) // As it was meant
             m_report.findings.last().severity = Finding::Warning;
     }
 
@@ -296,10 +296,6 @@ private:
             addText(FindingKind::CommentInValue, line, withoutQuotes(value));
         else if (withoutQuotes(text) != text)
             addText(FindingKind::QuotedValue, line, withoutQuotes(text));
-        else if (line.kind == LangLine::Name && withoutInvisible(text) != text)
-            addText(FindingKind::NameInvisible, line,
-                    withoutInvisible(text).isEmpty() ? QStringLiteral("<name>")
-                                                     : withoutInvisible(text));
     }
 
     void addText(FindingKind kind, const LangLine &line, const QString &value)
@@ -323,6 +319,10 @@ private:
                        || (m_decodable && name.contains(QChar(QChar::ReplacementCharacter))))) {
             addValue(FindingKind::LostLetters, line);
             rememberIntended(line.key.toString());
+        } else if (withoutInvisible(name) != name) {
+            const QString visible = withoutInvisible(name);
+            addText(FindingKind::NameInvisible, line,
+                    visible.isEmpty() ? QStringLiteral("<name>") : visible);
         }
     }
 
@@ -441,7 +441,8 @@ private:
 
     void add(FindingKind kind, const QStringList &values = {})
     {
-        m_report.addLine(kind, m_line, values);
+        if (!m_isReported)
+            m_report.addLine(kind, m_line, values);
     }
 
     Report &m_report;
@@ -452,6 +453,7 @@ private:
     int m_line = 0;
     bool m_undecodable = false; ///< The line has bytes that its encoding lacks.
     bool m_inSection = false;
+    bool m_isReported = false; ///< The line is part of what is reported for the whole file.
     LangLineReader m_reader;
     SectionCheck m_sections;
     CatalogueLines m_lines {true, false, {}, {}, {}, {}};

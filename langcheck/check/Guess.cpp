@@ -114,11 +114,11 @@ QString withoutComment(const QString &value)
     int end = value.size();
     for (const char *const start : {";", "#", "//"}) {
         const QLatin1String mark(start);
+        const bool isLetter = *start == '#'; // As in "C#"
         for (int i = value.indexOf(mark, 1); i > 0; i = value.indexOf(mark, i + 1)) {
             const bool spaceBefore = value.at(i - 1).isSpace();
             const bool spaceAfter = value.mid(i + mark.size(), 1).trimmed().isEmpty();
-            // "C#" and "A;B" may be names.
-            if (spaceBefore || (spaceAfter && i + mark.size() < value.size()))
+            if (spaceBefore || (!isLetter && spaceAfter && i + mark.size() < value.size()))
                 end = std::min(end, i);
         }
     }

@@ -322,8 +322,10 @@ private:
             checkText(path, kSourceTexts[i], texts.at(i));
         const DlgSettings dialog;
         const QVector<ShownText> clipped = clippedTexts(dialog);
-        for (const ShownText &text : clipped)
-            addClipped(path, text, "the dialog");
+        for (const ShownText &text : clipped) {
+            if (!isShownAsHtml(text.source) || !Qt::mightBeRichText(text.text))
+                addClipped(path, text, "the dialog");
+        }
         checkTitle(path, dialog, kSourceTexts[kSuccess], texts.at(kSuccess), true);
         checkTitle(path, dialog, kSourceTexts[kError], texts.at(kError), false);
     }
@@ -435,7 +437,8 @@ private:
             if (texts == english && isLanguageCode(folder)
                 && localeOf(folder).language() != QLocale::English) {
                 addFile(FindingKind::QmEnglish, lang, {folder, quoted(lang.name)});
-            } else if (!earlier.isEmpty() && earlier != lang.qmPath
+            } else if (!earlier.isEmpty()
+                       && QDir::cleanPath(earlier) != QDir::cleanPath(lang.qmPath)
                        && !isSameLanguage(folder, QFileInfo(earlier).dir().dirName())) {
                 addFile(FindingKind::SameTexts, lang,
                         {m_report.relative(earlier), quoted(lang.name)});

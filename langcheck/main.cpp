@@ -105,7 +105,7 @@ int showInBrowser(const QFileInfo &folder)
     if (folder.isDir()) {
         const Report report = checkDeployment(folder.canonicalFilePath());
         Progress progress;
-        const QImage start = drawStart(report);
+        const StartPictures start = drawStart(report);
         error = openPage(makePage(report, start, drawAll(report, progress)));
         if (error.isEmpty())
             return report.exitCode();
@@ -206,7 +206,7 @@ int main(int argc, char *argv[])
         return report.exitCode();
 
     progress.done(QStringLiteral("folder checked"));
-    const QImage start = drawStart(report);
+    const StartPictures start = drawStart(report);
     const QVector<LanguagePictures> languages = drawAll(report, progress);
     QStringList errors;
     if (parser.isSet(html)) {

@@ -23,8 +23,9 @@ QJsonArray toArray(const QVector<int> &numbers)
 QJsonArray textsOf(const LangEntry &language, const Report &report)
 {
     QTranslator translator;
-    loadQmFile(translator, QFileInfo::exists(language.qmPath) ? language.qmPath
-                                                              : fallbackPath(report.applicationDir));
+    loadQmFile(translator,
+               QFileInfo::exists(language.qmPath) ? language.qmPath
+                                                  : fallbackPath(report.applicationDir));
     QJsonArray result;
     for (const SourceText &text : kSourceTexts) {
         result.append(
@@ -142,7 +143,7 @@ QJsonObject toJson(const Report &report)
         {QStringLiteral("encodingReason"), report.encodingReason},
         {QStringLiteral("languages"), languages(report)},
         {QStringLiteral("hidden"), hidden(report)},
-        {QStringLiteral("unusedFolders"), QJsonArray::fromStringList(report.unusedFolders)},
+        {QStringLiteral("unusedFolders"), QJsonArray::fromStringList(report.dispensableFolders())},
         {QStringLiteral("default"), report.defaultLangId},
         {QStringLiteral("translation"), report.translation},
         {QStringLiteral("fallback"), report.fallback},

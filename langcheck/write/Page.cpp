@@ -134,6 +134,8 @@ private:
         close();
         open("p");
         foreignText("code", m_report.applicationDir);
+        if (!m_report.applicationDirReason.isEmpty())
+            text(QStringLiteral(", ") + printable(m_report.applicationDirReason, kLongestFinding));
         text(QStringLiteral(", checked on ")
              + QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm"))
              + QStringLiteral(" by ") + programName() + QStringLiteral(", the deployment checker"));

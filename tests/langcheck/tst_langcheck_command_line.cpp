@@ -600,6 +600,11 @@ void tst_langcheck_command_line::pageAndJunitCanBePrinted()
              output.errors.constData());
 
     output = runLangcheck(
+        LangcheckCall {{QStringLiteral("--html"), file, checked() + QStringLiteral("/Lang")}, 0});
+    QVERIFY(output.text.contains("</code>, to which &quot;" + checked().toUtf8()
+                                 + "/Lang&quot; belongs, checked on "));
+
+    output = runLangcheck(
         LangcheckCall {{QStringLiteral("--junit"), file, QStringLiteral("--json"), checked()}, 0});
     QVERIFY2(output.text.startsWith("<?xml") && output.text.endsWith("</testsuites>\n"),
              output.text.constData());

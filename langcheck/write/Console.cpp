@@ -233,8 +233,9 @@ private:
 
     QString styled(const char *style, const QString &text) const
     {
-        return m_colours ? QStringLiteral("\x1B[%1m%2\x1B[0m").arg(QLatin1String(style), text)
-                         : text;
+        return m_colours && !text.isEmpty()
+            ? QStringLiteral("\x1B[%1m%2\x1B[0m").arg(QLatin1String(style), text)
+            : text;
     }
 
     void writeRow(const Row &row)

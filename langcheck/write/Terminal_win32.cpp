@@ -1,5 +1,7 @@
 #include "langcheck/write/Terminal.h"
 
+#include <QOperatingSystemVersion>
+
 #include <algorithm>
 
 #include <io.h>
@@ -29,8 +31,11 @@ int terminalWidth(FILE *stream)
     return std::max(1, info.srWindow.Right - info.srWindow.Left);
 }
 
+/// Consoles of earlier versions, and Wine's, may accept the mode and yet show the sequences.
 bool understandsColours(FILE *stream)
 {
+    if (QOperatingSystemVersion::current() < QOperatingSystemVersion::Windows10)
+        return false;
     const HANDLE console = consoleOf(stream);
     DWORD mode = 0;
     const DWORD sequences = 4; // ENABLE_VIRTUAL_TERMINAL_PROCESSING, which old headers lack

@@ -193,6 +193,7 @@ void tst_langcheck_explorer::consoleShowsAllScripts()
                                 QStringLiteral("0 errors, 0 warnings")}) {
         QVERIFY2(screen.contains(text), qPrintable(screen.simplified()));
     }
+    QVERIFY2(!screen.contains(QLatin1String("[0m")), qPrintable(screen.simplified()));
 }
 
 QTEST_MAIN(tst_langcheck_explorer)

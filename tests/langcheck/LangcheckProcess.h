@@ -25,7 +25,8 @@ struct LangcheckOutput
 
 inline LangcheckOutput runLangcheck(const LangcheckCall &call)
 {
-    QStringList command = call.wrapper + QStringList {call.program} + call.arguments;
+    QStringList command(call.wrapper);
+    command << call.program << call.arguments;
     const QString program = command.takeFirst();
     QProcess process;
     process.setWorkingDirectory(call.folder);

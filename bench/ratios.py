@@ -94,7 +94,7 @@ def print_load(times):
     print_table("Loading: until NewInterface() has returned compared with",
                 ["loaded before", "time", "bareModule"], rows)
     libraries = ["Qt5Core", "Qt5Gui", "Qt5Widgets", "Qt5X11Extras"]
-    print("Each library, including those it needs: "
+    print("Loading each library together with its dependencies: "
           + ", ".join(f"{library} {times[library]:.0f} us" for library in libraries))
 
 

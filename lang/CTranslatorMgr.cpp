@@ -42,7 +42,7 @@ void CTranslatorMgr::loadTranslator()
     if (!QFileInfo::exists(strLangFilePath)) {
         strLangFilePath = applicationDir() + QLatin1String("/Lang/chs/") + kQmFileName;
         if (!QFileInfo::exists(strLangFilePath)) {
-            // Deliberate: names the default language's file, not the fallback, because that is the
+            // Deliberate: shows the default language's file, not the fallback, because that is the
             // one that the machine lacks.
             QMessageBox::critical(nullptr, QLatin1String("Error"),
                                   QLatin1String("Cannot find the \"")

@@ -20,7 +20,8 @@ extern const QString kQmFileName;
 /// Exists from the first instance() until the plug-in is unloaded; for the GUI thread only.
 ///
 /// The translator is not installed in the application. Dialogs ask it directly at each use, with
-/// their class name as the context. A text that the translation lacks is empty.
+/// their class name as the context. Deliberate: a text that the translation lacks is empty, not
+/// English, so that it is noticed.
 class CTranslatorMgr : public QObject
 {
     Q_OBJECT

@@ -39,6 +39,8 @@ LangLine LangLineReader::read(const QString &text)
         result.kind = LangLine::OtherKey;
         return result;
     }
+    // Deliberate: a number with too many digits counts as 0, as in DEFAULT, because deployed
+    // catalogues rely on each line always being read in the same way.
     result.langId = match.capturedRef(1).toInt();
     const QStringRef field = match.capturedRef(2);
     if (field == QLatin1String("NAME"))

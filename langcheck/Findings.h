@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -8,11 +9,19 @@
 
 /// What langcheck can find, in the order of kFindings.
 enum class FindingKind {
+    CatalogueMissing,
     CatalogueUnreadable,
+    CatalogueEmpty,
+    CatalogueNotText,
+    ZeroTail,
+    OddByte,
     Utf16WithoutBom,
     Utf8WithoutBom,
+    NoBom,
     SecondBom,
     Undecodable,
+    HalfCharacter,
+    AppendedBytes,
     SwallowedLine,
     CarriageReturn,
     NoSection,
@@ -31,6 +40,7 @@ enum class FindingKind {
     CommentInValue,
     LostLetters,
     GarbledName,
+    NameInvisible,
     SameName,
     NameClipped,
     FolderDots,
@@ -43,18 +53,25 @@ enum class FindingKind {
     ShowMissing,
     Incomplete,
     NoLanguages,
+    DefaultMissing,
     DefaultNumber,
     DefaultUnknown,
     DefaultHidden,
     ApplicationFolder,
     FolderMissing,
+    FolderUnreadable,
     QmMissing,
     QmUnreadable,
     QmSource,
     QmDamaged,
     QmForeign,
     QmLanguage,
+    QmEnglish,
+    SameTexts,
     TextMissing,
+    TextBlank,
+    TextAmpersand,
+    TextHtml,
     TextClipped,
     DllUnusable,
     QtVersion,
@@ -80,9 +97,10 @@ struct Finding
     int line = 0;       ///< From 1; 0 for the file as a whole.
     QStringList values; ///< For the placeholders in its texts
     Severity severity = Warning;
-    QVector<int> lines;     ///< All of them, in order, if it is about more than one.
-    QVector<int> languages; ///< The numbers of the languages that it is about
-    QString quote;          ///< The line of the catalogue as it was read, shortened if it is long.
+    QVector<int> lines;       ///< All of them, in order, if it is about more than one.
+    QVector<int> languages;   ///< The numbers of the languages that it is about
+    QStringList consequences; ///< Whole sentences, appended to the effect
+    QString quote; ///< The line of the catalogue as it was read, shortened if it is long.
 
     /// Returns a finding with the usual severity of its kind.
     static Finding make(FindingKind kind, const QString &file, int line, const QStringList &values);
@@ -97,16 +115,32 @@ struct Finding
 /// Returns "warning" or "error".
 QString severityName(Finding::Severity severity);
 
-/// Describes a kind of finding. The texts contain %1 to %9 for the values.
-struct FindingDescription
+/// The texts of a finding. They contain %1 to %9 for the values, and %0 for the lines.
+struct FindingTexts
 {
-    FindingKind kind;
-    const char *id;
-    Finding::Severity severity; ///< The usual one
     const char *problem;
     const char *effect;
     const char *remedy;
 };
 
+/// Describes a kind of finding.
+struct FindingDescription
+{
+    FindingKind kind;
+    const char *id;
+    Finding::Severity severity; ///< The usual one
+    FindingTexts one;
+    FindingTexts many; ///< For several lines; null if each has its own finding.
+};
+
 /// The descriptions of all kinds of findings.
 extern const std::array<FindingDescription, static_cast<std::size_t>(FindingKind::Count)> kFindings;
+
+/// Makes one finding of several of the same kind, and puts what matters most first: errors, then
+/// the catalogue, then by line.
+void arrange(QList<Finding> &findings);
+
+inline uint qHash(FindingKind kind, uint seed = 0)
+{
+    return ::qHash(static_cast<int>(kind), seed);
+}

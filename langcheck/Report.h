@@ -17,6 +17,8 @@ struct Box
     QString title;
     QString text;
     QImage picture;
+    int titleWidth = 0; ///< The width that the title needs, in pixels
+    int titleRoom = 0;  ///< The width that it has
 };
 
 /// A language of the catalogue that the operator can't choose.

@@ -1,14 +1,98 @@
 #include "langcheck/Texts.h"
 
+#include <QStringList>
+
+namespace {
+
+QString codePoint(uint code)
+{
+    return QStringLiteral("U+%1").arg(QString::number(code, 16).toUpper(), 4, QLatin1Char('0'));
+}
+
+/// Returns the text in quotation marks, followed by the code points of the characters for which
+/// @p isNamed returns true.
+QString withCodePoints(const QString &text, bool (*isNamed)(uint))
+{
+    const int most = 60;
+    QString shown = shortened(text, most);
+    QStringList codes;
+    const QVector<uint> all = shown.toUcs4();
+    for (const uint code : all) {
+        if (isNamed(code) && !codes.contains(codePoint(code)))
+            codes += codePoint(code);
+    }
+    shown.replace(QLatin1Char('\r'), QLatin1Char(' ')).replace(QLatin1Char('\n'), QLatin1Char(' '));
+    QString result = QLatin1Char('"') + shown + QLatin1Char('"');
+    const int mostCodes = 20;
+    if (!codes.isEmpty() && codes.size() <= mostCodes)
+        result += QStringLiteral(" (with %1)").arg(codes.join(QStringLiteral(", ")));
+    return result;
+}
+
+/// Returns true for a character that changes the direction of others or may end a line.
+bool isTreacherous(ushort code)
+{
+    return (code >= 0x202A && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069)
+        || code == 0x2028 || code == 0x2029 || code == 0x200B || code == 0xFEFF;
+}
+
+} // namespace
+
 QString shortened(const QString &text, int most)
 {
     return text.size() > most ? text.left(most) + QLatin1String("...") : text;
 }
 
+bool isInvisible(uint code)
+{
+    const QChar::Category category = QChar::category(code);
+    return category == QChar::Other_Format || category == QChar::Other_Control
+        || (category >= QChar::Separator_Space && category <= QChar::Separator_Paragraph)
+        || code == 0x115F || code == 0x1160 || code == 0x3164 || code == 0xFFA0; // Hangul fillers
+}
+
 QString quoted(const QString &text)
 {
-    QString shown = shortened(text, 60);
-    return QLatin1Char('"') + shown.replace(QLatin1Char('\r'), QLatin1Char(' ')) + QLatin1Char('"');
+    return withCodePoints(text, [](uint code) {
+        const bool fullWidth = code >= 0xFF01 && code <= 0xFF5E;
+        // Joiners are part of names in some scripts.
+        return code >= 0x80 && code != 0x200C && code != 0x200D && (fullWidth || isInvisible(code));
+    });
+}
+
+QString quotedAscii(const QString &text)
+{
+    return withCodePoints(text, [](uint code) { return code >= 0x80; });
+}
+
+QString linesText(const QVector<int> &lines)
+{
+    QStringList ranges;
+    for (int i = 0; i < lines.size();) {
+        int last = i;
+        while (last + 1 < lines.size() && lines.at(last + 1) == lines.at(last) + 1)
+            ++last;
+        if (last - i > 1) {
+            ranges += QStringLiteral("%1 to %2").arg(lines.at(i)).arg(lines.at(last));
+        } else {
+            for (int k = i; k <= last; ++k)
+                ranges += QString::number(lines.at(k));
+        }
+        i = last + 1;
+    }
+    const int most = 40;
+    if (ranges.size() > most)
+        ranges = ranges.mid(0, most) + QStringList {QStringLiteral("others")};
+    const QString end = ranges.takeLast();
+    const QString start = ranges.join(QStringLiteral(", "));
+    return QLatin1String(lines.size() == 1 ? "line " : "lines ") + start
+        + QLatin1String(start.isEmpty() ? "" : " and ") + end;
+}
+
+QString countText(int number, const char *noun)
+{
+    return QString::number(number) + QLatin1Char(' ') + QLatin1String(noun)
+        + QLatin1String(number == 1 ? "" : "s");
 }
 
 QString printable(const QString &text, int most)
@@ -31,6 +115,8 @@ QString printable(const QString &text, int most)
             result += QChar(0x2421);
         } else if ((code >= 0x80 && code < 0xA0) || c.isSurrogate() || c.isNonCharacter()) {
             result += QChar(QChar::ReplacementCharacter);
+        } else if (isTreacherous(code)) {
+            result += QLatin1Char('<') + codePoint(code) + QLatin1Char('>');
         } else {
             result += c;
         }

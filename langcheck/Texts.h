@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QVector>
 
 // Prepares texts of a deployment, which may contain anything, for people.
 
@@ -8,12 +9,26 @@
 QString shortened(const QString &text, int most);
 
 /// Returns @p text in quotation marks, shortened if it is long, and without carriage returns.
+/// Characters that can't be seen, or that look like ASCII, are followed by their code points.
 QString quoted(const QString &text);
+
+/// Returns the same for what should be ASCII, with the code points of all other characters.
+QString quotedAscii(const QString &text);
+
+/// Returns true for a character that takes no space or looks like one.
+bool isInvisible(uint code);
+
+/// Returns numbers from 1, in ascending order, as "line 3" or "lines 3 to 7 and 9".
+QString linesText(const QVector<int> &lines);
+
+/// Returns "1 line", "2 lines" and so on.
+QString countText(int number, const char *noun);
 
 inline constexpr int kLongestText = 300;
 inline constexpr int kLongestFinding = 1000; ///< Findings quote several texts, each shortened.
 
 /// Replaces what neither HTML nor a console should contain: control characters except tab and line
-/// feed by their pictures, lone surrogates and noncharacters by the replacement character. Shortens
-/// the text as shortened() does.
+/// feed by their pictures, characters that reverse or break lines by their code points, lone
+/// surrogates and noncharacters by the replacement character. Shortens the text as shortened()
+/// does.
 QString printable(const QString &text, int most = kLongestText);

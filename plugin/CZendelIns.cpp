@@ -55,6 +55,7 @@ void CZendelIns::ExecModal(QDialog &dlg, HWND owner)
 
     // While the dialog still exists: otherwise this process would not have an enabled window, and
     // another program would be activated.
+    // Deliberate: even if the owner was disabled before, because hosts disable it again themselves.
     if (owner) {
         WindowManager::enableWindow(owner, true);
         WindowManager::setForegroundWindow(owner);

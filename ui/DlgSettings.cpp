@@ -32,6 +32,7 @@ void DlgSettings::reject()
 
 void DlgSettings::buildTabs()
 {
+    // Deliberate: the sheet keeps a background and a border of the tab bar that Qt doesn't draw.
     if (QFile style(QLatin1String(":/res/qss/style.css")); style.open(QIODevice::ReadOnly))
         setStyleSheet(QString::fromUtf8(style.readAll()));
 

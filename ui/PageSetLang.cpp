@@ -28,6 +28,7 @@ void PageSetLang::on_pushButton_change_clicked()
     const auto langId =
         static_cast<quint16>(ui->comboBox_language->currentData(Qt::UserRole).toInt());
     QApplication::setOverrideCursor(Qt::WaitCursor);
+    // Deliberate: a failure replaces an earlier success, because hosts rely on the last outcome.
     m_changeOk = g_pHostMachine->SetLanguage(static_cast<quint8>(langId));
     QApplication::restoreOverrideCursor();
 

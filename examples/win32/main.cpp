@@ -91,7 +91,7 @@ Function resolve(HMODULE library, const char *name)
 int fail(const QString &file)
 {
     const DWORD error = GetLastError();
-    std::fprintf(stderr, "Cannot load %s: error %lu\n", qPrintable(file), error);
+    std::fprintf(stderr, "Can't load %s: error %lu\n", qPrintable(file), error);
     return 1;
 }
 

@@ -1,8 +1,11 @@
 #include "langcheck/check/BytesCheck.h"
 
+#include "langcheck/Texts.h"
+
 #include <QTextCodec>
 
 #include <algorithm>
+#include <cctype>
 
 namespace {
 
@@ -61,9 +64,56 @@ bool lineEndsAreSwallowed()
 
 } // namespace
 
+QString reasonNotText(const QByteArray &bytes)
+{
+    if (bytes.startsWith("{\\rtf"))
+        return QStringLiteral("it is a Rich Text document");
+    if (!bytes.isEmpty() && bytes.count('\0') == bytes.size())
+        return QStringLiteral("it contains only zero bytes");
+    const auto isControl = [](char byte) {
+        const auto code = static_cast<unsigned char>(byte);
+        return (code < 0x20 && code != '\0' && !isspace(code)) || code == 0x7F;
+    };
+    const auto controls = std::count_if(bytes.begin(), bytes.end(), isControl);
+    return controls > bytes.size() / 20 ? QStringLiteral("it contains control characters")
+                                        : QString();
+}
+
 bool looksLikeUtf16(const QByteArray &bytes)
 {
-    return bytes.count('\0') > bytes.size() / 4;
+    int zeros[2] = {0, 0};
+    for (int i = 0; i < bytes.size(); ++i) {
+        if (bytes.at(i) == '\0')
+            ++zeros[i % 2];
+    }
+    const int more = std::max(zeros[0], zeros[1]);
+    const int fewer = std::min(zeros[0], zeros[1]);
+    return more > bytes.size() / 4 && fewer < more / 4;
+}
+
+int zeroTail(const QByteArray &bytes, const QString &encoding)
+{
+    int end = bytes.size();
+    while (end > 0 && bytes.at(end - 1) == '\0')
+        --end;
+    const int zeros = bytes.size() - end;
+    // In UTF-16, the last character may contain one.
+    if (encoding.startsWith(QLatin1String("UTF-16")))
+        return zeros >= 3 ? zeros - zeros % 2 : 0;
+    return zeros;
+}
+
+QString readAgainAsBytes(const QString &line)
+{
+    QByteArray bytes;
+    for (const QChar c : line) {
+        for (const char byte : {char(c.unicode() & 0xFF), char(c.unicode() >> 8)}) {
+            if (!isAscii(byte) || (byte < ' ' && byte != '\r' && byte != '\n' && byte != '\t'))
+                return {};
+            bytes += byte;
+        }
+    }
+    return QString::fromLatin1(bytes).trimmed();
 }
 
 QString readAgainAsUtf8(const QString &name)
@@ -87,21 +137,28 @@ void checkBytesWithoutBom(const QByteArray &bytes, Report &report)
 {
     const bool utf8 = !decodedUtf8(bytes).isEmpty();
     bool onlyComments = true;
+    bool damaged = false;
+    int firstName = 0;
+    QVector<int> swallowing; // Lines that end in half a GB2312 character
     int number = 0;
     const QList<QByteArray> lines = bytes.split('\n');
     for (const QByteArray &line : lines) {
         ++number;
         const QByteArray trimmed = line.trimmed();
         const bool comment = trimmed.startsWith(';') || trimmed.startsWith('#');
+        const bool ascii = std::all_of(line.begin(), line.end(), isAscii);
         const Decoding decoding = decode(line);
-        onlyComments = onlyComments && (comment || std::all_of(line.begin(), line.end(), isAscii));
-        if (decoding.endsInHalf && number < lines.size()) {
+        onlyComments = onlyComments && (comment || ascii);
+        if (firstName == 0 && !ascii && !comment && trimmed.contains("_NAME"))
+            firstName = number;
+        if (decoding.endsInHalf && number < lines.size() && utf8) {
+            swallowing += number;
+        } else if (decoding.endsInHalf && number < lines.size()) {
+            damaged = true;
             report.addLine(FindingKind::SwallowedLine, number,
-                           {QString::fromLatin1(line.right(1).toHex().toUpper()),
-                            utf8
-                                ? QStringLiteral("as UTF-8")
-                                : QStringLiteral("in the encoding in which all names look right")});
+                           {QString::fromLatin1(line.right(1).toHex().toUpper())});
         } else if (decoding.invalid && !utf8) {
+            damaged = true;
             Finding &finding =
                 report.addLine(FindingKind::Undecodable, number, {QStringLiteral("GB2312")});
             if (comment) // The operator does not see it.
@@ -110,8 +167,14 @@ void checkBytesWithoutBom(const QByteArray &bytes, Report &report)
     }
     if (utf8) {
         Finding &finding = report.addLine(FindingKind::Utf8WithoutBom, 0);
-        if (onlyComments) // The operator does not see the wrong characters.
+        if (!swallowing.isEmpty()) {
+            finding.consequences +=
+                QStringLiteral("what follows %1 is lost").arg(linesText(swallowing));
+        } else if (onlyComments) { // The operator does not see the wrong characters.
             finding.severity = Finding::Warning;
+        }
+    } else if (!damaged && firstName > 0) {
+        report.addLine(FindingKind::NoBom, firstName);
     }
 }
 

@@ -5,18 +5,29 @@
 #include <QByteArray>
 #include <QVector>
 
-// Checks of a catalogue without a BOM, which is read as GB2312, and of names that were read in the
-// wrong encoding before they were saved.
+// Checks of the catalogue's bytes, and of names that were read in the wrong encoding before they
+// were saved.
 
-/// Returns true if the bytes are probably UTF-16.
+/// Returns why the bytes aren't text in any encoding; empty if they may be.
+QString reasonNotText(const QByteArray &bytes);
+
+/// Returns true if the bytes are probably UTF-16: every second one of most characters is zero.
 bool looksLikeUtf16(const QByteArray &bytes);
 
-/// Adds findings about the encoding of the bytes to @p report.
+/// Returns the number of zero bytes at the end, of which a character in @p encoding has none.
+int zeroTail(const QByteArray &bytes, const QString &encoding);
+
+/// Adds findings about the encoding of a catalogue without a BOM, which is read as GB2312, to
+/// @p report.
 void checkBytesWithoutBom(const QByteArray &bytes, Report &report);
 
 /// Returns the numbers, from 1, of the lines that remain after decoding, because half a character
 /// at the end of a line may swallow the line end.
 QVector<int> lineNumbersWithoutBom(const QByteArray &bytes);
+
+/// Returns what a line of a UTF-16 catalogue was if it was appended in an 8-bit encoding; empty if
+/// it wasn't.
+QString readAgainAsBytes(const QString &line);
 
 /// Returns what a name was if it is UTF-8 that was read as Windows-1252; empty if it is not.
 QString readAgainAsUtf8(const QString &name);

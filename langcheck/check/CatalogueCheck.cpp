@@ -7,8 +7,13 @@
 #include "lang/OpenFile.h"
 #include "langcheck/Texts.h"
 #include "langcheck/check/BytesCheck.h"
+#include "langcheck/check/Guess.h"
+#include "langcheck/check/NearbyFiles.h"
+#include "langcheck/check/SectionCheck.h"
 
 #include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
 #include <QSet>
 #include <QTextCodec>
 #include <QTextStream>
@@ -27,6 +32,18 @@ bool isNumber(const QStringRef &value)
     bool ok = false;
     value.toInt(&ok);
     return ok;
+}
+
+/// Returns the index of the first surrogate without its other half; -1 if there is none.
+int indexOfHalfCharacter(const QString &text)
+{
+    for (int i = 0; i < text.size(); ++i) {
+        if (text.at(i).isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate())
+            ++i;
+        else if (text.at(i).isSurrogate())
+            return i;
+    }
+    return -1;
 }
 
 /// Checks the lines one by one.
@@ -49,6 +66,7 @@ public:
     /// Checks what a line by itself doesn't show. To be called after the last line.
     void finish()
     {
+        m_sections.finish(m_report, m_lines.hasSection);
         for (auto it = m_repetitions.constBegin(); it != m_repetitions.constEnd(); ++it) {
             if (it.key() != kNoLanguage && addSeveralLanguages(it.key(), *it))
                 continue;
@@ -57,33 +75,37 @@ public:
                     one, one.field ? m_lines.languages[it.key()].*one.field : m_lines.defaultKey);
             }
         }
-        for (const DifferentId &id : qAsConst(m_differentIds))
-            addIdDiffers(id);
+        for (const DifferentId &id : qAsConst(m_differentIds)) {
+            if (id.langId <= 255 && !m_lines.languages.value(id.langId).tooLong)
+                addIdDiffers(id);
+        }
     }
 
     void check(const QString &text)
     {
         m_line = m_numbers.value(m_count, m_count + 1);
+        m_isReported = false;
         ++m_count;
         if (m_count <= kMostLines) {
             m_report.lines += shortened(text, kQuoteLength);
             m_report.lineNumbers += m_line;
         }
         const int found = m_report.findings.size();
-        const QString trimmed = text.trimmed();
-        if (trimmed.contains(QLatin1Char('\r')))
-            add(FindingKind::CarriageReturn);
-        m_undecodable = !m_decodable && m_numbers.isEmpty()
-            && text.contains(QChar(QChar::ReplacementCharacter));
-        if (m_undecodable)
-            add(FindingKind::Undecodable, {m_report.encoding});
-        if (text.startsWith(QChar(QChar::ByteOrderMark)))
-            add(FindingKind::SecondBom);
+        if (!checkCharacters(text)) {
+            m_lines.texts.insert(m_line, shortened(text, kQuoteLength));
+            return;
+        }
+        m_isReported = text.endsWith(QChar(QChar::Null)); // For the file, see checkEnd().
         const LangLine line = m_reader.read(text);
-        checkLine(line, trimmed);
-        // Later checks may report lines with these keys.
+        if (line.kind == LangLine::Header)
+            m_inSection = line.key == QLatin1String("LANG_MGR");
+        m_lines.hasSection = m_lines.hasSection || (line.kind == LangLine::Header && m_inSection);
+        m_sections.add(text.trimmed(), m_line, line.kind == LangLine::Header, m_inSection);
+        checkLine(line, text.trimmed());
+        // Later checks may report lines with these keys, or outside the section.
         if (m_report.findings.size() > found || m_reported.contains(m_line)
-            || line.kind == LangLine::Default || line.isLanguageKey()) {
+            || line.kind == LangLine::Default || line.isLanguageKey()
+            || m_lines.texts.size() < kMostLines) {
             m_lines.texts.insert(m_line, shortened(text, kQuoteLength));
         }
     }
@@ -106,28 +128,46 @@ private:
         CatalogueKey id;
     };
 
+    /// Returns false if the line's text was not meant to be what was read.
+    bool checkCharacters(const QString &text)
+    {
+        if (text.trimmed().contains(QLatin1Char('\r')))
+            add(FindingKind::CarriageReturn);
+        m_undecodable = !m_decodable && m_numbers.isEmpty()
+            && text.contains(QChar(QChar::ReplacementCharacter));
+        if (m_undecodable)
+            add(FindingKind::Undecodable, {m_report.encoding});
+        const int half = indexOfHalfCharacter(text);
+        if (half >= 0) {
+            add(FindingKind::HalfCharacter,
+                {QStringLiteral("U+%1").arg(
+                    QString::number(text.at(half).unicode(), 16).toUpper())});
+        }
+        if (!m_report.encoding.startsWith(QLatin1String("UTF-16")))
+            return true;
+        const QString original = readAgainAsBytes(text.trimmed());
+        if (original.isEmpty() || text.size() < 3)
+            return true;
+        add(FindingKind::AppendedBytes, {quoted(original)});
+        return false;
+    }
+
     void checkLine(const LangLine &line, const QString &text)
     {
         switch (line.kind) {
         case LangLine::Blank:
         case LangLine::Comment:
-            break;
         case LangLine::Header:
-            checkHeader(line, text);
-            break;
-        case LangLine::Outside:
-            checkOutside(text);
+        case LangLine::Outside: // See SectionCheck.
             break;
         case LangLine::NoKey:
-            add(FindingKind::NoKey, {quoted(text)});
+            checkNoKey(text);
             break;
         case LangLine::OtherKey:
             checkOtherKey(line);
             break;
         case LangLine::Default:
             setKey(m_lines.defaultKey, line, nullptr);
-            if (!isNumber(line.value))
-                add(FindingKind::DefaultNumber, {quoted(line.value.toString())});
             break;
         case LangLine::Id:
         case LangLine::Name:
@@ -138,39 +178,78 @@ private:
         }
     }
 
-    void checkOutside(const QString &text)
+    /// Returns true if the line was probably meant to be a comment.
+    static bool resemblesComment(const QString &text)
     {
-        if (!text.startsWith(QLatin1Char('[')))
-            add(FindingKind::OutsideSection, {quoted(text)});
-        else if (!text.contains(QLatin1Char('\r')))
-            add(FindingKind::Header, {quoted(text)});
+        return text.startsWith(QLatin1String("//")) || text.startsWith(QLatin1String("--"))
+            || text.startsWith(QLatin1Char('\''));
     }
 
-    void checkHeader(const LangLine &line, const QString &text)
+    void checkNoKey(const QString &text)
     {
-        const QLatin1String section("LANG_MGR");
-        m_lines.hasSection = m_lines.hasSection || line.key == section;
-        if (line.key != section && line.key.trimmed().compare(section, Qt::CaseInsensitive) == 0)
-            add(FindingKind::Header, {quoted(text)});
+        static const QRegularExpression separator(QStringLiteral("[:=\uFF1A\uFF1D]"));
+        const int index = text.indexOf(separator);
+        QString remedy = QStringLiteral("write KEY=value, or start a comment with \";\"");
+        QString key;
+        if (SectionCheck::resemblesHeader(text)) {
+            remedy = QStringLiteral("delete the line, or write [LANG_MGR]");
+        } else if (resemblesComment(text)) {
+            remedy = QStringLiteral("start the comment with \";\"");
+        } else if (index > 0) {
+            key = intendedKey(text.left(index));
+            if (!key.isEmpty())
+                remedy =
+                    QStringLiteral("write \"=\" instead of ") + quotedAscii(text.mid(index, 1));
+        }
+        add(FindingKind::NoKey, {quoted(text), remedy});
+        rememberIntended(key);
     }
 
     void checkOtherKey(const LangLine &line)
     {
         const QString key = line.key.toString();
-        // The plug-in's own reader decides whether the key is known in upper case.
-        const QString corrected = key.toUpper() + QLatin1Char('=');
-        if (LangLineReader(m_reader).read(corrected).kind != LangLine::OtherKey)
-            add(FindingKind::KeyCase, {quoted(key), key.toUpper()});
-        else
-            add(FindingKind::UnknownKey, {quoted(key)});
+        const QString intended = intendedKey(key);
+        if (resemblesComment(key)) {
+            static const QRegularExpression start(QStringLiteral("^[/'-]+"));
+            const QString commented = intendedKey(QString(key).remove(start));
+            const QString comment = QStringLiteral("start the comment with \";\"");
+            add(FindingKind::UnknownKey,
+                {quotedAscii(key),
+                 commented.isEmpty()
+                     ? comment
+                     : QStringLiteral("write %1=%2, or ").arg(commented, line.value.toString())
+                         + comment,
+                 QStringLiteral("LANG1_NAME")});
+            rememberIntended(commented);
+            return;
+        }
+        if (intended == key.toUpper()) {
+            add(FindingKind::KeyCase, {quoted(key), intended});
+        } else {
+            add(FindingKind::UnknownKey,
+                {quotedAscii(key),
+                 intended.isEmpty()
+                     ? QStringLiteral("use DEFAULT or LANG<n>_ID, _NAME, _FOLDER or _SHOW")
+                     : QStringLiteral("write %1=%2").arg(intended, line.value.toString()),
+                 intended.isEmpty() ? QStringLiteral("LANG1_NAME") : intended});
+        }
+        rememberIntended(intended);
+    }
+
+    /// Remembers that the latest finding is the reason why a key is missing.
+    void rememberIntended(const QString &key)
+    {
+        if (!key.isEmpty() && !m_isReported)
+            m_lines.findings.insert(key, m_report.findings.size() - 1);
     }
 
     void checkLanguageKey(const LangLine &line)
     {
-        if (!isNumber(line.key.mid(4, line.key.indexOf(QLatin1Char('_')) - 4)))
-            add(FindingKind::NumberTooLong, {line.key.toString()});
-
         LanguageLines &language = m_lines.languages[line.langId];
+        if (!isNumber(line.key.mid(4, line.key.indexOf(QLatin1Char('_')) - 4))) {
+            language.tooLong = true;
+            add(FindingKind::NumberTooLong, {line.key.toString()});
+        }
         if (line.kind == LangLine::Id) {
             setKey(language.id, line, &LanguageLines::id);
             if (!isNumber(line.value) || line.value.toInt() != line.langId)
@@ -185,23 +264,47 @@ private:
             checkFolder(line);
         } else {
             setKey(language.show, line, &LanguageLines::show);
-            if (!isNumber(line.value))
-                addValue(FindingKind::ShowNumber, line);
-            else if (line.value.toInt() != 0 && line.value.toInt() != 1)
-                addValue(FindingKind::ShowOther, line);
+            checkShow(line);
             language.shown = line.value.toInt() == 1;
         }
+    }
+
+    void checkShow(const LangLine &line)
+    {
+        const QString value = line.value.toString();
+        if (isNumber(line.value)) {
+            if (value.toInt() != 0 && value.toInt() != 1)
+                addValue(FindingKind::ShowOther, line);
+            return;
+        }
+        static const QStringList no {QString(), QStringLiteral("no"), QStringLiteral("false"),
+                                     QStringLiteral("off"), QStringLiteral("nein")};
+        const QString meant = plain(withoutQuotes(withoutComment(value)));
+        bool isDecimal = false;
+        const bool isZero = meant.toDouble(&isDecimal) == 0 && isDecimal;
+        const bool isHidden = isZero || no.contains(meant, Qt::CaseInsensitive);
+        add(FindingKind::ShowNumber,
+            {line.key.toString(), quotedAscii(value), QLatin1String(isHidden ? "0" : "1")});
+        if (isHidden && !m_isReported) // As it was meant
+            m_report.findings.last().severity = Finding::Warning;
     }
 
     /// Checks for quotation marks and comments, which are part of the value here.
     void checkText(const LangLine &line)
     {
-        const QStringRef text = line.value;
-        const QLatin1Char mark('"');
-        if (text.size() > 1 && text.startsWith(mark) && text.endsWith(mark))
-            add(FindingKind::QuotedValue, {line.key.toString(), text.toString()});
-        if (text.contains(QLatin1String(" ;")) || text.contains(QLatin1String(" #")))
-            addValue(FindingKind::CommentInValue, line);
+        const QString text = line.value.toString();
+        const QString value = withoutComment(text);
+        if (value != text)
+            addText(FindingKind::CommentInValue, line, withoutQuotes(value));
+        else if (withoutQuotes(text) != text)
+            addText(FindingKind::QuotedValue, line, withoutQuotes(text));
+    }
+
+    void addText(FindingKind kind, const LangLine &line, const QString &value)
+    {
+        add(kind,
+            {line.key.toString(), quoted(line.value.toString()), shortened(value, kQuoteLength)});
+        rememberIntended(line.key.toString());
     }
 
     /// Checks for traces of a wrong encoding in a name. Those of the present one are reported
@@ -212,23 +315,36 @@ private:
         const QString original = readAgainAsUtf8(name);
         if (!original.isEmpty()) {
             addValue(FindingKind::GarbledName, line, {shortened(original, 60)});
+            rememberIntended(line.key.toString());
         } else if (!m_reported.contains(m_line) && !m_undecodable
                    && (name.contains(QLatin1Char('?'))
                        || (m_decodable && name.contains(QChar(QChar::ReplacementCharacter))))) {
             addValue(FindingKind::LostLetters, line);
+            rememberIntended(line.key.toString());
+        } else if (withoutInvisible(name) != name) {
+            const QString visible = withoutInvisible(name);
+            addText(FindingKind::NameInvisible, line,
+                    visible.isEmpty() ? QStringLiteral("<name>") : visible);
         }
     }
 
     void checkFolder(const LangLine &line)
     {
         const QString path = line.value.toString().replace(QLatin1Char('\\'), QLatin1Char('/'));
-        if ((QLatin1Char('/') + path + QLatin1Char('/')).contains(QLatin1String("/../")))
-            addValue(FindingKind::FolderDots, line);
+        const QStringList values {line.key.toString(), quotedAscii(line.value.toString()),
+                                  QString(),
+                                  QStringLiteral("write the name of a folder in Lang after %1=")
+                                      .arg(line.key.toString())};
         const bool drive = path.size() > 1 && path.at(1) == QLatin1Char(':');
-        if (drive || path.startsWith(QLatin1Char('/')))
-            addValue(FindingKind::FolderAbsolute, line);
         if (line.value.contains(QLatin1Char('%')))
-            addValue(FindingKind::FolderPercent, line);
+            add(FindingKind::FolderPercent, values);
+        else if (drive || path.startsWith(QLatin1Char('/')))
+            add(FindingKind::FolderAbsolute, values);
+        else if ((QLatin1Char('/') + path + QLatin1Char('/')).contains(QLatin1String("/../")))
+            add(FindingKind::FolderDots, values);
+        else
+            return;
+        rememberIntended(line.key.toString());
     }
 
     /// Sets @p key, which is @p field of a language or DEFAULT, to the line's value.
@@ -327,7 +443,8 @@ private:
 
     void add(FindingKind kind, const QStringList &values = {})
     {
-        m_report.addLine(kind, m_line, values);
+        if (!m_isReported)
+            m_report.addLine(kind, m_line, values);
     }
 
     Report &m_report;
@@ -337,11 +454,68 @@ private:
     int m_count = 0;
     int m_line = 0;
     bool m_undecodable = false; ///< The line has bytes that its encoding lacks.
+    bool m_inSection = false;
+    bool m_isReported = false; ///< The line is part of what is reported for the whole file.
     LangLineReader m_reader;
-    CatalogueLines m_lines {true, false, {}, {}, {}};
+    SectionCheck m_sections;
+    CatalogueLines m_lines {true, false, {}, {}, {}, {}};
     QMap<int, QVector<Repetition>> m_repetitions; ///< By language, or kNoLanguage for DEFAULT.
     QVector<DifferentId> m_differentIds;
 };
+
+void addUnreadable(Report &report, const QFile &file)
+{
+    const QFileInfo info(file);
+    const QString put = QStringLiteral("put the catalogue there");
+    if (info.isDir()) {
+        report.addLine(
+            FindingKind::CatalogueUnreadable, 0,
+            {QStringLiteral("it is a folder"), QStringLiteral("rename the folder, and ") + put});
+    } else if (info.exists() || info.isSymLink()) {
+        report.addLine(
+            FindingKind::CatalogueUnreadable, 0,
+            {file.errorString().toLower(),
+             QStringLiteral("give the user who runs the host permission to read the file")});
+    } else {
+        const QString found = report.relative(nearbyCatalogue(report.applicationDir));
+        report.addLine(FindingKind::CatalogueMissing, 0,
+                       found.isEmpty()
+                           ? QStringList {QString(), put}
+                           : QStringList {QStringLiteral(", but there is ") + found,
+                                          QStringLiteral("rename %1 to Lang/Lang.ini").arg(found)});
+    }
+}
+
+QString remedyForNoText(const QByteArray &bytes)
+{
+    return bytes.startsWith("{\\rtf")
+        ? QStringLiteral("open it in WordPad, and save it as \"Unicode text document\"")
+        : QStringLiteral("restore it from a backup");
+}
+
+/// Checks for what a power failure leaves at the end, which the list of languages may survive.
+void checkEnd(Report &report, const QByteArray &bytes)
+{
+    const bool isWide = report.encoding.startsWith(QLatin1String("UTF-16"));
+    const bool isAppended =
+        std::any_of(report.findings.cbegin(), report.findings.cend(), [](const Finding &finding) {
+            return finding.kind == FindingKind::AppendedBytes;
+        });
+    if (isWide && bytes.size() % 2 != 0 && !isAppended)
+        report.addLine(FindingKind::OddByte, 0);
+    const int zeros = zeroTail(bytes, report.encoding);
+    if (zeros == 0)
+        return;
+    const QByteArray end = bytes.chopped(zeros).right(isWide ? 2 : 1);
+    const bool complete = end.contains('\n') || end.isEmpty();
+    Finding &finding =
+        report.addLine(FindingKind::ZeroTail, 0,
+                       {countText(zeros, "zero byte"),
+                        complete ? QStringLiteral("lines may be missing before them")
+                                 : QStringLiteral("the last line before them is wrong")});
+    if (!complete)
+        finding.severity = Finding::Error;
+}
 
 } // namespace
 
@@ -359,7 +533,7 @@ CatalogueLines checkCatalogue(Report &report)
 {
     QFile file(applicationDir() + QLatin1String("/Lang/Lang.ini"));
     if (!openForReading(file)) {
-        report.addLine(FindingKind::CatalogueUnreadable, 0);
+        addUnreadable(report, file);
         return {};
     }
     const QByteArray bytes = file.readAll();
@@ -392,6 +566,11 @@ CatalogueLines checkCatalogue(Report &report)
             report.addLine(FindingKind::Utf16WithoutBom, 0);
             return {};
         }
+        const QString reason = report.listed.isEmpty() ? reasonNotText(bytes) : QString();
+        if (!reason.isEmpty()) {
+            report.addLine(FindingKind::CatalogueNotText, 0, {reason, remedyForNoText(bytes)});
+            return {};
+        }
         checkBytesWithoutBom(bytes, report);
         numbers = lineNumbersWithoutBom(bytes);
     }
@@ -402,5 +581,6 @@ CatalogueLines checkCatalogue(Report &report)
     while (in.readLineInto(&text))
         lines.check(text);
     lines.finish();
+    checkEnd(report, bytes);
     return lines.lines();
 }

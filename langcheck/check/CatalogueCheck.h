@@ -20,6 +20,7 @@ struct LanguageLines
     CatalogueKey folder;
     CatalogueKey show;
     bool shown = false;
+    bool tooLong = false; ///< One of its keys has a number that is too long, so it is language 0.
 
     /// Returns the number of the first line; 0 if there is none.
     int first() const;
@@ -28,11 +29,13 @@ struct LanguageLines
 /// What the later checks need to know about the catalogue's lines.
 struct CatalogueLines
 {
-    bool readable = false; ///< If false, everything else is empty.
+    bool readable = false; ///< Whether it could be read as lines. If false, the rest is empty.
     bool hasSection = false;
     CatalogueKey defaultKey;
     QMap<int, LanguageLines> languages; ///< By number, including hidden ones.
     QHash<int, QString> texts;          ///< Those with findings or keys, by line number.
+    /// Indexes of findings about a key, and of those about a line that was probably meant to be it.
+    QHash<QString, int> findings;
 };
 
 /// Checks the lines of the catalogue below applicationDir(), read as the plug-in does. Adds the

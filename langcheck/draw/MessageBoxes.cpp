@@ -1,16 +1,37 @@
 #include "langcheck/draw/MessageBoxes.h"
 
 #include "langcheck/draw/WindowPicture.h"
+#include "plugin/HostMachine.h"
+#include "plugin/IHostMachine.h"
 
-#include <QCoreApplication>
+#include <QApplication>
+#include <QDialog>
 #include <QEvent>
+#include <QFontMetrics>
 #include <QLabel>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QScreen>
 #include <QTimer>
 #include <QWindow>
 
 namespace {
+
+/// Accepts or refuses each language.
+class Machine : public IHostMachine
+{
+public:
+    explicit Machine(bool accepts)
+        : m_accepts(accepts)
+    {
+    }
+
+    void NotifySettingChanged() override { }
+    bool SetLanguage(std::uint8_t /*langId*/) override { return m_accepts; }
+
+private:
+    const bool m_accepts;
+};
 
 QString iconName(QMessageBox::Icon icon)
 {
@@ -66,10 +87,25 @@ void MessageBoxes::record(QMessageBox &box)
     const QRect visible(
         QPoint(0, 0),
         box.size().boundedTo(box.windowHandle()->screen()->size()).boundedTo(largest));
+    // The title bar has the application's font.
+    const int titleWidth =
+        QFontMetrics(QApplication::font()).size(Qt::TextSingleLine, box.windowTitle()).width();
+    const int titleRoom = boxTitleSpace(box).width();
     const QVector<ShownText> texts {
-        {box.windowTitle(), boxTitleSpace(box), false},
+        {box.windowTitle(), boxTitleSpace(box), titleWidth > titleRoom},
         {box.text(), space & visible, !visible.contains(space)},
     };
     m_seen.append({iconName(box.icon()), box.windowTitle(), box.text(),
-                   drawWindow(box, visible.size(), texts)});
+                   drawWindow(box, visible.size(), texts), titleWidth, titleRoom});
+}
+
+Box boxAfterChange(const QDialog &dialog, bool success)
+{
+    const MessageBoxes boxes;
+    Machine machine(success);
+    IHostMachine *const previous = g_pHostMachine;
+    g_pHostMachine = &machine;
+    dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"))->click();
+    g_pHostMachine = previous;
+    return boxes.seen().value(0);
 }

@@ -5,6 +5,7 @@
 #include <QAccessible>
 #include <QObject>
 
+class QDialog;
 class QMessageBox;
 
 /// Records and closes all message boxes of the process. None appears on the screen or makes a
@@ -28,3 +29,7 @@ private:
     QList<Box> m_seen;
     const QAccessible::UpdateHandler m_previousHandler;
 };
+
+/// Presses the button of the settings dialog and returns the message box that appears after a
+/// change that succeeds or fails.
+Box boxAfterChange(const QDialog &dialog, bool success);

@@ -7,15 +7,12 @@
 #include "langcheck/Translation.h"
 #include "langcheck/draw/MessageBoxes.h"
 #include "langcheck/draw/WindowPicture.h"
-#include "plugin/HostMachine.h"
-#include "plugin/IHostMachine.h"
 #include "ui/DlgSettings.h"
 
 #include <QBuffer>
 #include <QComboBox>
 #include <QFileInfo>
 #include <QPainter>
-#include <QPushButton>
 #include <QRawFont>
 #include <QRegularExpression>
 #include <QTranslator>
@@ -26,29 +23,6 @@ namespace {
 
 const int kGap = 10;
 const int kMostPictures = 256;
-
-/// Accepts or refuses each language.
-class Machine : public IHostMachine
-{
-public:
-    void NotifySettingChanged() override { }
-    bool SetLanguage(std::uint8_t /*langId*/) override { return accepts; }
-
-    bool accepts = true;
-};
-
-/// Presses the dialog's button and returns the message box that appears.
-QImage drawBox(const DlgSettings &dialog, bool success)
-{
-    const MessageBoxes boxes;
-    Machine machine;
-    machine.accepts = success;
-    IHostMachine *const previous = g_pHostMachine;
-    g_pHostMachine = &machine;
-    dialog.findChild<QPushButton *>(QStringLiteral("pushButton_change"))->click();
-    g_pHostMachine = previous;
-    return boxes.seen().value(0).picture;
-}
 
 QImage drawUpperPart(DlgSettings &dialog)
 {
@@ -129,8 +103,8 @@ LanguagePictures drawLanguage(const Report &report, int index)
         addFonts(result.fonts, dialog, result.texts.last());
     }
     result.dialog = drawUpperPart(dialog);
-    result.success = drawBox(dialog, true);
-    result.failure = drawBox(dialog, false);
+    result.success = boxAfterChange(dialog, true).picture;
+    result.failure = boxAfterChange(dialog, false).picture;
     return result;
 }
 

@@ -82,7 +82,7 @@ QString tst_QmFile::write(const QByteArray &name, const QByteArray &bytes) const
     // Qt may have mapped the old file into memory.
     if ((file.exists() && !file.remove()) || !file.open(QIODevice::WriteOnly)
         || file.write(bytes) != bytes.size())
-        qFatal("Cannot write %s", qPrintable(file.fileName()));
+        qFatal("Can't write %s", qPrintable(file.fileName()));
     return file.fileName();
 }
 

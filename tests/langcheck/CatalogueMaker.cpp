@@ -11,16 +11,28 @@
 void CatalogueMaker::makeDeployment()
 {
     makeTranslations();
-    if (below(50) == 0)
+    const int damage = below(50);
+    if (damage == 0) {
         QFile::remove(Deployment::path(QStringLiteral("Lang/Lang.ini")));
-    else
-        Deployment::writeCatalogue(makeCatalogue());
+        return;
+    }
+    QByteArray bytes = makeCatalogue();
+    if (damage == 1)
+        bytes += QByteArray(1 + below(100), '\0');
+    else if (damage == 2)
+        bytes += "\nLANG2_NAME=appended\r\n";
+    else if (damage == 3)
+        bytes.chop(below(bytes.size()));
+    else if (damage == 4)
+        bytes.prepend("\xEF\xBB\xBF");
+    Deployment::writeCatalogue(bytes);
 }
 
 QByteArray CatalogueMaker::makeCatalogue()
 {
-    QString text =
-        oneOf({"[LANG_MGR]", "[LANG_MGR]", "[LANG_MGR]", "[LANG_MGR]", "[lang_mgr]"}) + end();
+    QString text = oneOf({"[LANG_MGR]", "[LANG_MGR]", "[LANG_MGR]", "[LANG_MGR]", "[LANG_MGR]",
+                          "[LANG_MGR]", "[LANG_MGR]", "[LANG_MGR]", "[lang_mgr]", "LANG_MGR"})
+        + end();
     for (int lines = below(40); lines > 0; --lines)
         text += line() + end();
     const QChar bom(QChar::ByteOrderMark);
@@ -74,11 +86,13 @@ QString CatalogueMaker::line()
 {
     const int kind = below(18);
     if (kind == 0)
-        return oneOf({"[LANG_MGR]", "[LANG_MGR]", "[LANG_MGR]", "[OTHER]", "[]", "[", "[LANG_MGR"});
+        return oneOf({"[LANG_MGR]", "[LANG_MGR]", "[LANG_MGR]", "[OTHER]", "[]", "[", "[LANG_MGR",
+                      "[[LANG_MGR]]", "(LANG_MGR)", "\xEF\xBC\xBBLANG_MGR\xEF\xBC\xBD"});
     if (kind == 1)
-        return oneOf({"", ";LANG1_SHOW=1", "#", "=", "LANG1_SHOW", "=1", "x=y"});
+        return oneOf({"", ";LANG1_SHOW=1", "#", "=", "LANG1_SHOW", "=1", "x=y", "// LANG1_SHOW=1",
+                      "LANG1_NAME: One", "LANG1_NANE=One", "DEFUALT=1"});
     if (kind == 2)
-        return QStringLiteral("DEFAULT=") + oneOf({"1", "2", " 3 ", "x", "", "300", "-1"});
+        return QStringLiteral("DEFAULT=") + oneOf({"1", "2", " 3 ", "x", "", "300", "-1", "O2"});
     if (kind == 3)
         return oneOf({"lang", "LANG", "LANG-", "xLANG"}) + number()
             + oneOf({"_name", "_SHOWN", "NAME", "_SHOW"}) + QStringLiteral("=1");
@@ -86,15 +100,20 @@ QString CatalogueMaker::line()
         return QStringLiteral("LANG%1_ID=%2").arg(number(), number());
     if (kind <= 6)
         return QStringLiteral("LANG%1_NAME%2")
-            .arg(number(), oneOf({"=One", " = Two ", "=a=b;c", "=", "=中文", "=é"}));
+            .arg(number(),
+                 oneOf({"=One", " = Two ", "=a=b;c", "=", "=中文", "=é", "=\"One\"", "=One\t; 1",
+                        "=\xE2\x80\x8B", "=\xE2\x80\xAEOne"}));
     if (kind <= 9)
         return QStringLiteral("LANG%1_FOLDER%2")
-            .arg(number(), oneOf({"=first", "= second", "=none", "=", "=../Lang/second", "=%3"}));
+            .arg(number(),
+                 oneOf({"=first", "= second", "=none", "=", "=../Lang/second", "=%3", "=\"first\"",
+                        "=first\\Zendel.qm", "=C:\\first"}));
     if (kind <= 11)
         return QStringLiteral("LANG%1_NAME=%2\nLANG%1_FOLDER=first\nLANG%1_SHOW=1")
             .arg(number(),
                  oneOf({"One", "中文", "é", "Two", "<script>x</script>", "\" ' & ]]> -->",
                         "\x1B[31m\x01\x7F", "\xEF\xBF\xBE"}));
     return QStringLiteral("LANG%1_SHOW%2")
-        .arg(number(), oneOf({"=1", "=1", "=1", " = 01", "=0", "=yes", "="}));
+        .arg(number(),
+             oneOf({"=1", "=1", "=1", " = 01", "=0", "=yes", "=", "=1.0", "=\xEF\xBC\x91"}));
 }

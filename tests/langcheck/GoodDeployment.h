@@ -47,8 +47,9 @@ inline void install()
 {
     Deployment::clear();
     Deployment::writeCatalogue(kCatalogue);
-    for (const char *const folder : {"first", "second", "chs"})
-        Deployment::installTranslation(QLatin1String(folder), QStringLiteral("first"));
+    for (const char *const name : {"first", "second"})
+        Deployment::installTranslation(QLatin1String(name), QLatin1String(name));
+    Deployment::installTranslation(QStringLiteral("chs"), QStringLiteral("third"));
 }
 
 inline Report check()

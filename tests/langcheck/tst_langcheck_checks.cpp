@@ -44,8 +44,15 @@ void installLanguages(const Files &files)
         const QByteArray code = files.at(i).second;
         const QByteArray block =
             code.isEmpty() ? QByteArray() : QByteArray("\xA7\0\0\0", 4) + char(code.size()) + code;
+        // Each has other texts: "1 Settings" becomes "a Settings".
+        const char number[] = {'\0', static_cast<char>('a' + i), '\0', ' '};
         Deployment::writeTranslation(QLatin1String(files.at(i).first),
-                                     QByteArray(translation).replace(language, block));
+                                     QByteArray(translation)
+                                         .replace(language, block)
+                                         .replace(QByteArray("\0"
+                                                             "1\0 ",
+                                                             4),
+                                                  QByteArray(number, 4)));
         catalogue += QByteArray("LANG%_NAME=Language ?\nLANG%_FOLDER=?\nLANG%_SHOW=1\n")
                          .replace('%', QByteArray::number(i + 1))
                          .replace('?', files.at(i).first);
@@ -128,7 +135,12 @@ void tst_langcheck_checks::catalogueLines_data()
     QTest::addColumn<QString>("finding");
 
     const auto row = [](const char *name, const QByteArray &bytes, const char *finding) {
-        QTest::newRow(name) << bytes << QStringLiteral("Lang/Lang.ini:") + QLatin1String(finding);
+        QTest::newRow(name) << bytes
+                            << (finding ? QStringLiteral("Lang/Lang.ini:") + QLatin1String(finding)
+                                        : QString());
+    };
+    const auto utf16 = [](const QByteArray &text) {
+        return Deployment::utf16(QChar(QChar::ByteOrderMark) + QString::fromLatin1(text));
     };
     const QByteArray good = kCatalogue;
     const auto name = [](const char *text) {
@@ -138,8 +150,9 @@ void tst_langcheck_checks::catalogueLines_data()
         return catalogueWith("=second", QByteArray("=") + text);
     };
 
-    row("line before the section", "x=1\n" + good, "1 warning outside-section");
-    row("line in another section", good + "[OTHER]\nx=1\n", "10 warning outside-section");
+    row("key before the section", "LANG3_SHOW=1\n" + good, "1 error outside-section");
+    row("keys in another section", good + "[OTHER]\nx=1\nLANG3_SHOW=1\nLANG3_NAME=x\n",
+        "11 error outside-section");
     row("no equals sign", good + "LANG1_SHOW\n", "9 warning no-key");
     row("no key", good + "=1\n", "9 warning no-key");
     row("unknown key", good + "LANG1_ICON=x\n", "9 warning unknown-key");
@@ -162,16 +175,16 @@ void tst_langcheck_checks::catalogueLines_data()
     row("two hidden languages with one number",
         good + "LANG3_NAME=x\nLANG3_SHOW=0\nLANG3_NAME=y\nLANG3_SHOW=0\n",
         "11 warning repeated-language");
-    row("SHOW is a word", good + "LANG3_SHOW=yes\n", "9 warning show-number");
+    row("SHOW is a word", good + "LANG3_SHOW=yes\n", "9 error show-number");
     row("SHOW is empty", good + "LANG3_SHOW=\n", "9 warning show-number");
-    row("SHOW is neither 0 nor 1", good + "LANG3_SHOW=2\n", "9 warning show-other");
-    row("number too long", good + "LANG99999999999_SHOW=0\n", "9 warning number-too-long");
+    row("SHOW is neither 0 nor 1", good + "LANG3_SHOW=2\n", "9 error show-other");
+    row("number too long", good + "LANG99999999999_SHOW=0\n", "9 error number-too-long");
     row("ID differs", good + "LANG1_ID=7\n", "9 warning id-differs");
     row("ID is a word", good + "LANG1_ID=one\n", "9 warning id-differs");
-    row("number above 255", catalogueWith("LANG2", "LANG300"), "6 warning number-above-255");
+    row("number above 255", catalogueWith("LANG2", "LANG300"), "6 error number-above-255");
     row("numbers with the same low byte", catalogueWith("LANG2", "LANG257"),
         "6 error same-machine-number");
-    row("no DEFAULT", catalogueWith("DEFAULT=1", ";"), "0 error default-unknown");
+    row("no DEFAULT", catalogueWith("DEFAULT=1", ";"), "0 error default-missing");
     row("DEFAULT is unknown", catalogueWith("DEFAULT=1", "DEFAULT=5"), "2 error default-unknown");
     row("DEFAULT is hidden", catalogueWith("LANG1_SHOW=1", "LANG1_SHOW=0"),
         "2 error default-hidden");
@@ -187,7 +200,7 @@ void tst_langcheck_checks::catalogueLines_data()
     row("same name", name("One"), "6 error same-name");
     row("same folder", folder("first"), "7 error same-folder");
     row("same folder, spelled differently", folder("../Lang/first"),
-        "7 warning folder-dots\nLang/Lang.ini:7 error same-folder");
+        "7 error same-folder\nLang/Lang.ini:7 warning folder-dots");
 #ifdef Q_OS_WIN
     row("same folder in upper case", folder("FIRST"),
         "7 error same-folder\nLang/Lang.ini:7 warning folder-case");
@@ -202,21 +215,20 @@ void tst_langcheck_checks::catalogueLines_data()
     row("UTF-16 without a BOM", Deployment::utf16(QString::fromLatin1(good)),
         "0 error utf16-without-bom");
     row("invalid GB2312", name("\xB0 0"), "6 error undecodable");
-    row("lost letters", name("Fran?ais"), "6 warning lost-letters");
+    row("lost letters", name("Fran?ais"), "6 error lost-letters");
     row("lost letters, reported as invalid", name("Espa\xF1ol?"), "6 error undecodable");
-    row("lost letters with a BOM", kUtf8Bom + name("Fran?ais"), "6 warning lost-letters");
+    row("lost letters with a BOM", kUtf8Bom + name("Fran?ais"), "6 error lost-letters");
     row("replacement character",
         kUtf8Bom
             + name("Fran\xEF\xBF\xBD"
                    "ais"),
-        "6 warning lost-letters");
+        "6 error lost-letters");
     row("replacement character, in a comment and invalid",
-        kUtf8Bom + name("\xE4 x") + ";\xEF\xBF\xBD\n",
-        "6 error undecodable\nLang/Lang.ini:9 error undecodable");
-    row("UTF-8 read as Windows-1252", kUtf8Bom + name("FranÃ§ais"), "6 warning garbled-name");
-    row("Japanese read as Windows-1252", kUtf8Bom + name("æ—¥æœ¬èªž"), "6 warning garbled-name");
+        kUtf8Bom + name("\xE4 x") + ";\xEF\xBF\xBD\n", "6 error undecodable");
+    row("UTF-8 read as Windows-1252", kUtf8Bom + name("FranÃ§ais"), "6 error garbled-name");
+    row("Japanese read as Windows-1252", kUtf8Bom + name("æ—¥æœ¬èªž"), "6 error garbled-name");
     row("Russian read as Windows-1252, with controls",
-        kUtf8Bom + name("Ð\u00A0ÑƒÑ\u0081Ñ\u0081ÐºÐ¸Ð¹"), "6 warning garbled-name");
+        kUtf8Bom + name("Ð\u00A0ÑƒÑ\u0081Ñ\u0081ÐºÐ¸Ð¹"), "6 error garbled-name");
     row("hidden name read as Windows-1252",
         kUtf8Bom + good + "LANG3_NAME=FranÃ§ais\nLANG3_SHOW=0\n", "9 warning garbled-name");
     row("folder with dots", folder("../Lang/second"), "7 warning folder-dots");
@@ -230,29 +242,94 @@ void tst_langcheck_checks::catalogueLines_data()
     row("folder does not exist", folder("none"), "7 error folder-missing");
     row("folder of the default does not exist, no name",
         catalogueWith("=first", "=none").replace("LANG1_NAME=One\n", ""),
-        "4 error incomplete\nLang/Lang.ini:3 error folder-missing");
+        "3 error folder-missing\nLang/Lang.ini:4 error incomplete");
     row("Cyrillic folder does not exist", kUtf8Bom + folder("sec\u043End"),
         "7 error folder-missing");
     row("no languages", "[LANG_MGR]\nDEFAULT=1\n", "0 error no-languages");
-    row("no section", "DEFAULT=1\n", "1 warning outside-section\nLang/Lang.ini:0 error no-section");
-    row("empty file", "", "0 error no-section");
+    row("no section", "DEFAULT=1\n", "1 error no-section");
+    row("empty file", "", "0 error catalogue-empty");
     row("carriage returns as line ends", QByteArray(good).replace('\n', '\r'),
-        "1 warning carriage-return\nLang/Lang.ini:0 error no-section");
+        "1 error no-section\nLang/Lang.ini:1 warning carriage-return");
     row("language without SHOW", good + "LANG3_NAME=x\nLANG3_FOLDER=first\n",
         "9 warning show-missing");
-    row("quoted name", name("\"Two\""), "6 warning quoted-value");
-    row("comment after a name", name("Two ; 2"), "6 warning comment-in-value");
+    row("quoted name", name("\"Two\""), "6 error quoted-value");
+    row("comment after a name", name("Two ; 2"), "6 error comment-in-value");
     row("header with a comment", good + "[OTHER]\n[LANG_MGR] ; again\n", "10 warning header");
-    row("second BOM", "\xEF\xBB\xBF\xEF\xBB\xBF;\n" + good,
-        "1 warning second-bom\nLang/Lang.ini:1 warning outside-section");
+    row("second BOM", "\xEF\xBB\xBF\xEF\xBB\xBF" + good, "1 error second-bom");
     row("lead byte before a line feed", good + ";\xD6\n;\n", "9 error swallowed-line");
     row("UTF-8 character before a line feed", good + ";\xE4\xB8\xAD\n;\n;\n=\n",
-        "9 error swallowed-line\nLang/Lang.ini:0 warning utf8-without-bom\n"
-        "Lang/Lang.ini:12 warning no-key");
+        "0 error utf8-without-bom\nLang/Lang.ini:12 warning no-key");
     row("Latin-1", name("Espa\xF1ol"), "6 error undecodable");
     row("GBK", name("\xB7\xB1\xF3\x77"), "6 error undecodable");
     row("Latin-1 in a comment", good + "; Espa\xF1ol\n", "9 warning undecodable");
     row("invalid UTF-8 with a BOM", kUtf8Bom + name("\xE4 x"), "6 error undecodable");
+
+    // What a power failure, another program or another format leaves
+    row("zero bytes at the end", good + QByteArray(60, '\0'), "0 warning zero-tail");
+    row("zero bytes in the last line", good.chopped(1) + QByteArray(60, '\0'), "0 error zero-tail");
+    row("zero bytes at the end of UTF-16", utf16(good) + QByteArray(60, '\0'),
+        "0 warning zero-tail");
+    row("zero bytes only", QByteArray(500, '\0'), "0 error catalogue-not-text");
+    row("Rich Text", "{\\rtf1\\ansi [LANG_MGR]\\par\n}", "0 error catalogue-not-text");
+    row("control characters", QByteArray("\x7F\x45\x4C\x46\x02\x01\x01\n").repeated(50),
+        "0 error catalogue-not-text");
+    row("odd byte", utf16(good) + "\n", "0 warning odd-byte");
+    row("line in 8 bits behind UTF-16", utf16(good) + "LANG3_NAME=x\r\n", "9 error appended-bytes");
+    row("lone surrogate",
+        utf16(catalogueWith("=Two", "=T*")).replace(QByteArray("*\0", 2), "\x01\xD8"),
+        "6 error half-character");
+    row("name in GB2312", name("\xD6\xD0\xCE\xC4"), "6 warning no-bom");
+    row("name in GB2312, in a comment", good + "; \xD6\xD0\n", nullptr);
+
+    // One cause, one finding
+    for (const char *const header :
+         {"[LANGMGR]", "[LANG MGR]", "[[LANG_MGR]]", "LANG_MGR", "(LANG_MGR)", "[General]",
+          "[Lang_Mgr]", "[LANG_MGR", "\xEF\xBC\xBBLANG_MGR\xEF\xBC\xBD"}) {
+        row(header, kUtf8Bom + catalogueWith("[LANG_MGR]", header), "1 error header");
+    }
+    row("keys of somebody else", good + "[HOST]\nPORT=5\n", nullptr);
+    row("section with another header", good + "[Lang_Mgr]\nLANG3_SHOW=1\n", "9 error header");
+    row("comments only", "; x\n# y\n", "0 error catalogue-empty");
+    row("all keys in lower case", QByteArray(good).toLower().replace("[lang_mgr]", "[LANG_MGR]"),
+        "2 error key-case");
+    row("colons", QByteArray(good).replace('=', ':'), "2 error no-key");
+    row("three unknown keys", good + "A=1\nB=1\nC=1\n", "9 warning unknown-key");
+    row("misspelt NAME", catalogueWith("LANG2_NAME", "LANG2_NANE"), "6 error unknown-key");
+    row("misspelt FOLDER", catalogueWith("LANG2_FOLDER", "LANG2_FODLER"), "7 error unknown-key");
+    row("misspelt SHOW", catalogueWith("LANG2_SHOW", "LANG2SHOW"), "8 error unknown-key");
+    row("misspelt DEFAULT", catalogueWith("DEFAULT", "DEFUALT"), "2 error unknown-key");
+    row("commented out", catalogueWith("LANG2_SHOW", "// LANG2_SHOW"), "8 error unknown-key");
+    row("full-width digit", kUtf8Bom + catalogueWith("LANG2_NAME", "LANG\xEF\xBC\x92_NAME"),
+        "6 error unknown-key");
+    row("full-width equals sign", kUtf8Bom + catalogueWith("LANG2_NAME=", "LANG2_NAME\xEF\xBC\x9D"),
+        "6 error no-key");
+    row("number too long", catalogueWith("LANG2_", "LANG99999999999_"), "6 error number-too-long");
+    row("number above 255 with an ID", catalogueWith("LANG2_", "LANG300_") + "LANG300_ID=2\n",
+        "6 error number-above-255");
+    row("DEFAULT is the letter O", catalogueWith("DEFAULT=1", "DEFAULT=O2"),
+        "2 error default-number");
+    row("quoted folder", folder("\"second\""), "7 error quoted-value");
+    row("folder with a comment", folder("second  # 2"), "7 error comment-in-value");
+    row("full path", folder("C:\\Lang\\second"), "7 error folder-absolute");
+    row("folder with dots that isn't found", folder("..\\second"), "7 error folder-dots");
+    row("percent sign with a digit", folder("%1"), "7 error folder-percent");
+    row("two names with lost letters", name("??").replace("=One", "=??"),
+        "3 error lost-letters\nLang/Lang.ini:6 error lost-letters");
+
+    // Values
+    for (const char *const value : {"yes", "true", "1.0", "Ja", "\xEF\xBC\x91", "1\xE2\x80\x8B"})
+        row(value, kUtf8Bom + good + "LANG3_SHOW=" + value, "9 error show-number");
+    row("SHOW=no", good + "LANG3_SHOW=no", "9 warning show-number");
+    for (const char *const value : {"Two\t; 2", "Two; 2", "Two // 2"})
+        row(value, name(value), "6 error comment-in-value");
+    for (const char *const value : {"\xE2\x80\x9ETwo\xE2\x80\x9C", "\xE2\x80\x9CTwo\xE2\x80\x9D",
+                                    "'Two'", "\xE2\x80\x98Two\xE2\x80\x99"}) {
+        row(value, kUtf8Bom + name(value), "6 error quoted-value");
+    }
+    for (const char *const value : {"C# and C", "A;B", "Two (2)", "O'Two"})
+        row(value, name(value), nullptr);
+    row("invisible name", kUtf8Bom + name("\xE2\x80\x8B"), "6 error name-invisible");
+    row("right-to-left override", kUtf8Bom + name("\xE2\x80\xAETwo"), "6 error name-invisible");
 }
 
 void tst_langcheck_checks::catalogueLines()
@@ -263,7 +340,8 @@ void tst_langcheck_checks::catalogueLines()
     Deployment::writeCatalogue(bytes);
     const Report report = check();
     QCOMPARE(shortForms(report), finding);
-    QCOMPARE(report.exitCode(), finding.contains(QLatin1String("error")) ? 2 : 1);
+    const bool error = finding.contains(QLatin1String("error"));
+    QCOMPARE(report.exitCode(), finding.isEmpty() ? 0 : error ? 2 : 1);
 }
 
 /// A single zero byte doesn't make a file UTF-16, so the rest is checked as usual.
@@ -500,9 +578,14 @@ void tst_langcheck_checks::languagesOfFilesAreCompared_data()
     row("swapped", {{"es", "pt_BR"}, {"pt", "es"}}, "es",
         "the translation is for pt_BR, the language of the folder pt, and not for es; an operator "
         "who selects \"Language es\" probably sees texts in another language; swap it with "
-        "Lang/pt/Zendel.qm, which is for es");
+        "Lang/pt/Zendel.qm, which is for es, or, if the texts are right, set language=\"es\" in "
+        "the .ts file and compile it again");
     row("copied", {{"es", "pt_BR"}, {"pt", "pt_BR"}}, "es",
-        "; replace it with the translation for es");
+        "; replace it with the translation for es, or, if the texts are right, set "
+        "language=\"es\" in the .ts file and compile it again");
+    row("one Chinese for the other", {{"chs", "zh_TW"}, {"cht", "zh_CN"}}, "chs",
+        "; swap it with Lang/cht/Zendel.qm, which is for zh_CN, or, if the texts are right, set "
+        "language=\"zh_CN\" in the .ts file and compile it again");
     row("three in a circle", {{"es", "pt"}, {"fr", "es"}, {"pt", "fr"}}, "es fr pt");
     row("with countries", {{"pt_BR", "pt_PT"}, {"pt_PT", "pt_BR"}}, "pt_BR");
     row("with hyphens", {{"pt-BR", "es_ES"}, {"es-ES", "pt_BR"}}, "pt-BR");
@@ -602,7 +685,10 @@ void tst_langcheck_checks::textsFitTheCatalogue_data()
     const QByteArray utf8 = "open the file as UTF-8" + end;
     const QByteArray any = "open the file in the encoding in which all names look right" + end;
     row("UTF-8", catalogueWith("=Two", "=中文"), {{"", utf8}});
-    row("UTF-8, swallowed line", good + ";\xE4\xB8\xAD\n;\n", {{"", utf8}, {"", utf8}});
+    row("UTF-8, swallowed line", good + ";\xE4\xB8\xAD\n;\n",
+        {{"the file is UTF-8 without a BOM; it is read as GB2312, and all non-ASCII characters are "
+          "wrong, and what follows line 9 is lost; ",
+          utf8}});
     row("Latin-1", catalogueWith("=Two", "=Espa\xF1ol"), {{"", any}});
     row("swallowed line", good + ";\xD6\n;\n", {{"", any}});
 
@@ -613,10 +699,11 @@ void tst_langcheck_checks::textsFitTheCatalogue_data()
     row("folder that looks like another",
         kUtf8Bom + catalogueWith("=second", "=\u0441s\U0001F600")
             + "LANG3_FOLDER=hidden\nLANG3_SHOW=0\n",
-        {{"LANG2_FOLDER names a folder that doesn't exist in Lang: \"\u0441s\U0001F600\" (with "
-          "U+0441, U+1F600); ",
-          "after LANG2_FOLDER=, type the name of an existing folder, such as one that no language "
-          "uses (chs, cs, second), or create a folder with exactly this name and put the compiled "
+        {{"LANG2_FOLDER is a folder that doesn't exist in Lang: \"\u0441s\U0001F600\" (with "
+          "U+0441, U+1F600); a dialog that needs the translation uses the fallback, "
+          "Lang/chs/Zendel.qm; ",
+          "write the name of an existing folder after LANG2_FOLDER=, such as one that no language "
+          "uses (cs, second), or create a folder with exactly this name and put the compiled "
           "translation into it"}});
     row("repeated key", good + "LANG2_FOLDER=first\nLANG2_FOLDER=chs\n",
         {{"LANG2_FOLDER is set on line 7 to \"second\" and on line 9 to \"first\"; only the last "
@@ -630,7 +717,7 @@ void tst_langcheck_checks::textsFitTheCatalogue_data()
           "\"Two\", \"Three\"; ",
           ""}});
     row("long value of two lines", good + "LANG3_SHOW=%1\r" + QByteArray(99, 'x'),
-        {{"", ""}, {"LANG3_SHOW isn't a number: \"%1 " + QByteArray(57, 'x') + "...\"; ", ""}});
+        {{"LANG3_SHOW isn't a number: \"%1 " + QByteArray(57, 'x') + "...\"; ", ""}, {"", ""}});
 
     row("free number as an ID", good + "LANG2_ID=7",
         {{"",
@@ -654,7 +741,7 @@ void tst_langcheck_checks::textsFitTheCatalogue()
     QFETCH(Texts, texts);
 
     for (const char *const folder : {"cs", "hidden"})
-        Deployment::installTranslation(QLatin1String(folder), QStringLiteral("first"));
+        Deployment::installTranslation(QLatin1String(folder), QStringLiteral("third"));
     QVERIFY(QDir().mkpath(Deployment::path(QStringLiteral("Lang/empty"))));
     Deployment::writeCatalogue(bytes);
     const QList<Finding> findings = check().findings;
@@ -675,18 +762,16 @@ void tst_langcheck_checks::missingFallbackIsNotReplacedByItself()
             Deployment::path(QStringLiteral("Lang/%1/Zendel.qm").arg(QLatin1String(folder)))));
     const QList<Finding> findings = check().findings;
     QCOMPARE(findings.size(), 2);
-    const QString text = QStringLiteral("the file doesn't exist; a dialog that needs it %1; put "
-                                        "the compiled translation there");
     QCOMPARE(findings.at(0).file, QStringLiteral("Lang/second/Zendel.qm"));
-    QCOMPARE(findings.at(0).text(),
-             text.arg(QStringLiteral("uses Lang/chs/Zendel.qm, or has empty texts if that is "
-                                     "missing too")));
-    QCOMPARE(findings.at(1).text(), text.arg(QStringLiteral("has empty texts")));
+    QCOMPARE(findings.at(0).effect(),
+             QStringLiteral("a dialog that needs it has empty texts, because the fallback, "
+                            "Lang/chs/Zendel.qm, doesn't exist"));
+    QCOMPARE(findings.at(1).effect(), QStringLiteral("a dialog that needs it has empty texts"));
 }
 
 void tst_langcheck_checks::existingFolderMayHaveAnyName()
 {
-    Deployment::installTranslation(QStringLiteral("简体中文"), QStringLiteral("first"));
+    Deployment::installTranslation(QStringLiteral("简体中文"), QStringLiteral("second"));
     Deployment::writeCatalogue(kUtf8Bom + catalogueWith("=second", "=简体中文"));
     QCOMPARE(shortForms(check()), QString());
 }
@@ -694,7 +779,7 @@ void tst_langcheck_checks::existingFolderMayHaveAnyName()
 void tst_langcheck_checks::textsNameEffectAndRemedy()
 {
     for (const FindingDescription &kind : kFindings) {
-        for (const char *const text : {kind.problem, kind.effect, kind.remedy})
+        for (const char *const text : {kind.one.problem, kind.one.effect, kind.one.remedy})
             QVERIFY2(qstrlen(text) > 0, kind.id);
     }
 }

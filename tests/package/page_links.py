@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""page_links.py FOLDER: fails unless every file and heading that a page links to or names exists.
+"""page_links.py FOLDER: fails if a page links to or mentions a file or heading that is missing.
 
 page_links.py --package FOLDER: the same for an unpacked package, but only for links.
 """
@@ -39,17 +39,17 @@ for page in [page for folder in ("", "bench/", "docs/", "packaging/")
     text = read(page)
     links = [link for link in re.findall(r"\]\(([^)\s]+)\)", text)
              if not re.match(r"[a-z]+:", link)]
-    missing = [link for link in links if not is_there(link, page)]
+    missing = [f"links to {link}" for link in links if not is_there(link, page)]
     checked += len(links)
     if not package:
         # In code, a path is a word with a slash or with the suffix of a source file.
         words = [word for code in re.findall(r"`([^`\n]+)`", text)
                  for word in re.findall(r"[A-Za-z0-9_.~/<>*-]+", code)
                  if ("/" in word or SOURCE.search(word)) and not ELSEWHERE.search(word)]
-        missing += [word for word in words
+        missing += [f"mentions {word}" for word in words
                     if not ((root / word).exists() if "/" in word else word in names)]
         checked += len(words)
-    failures += [f"{page.relative_to(root)} names {what}, which does not exist" for what in missing]
+    failures += [f"{page.relative_to(root)} {what}, which doesn't exist" for what in missing]
 if failures or checked < 10:
-    sys.exit("\n".join(failures) or f"found only {checked} names")
-print(f"{checked} names")
+    sys.exit("\n".join(failures) or f"found only {checked} links and paths")
+print(f"{checked} links and paths")

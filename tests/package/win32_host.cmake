@@ -16,7 +16,7 @@ if(found EQUAL -1)
 endif()
 build_with_operator(${folder} ${folder}/install/examples/win32 operator_win32.cpp)
 
-run_without_plugin("Cannot load .*Zendel[.]dll: error 126\n")
+run_without_plugin("Can't load .*Zendel[.]dll: error 126\n")
 
 deploy(${folder})
 run_program(0 "Init: 1\nShowSettingsDlg: 0\n" "close the window while the dialog is open")

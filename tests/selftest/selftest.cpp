@@ -361,7 +361,7 @@ bool save(const QString &name, Write write, const QList<Result> &results)
         if (file.commit())
             return true;
     }
-    print(QStringLiteral("Cannot write ") + QDir::toNativeSeparators(file.fileName())
+    print(QStringLiteral("Can't write ") + QDir::toNativeSeparators(file.fileName())
           + QStringLiteral(": ") + file.errorString() + QLatin1Char('\n'));
     return false;
 }

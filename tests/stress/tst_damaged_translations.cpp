@@ -31,7 +31,7 @@ QByteArray contents(const QString &fileName)
 {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
-        qFatal("Cannot read %s", qPrintable(fileName));
+        qFatal("Can't read %s", qPrintable(fileName));
     return file.readAll();
 }
 

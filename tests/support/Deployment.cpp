@@ -13,7 +13,7 @@ void writeFile(const QString &fileName, const QByteArray &bytes)
     QFile::remove(fileName);
     QFile file(fileName);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        qFatal("Cannot write %s", qPrintable(fileName));
+        qFatal("Can't write %s", qPrintable(fileName));
 }
 
 } // namespace
@@ -28,7 +28,7 @@ QString path(const QString &below)
 void clear()
 {
     if (!QDir(path(QStringLiteral("Lang"))).removeRecursively())
-        qFatal("Cannot remove %s", qPrintable(path(QStringLiteral("Lang"))));
+        qFatal("Can't remove %s", qPrintable(path(QStringLiteral("Lang"))));
 }
 
 QByteArray utf16(const QString &text, bool littleEndian)

@@ -24,7 +24,7 @@ void *reserve(std::size_t size, int protection, int sharing)
     void *const memory =
         mmap(nullptr, size, protection, sharing | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
     if (memory == MAP_FAILED)
-        qFatal("Cannot reserve memory");
+        qFatal("Can't reserve memory");
     return memory;
 }
 
@@ -61,7 +61,7 @@ QVector<Verdict> ask(const QList<QByteArray> &files, const QString &directory)
     char *const memory = static_cast<char *>(reserve(size, PROT_NONE, MAP_PRIVATE));
     char *const first = memory + before;
     if (mprotect(first, room, PROT_READ | PROT_WRITE) != 0)
-        qFatal("Cannot use memory");
+        qFatal("Can't use memory");
 
     // The number of the current file and the verdicts, which are all Died at first.
     const std::size_t sharedSize = sizeof(int) + static_cast<std::size_t>(files.size());
@@ -72,13 +72,13 @@ QVector<Verdict> ask(const QList<QByteArray> &files, const QString &directory)
     for (*current = 0; *current < files.size(); *current = *current + 1) {
         const pid_t child = fork();
         if (child < 0)
-            qFatal("Cannot fork");
+            qFatal("Can't fork");
         if (child == 0) {
             const rlimit none {0, 0};
             setrlimit(RLIMIT_CORE, &none);
             for (const int number : {SIGSEGV, SIGBUS, SIGFPE, SIGABRT, SIGPROF}) {
                 if (std::signal(number, SIG_DFL) == SIG_ERR) // A sanitizer's only reports.
-                    qFatal("Cannot set a signal's handler");
+                    qFatal("Can't set a signal's handler");
             }
             for (; *current < files.size(); *current = *current + 1) {
                 limitProcessorTime();

@@ -30,7 +30,7 @@ QByteArray read(const QString &fileName)
 {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
-        qFatal("Cannot read %s", qPrintable(fileName));
+        qFatal("Can't read %s", qPrintable(fileName));
     return file.readAll();
 }
 
@@ -40,7 +40,7 @@ void write(const QString &fileName, const QByteArray &bytes)
     QFile::remove(fileName);
     QFile file(fileName);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        qFatal("Cannot write %s", qPrintable(fileName));
+        qFatal("Can't write %s", qPrintable(fileName));
 }
 
 void run(const QString &program, const QStringList &arguments)

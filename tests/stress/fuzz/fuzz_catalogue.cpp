@@ -39,7 +39,7 @@ public:
         }
         m_catalogue.setFileName(m_folder.filePath(QStringLiteral("real/Lang/Lang.ini")));
         if (!good || !m_catalogue.open(QIODevice::ReadWrite | QIODevice::Unbuffered))
-            qFatal("Cannot create the catalogue");
+            qFatal("Can't create the catalogue");
     }
 
     QString path(std::size_t folder) const { return m_paths.at(int(folder)); }
@@ -48,7 +48,7 @@ public:
     {
         if (!m_catalogue.seek(0) || m_catalogue.write(bytes) != bytes.size()
             || !m_catalogue.resize(bytes.size()))
-            qFatal("Cannot write the catalogue");
+            qFatal("Can't write the catalogue");
     }
 
 private:

@@ -13,7 +13,7 @@ int main(int argc, char *argv[])
     for (int i = 1; i < argc; ++i) {
         std::ifstream file(argv[i], std::ios::binary);
         if (!file) {
-            std::cerr << "Cannot read " << argv[i] << '\n';
+            std::cerr << "Can't read " << argv[i] << '\n';
             return 1;
         }
         std::cout << argv[i] << std::endl;

@@ -1,0 +1,247 @@
+#include "langcheck/check/LanguageCheck.h"
+
+#include "lang/CTranslatorMgr.h"
+#include "langcheck/Deployment.h"
+#include "langcheck/Texts.h"
+#include "langcheck/Translation.h"
+#include "langcheck/draw/TextFit.h"
+#include "ui/DlgSettings.h"
+
+#include <QFileInfo>
+#include <QHash>
+
+#include <algorithm>
+
+namespace {
+
+class LanguageCheck
+{
+public:
+    LanguageCheck(Report &report, CatalogueLines &lines)
+        : m_report(report)
+        , m_lines(lines)
+    {
+    }
+
+    void check()
+    {
+        listHidden();
+        if (!m_lines.hasSection)
+            return;
+        checkShown();
+        checkDefault();
+        checkNumbers();
+        checkNames();
+        if (m_report.listed.isEmpty() && m_report.count(Finding::Error) == 0 && !explainEmptyList())
+            m_report.addLine(FindingKind::NoLanguages, 0);
+    }
+
+private:
+    /// If no key is recognised, adds that consequence to the finding that says why, and returns
+    /// true.
+    bool explainEmptyList()
+    {
+        const auto it = std::find_if(
+            m_report.findings.begin(), m_report.findings.end(), [](const Finding &finding) {
+                return finding.kind == FindingKind::NoKey || finding.kind == FindingKind::KeyCase
+                    || finding.kind == FindingKind::UnknownKey;
+            });
+        if (it == m_report.findings.end() || m_lines.findings.isEmpty())
+            return false;
+        it->consequences += QStringLiteral("the operator's list is empty");
+        it->severity = Finding::Error;
+        return true;
+    }
+
+    void listHidden()
+    {
+        for (auto it = m_lines.languages.begin(); it != m_lines.languages.end(); ++it) {
+            const bool listed = std::any_of(
+                m_report.listed.cbegin(), m_report.listed.cend(),
+                [number = it.key()](const LangEntry &lang) { return lang.id == number; });
+            if (!listed)
+                m_report.hidden += {it.key(), it->name.value, it->folder.value, it->first()};
+        }
+    }
+
+    void checkShown()
+    {
+        for (auto it = m_lines.languages.begin(); it != m_lines.languages.end(); ++it) {
+            if (it->tooLong)
+                continue;
+            if (it->show.line == 0
+                && !isExplained(languageKey(it.key(), "SHOW"),
+                                QStringLiteral("language %1 is hidden").arg(it.key()))) {
+                m_report.addLine(FindingKind::ShowMissing, it->first(),
+                                 {QString::number(it.key())});
+            }
+            if (it->shown && it->name.value.isEmpty())
+                addIncomplete(it->name.line, it->show.line, it.key(), "NAME", "<name>");
+            if (it->shown && it->folder.value.isEmpty())
+                addIncomplete(it->folder.line, it->show.line, it.key(), "FOLDER", "<folder>");
+        }
+    }
+
+    /// Reports the line with the empty key, if there is one, or else the SHOW line.
+    void addIncomplete(int line, int showLine, int number, const char *field, const char *value)
+    {
+        const QString key = languageKey(number, field);
+        const QString consequence =
+            QStringLiteral("language %1 has no %2 and isn't offered")
+                .arg(number)
+                .arg(QLatin1String(field).size() == 4 ? QStringLiteral("name")
+                                                      : QStringLiteral("folder"));
+        if (line == 0 && isExplained(key, consequence))
+            return;
+        m_report.addLine(FindingKind::Incomplete, line > 0 ? line : showLine,
+                         {key, QLatin1String(value)});
+    }
+
+    /// If a finding says why the key is missing, adds the consequence to it and returns true.
+    bool isExplained(const QString &key, const QString &consequence)
+    {
+        const int index = m_lines.findings.value(key, -1);
+        if (index < 0)
+            return false;
+        Finding &finding = m_report.findings[index];
+        finding.consequences += consequence;
+        finding.severity = Finding::Error;
+        return true;
+    }
+
+    void checkDefault()
+    {
+        const int id = m_report.defaultLangId;
+        if (m_report.listed.isEmpty())
+            return;
+        const QString effect = QStringLiteral("the dialog ") + fallbackEffect(m_report);
+        const CatalogueKey &key = m_lines.defaultKey;
+        bool isNumber = false;
+        key.value.toInt(&isNumber);
+        if (m_lines.languages.value(id).shown) {
+            if (key.line > 0 && !isNumber) {
+                m_report
+                    .addLine(FindingKind::DefaultNumber, key.line,
+                             {quotedAscii(key.value), QStringLiteral("language 0 is the default"),
+                              numbers()})
+                    .severity = Finding::Warning;
+            }
+        } else if (key.line == 0) {
+            if (!isExplained(QStringLiteral("DEFAULT"), effect))
+                m_report.addLine(FindingKind::DefaultMissing, 0, {effect, numbers()});
+        } else if (!isNumber) {
+            m_report.addLine(FindingKind::DefaultNumber, key.line,
+                             {quotedAscii(key.value), effect, numbers()});
+        } else {
+            m_report.addLine(m_lines.languages.contains(id) ? FindingKind::DefaultHidden
+                                                            : FindingKind::DefaultUnknown,
+                             key.line, {QString::number(id), effect, numbers()});
+        }
+    }
+
+    /// Returns the numbers of the list for a remedy: "2, or to 5, 7".
+    QString numbers() const
+    {
+        QStringList all;
+        for (const LangEntry &lang : m_report.listed)
+            all += QString::number(lang.id);
+        const QString first = all.takeFirst();
+        const int most = 30;
+        if (all.size() > most)
+            all = all.mid(0, most) + QStringList {QStringLiteral("and so on")};
+        return all.isEmpty()
+            ? first
+            : QStringLiteral("%1 (or %2)").arg(first, all.join(QStringLiteral(", ")));
+    }
+
+    void checkNumbers()
+    {
+        QHash<int, int> idOfMachineNumber;
+        for (const LangEntry &lang : qAsConst(m_report.listed)) {
+            const LanguageLines &language = m_lines.languages[lang.id];
+            const int machineNumber = lang.id & 0xFF;
+            const QString number = QString::number(machineNumber);
+            if (idOfMachineNumber.contains(machineNumber)) {
+                const int other = idOfMachineNumber.value(machineNumber);
+                add(FindingKind::SameMachineNumber, language.first(), lang.id,
+                    {QString::number(lang.id), QString::number(other), number})
+                    .languages += other;
+            } else if (machineNumber != lang.id) {
+                bool isNumber = false;
+                const int meant = language.id.value.toInt(&isNumber);
+                const bool isFree =
+                    isNumber && meant >= 0 && meant <= 255 && !m_lines.languages.contains(meant);
+                add(FindingKind::NumberAbove255, language.first(), lang.id,
+                    {QString::number(lang.id), number,
+                     isFree ? QStringLiteral(", such as the %1 in its ID").arg(meant) : QString()});
+            }
+            idOfMachineNumber.insert(machineNumber, lang.id);
+        }
+    }
+
+    void checkNames()
+    {
+        QHash<QString, int> idOfName;
+        const DlgSettings dialog;
+        for (int i = 0; i < m_report.listed.size(); ++i) {
+            const LangEntry &lang = m_report.listed.at(i);
+            const int line = m_lines.languages.value(lang.id).name.line;
+            const QString key = languageKey(lang.id, "NAME");
+            // What is wrong with a name is seen by the operator.
+            const int found = m_lines.findings.value(key, -1);
+            const bool isWrong = found >= 0 && m_report.findings.at(found).line == line;
+            if (isWrong) {
+                m_report.findings[found].severity = Finding::Error;
+                m_report.findings[found].languages += lang.id;
+            }
+            if (idOfName.contains(lang.name) && !isWrong) {
+                const int other = idOfName.value(lang.name);
+                add(FindingKind::SameName, line, lang.id,
+                    {key, QString::number(other), quoted(lang.name)})
+                    .languages += other;
+            }
+            idOfName.insert(lang.name, lang.id);
+            const ShownText name = languageName(dialog, i);
+            if (name.clipped) {
+                add(FindingKind::NameClipped, line, lang.id,
+                    {key, QLatin1String(name.tooTall ? "tall" : "wide"), quoted(lang.name),
+                     QString::number(name.size), QString::number(name.room),
+                     name.tooTall ? QStringLiteral("reduce the display's scaling or its font size")
+                                  : QStringLiteral("use a shorter name")});
+            }
+        }
+    }
+
+    Finding &add(FindingKind kind, int line, int number, const QStringList &values)
+    {
+        Finding &finding = m_report.addLine(kind, line, values);
+        finding.languages += number;
+        return finding;
+    }
+
+    Report &m_report;
+    CatalogueLines &m_lines;
+};
+
+} // namespace
+
+void checkLanguages(Report &report, CatalogueLines &lines)
+{
+    LanguageCheck(report, lines).check();
+}
+
+QString fallbackEffect(const Report &report)
+{
+    const QString path = fallbackPath(report.applicationDir);
+    const QString name = report.relative(path);
+    if (!QFileInfo::exists(path))
+        return QStringLiteral("has empty texts, because the fallback, %1, doesn't exist").arg(name);
+    return loadTranslation(path)
+        ? QStringLiteral("uses the fallback, ") + name
+        : QStringLiteral("has empty texts, because the fallback, %1, can't be loaded").arg(name);
+}
+
+QString languageKey(int number, const char *field)
+{
+    return QStringLiteral("LANG%1_").arg(number) + QLatin1String(field);
+}

@@ -1,0 +1,92 @@
+#include "langcheck/check/NearbyFiles.h"
+
+#include "lang/CTranslatorMgr.h"
+#include "langcheck/check/Guess.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QRegularExpression>
+
+namespace {
+
+/// Returns the file in a folder whose name is the nearest to that of a copy or an unfinished step:
+/// "Lang (1).ini", "Lang.ini.txt", "lang.ini".
+QString similarFile(const QString &folder, const QString &name)
+{
+    const QFileInfo wanted(name);
+    const QRegularExpression similar(
+        QStringLiteral("^%1([ _-].*)?\\.%2(\\.[a-z]+)?$")
+            .arg(QRegularExpression::escape(wanted.baseName()), wanted.suffix()),
+        QRegularExpression::CaseInsensitiveOption);
+    const QStringList files = QDir(folder).entryList(QDir::Files, QDir::Name);
+    for (const QString &file : files) {
+        if (file != name && similar.match(file).hasMatch())
+            return QDir(folder).filePath(file);
+    }
+    const QString found = nearest(name, files);
+    return found.isEmpty() || found == name ? QString() : QDir(folder).filePath(found);
+}
+
+} // namespace
+
+QString nearbyCatalogue(const QString &applicationDir)
+{
+    const QString name = QStringLiteral("Lang.ini");
+    for (const char *const folder : {"/Lang", "/lang", "/Lang/Lang", ""}) {
+        const QString path = applicationDir + QLatin1String(folder);
+        const bool wanted = QLatin1String(folder) == QLatin1String("/Lang");
+        if (!wanted && QFileInfo(path + QLatin1Char('/') + name).isFile())
+            return path + QLatin1Char('/') + name;
+        const QString found = similarFile(path, name);
+        if (!found.isEmpty())
+            return found;
+    }
+    return {};
+}
+
+QString nearbyTranslation(const QString &path)
+{
+    const QFileInfo wanted(path);
+    const QDir folder = wanted.dir();
+    const QString similar = similarFile(folder.path(), wanted.fileName());
+    if (!similar.isEmpty())
+        return similar;
+    const QString nested = folder.filePath(folder.dirName() + QLatin1Char('/') + kQmFileName);
+    if (QFileInfo(nested).isFile())
+        return nested;
+    const QStringList others = folder.entryList(
+        {QStringLiteral("*.qm"), QStringLiteral("*.qm.*"), QStringLiteral("*.ts")}, QDir::Files);
+    if (!others.isEmpty())
+        return folder.filePath(others.first());
+    const QString above = QDir::cleanPath(folder.filePath(QStringLiteral("../") + kQmFileName));
+    return QFileInfo(above).isFile() ? above : QString();
+}
+
+QString nearbyFolder(const QString &applicationDir, const QString &value, const QStringList &unused)
+{
+    const QStringList folders = QDir(applicationDir + QLatin1String("/Lang"))
+                                    .entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden);
+    QString path = plain(withoutQuotes(withoutComment(value)));
+    path.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    QStringList parts = path.split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    parts.removeAll(kQmFileName);
+    const QString name = parts.isEmpty() ? QString() : parts.last().trimmed();
+    if (name.isEmpty())
+        return {};
+    if (folders.contains(name))
+        return name;
+    for (const QString &folder : folders) {
+        if (folder.trimmed().compare(name, Qt::CaseInsensitive) == 0)
+            return folder;
+    }
+    return nearest(name, unused);
+}
+
+bool isFolderName(const QString &name)
+{
+    static const QRegularExpression reserved(
+        QStringLiteral("^(CON|PRN|AUX|NUL|COM[0-9]|LPT[0-9])(\\..*)?$|[\\x00-\\x1F<>:\"/\\\\|?*%]|"
+                       "^\\.+$|[. ]$|^ "),
+        QRegularExpression::CaseInsensitiveOption);
+    return !name.isEmpty() && !reserved.match(name).hasMatch();
+}

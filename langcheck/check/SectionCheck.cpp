@@ -1,0 +1,97 @@
+#include "langcheck/check/SectionCheck.h"
+
+#include "langcheck/Texts.h"
+#include "langcheck/check/Guess.h"
+
+#include <algorithm>
+
+namespace {
+
+const int kMost = 10000; ///< Sections and keys that are remembered; damaged files may have more.
+
+} // namespace
+
+void SectionCheck::add(const QString &text, int line, bool isHeader, bool inside)
+{
+    const bool isComment = text.startsWith(QLatin1Char(';')) || text.startsWith(QLatin1Char('#'));
+    if (text.isEmpty() || isComment)
+        return;
+    m_isEmpty = false;
+    const bool resembles = !inside && resemblesHeader(text);
+    if ((isHeader || resembles) && m_sections.size() < kMost) {
+        m_sections += Section();
+        m_sections.last().header = text;
+        m_sections.last().line = line;
+        m_sections.last().resembles = resembles;
+    } else if (!inside) {
+        Section &section = m_sections.last();
+        ++section.ignored;
+        if (section.keys.size() < kMost && m_key.match(plain(text)).hasMatch())
+            section.keys += line;
+    }
+}
+
+bool SectionCheck::resemblesHeader(const QString &text)
+{
+    if (text.size() > 50 || text.contains(QLatin1Char('=')))
+        return false;
+    QString letters;
+    const QString withoutBrackets = plain(withoutComment(text));
+    for (const QChar c : withoutBrackets) {
+        if (c.isLetterOrNumber())
+            letters += c;
+    }
+    return !nearest(letters, {QStringLiteral("LANGMGR")}).isEmpty();
+}
+
+/// Returns the section in which most keys are.
+const SectionCheck::Section &SectionCheck::first() const
+{
+    return *std::max_element(m_sections.begin(), m_sections.end(),
+                             [](const Section &one, const Section &other) {
+                                 return one.keys.size() < other.keys.size();
+                             });
+}
+
+QString SectionCheck::costs(const Section &section, bool hasSection)
+{
+    if (section.ignored == 0)
+        return QStringLiteral("it isn't recognised");
+    QString result = section.ignored == 1
+        ? QStringLiteral("the line below it is ignored")
+        : QStringLiteral("the %1 lines below it are ignored").arg(section.ignored);
+    if (!hasSection)
+        result += QStringLiteral(", and the operator's list is empty");
+    return result;
+}
+
+void SectionCheck::finish(Report &report, bool hasSection) const
+{
+    if (m_isEmpty) {
+        report.addLine(FindingKind::CatalogueEmpty, 0);
+        return;
+    }
+    const Section &most = first();
+    for (const Section &section : m_sections) {
+        const bool only = !hasSection && &section == &most;
+        if (!hasSection && !only)
+            continue;
+        const bool bom = section.header.startsWith(QChar(QChar::ByteOrderMark));
+        if (section.line == 0 && only) {
+            const int line = section.keys.value(0, 1);
+            report.addLine(FindingKind::NoSection, line, {QString::number(line)});
+        } else if (section.line > 0 && bom) {
+            report.addLine(FindingKind::SecondBom, section.line, {costs(section, hasSection)});
+        } else if (section.resembles || only) {
+            Finding &finding =
+                report.addLine(FindingKind::Header, section.line,
+                               {quotedAscii(section.header), costs(section, hasSection)});
+            if (!section.keys.isEmpty() || !hasSection)
+                finding.severity = Finding::Error;
+        } else if (!section.keys.isEmpty()) {
+            Finding &finding = report.addLine(FindingKind::OutsideSection, section.keys.first());
+            finding.lines = section.keys;
+            finding.severity = Finding::Error;
+        }
+    }
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "langcheck/Report.h"
+
+#include <QRegularExpression>
+#include <QVector>
+
+/// Finds keys of the catalogue that aren't in the section LANG_MGR, and why.
+class SectionCheck
+{
+public:
+    /// Takes the next line, trimmed. @p isHeader is true for what the plug-in takes for a header,
+    /// and @p inside for a line in the section, where it finds keys itself.
+    void add(const QString &text, int line, bool isHeader, bool inside);
+
+    /// Returns true if the line was probably meant to be the header [LANG_MGR].
+    static bool resemblesHeader(const QString &text);
+
+    /// Adds the findings, to be called after the last line. Without the section, there is one.
+    void finish(Report &report, bool hasSection) const;
+
+private:
+    struct Section
+    {
+        QString header; ///< Empty before the first.
+        int line = 0;
+        int ignored = 0;   ///< The number of lines below it, apart from comments
+        QVector<int> keys; ///< The lines among them that have keys of the catalogue
+        bool resembles = false;
+    };
+
+    const Section &first() const;
+    static QString costs(const Section &section, bool hasSection);
+
+    QVector<Section> m_sections {Section()};
+    QRegularExpression m_key {QLatin1String("^(DEFAULT|LANG[0-9]+_)"),
+                              QRegularExpression::CaseInsensitiveOption};
+    bool m_isEmpty = true;
+};

@@ -1,0 +1,501 @@
+#include "langcheck/check/TranslationCheck.h"
+
+#include "lang/ApplicationDir.h"
+#include "lang/CTranslatorMgr.h"
+#include "lang/SourceTexts.h"
+#include "langcheck/Deployment.h"
+#include "langcheck/Texts.h"
+#include "langcheck/Translation.h"
+#include "langcheck/check/Guess.h"
+#include "langcheck/check/LanguageCheck.h"
+#include "langcheck/check/NearbyFiles.h"
+#include "langcheck/draw/MessageBoxes.h"
+#include "langcheck/draw/TextFit.h"
+#include "ui/DlgSettings.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+#include <QLocale>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTextDocument>
+#include <QTranslator>
+#include <QXmlStreamReader>
+
+#include <algorithm>
+#include <iterator>
+
+namespace {
+
+// Indexes of titles in kSourceTexts
+const int kSuccess = 5;
+const int kError = 7;
+
+const int kStartLength = 10000; ///< Enough of a file to see what it is.
+
+#ifdef Q_OS_WIN
+const Qt::CaseSensitivity kFileNames = Qt::CaseInsensitive;
+#else
+const Qt::CaseSensitivity kFileNames = Qt::CaseSensitive;
+#endif
+
+/// Returns the name of a folder in Lang as it is on disk, where upper and lower case may differ;
+/// empty if there is no such folder.
+QString nameOnDisk(const QString &folder)
+{
+    const QStringList folders = QDir(applicationDir() + QLatin1String("/Lang"))
+                                    .entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden);
+    if (folders.contains(folder))
+        return folder;
+    const auto it =
+        std::find_if(folders.begin(), folders.end(), [&folder](const QString &candidate) {
+            return candidate.compare(folder, Qt::CaseInsensitive) == 0;
+        });
+    return it == folders.end() ? QString() : *it;
+}
+
+/// Returns the language for which a folder is named: its code, or Windows' old one for Chinese.
+QLocale localeOf(const QString &folder)
+{
+    if (folder.compare(QLatin1String("chs"), Qt::CaseInsensitive) == 0)
+        return QLocale(QStringLiteral("zh_CN"));
+    if (folder.compare(QLatin1String("cht"), Qt::CaseInsensitive) == 0)
+        return QLocale(QStringLiteral("zh_TW"));
+    return QLocale(folder);
+}
+
+/// Returns the code to be set in the .ts file of a folder's translation.
+QString codeOf(const QString &folder)
+{
+    const bool isOld = localeOf(folder) != QLocale(folder);
+    return isOld ? localeOf(folder).name()
+                 : QString(folder).replace(QLatin1Char('-'), QLatin1Char('_'));
+}
+
+/// Returns true for a code such as "de", "pt_BR" or "zh-Hant".
+bool isLanguageCode(const QString &text)
+{
+    static const QRegularExpression code(
+        QStringLiteral("^[A-Za-z]{2,3}([_-][A-Za-z]{4})?([_-]([A-Za-z]{2}|[0-9]{3}))?$"));
+    return code.match(text).hasMatch() && localeOf(text).language() != QLocale::C;
+}
+
+/// Returns true if a folder of this name is for the language with this code: it is named for the
+/// language, with another country only if one of the two has none, or for the country.
+bool isNamedFor(const QString &folder, const QString &code)
+{
+    const QLocale language(code);
+    if (folder.compare(language.name().section(QLatin1Char('_'), 1), Qt::CaseInsensitive) == 0)
+        return true;
+    const QLocale own = localeOf(folder);
+    return isLanguageCode(folder) && own.language() == language.language()
+        && own.script() == language.script()
+        && (folder.size() <= 3 || code.size() <= 3 || own.country() == language.country());
+}
+
+/// Returns the finding for a file that can't be loaded, by its first bytes.
+FindingKind kindOfInvalidFile(const QByteArray &start)
+{
+    static const QByteArray magic(
+        "\x3C\xB8\x64\x18\xCA\xEF\x9C\x95\xCD\x21\x1C\xBF\x60\xA1\xBD\xDD", 16);
+    if (start.startsWith(magic) || magic.startsWith(start))
+        return FindingKind::QmDamaged;
+    QXmlStreamReader reader(start);
+    return reader.readNextStartElement() && reader.name() == QLatin1String("TS")
+        ? FindingKind::QmSource
+        : FindingKind::QmForeign;
+}
+
+class TranslationCheck
+{
+public:
+    TranslationCheck(Report &report, const CatalogueLines &lines)
+        : m_report(report)
+        , m_lines(lines)
+    {
+    }
+
+    void check()
+    {
+        m_report.unusedFolders = unusedFolders();
+        checkApplicationDir();
+        checkFolders();
+        for (const LangEntry &lang : qAsConst(m_report.listed))
+            checkOnce(lang.qmPath, lang.id);
+        const QString own = CTranslatorMgr::instance()->langFilePath(m_report.defaultLangId);
+        checkOnce(own, m_report.defaultLangId);
+        m_unused = QFileInfo::exists(own);
+        if (!m_checked.contains(fallback()))
+            checkTranslation(fallback());
+        checkLanguages();
+        checkSameTexts();
+    }
+
+private:
+    void checkApplicationDir()
+    {
+        const LangEntry any = m_report.listed.value(0);
+        const QString plainPath = m_report.applicationDir + QLatin1String("/Lang/") + any.folder
+            + QLatin1Char('/') + kQmFileName;
+        if (!any.folder.contains(QLatin1Char('%')) && !any.qmPath.isEmpty()
+            && any.qmPath != plainPath) {
+            m_report.addFile(FindingKind::ApplicationFolder, m_report.applicationDir,
+                             {quoted(m_report.applicationDir)});
+        }
+    }
+
+    /// Completes the remedy of a finding about the language's folder.
+    void completeRemedy(const LangEntry &lang)
+    {
+        const QString key = languageKey(lang.id, "FOLDER");
+        const int index = m_lines.findings.value(key, -1);
+        const QString folder =
+            nearbyFolder(m_report.applicationDir, lang.folder, m_report.unusedFolders);
+        if (index < 0 || folder.isEmpty())
+            return;
+        Finding &finding = m_report.findings[index];
+        finding.languages += lang.id;
+        if (finding.kind == FindingKind::FolderDots || finding.kind == FindingKind::FolderAbsolute)
+            finding.values[3] = QStringLiteral("write %1=%2").arg(key, folder);
+        else if (finding.kind == FindingKind::QuotedValue
+                 || finding.kind == FindingKind::CommentInValue)
+            finding.values[2] = folder;
+    }
+
+    void checkFolders()
+    {
+        QHash<QString, int> idOfPath;
+        for (const LangEntry &lang : qAsConst(m_report.listed)) {
+            completeRemedy(lang);
+            const int line = m_lines.languages.value(lang.id).folder.line;
+            QString path = QDir::cleanPath(QDir::fromNativeSeparators(lang.qmPath));
+            if (kFileNames == Qt::CaseInsensitive)
+                path = path.toCaseFolded();
+            if (idOfPath.contains(path)) {
+                const int other = idOfPath.value(path);
+                addLine(
+                    FindingKind::SameFolder, line, lang.id,
+                    {languageKey(lang.id, "FOLDER"), QString::number(other), quoted(lang.folder)})
+                    .languages += other;
+            }
+            idOfPath.insert(path, lang.id);
+
+            const QString onDisk = nameOnDisk(lang.folder);
+            if (!onDisk.isEmpty() && onDisk != lang.folder) {
+                Finding &finding =
+                    addLine(FindingKind::FolderCase, line, lang.id,
+                            {languageKey(lang.id, "FOLDER"), quoted(lang.folder), onDisk});
+                if (kFileNames == Qt::CaseSensitive) { // The translation is not found.
+                    finding.severity = Finding::Error;
+                    m_checked.insert(lang.qmPath);
+                }
+            }
+        }
+    }
+
+    void checkOnce(const QString &path, int langId)
+    {
+        if (m_checked.contains(path))
+            return;
+        m_checked.insert(path);
+        const CatalogueKey folder = m_lines.languages.value(langId).folder;
+        const QString folderPath = m_report.applicationDir + QLatin1String("/Lang/") + folder.value;
+        const bool isPlain = path == folderPath + QLatin1Char('/') + kQmFileName;
+        if (QFileInfo::exists(path)) {
+            checkTranslation(path);
+        } else if (!isExplained(languageKey(langId, "FOLDER"), folder)) {
+            if (!isPlain || QFileInfo(folderPath).isDir())
+                checkTranslation(path);
+            else
+                addFolderMissing(langId, folder);
+        }
+    }
+
+    /// If a finding says why the translation isn't found, completes it and returns true.
+    bool isExplained(const QString &key, const CatalogueKey &folder)
+    {
+        const int index = m_lines.findings.value(key, -1);
+        if (index < 0 || m_report.findings.at(index).line != folder.line)
+            return false;
+        Finding &finding = m_report.findings[index];
+        finding.consequences +=
+            QStringLiteral("a dialog that needs the translation ") + fallbackEffect(m_report);
+        finding.severity = Finding::Error;
+        return true;
+    }
+
+    void addFolderMissing(int langId, const CatalogueKey &folder)
+    {
+        const QString key = languageKey(langId, "FOLDER");
+        const QString near =
+            nearbyFolder(m_report.applicationDir, folder.value, m_report.unusedFolders);
+        QString remedy;
+        if (near != near.trimmed()) {
+            remedy = QStringLiteral("rename the folder %1 to %2, without spaces")
+                         .arg(quoted(near), near.trimmed());
+        } else if (!near.isEmpty()) {
+            remedy = QStringLiteral("write %1=%2").arg(key, near);
+        } else {
+            const QString unused =
+                shortened(m_report.unusedFolders.join(QStringLiteral(", ")), 200);
+            remedy = QStringLiteral("write the name of an existing folder after %1=").arg(key);
+            if (!unused.isEmpty())
+                remedy += QStringLiteral(", such as one that no language uses (%1)").arg(unused);
+            if (isFolderName(folder.value))
+                remedy += QStringLiteral(", or create a folder with exactly this name and put the "
+                                         "compiled translation into it");
+        }
+        addLine(FindingKind::FolderMissing, folder.line, langId,
+                {key, quotedAscii(folder.value), fallbackEffect(m_report), remedy});
+    }
+
+    /// Returns the folders with a translation that no language uses, not even a hidden one.
+    QStringList unusedFolders() const
+    {
+        QStringList used {QFileInfo(fallback()).dir().dirName()};
+        for (const LanguageLines &language : m_lines.languages)
+            used += language.folder.value;
+        QStringList result;
+        const QDir lang(m_report.applicationDir + QLatin1String("/Lang"));
+        const QStringList folders = lang.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+        for (const QString &folder : folders) {
+            if (!used.contains(folder, kFileNames)
+                && QFileInfo(lang.filePath(folder + QLatin1Char('/') + kQmFileName)).isFile())
+                result += folder;
+        }
+        return result;
+    }
+
+    void checkTranslation(const QString &path)
+    {
+        QFile file(path);
+        const QFileInfo folder(QFileInfo(path).path());
+        if (folder.isDir() && !(folder.isReadable() && folder.isExecutable()))
+            addTranslation(FindingKind::FolderUnreadable, folder.filePath(), {effectFor(path)});
+        else if (!QFileInfo::exists(path))
+            addMissing(path);
+        else if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+            addTranslation(FindingKind::QmUnreadable, path);
+        else if (const auto translation = loadTranslation(path))
+            checkTexts(path, translation->language);
+        else
+            addTranslation(kindOfInvalidFile(file.read(kStartLength)), path);
+    }
+
+    QString effectFor(const QString &path) const
+    {
+        return path == fallback() ? QStringLiteral("has empty texts") : fallbackEffect(m_report);
+    }
+
+    void addMissing(const QString &path)
+    {
+        const QString found = nearbyTranslation(path);
+        const QString name = m_report.relative(found);
+        QString remedy = QStringLiteral("put the compiled translation there");
+        if (found.endsWith(QLatin1String(".ts"))) {
+            remedy = QStringLiteral("compile it with \"lrelease %1 -qm %2\"")
+                         .arg(name, m_report.relative(path));
+        } else if (!found.isEmpty()) {
+            remedy = QStringLiteral("if it is the translation for this folder, rename %1 to %2")
+                         .arg(name, m_report.relative(path));
+        }
+        addTranslation(FindingKind::QmMissing, path,
+                       {found.isEmpty() ? QString() : QStringLiteral(", but there is ") + name,
+                        effectFor(path), remedy});
+    }
+
+    void checkTexts(const QString &path, const QString &language)
+    {
+        QStringList texts;
+        for (const SourceText &source : kSourceTexts)
+            texts +=
+                CTranslatorMgr::instance()->translator()->translate(source.context, source.text);
+        if (texts.count(QString()) == texts.size()) {
+            addTranslation(FindingKind::QmForeign, path);
+            return;
+        }
+        m_codes.insert(path, language);
+        m_texts.insert(path, texts);
+        for (int i = 0; i < texts.size(); ++i)
+            checkText(path, kSourceTexts[i], texts.at(i));
+        const DlgSettings dialog;
+        const QVector<ShownText> clipped = clippedTexts(dialog);
+        for (const ShownText &text : clipped) {
+            if (!isShownAsHtml(text.source) || !Qt::mightBeRichText(text.text))
+                addClipped(path, text, "the dialog");
+        }
+        checkTitle(path, dialog, kSourceTexts[kSuccess], texts.at(kSuccess), true);
+        checkTitle(path, dialog, kSourceTexts[kError], texts.at(kError), false);
+    }
+
+    /// A message box grows with its title, but not without end.
+    void checkTitle(const QString &path, const DlgSettings &dialog, const SourceText &source,
+                    const QString &title, bool success)
+    {
+        const int narrow = 20; // Characters of a title that fits into each box
+        if (title.size() < narrow)
+            return;
+        const Box box = boxAfterChange(dialog, success);
+        if (box.titleWidth > box.titleRoom) {
+            addClipped(path, {title, {}, true, false, box.titleWidth, box.titleRoom, source},
+                       "the title of its message box");
+        }
+    }
+
+    void addClipped(const QString &path, const ShownText &text, const char *place)
+    {
+        addTranslation(
+            FindingKind::TextClipped, path,
+            {QLatin1String(text.tooTall ? "tall" : "wide"), QLatin1String(text.source.text),
+             QLatin1String(text.source.context), quoted(text.text), QString::number(text.size),
+             QString::number(text.room),
+             text.tooTall
+                 ? QStringLiteral("reduce the display's scaling or its font size")
+                 : QStringLiteral("use a shorter translation in the language's .ts file, or in one "
+                                  "made with \"lconvert Zendel.qm -o Zendel.ts\", and compile "
+                                  "that file"),
+             QLatin1String(place)});
+    }
+
+    void checkText(const QString &path, const SourceText &source, const QString &text)
+    {
+        QStringList values {QLatin1String(source.text), QLatin1String(source.context),
+                            quoted(text)};
+        if (text.isEmpty()) {
+            addTranslation(FindingKind::TextMissing, path, values);
+        } else if (plain(text).isEmpty()) {
+            addTranslation(FindingKind::TextBlank, path, values);
+        } else if (isShownAsHtml(source) && Qt::mightBeRichText(text)) {
+            addTranslation(FindingKind::TextHtml, path, values);
+        } else if (isShownWithMnemonic(source)) {
+            static const QRegularExpression vanishing(QStringLiteral("(?<!&)(&&)*&([ ]|$)"));
+            const QRegularExpressionMatch match = vanishing.match(text);
+            if (match.hasMatch()) {
+                values += match.captured(2).isEmpty() ? QStringLiteral("the end")
+                                                      : QStringLiteral("a space");
+                addTranslation(FindingKind::TextAmpersand, path, values);
+            }
+        }
+    }
+
+    /// The label and the message boxes take a text with tags for HTML.
+    static bool isShownAsHtml(const SourceText &source)
+    {
+        return qstrcmp(source.text, "Language:") == 0
+            || QLatin1String(source.text).endsWith(QLatin1Char('!'));
+    }
+
+    /// The tab and the button underline the character after "&" instead of showing it.
+    static bool isShownWithMnemonic(const SourceText &source)
+    {
+        return qstrcmp(source.text, "Language") == 0 || qstrcmp(source.text, "Change") == 0;
+    }
+
+    /// Finds files that are in the folder of another listed language.
+    void checkLanguages()
+    {
+        QSet<QString> swapped;
+        for (const LangEntry &lang : qAsConst(m_report.listed)) {
+            const QString code = m_codes.value(lang.qmPath);
+            const QString folder = folderName(lang);
+            if (!isLanguageCode(code) || !isLanguageCode(folder) || isNamedFor(folder, code)
+                || swapped.contains(lang.qmPath))
+                continue;
+            const auto other = std::find_if(
+                m_report.listed.constBegin(), m_report.listed.constEnd(),
+                [&code](const LangEntry &one) { return isNamedFor(folderName(one), code); });
+            if (other == m_report.listed.constEnd())
+                continue;
+            const QString otherFile = m_report.relative(other->qmPath);
+            QString remedy = QStringLiteral("replace it with the translation for %1").arg(folder);
+            if (isNamedFor(folder, m_codes.value(other->qmPath))) {
+                swapped.insert(other->qmPath); // Once for both, because two swaps change nothing.
+                remedy = QStringLiteral("swap it with ") + otherFile
+                    + QStringLiteral(", which is for ") + m_codes.value(other->qmPath);
+            }
+            m_reportedLanguages += lang.qmPath;
+            addFile(FindingKind::QmLanguage, lang,
+                    {code, folderName(*other), folder, quoted(lang.name), remedy, codeOf(folder)});
+        }
+    }
+
+    /// Finds languages with the texts of another one, or in English.
+    void checkSameTexts()
+    {
+        QStringList english;
+        for (const SourceText &source : kSourceTexts)
+            english += QLatin1String(source.text);
+        QMap<QStringList, QString> pathOfTexts;
+        for (const LangEntry &lang : qAsConst(m_report.listed)) {
+            const QStringList texts = m_texts.value(lang.qmPath);
+            if (texts.isEmpty() || m_reportedLanguages.contains(lang.qmPath))
+                continue;
+            const QString folder = folderName(lang);
+            const QString earlier = pathOfTexts.value(texts);
+            if (texts == english && isLanguageCode(folder)
+                && localeOf(folder).language() != QLocale::English) {
+                addFile(FindingKind::QmEnglish, lang, {folder, quoted(lang.name)});
+            } else if (!earlier.isEmpty()
+                       && QDir::cleanPath(earlier) != QDir::cleanPath(lang.qmPath)
+                       && !isSameLanguage(folder, QFileInfo(earlier).dir().dirName())) {
+                addFile(FindingKind::SameTexts, lang,
+                        {m_report.relative(earlier), quoted(lang.name)});
+            }
+            pathOfTexts.insert(texts, lang.qmPath);
+        }
+    }
+
+    static bool isSameLanguage(const QString &one, const QString &other)
+    {
+        return isLanguageCode(one) && isLanguageCode(other)
+            && localeOf(one).language() == localeOf(other).language()
+            && localeOf(one).script() == localeOf(other).script();
+    }
+
+    void addFile(FindingKind kind, const LangEntry &language, const QStringList &values)
+    {
+        m_report.addFile(kind, language.qmPath, values).languages += language.id;
+    }
+
+    static QString folderName(const LangEntry &language)
+    {
+        return QFileInfo(language.qmPath).dir().dirName();
+    }
+
+    Finding &addLine(FindingKind kind, int line, int langId, const QStringList &values)
+    {
+        Finding &finding = m_report.addLine(kind, line, values);
+        finding.languages += langId;
+        return finding;
+    }
+
+    void addTranslation(FindingKind kind, const QString &path, const QStringList &values = {})
+    {
+        Finding &finding = m_report.addFile(kind, path, values);
+        if (m_unused)
+            finding.severity = Finding::Warning;
+        for (const LangEntry &lang : qAsConst(m_report.listed)) {
+            if (lang.qmPath == path || QFileInfo(lang.qmPath).path() == path)
+                finding.languages += lang.id;
+        }
+    }
+
+    QString fallback() const { return fallbackPath(m_report.applicationDir); }
+
+    Report &m_report;
+    const CatalogueLines &m_lines;
+    QHash<QString, QString> m_codes;     ///< The language that each translation is for
+    QHash<QString, QStringList> m_texts; ///< The texts of each translation
+    QSet<QString> m_reportedLanguages;   ///< Translations for a wrong language
+    QSet<QString> m_checked {QString()}; ///< Paths of translations.
+    bool m_unused = false; ///< Whether the fallback is checked although the default has a file.
+};
+
+} // namespace
+
+void checkTranslations(Report &report, const CatalogueLines &lines)
+{
+    TranslationCheck(report, lines).check();
+}

@@ -1,0 +1,496 @@
+// Applies the remedy of each kind of finding literally: afterwards there is no finding.
+
+#include "GoodDeployment.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSet>
+#include <QTest>
+
+#include <functional>
+
+using Step = std::function<void()>;
+Q_DECLARE_METATYPE(Step)
+
+namespace {
+
+using GoodDeployment::catalogueWith;
+using GoodDeployment::check;
+using GoodDeployment::kCatalogue;
+using GoodDeployment::kUtf8Bom;
+
+const QByteArray kUtf16Bom = "\xFF\xFE";
+
+QString langPath(const char *name)
+{
+    return Deployment::path(QStringLiteral("Lang/") + QString::fromUtf8(name));
+}
+
+/// Returns a step that writes a catalogue.
+Step catalogue(const QByteArray &bytes)
+{
+    return [bytes] { Deployment::writeCatalogue(bytes); };
+}
+
+QByteArray readCatalogue()
+{
+    QFile file(langPath("Lang.ini"));
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("No catalogue");
+    return file.readAll();
+}
+
+/// Returns a step that replaces a line, numbered from 1; with a null text, it deletes the line.
+Step line(int number, const char *text)
+{
+    return [number, text] {
+        QList<QByteArray> lines = readCatalogue().split('\n');
+        const bool bom = number == 1 && lines.first().startsWith(kUtf8Bom) && text;
+        if (text)
+            lines[number - 1] = (bom ? kUtf8Bom : QByteArray()) + text;
+        else
+            lines.removeAt(number - 1);
+        Deployment::writeCatalogue(lines.join('\n'));
+    };
+}
+
+/// Returns a step that replaces a text in the whole catalogue.
+Step replace(const char *from, const char *to)
+{
+    return [from, to] {
+        QByteArray bytes = readCatalogue();
+        if (!bytes.contains(from))
+            qFatal("No %s", from);
+        Deployment::writeCatalogue(bytes.replace(from, to));
+    };
+}
+
+/// Returns a step that renames or moves a file or folder in Lang.
+Step move(const char *from, const char *to)
+{
+    return [from, to] {
+        QDir().mkpath(QFileInfo(langPath(to)).path());
+        if (!QFile::rename(langPath(from), langPath(to)))
+            qFatal("Can't rename %s", from);
+    };
+}
+
+/// Returns a step that installs a test translation.
+Step translation(const char *folder, const char *name)
+{
+    return [folder, name] {
+        Deployment::installTranslation(QString::fromUtf8(folder), QLatin1String(name));
+    };
+}
+
+/// Returns a step that writes any bytes as a translation.
+Step file(const char *folder, const QByteArray &bytes)
+{
+    return [folder, bytes] { Deployment::writeTranslation(QString::fromUtf8(folder), bytes); };
+}
+
+Step deleted(const char *name)
+{
+    return [name] {
+        if (!QFile::remove(langPath(name)))
+            qFatal("Can't remove %s", name);
+    };
+}
+
+Step both(const Step &first, const Step &second)
+{
+    return [first, second] {
+        first();
+        second();
+    };
+}
+
+QString placeOf(const Finding &finding)
+{
+    return finding.line > 0 ? QStringLiteral("%1:%2").arg(finding.file).arg(finding.line)
+                            : finding.file;
+}
+
+QByteArray utf16(const QByteArray &text)
+{
+    return Deployment::utf16(QChar(QChar::ByteOrderMark) + QString::fromUtf8(text));
+}
+
+/// Returns a test translation with one of its texts, "2 Change" and so on, replaced with one that
+/// is as long.
+QByteArray withText(const QByteArray &from, const QString &to)
+{
+    QFile compiled(QStringLiteral(":/translations/second.qm"));
+    if (!compiled.open(QIODevice::ReadOnly))
+        qFatal("No test translation");
+    const auto bigEndian = [](const QString &text) {
+        QByteArray bytes;
+        for (const QChar c : text) {
+            bytes += static_cast<char>(c.unicode() >> 8);
+            bytes += static_cast<char>(c.unicode() & 0xFF);
+        }
+        return bytes;
+    };
+    QByteArray bytes = compiled.readAll();
+    // The length that precedes the text tells it from the beginning of another.
+    const QByteArray length("\0\0\0", 3);
+    const QByteArray text =
+        length + static_cast<char>(2 * from.size()) + bigEndian(QString::fromLatin1(from));
+    if (from.size() != to.size() || bytes.count(text) != 1)
+        qFatal("No text %s", from.constData());
+    return bytes.replace(text, text.left(4) + bigEndian(to));
+}
+
+} // namespace
+
+class tst_langcheck_remedies : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { GoodDeployment::prepareTests(); }
+    void init() { GoodDeployment::install(); }
+    void cleanup() { makeReadable(); }
+
+    void remedyRepairs_data();
+    void remedyRepairs();
+    void everyKindHasARow();
+
+private:
+    static void makeReadable();
+
+    QSet<QString> m_kinds;
+};
+
+void tst_langcheck_remedies::makeReadable()
+{
+    QFile::setPermissions(langPath("second"),
+                          QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+void tst_langcheck_remedies::remedyRepairs_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<Step>("damage");
+    QTest::addColumn<QString>("place"); // Of the only finding
+    QTest::addColumn<QString>("remedy");
+    QTest::addColumn<Step>("repair");
+
+    const auto row = [](const char *kind, const char *name, const Step &damage, const char *place,
+                        const QByteArray &remedy, const Step &repair) {
+        QTest::addRow("%s: %s", kind, name)
+            << QString::fromLatin1(kind) << damage << QStringLiteral("Lang/") + QLatin1String(place)
+            << QString::fromUtf8(remedy) << repair;
+    };
+    const QByteArray good = kCatalogue;
+    const auto with = [](const char *before, const char *after) {
+        return catalogue(kUtf8Bom + catalogueWith(before, after));
+    };
+    const Step restore = catalogue(good);
+    const Step save = catalogue(kUtf8Bom + good);
+    const char *const ini = "Lang.ini";
+
+    // The catalogue as a file
+    row("catalogue-missing", "nothing like it", deleted(ini), ini, "put the catalogue there",
+        restore);
+    for (const char *const name : {"Lang.ini.txt", "Lang (1).ini", "Lang_old.ini", "Lagn.ini",
+                                   "Lang/Lang.ini", "../Lang.ini"}) {
+        const QByteArray shown =
+            QDir::cleanPath(QStringLiteral("Lang/") + QLatin1String(name)).toUtf8();
+        row("catalogue-missing", name, move(ini, name), ini,
+            "rename " + shown + " to Lang/Lang.ini", move(name, ini));
+    }
+    row("catalogue-unreadable", "folder",
+        both(deleted(ini), [] { QDir().mkpath(langPath("Lang.ini")); }), ini,
+        "rename the folder, and put the catalogue there", both(move(ini, "old"), restore));
+    row("catalogue-empty", "no bytes", catalogue("; x\n"), ini,
+        "restore it from a backup, or write [LANG_MGR], DEFAULT and the keys of each language",
+        restore);
+    row("catalogue-not-text", "zeros", catalogue(QByteArray(90, '\0')), ini,
+        "restore it from a backup", restore);
+    row("catalogue-not-text", "Rich Text", catalogue("{\\rtf1 [LANG_MGR]\\par\n}"), ini,
+        "open it in WordPad, and save it as \"Unicode text document\"", catalogue(utf16(good)));
+    row("zero-tail", "complete lines", catalogue(good + QByteArray(60, '\0')), ini,
+        "delete them, and make sure that no lines are missing at the end", restore);
+    row("odd-byte", "UTF-16", catalogue(utf16(good) + '\n'), ini,
+        "make sure that no lines are missing at the end, and save the file again",
+        catalogue(utf16(good)));
+    row("utf16-without-bom", "little endian", catalogue(utf16(good).mid(2)), ini,
+        "open it as UTF-16, make sure that all names look right, and only then save it as \"UTF-8 "
+        "with BOM\"",
+        save);
+    const QByteArray utf8 = catalogueWith("=Two", "=中文");
+    row("utf8-without-bom", "Chinese", catalogue(utf8), ini,
+        "open the file as UTF-8, correct any names that have lost letters, and only then save it "
+        "as \"UTF-8 with BOM\"",
+        catalogue(kUtf8Bom + utf8));
+    row("no-bom", "GB2312", catalogue(catalogueWith("=Two", "=\xD6\xD0\xCE\xC4")), "Lang.ini:6",
+        "look at the picture of the list, and save the file as \"UTF-8 with BOM\" in the encoding "
+        "in which all names look right",
+        catalogue(kUtf8Bom + utf8));
+    row("second-bom", "header", catalogue(kUtf8Bom + kUtf8Bom + good), "Lang.ini:1",
+        "delete the BOM", save);
+    const char *const right = "open the file in the encoding in which all names look right, "
+                              "correct any names that have lost letters, and only then save it as "
+                              "\"UTF-8 with BOM\"";
+    const Step spanish = catalogue(kUtf8Bom + catalogueWith("=Two", "=Español"));
+    row("undecodable", "Latin-1", catalogue(catalogueWith("=Two", "=Espa\xF1ol")), "Lang.ini:6",
+        right, spanish);
+    row("swallowed-line", "comment", catalogue(good + ";\xD6\n;\n"), "Lang.ini:9", right, save);
+    row("half-character", "name",
+        catalogue(utf16(catalogueWith("=Two", "=T*")).replace(QByteArray("*\0", 2), "\x01\xD8")),
+        "Lang.ini:6", "type the text again, and save the file", catalogue(utf16(good)));
+    row("appended-bytes", "8 bits", catalogue(utf16(good) + "LANG2_SHOW=1\r\n"), "Lang.ini:9",
+        "open the file as UTF-16, delete the line, type it again, and save the file",
+        catalogue(utf16(good)));
+    row("carriage-return", "comment", catalogue(good + "; one\r; two\n"), "Lang.ini:9",
+        "end lines with CR LF or LF", catalogue(good + "; one\n; two\n"));
+
+    // Sections and keys
+    row("no-section", "keys only", catalogue(catalogueWith("[LANG_MGR]\n", "; x\n")), "Lang.ini:2",
+        "insert a line with [LANG_MGR] before line 2", line(2, "[LANG_MGR]\nDEFAULT=1"));
+    for (const char *const header : {"[LANGMGR]", "[LANG MGR]", "[[LANG_MGR]]", "LANG_MGR",
+                                     "(LANG_MGR)", "[General]", "［LANG_MGR］"}) {
+        row("header", header, with("[LANG_MGR]", header), "Lang.ini:1",
+            "write [LANG_MGR] on this line, with nothing before or after it",
+            line(1, "[LANG_MGR]"));
+    }
+    row("outside-section", "another section", catalogue(good + "[HOST]\nPORT=5\nLANG2_SHOW=1\n"),
+        "Lang.ini:11", "move it below [LANG_MGR]", catalogue(good + "[HOST]\nPORT=5\n"));
+    row("no-key", "no sign", catalogue(good + "Deutsch\n"), "Lang.ini:9",
+        "write KEY=value, or start a comment with \";\"", line(9, "; Deutsch"));
+    row("no-key", "colon", catalogue(catalogueWith("LANG2_SHOW=", "LANG2_SHOW:")), "Lang.ini:8",
+        "write \"=\" instead of \":\"", line(8, "LANG2_SHOW=1"));
+    row("no-key", "all with colons", catalogue(QByteArray(good).replace('=', ':')), "Lang.ini:2",
+        "write \"=\" instead of \":\"", replace(":", "="));
+    row("no-key", "full-width sign", with("LANG2_NAME=", "LANG2_NAME＝"), "Lang.ini:6",
+        "write \"=\" instead of \"＝\" (with U+FF1D)", line(6, "LANG2_NAME=Two"));
+    row("no-key", "comment", catalogue(good + "// x\n"), "Lang.ini:9",
+        "start the comment with \";\"", line(9, "; x"));
+    row("key-case", "one", catalogue(catalogueWith("LANG2_SHOW", "Lang2_Show")), "Lang.ini:8",
+        "write LANG2_SHOW", line(8, "LANG2_SHOW=1"));
+    row("key-case", "all",
+        catalogue(QByteArray(good).replace("LANG", "Lang").replace("[Lang", "[LANG")), "Lang.ini:3",
+        "write all keys in upper case", both(replace("Lang", "LANG"), [] {}));
+    row("unknown-key", "unlike any", catalogue(good + "LANG1_ICON=x\n"), "Lang.ini:9",
+        "use DEFAULT or LANG<n>_ID, _NAME, _FOLDER or _SHOW", line(9, nullptr));
+    row("unknown-key", "NANE", catalogue(catalogueWith("LANG2_NAME", "LANG2_NANE")), "Lang.ini:6",
+        "write LANG2_NAME=Two", line(6, "LANG2_NAME=Two"));
+    row("unknown-key", "FODLER", catalogue(catalogueWith("LANG2_FOLDER", "LANG2_FODLER")),
+        "Lang.ini:7", "write LANG2_FOLDER=second", line(7, "LANG2_FOLDER=second"));
+    row("unknown-key", "no underscore", catalogue(catalogueWith("LANG2_SHOW", "LANG2SHOW")),
+        "Lang.ini:8", "write LANG2_SHOW=1", line(8, "LANG2_SHOW=1"));
+    row("unknown-key", "DEFUALT", catalogue(catalogueWith("DEFAULT", "DEFUALT")), "Lang.ini:2",
+        "write DEFAULT=1", line(2, "DEFAULT=1"));
+    row("unknown-key", "commented out", catalogue(catalogueWith("LANG2_SHOW", "// LANG2_SHOW")),
+        "Lang.ini:8", "write LANG2_SHOW=1, or start the comment with \";\"",
+        line(8, "LANG2_SHOW=1"));
+    row("unknown-key", "full-width digit", with("LANG2_NAME", "LANG２_NAME"), "Lang.ini:6",
+        "write LANG2_NAME=Two", line(6, "LANG2_NAME=Two"));
+    row("repeated-key", "SHOW", catalogue(good + "LANG2_SHOW=0\n"), "Lang.ini:9",
+        "delete all but the right one", line(9, nullptr));
+    row("repeated-language", "two of number 2",
+        catalogue(good + "LANG2_NAME=Three\nLANG2_FOLDER=chs\nLANG2_SHOW=1\n"), "Lang.ini:9",
+        "give each language its own number, name and folder, or delete the lines of those that you "
+        "don't want",
+        catalogue(good + "LANG3_NAME=Three\nLANG3_FOLDER=chs\nLANG3_SHOW=1\n"));
+
+    // Numbers
+    row("number-too-long", "all keys", catalogue(catalogueWith("LANG2_", "LANG99999999999_")),
+        "Lang.ini:6", "use a number up to 255 in all keys of the language",
+        replace("LANG99999999999_", "LANG2_"));
+    row("number-above-255", "with an ID",
+        catalogue(catalogueWith("LANG2_", "LANG300_") + "LANG300_ID=2\n"), "Lang.ini:6",
+        "use a number up to 255 in all keys of the language, such as the 2 in its ID",
+        replace("LANG300_", "LANG2_"));
+    row("same-machine-number", "257 and 1", catalogue(catalogueWith("LANG2", "LANG257")),
+        "Lang.ini:6", "use numbers up to 255", replace("LANG257", "LANG2"));
+    row("id-differs", "used number", catalogue(good + "LANG2_ID=1\n"), "Lang.ini:9",
+        "write LANG2_ID=2 or, to give the language the number 1, rename its keys to LANG1_ID, "
+        "LANG1_NAME and so on, and give the present language 1 another number",
+        line(9, "LANG2_ID=2"));
+
+    // Names
+    row("quoted-value", "typographic", with("=Two", "=„Two“"), "Lang.ini:6", "write LANG2_NAME=Two",
+        line(6, "LANG2_NAME=Two"));
+    row("comment-in-value", "tab", with("=Two", "=Two\t; 2"), "Lang.ini:6",
+        "write LANG2_NAME=Two, and the comment on a line of its own",
+        line(6, "; 2\nLANG2_NAME=Two"));
+    row("lost-letters", "question mark", with("=Two", "=Fran?ais"), "Lang.ini:6",
+        "open the file in the encoding in which all other names look right, type this one again, "
+        "and save the file as \"UTF-8 with BOM\"",
+        line(6, "LANG2_NAME=Français"));
+    row("garbled-name", "French", with("=Two", "=FranÃ§ais"), "Lang.ini:6",
+        "write LANG2_NAME=Français, correct the other names, and save the file as \"UTF-8 with "
+        "BOM\"",
+        line(6, "LANG2_NAME=Français"));
+    row("name-invisible", "zero-width space", with("=Two", "=Two\u200B"), "Lang.ini:6",
+        "type the name again, without them: LANG2_NAME=Two", line(6, "LANG2_NAME=Two"));
+    row("same-name", "One", catalogue(catalogueWith("=Two", "=One")), "Lang.ini:6",
+        "use another name, or hide one of the two with LANG1_SHOW=0", line(6, "LANG2_NAME=Two"));
+    row("name-clipped", "too wide",
+        catalogue(catalogueWith("=Two", "=A language with a name that no list can hold")),
+        "Lang.ini:6", "use a shorter name", line(6, "LANG2_NAME=Two"));
+
+    // Folders
+    row("folder-dots", "below Lang", catalogue(catalogueWith("=second", "=..\\Lang\\second")),
+        "Lang.ini:7", "write LANG2_FOLDER=second", line(7, "LANG2_FOLDER=second"));
+    row("folder-absolute", "drive", catalogue(catalogueWith("=second", "=C:\\Host\\Lang\\second")),
+        "Lang.ini:7", "write LANG2_FOLDER=second", line(7, "LANG2_FOLDER=second"));
+    row("folder-percent", "digit",
+        both(catalogue(catalogueWith("=second", "=%1")), move("second", "%1")), "Lang.ini:7",
+        "rename the folder, and write its new name after LANG2_FOLDER=",
+        both(move("%1", "second"), line(7, "LANG2_FOLDER=second")));
+    row("folder-case", "SECOND", catalogue(catalogueWith("=second", "=SECOND")), "Lang.ini:7",
+        "write LANG2_FOLDER=second", line(7, "LANG2_FOLDER=second"));
+    row("same-folder", "first", catalogue(catalogueWith("=second", "=first")), "Lang.ini:7",
+        "use a separate folder for each, or hide one of the two with LANG1_SHOW=0",
+        line(7, "LANG2_FOLDER=second"));
+    for (const char *const folder : {"second\\Zendel.qm", "Lang\\second", "secnod", "sесond"}) {
+        row("folder-missing", folder,
+            both(line(6, "LANG2_NAME=Two"),
+                 catalogue(kUtf8Bom + catalogueWith("=second", QByteArray("=") + folder))),
+            "Lang.ini:7", "write LANG2_FOLDER=second", line(7, "LANG2_FOLDER=second"));
+    }
+    row("quoted-value", "folder", catalogue(catalogueWith("=second", "=\"second\"")), "Lang.ini:7",
+        "write LANG2_FOLDER=second", line(7, "LANG2_FOLDER=second"));
+    row("comment-in-value", "folder", catalogue(catalogueWith("=second", "=second  # 2")),
+        "Lang.ini:7", "write LANG2_FOLDER=second, and the comment on a line of its own",
+        line(7, "# 2\nLANG2_FOLDER=second"));
+    row("folder-missing", "no such name on Windows",
+        both(catalogue(catalogueWith("=second", "=CON")), translation("third", "third")),
+        "Lang.ini:7",
+        "write the name of an existing folder after LANG2_FOLDER=, such as one that no language "
+        "uses (second, third)",
+        line(7, "LANG2_FOLDER=third"));
+    row("folder-missing", "new folder", catalogue(catalogueWith("=second", "=klingon")),
+        "Lang.ini:7",
+        "write the name of an existing folder after LANG2_FOLDER=, such as one that no language "
+        "uses (second), or create a folder with exactly this name and put the compiled translation "
+        "into it",
+        translation("klingon", "second"));
+#ifndef Q_OS_WIN
+    row("folder-missing", "space on disk", move("second", "second "), "Lang.ini:7",
+        "rename the folder \"second \" to second, without spaces", move("second ", "second"));
+#endif
+
+    // Shown languages and the default
+    const Step third = catalogue(good + "LANG3_NAME=Three\nLANG3_FOLDER=chs\nLANG3_SHOW=1\n");
+    const QByteArray hidden = good + "LANG3_NAME=Three\nLANG3_FOLDER=chs\nLANG3_SHOW=";
+    for (const char *const value : {"yes", "1.0", "１", "'1'"}) {
+        row("show-number", value, catalogue(kUtf8Bom + hidden + value), "Lang.ini:11",
+            "write LANG3_SHOW=1", line(11, "LANG3_SHOW=1"));
+    }
+    row("show-number", "no", catalogue(hidden + "no"), "Lang.ini:11", "write LANG3_SHOW=0",
+        line(11, "LANG3_SHOW=0"));
+    row("show-other", "2", catalogue(hidden + "2"), "Lang.ini:11",
+        "write LANG3_SHOW=1 to show it, or LANG3_SHOW=0 to hide it", line(11, "LANG3_SHOW=1"));
+    row("show-missing", "no line", catalogue(good + "LANG3_NAME=Three\nLANG3_FOLDER=chs\n"),
+        "Lang.ini:9", "write LANG3_SHOW=1 to show it, or LANG3_SHOW=0 to hide it", third);
+    row("incomplete", "no name", catalogue(good + "LANG3_FOLDER=chs\nLANG3_SHOW=1\n"),
+        "Lang.ini:10", "write LANG3_NAME=<name>", third);
+    row("no-languages", "section only", catalogue("[LANG_MGR]\nDEFAULT=1\n"), ini,
+        "write all three for at least one language", restore);
+    row("default-missing", "no line", catalogue(catalogueWith("DEFAULT=1\n", "")), ini,
+        "write DEFAULT=1 (or 2) below [LANG_MGR]", line(1, "[LANG_MGR]\nDEFAULT=1"));
+    row("default-number", "O2", catalogue(catalogueWith("DEFAULT=1", "DEFAULT=O2")), "Lang.ini:2",
+        "write DEFAULT=1 (or 2)", line(2, "DEFAULT=2"));
+    row("default-unknown", "9", catalogue(catalogueWith("DEFAULT=1", "DEFAULT=9")), "Lang.ini:2",
+        "write DEFAULT=1 (or 2)", line(2, "DEFAULT=1"));
+    row("default-hidden", "1", catalogue(catalogueWith("LANG1_SHOW=1", "LANG1_SHOW=0")),
+        "Lang.ini:2", "write LANG1_SHOW=1, or DEFAULT=2", line(2, "DEFAULT=2"));
+
+    // Translations
+    const char *const qm = "second/Zendel.qm";
+    row("qm-missing", "nothing like it", deleted(qm), qm, "put the compiled translation there",
+        translation("second", "second"));
+    for (const char *const name :
+         {"second/second.qm", "second/Zendel.qm.txt", "second/Zendel_fr.qm", "second/Zendel (1).qm",
+          "second/second/Zendel.qm", "Zendel.qm"}) {
+        row("qm-missing", name, move(qm, name), qm,
+            QByteArray("if it is the translation for this folder, rename Lang/") + name
+                + " to Lang/second/Zendel.qm",
+            move(name, qm));
+    }
+    row("qm-missing", "source", move(qm, "second/Zendel.ts"), qm,
+        "compile it with \"lrelease Lang/second/Zendel.ts -qm Lang/second/Zendel.qm\"",
+        translation("second", "second"));
+    row("qm-unreadable", "folder",
+        both(deleted(qm), [] { QDir().mkpath(langPath("second/Zendel.qm")); }), qm,
+        "replace it, or correct its permissions",
+        both([] { QDir().rmdir(langPath("second/Zendel.qm")); }, translation("second", "second")));
+    row("qm-source", "TS", file("second", "<!DOCTYPE TS>\n<TS version=\"2.1\">\n</TS>"), qm,
+        "rename this file to Zendel.ts, and compile it with \"lrelease Zendel.ts -qm Zendel.qm\"",
+        both(move(qm, "second/Zendel.ts"), translation("second", "second")));
+    row("qm-damaged", "empty", file("second", ""), qm, "replace it with an undamaged copy",
+        translation("second", "second"));
+    row("qm-foreign", "another program's", translation("second", "other_program"), qm,
+        "replace it with the plug-in's translation, compiled with lrelease from the plug-in's "
+        "translated .ts file",
+        translation("second", "second"));
+    const char *const compile = "the language's .ts file, or in one made with \"lconvert Zendel.qm "
+                                "-o Zendel.ts\", and compile that file";
+    row("text-blank", "spaces", file("second", withText("2 Change", QString(8, QChar(0xA0)))), qm,
+        QByteArray("translate it in ") + compile, translation("second", "second"));
+    row("text-ampersand", "space", file("second", withText("2 Change", QStringLiteral("2 & Chan"))),
+        qm, "write \"&&\" in the .ts file, and compile it",
+        file("second", withText("2 Change", QStringLiteral("2 && Cha"))));
+    row("text-html", "bold", file("second", withText("2 Language:", QStringLiteral("<b>x</b> xx"))),
+        qm, "write the text without tags in the .ts file, and compile it",
+        translation("second", "second"));
+    row("text-clipped", "button", translation("second", "long_texts"), qm,
+        QByteArray("use a shorter translation in ") + compile, translation("second", "second"));
+    row("qm-english", "in a German folder",
+        both(catalogue(catalogueWith("=second", "=de")),
+             both(move("second", "de"), translation("de", "english"))),
+        "de/Zendel.qm", "replace the file with the translation for de",
+        translation("de", "second"));
+    row("same-texts", "copied", translation("second", "first"), qm,
+        "replace one of the two files with the right translation", translation("second", "second"));
+}
+
+void tst_langcheck_remedies::remedyRepairs()
+{
+    QFETCH(QString, kind);
+    QFETCH(Step, damage);
+    QFETCH(QString, place);
+    QFETCH(QString, remedy);
+    QFETCH(Step, repair);
+
+    damage();
+    const QList<Finding> findings = check().findings;
+    QStringList texts;
+    for (const Finding &finding : findings)
+        texts += placeOf(finding) + QLatin1Char(' ') + finding.text();
+    QVERIFY2(findings.size() == 1, qPrintable(texts.join(QLatin1Char('\n'))));
+    QCOMPARE(QString(findings.first().id()), kind);
+    QCOMPARE(placeOf(findings.first()), place);
+    QCOMPARE(findings.first().remedy(), remedy);
+    m_kinds += kind;
+
+    repair();
+    texts.clear();
+    const QList<Finding> left = check().findings;
+    for (const Finding &finding : left)
+        texts += placeOf(finding) + QLatin1Char(' ') + finding.text();
+    QCOMPARE(texts.join(QLatin1Char('\n')), QString());
+}
+
+/// Those of the host's DLLs and four that need other deployments are tested elsewhere.
+void tst_langcheck_remedies::everyKindHasARow()
+{
+    const QSet<QString> elsewhere {QStringLiteral("application-folder"),
+                                   QStringLiteral("folder-unreadable"),
+                                   QStringLiteral("qm-language"), QStringLiteral("text-missing")};
+    QStringList missing;
+    for (const FindingDescription &kind : kFindings) {
+        const QString id = QLatin1String(kind.id);
+        if (kind.kind < FindingKind::DllUnusable && !m_kinds.contains(id)
+            && !elsewhere.contains(id))
+            missing += id;
+    }
+    QCOMPARE(missing.join(QLatin1Char(' ')), QString());
+}
+
+QTEST_MAIN(tst_langcheck_remedies)
+#include "tst_langcheck_remedies.moc"

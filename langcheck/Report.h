@@ -40,6 +40,9 @@ struct HostQt
     QString description() const;
 };
 
+/// The most lines of the catalogue in a report, more than any list of languages needs
+inline constexpr int kMostLines = 2000;
+
 /// What the plug-in does with a deployment, and what is wrong with it.
 struct Report
 {

@@ -73,7 +73,7 @@ int showInBrowser(const QStringList &dropped)
     if (error.isEmpty()) {
         const Report report = check(folder);
         Progress progress;
-        const QImage start = drawStart(report);
+        const StartPictures start = drawStart(report);
         error = openPage(makePage(report, start, drawAll(report, progress)));
         if (error.isEmpty())
             return report.exitCode();
@@ -112,7 +112,7 @@ QString writeOutput(const QString &file, const QByteArray &bytes)
 /// Writes the page and the pictures of a report. Returns what can't be written and why.
 QStringList writeDrawings(const CommandLine &commandLine, const Report &report, Progress &progress)
 {
-    const QImage start = drawStart(report);
+    const StartPictures start = drawStart(report);
     const QVector<LanguagePictures> languages = drawAll(report, progress);
     QStringList errors;
     if (!commandLine.html.isEmpty()) {

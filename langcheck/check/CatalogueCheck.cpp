@@ -25,7 +25,6 @@ namespace {
 
 const int kQuoteLength = 300;
 const int kNoLanguage = -1;
-const int kMostLines = 2000; // More than any list of languages needs
 
 bool isNumber(const QStringRef &value)
 {

@@ -9,6 +9,8 @@
 #include "langcheck/draw/WindowPicture.h"
 #include "ui/DlgSettings.h"
 
+#include <QAbstractItemView>
+#include <QApplication>
 #include <QBuffer>
 #include <QComboBox>
 #include <QFileInfo>
@@ -108,9 +110,32 @@ LanguagePictures drawLanguage(const Report &report, int index)
     return result;
 }
 
+/// Draws the list as it opens below the dialog's box, with as many rows as it shows at a time.
+void drawOpenList(StartPictures &result, const DlgSettings &dialog)
+{
+    auto &box = *dialog.findChild<QComboBox *>(QStringLiteral("comboBox_language"));
+    const QAbstractItemView &view = *box.view();
+    QWidget &popup = *view.window();
+    popup.setAttribute(Qt::WA_DontShowOnScreen);
+    const bool animated = QApplication::isEffectEnabled(Qt::UI_AnimateCombo);
+    QApplication::setEffectEnabled(Qt::UI_AnimateCombo, false); // It would be on the screen.
+    box.showPopup();
+    QApplication::setEffectEnabled(Qt::UI_AnimateCombo, animated);
+    result.list = popup.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    for (int row = 0; row < box.count(); ++row) {
+        const QRect space = view.visualRect(view.model()->index(row, box.modelColumn()));
+        if (space.top() >= 0 && space.bottom() < view.viewport()->height()) {
+            if (result.rows == 0)
+                result.firstRow = row;
+            ++result.rows;
+        }
+    }
+    box.hidePopup();
+}
+
 } // namespace
 
-QImage drawStart(const Report &report)
+StartPictures drawStart(const Report &report)
 {
     const Deployment deployment(report.applicationDir);
     QTranslator &translator = *CTranslatorMgr::instance()->translator();
@@ -119,7 +144,11 @@ QImage drawStart(const Report &report)
     else
         loadQmFile(translator, report.translation);
     DlgSettings dialog;
-    return drawUpperPart(dialog);
+    StartPictures result;
+    result.dialog = drawUpperPart(dialog);
+    if (!report.listed.isEmpty())
+        drawOpenList(result, dialog);
+    return result;
 }
 
 QVector<LanguagePictures> drawLanguages(const Report &report,

@@ -22,8 +22,17 @@ struct LanguagePictures
     QImage failure;        ///< The message box after one that failed.
 };
 
-/// Returns a picture of the dialog as it opens at first, without the empty lower part.
-QImage drawStart(const Report &report);
+/// What the operator sees first.
+struct StartPictures
+{
+    QImage dialog;    ///< As it opens, without the empty lower part.
+    QImage list;      ///< The opened list; null if it is empty.
+    int firstRow = 0; ///< The index of the first language in that picture.
+    int rows = 0;     ///< How many languages are in it. The list scrolls to the others.
+};
+
+/// Draws the dialog as it opens at first. Nothing appears on the screen.
+StartPictures drawStart(const Report &report);
 
 /// Loads the translation of each language of the list, or the fallback if it is missing, and draws
 /// the plug-in's own dialog and message boxes. Nothing appears on the screen. Draws at most 256, as

@@ -1,5 +1,7 @@
 #include "langcheck/draw/WindowPicture.h"
 
+#include "langcheck/Texts.h"
+
 #include <QApplication>
 #include <QPainter>
 #include <QPixmap>
@@ -60,6 +62,35 @@ void drawClipped(QPainter &painter, const ShownText &text)
                 isTitle ? text.space.topRight() + QPoint(4, 7) : text.space.bottomLeft());
 }
 
+/// Returns what a person calls the text.
+QString nameOf(const ShownText &text)
+{
+    if (text.source.text)
+        return QLatin1String(text.source.text);
+    if (!text.text.isEmpty())
+        return shortened(text.text, 60);
+    return text.space.y() < 0 ? QStringLiteral("the title") : QStringLiteral("the text");
+}
+
+/// Returns, for instance, "missing: Change, Settings; clipped: Language:".
+QString marksOf(const QVector<ShownText> &texts)
+{
+    QStringList missing;
+    QStringList clipped;
+    for (const ShownText &text : texts) {
+        if (text.text.isEmpty())
+            missing += nameOf(text);
+        else if (text.clipped)
+            clipped += nameOf(text);
+    }
+    QStringList result;
+    if (!missing.isEmpty())
+        result += QStringLiteral("missing: ") + missing.join(QStringLiteral(", "));
+    if (!clipped.isEmpty())
+        result += QStringLiteral("clipped: ") + clipped.join(QStringLiteral(", "));
+    return result.join(QStringLiteral("; "));
+}
+
 } // namespace
 
 QRect boxTitleSpace(const QWidget &box)
@@ -87,5 +118,7 @@ QImage drawWindow(QWidget &window, const QSize &size, const QVector<ShownText> &
         else if (text.clipped)
             drawClipped(painter, text);
     }
+    painter.end();
+    image.setText(kMarks, marksOf(texts));
     return image;
 }

@@ -1,117 +1,125 @@
 #include "langcheck/write/Page.h"
 
 #include "lang/SourceTexts.h"
-#include "langcheck/Texts.h"
+#include "langcheck/draw/WindowPicture.h"
+#include "langcheck/write/FindingGroups.h"
+#include "langcheck/write/Html.h"
+#include "langcheck/write/PageStyle.h"
 
 #include <QApplication>
 #include <QDateTime>
 #include <QDir>
+#include <QFileInfo>
 #include <QFontInfo>
 #include <QHash>
 #include <QStyle>
 #include <QSysInfo>
-#include <QXmlStreamWriter>
+
+#include <algorithm>
+#include <iterator>
 
 namespace {
 
-// Without quotation marks and "<", which the writer would escape. The browser shows 430 of the 702
-// pixels of a dialog's picture on a narrow screen; the rest can be scrolled to.
-const char *const kStyle = R"(
-html { font: 16px/1.45 sans-serif; color: #1b1f24; background: #fff; }
-body { max-width: 72rem; margin: 0 auto; padding: 1rem; overflow-wrap: anywhere; }
-h1 { font-size: 1.5rem; margin: 0 0 .5rem; }
-h2 { font-size: 1.25rem; margin: 2rem 0 .5rem; border-bottom: 1px solid #c8ced6; }
-h3 { font-size: 1.05rem; margin: 0 0 .4rem; }
-a { color: #0b57a4; }
-p { margin: .4rem 0; }
-table { border-collapse: collapse; }
-th, td { text-align: start; vertical-align: top; padding: .2rem .8rem .2rem 0; }
-th { font-weight: 600; }
-code { font: .9em/1.4 monospace; background: #f1f3f6; padding: .1em .3em; white-space: pre-wrap; }
-.verdict { padding: .6rem .9rem; border-left: .5rem solid; font-size: 1.1rem; }
-.good { border-color: #1a7f37; background: #e6f4ea; }
-.warning { border-color: #9a6700; background: #fff6dc; }
-.error { border-color: #c00000; background: #fdeaea; }
-.finding, .language { break-inside: avoid; margin: 0 0 1rem; }
-.finding { padding: .5rem .9rem; border-left-style: solid; border-left-width: .3rem; }
-.finding h3 a { font-weight: normal; font-size: .85rem; margin-inline-start: 1rem; }
-.finding:target { outline: 3px solid #0b57a4; }
-.label { font-weight: 700; }
-.none { color: #c00000; }
-.windows { display: flex; flex-wrap: wrap; gap: .6rem; align-items: flex-start; }
-.windows div { max-width: 100%; overflow-x: auto; }
-.windows img { display: block; max-width: 100%; height: auto; }
-details { margin: .4rem 0; }
-@media (max-width: 720px) {
-    .windows .dialog img { width: 163%; max-width: none; }
-    .computer th, .computer td { display: block; padding-right: 0; }
-    .computer td { padding-bottom: .5rem; }
-}
-@media print {
-    html { font-size: 12px; }
-    body { max-width: none; padding: 0; }
-    h2, h3, p { break-after: avoid; }
-    .windows .dialog img { width: auto; max-width: 100%; }
-    .windows img { zoom: .62; }
-    * { print-color-adjust: exact; -webkit-print-color-adjust: exact; }
-    a { color: inherit; text-decoration: none; }
-}
-)";
+const int kMostLinks = 30;  // In a finding's list of languages
+const int kMostQuotes = 20; // Before the others are folded
 
-QString count(int number, const char *noun)
+QString programName()
 {
-    return QString::number(number) + QLatin1Char(' ') + QLatin1String(noun)
-        + QLatin1String(number == 1 ? "" : "s");
+    return QCoreApplication::applicationName() + QLatin1Char(' ')
+        + QCoreApplication::applicationVersion();
+}
+
+QString sentence(const QString &text)
+{
+    return text.left(1).toUpper() + text.mid(1) + QLatin1Char('.');
+}
+
+QString lineAnchor(int line)
+{
+    return QStringLiteral("line-%1").arg(line);
 }
 
 class Page
 {
 public:
-    Page(const Report &report, const QImage &start, const QVector<LanguagePictures> &pictures)
+    Page(const Report &report, const StartPictures &start,
+         const QVector<LanguagePictures> &pictures)
         : m_report(report)
         , m_start(start)
         , m_pictures(pictures)
-        , m_out(&m_bytes)
+        , m_groups(report)
     {
+        for (int i = 0; i < report.lines.size(); ++i)
+            m_lines.insert(report.lineNumbers.at(i), report.lines.at(i));
+        for (const HiddenLanguage &language : report.hidden)
+            m_languages.insert(language.number, {language.name, {}, rowAnchor(language.number)});
+        for (int i = 0; i < report.listed.size(); ++i) {
+            const LangEntry &language = report.listed.at(i);
+            const QString tag = i < pictures.size() ? pictures.at(i).tag : QString();
+            m_languages.insert(language.id, {language.name, tag, pictureAnchor(language.id)});
+        }
     }
 
     QByteArray write()
     {
-        m_out.writeDTD(QStringLiteral("<!DOCTYPE html>\n"));
-        open("html");
-        m_out.writeAttribute(QStringLiteral("lang"), QStringLiteral("en"));
         writeHead();
-        open("body");
-        element("h1", QStringLiteral("What the operator will see"));
+        m_out.open("body");
+        m_out.open("header");
+        m_out.element("h1", QStringLiteral("What the operator will see"));
         writeVerdict();
+        writeNavigation();
+        m_out.close();
+        m_out.open("main");
+        openSection("overview", QStringLiteral("Overview"));
+        writeOverview();
+        m_out.close();
+        openSection("findings", QStringLiteral("Findings"));
         writeFindings();
+        m_out.close();
+        openSection("start", QStringLiteral("At start-up"));
         writeStart();
+        m_out.close();
+        openSection("languages", QStringLiteral("Languages"));
         writeLanguages();
+        m_out.close();
+        if (!m_report.lines.isEmpty()) {
+            openSection("lines", QStringLiteral("Lang/Lang.ini, line by line"));
+            writeLines();
+            m_out.close();
+        }
+        openSection("computer", QStringLiteral("Catalogue and computer"));
         writeComputer();
-        close();
-        close();
-        m_out.writeEndDocument();
-        return m_bytes;
+        m_out.close();
+        m_out.close();
+        m_out.close();
+        return m_out.finish();
     }
 
 private:
+    /// How a language of the catalogue is referred to
+    struct Reference
+    {
+        QString name;
+        QString tag; ///< Its name in HTML, if known
+        QString anchor;
+    };
+
     void writeHead()
     {
-        open("head");
-        m_out.writeEmptyElement(QStringLiteral("meta"));
-        m_out.writeAttribute(QStringLiteral("charset"), QStringLiteral("utf-8"));
-        meta("viewport", QStringLiteral("width=device-width, initial-scale=1"));
-        meta("generator", programName());
-        element("title", printable(QStringLiteral("langcheck: ") + m_report.applicationDir));
+        m_out.open("head");
+        m_out.openVoid("meta");
+        m_out.attribute("charset", QStringLiteral("utf-8"));
+        m_out.meta("viewport", QStringLiteral("width=device-width, initial-scale=1"));
+        m_out.meta("generator", programName());
+        m_out.element("title", printable(QStringLiteral("langcheck: ") + m_report.applicationDir));
         // No script and no network, even if a text of the deployment was not escaped.
-        m_out.writeEmptyElement(QStringLiteral("meta"));
-        m_out.writeAttribute(QStringLiteral("http-equiv"),
-                             QStringLiteral("Content-Security-Policy"));
-        m_out.writeAttribute(
-            QStringLiteral("content"),
-            QStringLiteral("default-src 'none'; img-src data:; style-src 'unsafe-inline'"));
-        element("style", QLatin1String(kStyle));
-        close();
+        m_out.openVoid("meta");
+        m_out.attribute("http-equiv", QStringLiteral("Content-Security-Policy"));
+        m_out.attribute("content",
+                        QStringLiteral("default-src 'none'; img-src data:; "
+                                       "style-src 'unsafe-inline'"));
+        m_out.element("style", QLatin1String(kPageStyle));
+        m_out.close();
     }
 
     void writeVerdict()
@@ -121,131 +129,394 @@ private:
             "Nothing wrong was found.",
             "There are warnings, but the operator doesn't see any errors.",
             "There are errors that the operator will see."};
-        open("p", classes[m_report.exitCode()]);
+        m_out.open("p", classes[m_report.exitCode()]);
         span("label",
              QLatin1String(m_report.hostFails
                                ? "The host may not start, or may not load the plug-in."
                                : verdicts[m_report.exitCode()]));
-        text(QLatin1Char(' ') + count(m_report.count(Finding::Error), "error")
-             + QStringLiteral(", ") + count(m_report.count(Finding::Warning), "warning")
-             + QStringLiteral(
-                 ". Check below that the languages, their order and the default are as you "
-                 "want them."));
-        close();
-        open("p");
-        foreignText("code", m_report.applicationDir);
-        if (!m_report.applicationDirReason.isEmpty())
-            text(QStringLiteral(", ") + printable(m_report.applicationDirReason, kLongestFinding));
-        text(QStringLiteral(", checked on ")
-             + QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm"))
-             + QStringLiteral(" by ") + programName() + QStringLiteral(", the deployment checker"));
-        close();
-        open("p");
-        link(QStringLiteral("findings"), QStringLiteral("Findings"));
-        text(QStringLiteral(" \u00b7 "));
-        link(QStringLiteral("start"), QStringLiteral("At start-up"));
-        text(QStringLiteral(" \u00b7 "));
-        link(QStringLiteral("languages"), QStringLiteral("Languages"));
-        text(QStringLiteral(" \u00b7 "));
-        link(QStringLiteral("computer"), QStringLiteral("Catalogue and computer"));
-        close();
+        m_out.text(QLatin1Char(' ') + countText(m_report.count(Finding::Error), "error")
+                   + QStringLiteral(", ") + countText(m_report.count(Finding::Warning), "warning")
+                   + QStringLiteral(". Check below that the languages, their order and the "
+                                    "default are as you want them."));
+        m_out.close();
+        m_out.open("p");
+        m_out.foreignText("code", m_report.applicationDir);
+        if (!m_report.applicationDirReason.isEmpty()) {
+            m_out.text(QStringLiteral(", ")
+                       + printable(m_report.applicationDirReason, kLongestFinding));
+        }
+        m_out.text(QStringLiteral(", checked on ")
+                   + QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm"))
+                   + QStringLiteral(" by ") + programName()
+                   + QStringLiteral(", the deployment checker"));
+        m_out.close();
+    }
+
+    void writeNavigation()
+    {
+        m_out.open("nav");
+        m_out.attribute("aria-label", QStringLiteral("Sections"));
+        m_out.open("ul");
+        const auto item = [this](const char *anchor, const char *title) {
+            m_out.open("li");
+            m_out.link(QLatin1String(anchor), QLatin1String(title));
+            m_out.close();
+        };
+        item("overview", "Overview");
+        item("findings", "Findings");
+        item("start", "At start-up");
+        item("languages", "Languages");
+        if (!m_report.lines.isEmpty())
+            item("lines", "Line by line");
+        item("computer", "Catalogue and computer");
+        m_out.close();
+        m_out.close();
+    }
+
+    void writeOverview()
+    {
+        if (m_languages.isEmpty()) {
+            m_out.element("p", QStringLiteral("The catalogue has no languages."));
+        } else {
+            m_out.open("table", "rows languages");
+            m_out.open("thead");
+            m_out.open("tr");
+            for (const char *const title :
+                 {"Number", "Name", "Folder", "Sent to the machine", "Status", "Findings"})
+                columnHeader(title);
+            m_out.close();
+            m_out.close();
+            m_out.open("tbody");
+            for (int i = 0; i < m_report.listed.size(); ++i) {
+                const LangEntry &language = m_report.listed.at(i);
+                writeOverviewRow(language.id, language.folder, shownStatus(i));
+            }
+            for (const HiddenLanguage &language : m_report.hidden)
+                writeOverviewRow(language.number, language.folder, hiddenStatus(language));
+            m_out.close();
+            m_out.close();
+        }
+        if (!m_languages.contains(m_report.defaultLangId)) {
+            m_out.element("p",
+                          QStringLiteral("The default, language %1, isn't in the catalogue.")
+                              .arg(m_report.defaultLangId));
+        }
+        if (!m_report.unusedFolders.isEmpty()) {
+            m_out.element("p",
+                          QStringLiteral("Folders in Lang with a translation that no language of "
+                                         "the catalogue uses:"));
+            m_out.open("ul", "folders");
+            for (const QString &folder : m_report.unusedFolders)
+                m_out.foreignText("li", folder);
+            m_out.close();
+        }
+    }
+
+    QString shownStatus(int index) const
+    {
+        const LangEntry &language = m_report.listed.at(index);
+        QStringList result {QStringLiteral("shown")};
+        if (language.id == m_report.defaultLangId)
+            result += QStringLiteral("default");
+        if (index == m_report.selected)
+            result += QStringLiteral("selected at start-up");
+        const QFileInfo file(language.qmPath);
+        if (!file.dir().exists())
+            result += QStringLiteral("folder missing");
+        else if (!file.exists())
+            result += QStringLiteral("translation missing");
+        return result.join(QStringLiteral(", "));
+    }
+
+    QString hiddenStatus(const HiddenLanguage &language) const
+    {
+        QStringList result {QStringLiteral("hidden")};
+        if (language.number == m_report.defaultLangId)
+            result += QStringLiteral("default");
+        if (language.name.isEmpty())
+            result += QStringLiteral("no name");
+        if (language.folder.isEmpty())
+            result += QStringLiteral("no folder");
+        return result.join(QStringLiteral(", "));
+    }
+
+    void writeOverviewRow(int number, const QString &folder, const QString &status)
+    {
+        m_out.open("tr", nullptr, rowAnchor(number));
+        m_out.open("th");
+        m_out.attribute("scope", QStringLiteral("row"));
+        m_out.text(QString::number(number));
+        m_out.close();
+        openCell(" ");
+        const Reference language = m_languages.value(number);
+        if (language.anchor == rowAnchor(number))
+            m_out.foreignText("bdi", language.name, language.tag);
+        else
+            linkLanguage(number);
+        m_out.close();
+        openCell(", folder ");
+        m_out.foreignText("bdi", folder);
+        m_out.close();
+        openCell(", machine\u2019s number ");
+        m_out.text(QString::number(number & 0xFF));
+        m_out.close();
+        openCell(", ");
+        m_out.text(status);
+        m_out.close();
+        openCell(". ");
+        linkFindings(m_groups.ofLanguage.value(number), QStringLiteral("no findings"));
+        m_out.close();
+        m_out.close();
+    }
+
+    /// Links to findings, with their numbers.
+    void linkFindings(const QVector<int> &findings, const QString &none = {})
+    {
+        if (findings.isEmpty()) {
+            m_out.text(none);
+            return;
+        }
+        const auto isError = [this](int finding) {
+            return m_report.findings.at(finding).severity == Finding::Error;
+        };
+        const auto errors =
+            static_cast<int>(std::count_if(findings.begin(), findings.end(), isError));
+        const int warnings = findings.size() - errors;
+        QStringList numbers;
+        if (errors > 0)
+            numbers += countText(errors, "error");
+        if (warnings > 0)
+            numbers += countText(warnings, "warning");
+        m_out.text(numbers.join(QStringLiteral(", ")) + QStringLiteral(": "));
+        QStringList ids;
+        for (const int finding : findings) {
+            const QString id = m_report.findings.at(finding).id();
+            if (ids.contains(id)) // The first leads to the box with all of them.
+                continue;
+            if (!ids.isEmpty())
+                m_out.text(QStringLiteral(", "));
+            m_out.link(m_groups.anchors.at(finding), id);
+            ids += id;
+        }
+    }
+
+    void linkLanguage(int number)
+    {
+        const Reference language = m_languages.value(number);
+        m_out.openLink(language.anchor);
+        if (language.name.trimmed().isEmpty())
+            m_out.text(QStringLiteral("language %1").arg(number));
+        else
+            m_out.foreignText("bdi", language.name, language.tag);
+        m_out.close();
     }
 
     void writeFindings()
     {
-        heading("findings", QStringLiteral("Findings"));
         if (m_report.findings.isEmpty())
-            element("p", QStringLiteral("None."));
-        QHash<QString, int> uses;
-        for (const Finding &finding : m_report.findings) {
-            QString anchor = finding.id();
-            if (finding.line > 0)
-                anchor += QStringLiteral("-line-%1").arg(finding.line);
-            const int use = ++uses[anchor];
-            writeFinding(finding, use == 1 ? anchor : QStringLiteral("%1-%2").arg(anchor).arg(use));
-        }
+            m_out.element("p", QStringLiteral("None."));
+        for (const FindingGroup &group : m_groups.groups)
+            writeGroup(group);
     }
 
-    void writeFinding(const Finding &finding, const QString &anchor)
+    void writeGroup(const FindingGroup &group)
     {
-        const bool error = finding.severity == Finding::Error;
-        open("div", error ? "finding error" : "finding warning");
-        m_out.writeAttribute(QStringLiteral("id"), anchor);
-        open("h3");
-        text(error ? QStringLiteral("Error: ") : QStringLiteral("Warning: "));
-        foreignText("bdi", finding.file);
-        if (finding.line > 0)
-            text(QStringLiteral(", line %1").arg(finding.line));
-        text(QStringLiteral(" "));
-        link(anchor, QLatin1Char('#') + anchor);
-        close();
-        if (!finding.quote.isEmpty()) {
-            open("p");
-            foreignText("code", finding.quote);
-            close();
+        const auto sameInAll = [this, &group](QString (Finding::*part)() const) {
+            const QString first = (finding(group.findings.first()).*part)();
+            return std::all_of(group.findings.begin(), group.findings.end(),
+                               [&](int index) { return (finding(index).*part)() == first; });
+        };
+        const Finding &first = finding(group.findings.first());
+        const bool several = group.findings.size() > 1;
+        const bool sameProblem = sameInAll(&Finding::problem);
+        const bool sameEffect = sameInAll(&Finding::effect);
+        const bool sameRemedy = sameInAll(&Finding::remedy);
+
+        const bool error = first.severity == Finding::Error;
+        m_out.open("article", error ? "finding error" : "finding warning", group.anchor);
+        m_out.open("h3");
+        m_out.text(error ? QStringLiteral("Error: ") : QStringLiteral("Warning: "));
+        m_out.foreignText("bdi", first.file);
+        if (several)
+            m_out.text(QStringLiteral(", %1 times").arg(group.findings.size()));
+        else if (!linesOf(first).isEmpty())
+            m_out.text(QStringLiteral(", ") + linesText(linesOf(first)));
+        m_out.text(QStringLiteral(" "));
+        m_out.link(group.anchor, QLatin1Char('#') + group.anchor);
+        m_out.close();
+        if (!several)
+            writeQuotes(first);
+        if (sameProblem)
+            explain(sameEffect ? first.problem() + QStringLiteral("; ") + first.effect()
+                               : first.problem());
+        if (several) {
+            m_out.open("ul");
+            for (const int index : group.findings) {
+                const Finding &one = finding(index);
+                m_out.open("li", nullptr, m_groups.anchors.at(index));
+                writeQuotes(one);
+                QStringList own;
+                if (!sameProblem)
+                    own += one.problem();
+                if (!sameEffect)
+                    own += one.effect();
+                if (!own.isEmpty())
+                    explain(own.join(QStringLiteral("; ")));
+                if (!sameRemedy)
+                    explain(one.remedy(), "What to do: ");
+                m_out.close();
+            }
+            m_out.close();
         }
-        foreignText("p", sentence(finding.problem() + QStringLiteral("; ") + finding.effect()), {},
-                    kLongestFinding);
-        open("p");
-        span("label", QStringLiteral("What to do: "));
-        foreignText("bdi", sentence(finding.remedy()), {}, kLongestFinding);
-        close();
-        close();
+        if (!sameProblem && sameEffect)
+            explain(first.effect(), "Effect: ");
+        if (sameRemedy)
+            explain(first.remedy(), "What to do: ");
+        writeLanguagesOf(group);
+        m_out.close();
+    }
+
+    /// Writes the lines that a finding is about, folded if they are many.
+    void writeQuotes(const Finding &finding)
+    {
+        const QVector<int> lines = linesOf(finding);
+        for (int i = 0; i < lines.size(); ++i) {
+            if (i == kMostQuotes) {
+                m_out.open("details");
+                m_out.element("summary",
+                              QStringLiteral("%1 more").arg(countText(lines.size() - i, "line")));
+            }
+            writeQuote(finding, lines.at(i));
+        }
+        if (lines.size() > kMostQuotes)
+            m_out.close();
+    }
+
+    void writeQuote(const Finding &finding, int line)
+    {
+        m_out.open("p");
+        if (m_lines.contains(line) && finding.file == kCatalogueFile)
+            m_out.link(lineAnchor(line), QStringLiteral("Line %1").arg(line));
+        else
+            m_out.text(QStringLiteral("Line %1").arg(line));
+        const QString quote = line == finding.line ? finding.quote : m_lines.value(line);
+        if (!quote.isEmpty()) {
+            m_out.text(QStringLiteral(" "));
+            m_out.foreignText("code", quote);
+        }
+        m_out.close();
+    }
+
+    void explain(const QString &text, const char *label = nullptr)
+    {
+        if (!label) {
+            m_out.foreignText("p", sentence(text), {}, kLongestFinding);
+            return;
+        }
+        m_out.open("p");
+        span("label", QLatin1String(label));
+        m_out.foreignText("bdi", sentence(text), {}, kLongestFinding);
+        m_out.close();
+    }
+
+    void writeLanguagesOf(const FindingGroup &group)
+    {
+        QVector<int> numbers;
+        for (const int index : group.findings) {
+            for (const int number : m_groups.languages.at(index)) {
+                if (m_languages.contains(number) && !numbers.contains(number))
+                    numbers += number;
+            }
+        }
+        if (numbers.isEmpty())
+            return;
+        m_out.open("p");
+        span("label",
+             numbers.size() == 1 ? QStringLiteral("Language: ") : QStringLiteral("Languages: "));
+        for (int i = 0; i < std::min(numbers.size(), kMostLinks); ++i) {
+            if (i > 0)
+                m_out.text(QStringLiteral(", "));
+            linkLanguage(numbers.at(i));
+        }
+        if (numbers.size() > kMostLinks)
+            m_out.text(QStringLiteral(" and %1 more").arg(numbers.size() - kMostLinks));
+        m_out.close();
     }
 
     void writeStart()
     {
-        heading("start", QStringLiteral("At start-up"));
         if (m_report.hostFails) {
-            element("p",
-                    QStringLiteral("The host may not start, or may not load the plug-in, because "
-                                   "of its DLLs. The rest of this page applies once it does."));
+            m_out.element("p",
+                          QStringLiteral("The host may not start, or may not load the plug-in, "
+                                         "because of its DLLs. The rest of this page applies "
+                                         "once it does."));
         } else if (m_report.boxes.isEmpty()) {
-            element("p", QStringLiteral("No message box appears."));
+            m_out.element("p", QStringLiteral("No message box appears."));
         }
         for (const Box &box : m_report.boxes) {
-            open("div", "language");
-            open("p");
-            text(QStringLiteral("Message box (%1): ").arg(box.icon));
-            foreignText("bdi", box.title);
-            text(QStringLiteral(": "));
-            foreignText("bdi", box.text);
-            close();
-            open("div", "windows");
-            picture("box", QStringLiteral("Message box at start-up"), box.picture);
-            close();
-            close();
+            m_out.open("div", "language");
+            m_out.open("p");
+            m_out.text(QStringLiteral("Message box (%1): ").arg(box.icon));
+            m_out.foreignText("bdi", box.title);
+            m_out.text(QStringLiteral(": "));
+            m_out.foreignText("bdi", box.text);
+            m_out.close();
+            m_out.open("div", "windows");
+            picture(QStringLiteral("The message box at start-up: ") + box.text, box.picture);
+            m_out.close();
+            m_out.close();
         }
-        open("div", "language");
-        element("p",
-                (m_report.hostFails ? QStringLiteral("Once it does, the dialog opens ")
-                                    : QStringLiteral("The dialog then opens "))
-                    + (m_report.listed.isEmpty() ? QStringLiteral("with an empty list:")
-                                                 : QStringLiteral("like this:")));
-        open("div", "windows");
-        picture("dialog", QStringLiteral("The dialog at start-up"), m_start);
-        close();
-        close();
+        m_out.open("div", "language");
+        m_out.element("p",
+                      (m_report.hostFails ? QStringLiteral("Once it does, the dialog opens ")
+                                          : QStringLiteral("The dialog then opens "))
+                          + (m_report.listed.isEmpty() ? QStringLiteral("with an empty list:")
+                                                       : QStringLiteral("like this:")));
+        m_out.open("div", "windows");
+        picture(QStringLiteral("The dialog at start-up"), m_start.dialog);
+        m_out.close();
+        m_out.close();
+        if (!m_start.list.isNull())
+            writeOpenList();
+    }
+
+    void writeOpenList()
+    {
+        const int count = m_report.listed.size();
+        m_out.open("div", "language");
+        m_out.element("p",
+                      count == m_start.rows
+                          ? QStringLiteral("Its list, when opened:")
+                          : QStringLiteral("Its list, when opened, shows %1 of the %2 languages. "
+                                           "The operator scrolls to the others:")
+                                .arg(m_start.rows)
+                                .arg(count));
+        m_out.open("div", "windows");
+        QStringList names;
+        for (int i = m_start.firstRow; i < m_start.firstRow + m_start.rows; ++i)
+            names += shortened(m_report.listed.at(i).name, 60);
+        picture(QStringLiteral("The open list: ") + names.join(QStringLiteral(", ")), m_start.list);
+        m_out.close();
+        m_out.close();
     }
 
     void writeLanguages()
     {
-        heading("languages", QStringLiteral("Languages"));
-        element("p",
-                QStringLiteral(
-                    "This shows the dialog in each language of the operator's list, in the "
-                    "list's order, and the message boxes after a successful and a failed "
-                    "change, with this computer's fonts. The title bars are only indicated, "
-                    "and the empty lower part of the dialog is left out. Missing and clipped "
-                    "texts are marked."));
+        m_out.element("p",
+                      QStringLiteral(
+                          "This shows the dialog in each language of the operator's list, in the "
+                          "list's order, and the message boxes after a successful and a failed "
+                          "change, with this computer's fonts. The title bars are only indicated, "
+                          "and the empty lower part of the dialog is left out. Missing and clipped "
+                          "texts are marked."));
         if (m_pictures.size() < m_report.listed.size()) {
-            element("p",
-                    QStringLiteral("The list has %1; only the first %2 are drawn.")
-                        .arg(count(m_report.listed.size(), "language"))
-                        .arg(m_pictures.size()));
+            m_out.element("p",
+                          QStringLiteral("The list has %1; only the first %2 are drawn.")
+                              .arg(countText(m_report.listed.size(), "language"))
+                              .arg(m_pictures.size()));
         }
         if (m_report.listed.isEmpty())
-            element("p", QStringLiteral("None; the operator's list is empty."));
+            m_out.element("p", QStringLiteral("None; the operator's list is empty."));
         for (int i = 0; i < m_report.listed.size(); ++i)
             writeLanguage(i);
     }
@@ -253,61 +524,112 @@ private:
     void writeLanguage(int index)
     {
         const LangEntry &language = m_report.listed.at(index);
-        open("div", "language");
-        m_out.writeAttribute(QStringLiteral("id"), QStringLiteral("language-%1").arg(language.id));
+        m_out.open("article", "language", pictureAnchor(language.id));
         const bool drawn = index < m_pictures.size();
         const QString tag = drawn ? m_pictures.at(index).tag : QString();
-        open("h3");
-        text(QStringLiteral("%1 ").arg(language.id));
-        foreignText("bdi", language.name, tag);
+        m_out.open("h3");
+        m_out.text(QStringLiteral("%1 ").arg(language.id));
+        m_out.foreignText("bdi", language.name, tag);
         if (index == m_report.selected)
-            text(QStringLiteral(" (selected)"));
-        close();
+            m_out.text(QStringLiteral(" (selected)"));
+        m_out.close();
+        const QVector<int> findings = m_groups.ofLanguage.value(language.id);
+        if (!findings.isEmpty()) {
+            m_out.open("p");
+            linkFindings(findings);
+            m_out.close();
+        }
         if (drawn)
             writePictures(m_pictures.at(index));
-        close();
+        m_out.close();
     }
 
     void writePictures(const LanguagePictures &pictures)
     {
-        open("p");
-        foreignText("bdi", m_report.relative(pictures.language.qmPath));
+        m_out.open("p");
+        m_out.foreignText("bdi", m_report.relative(pictures.language.qmPath));
         if (pictures.fallback)
-            text(QStringLiteral(" doesn't exist"));
+            m_out.text(QStringLiteral(" doesn't exist"));
         if (pictures.translation.isEmpty())
             span("none", QStringLiteral("; no translation is loaded, so all texts are empty"));
         else if (pictures.fallback)
-            text(QStringLiteral("; the texts are those of the fallback, Lang/chs/Zendel.qm"));
-        close();
-        open("div", "windows");
-        picture("dialog", QStringLiteral("The dialog"), pictures.dialog);
-        picture("box", QStringLiteral("Message box after a successful change"), pictures.success);
-        picture("box", QStringLiteral("Message box after a failed change"), pictures.failure);
-        close();
-        open("details");
-        element("summary", QStringLiteral("Texts and fonts"));
-        open("table");
+            m_out.text(QStringLiteral("; the texts are those of the fallback, Lang/chs/Zendel.qm"));
+        m_out.close();
+        m_out.open("div", "windows");
+        const QString name = QStringLiteral(" in ") + shortened(pictures.language.name, 60);
+        picture(QStringLiteral("The dialog") + name, pictures.dialog);
+        picture(QStringLiteral("The message box after a successful change") + name,
+                pictures.success);
+        picture(QStringLiteral("The message box after a failed change") + name, pictures.failure);
+        m_out.close();
+        m_out.open("details");
+        m_out.element("summary", QStringLiteral("Texts and fonts"));
+        m_out.open("table");
         for (int i = 0; i < pictures.texts.size(); ++i) {
-            open("tr");
-            element("th", QLatin1String(kSourceTexts[i].text));
+            openRow(QLatin1String(kSourceTexts[i].text));
             if (pictures.texts.at(i).isEmpty())
-                element("td", QStringLiteral("missing"), "none");
+                m_out.element("td", QStringLiteral("missing"), "none");
             else
-                foreignText("td", pictures.texts.at(i), pictures.tag);
-            close();
+                m_out.foreignText("td", pictures.texts.at(i), pictures.tag);
+            m_out.close();
         }
-        open("tr");
-        element("th", QStringLiteral("Fonts"));
-        element("td", printable(pictures.fonts.join(QStringLiteral(", "))));
-        close();
-        close();
-        close();
+        openRow(QStringLiteral("Fonts"));
+        m_out.element("td", printable(pictures.fonts.join(QStringLiteral(", "))));
+        m_out.close();
+        m_out.close();
+        m_out.close();
+    }
+
+    void writeLines()
+    {
+        if (m_report.lines.size() >= kMostLines)
+            m_out.element(
+                "p",
+                QStringLiteral("Only the first %1 lines are shown.").arg(m_report.lines.size()));
+        m_out.open("table", "rows lines");
+        m_out.open("thead");
+        m_out.open("tr");
+        for (const char *const title : {"Line", "Text and findings"})
+            columnHeader(title);
+        m_out.close();
+        m_out.close();
+        m_out.open("tbody");
+        for (auto line = m_lines.constBegin(); line != m_lines.constEnd(); ++line) {
+            const QVector<int> findings = m_groups.ofLine.value(line.key());
+            const bool error = std::any_of(findings.begin(), findings.end(), [this](int index) {
+                return finding(index).severity == Finding::Error;
+            });
+            m_out.open("tr",
+                       findings.isEmpty() ? nullptr
+                           : error        ? "error"
+                                          : "warning",
+                       lineAnchor(line.key()));
+            m_out.open("th");
+            m_out.attribute("scope", QStringLiteral("row"));
+            // A line break that is part of a damaged character doesn't end the line.
+            const auto next = std::next(line);
+            const int last = next == m_lines.constEnd() ? line.key() : next.key() - 1;
+            m_out.text(QString::number(line.key())
+                       + (last > line.key() ? QStringLiteral("\u2013%1").arg(last) : QString()));
+            m_out.close();
+            m_out.open("td");
+            if (!line.value().isEmpty())
+                m_out.foreignText("code", line.value());
+            if (!findings.isEmpty()) {
+                m_out.open("p");
+                linkFindings(findings);
+                m_out.close();
+            }
+            m_out.close();
+            m_out.close();
+        }
+        m_out.close();
+        m_out.close();
     }
 
     void writeComputer()
     {
-        heading("computer", QStringLiteral("Catalogue and computer"));
-        open("table", "computer");
+        m_out.open("table", "computer");
         row("Folder", m_report.applicationDir);
         row("Catalogue",
             m_report.encoding.isEmpty() ? QStringLiteral("Lang/Lang.ini, can't be opened")
@@ -335,114 +657,91 @@ private:
         fonts.removeDuplicates();
         fonts.sort();
         row("Fonts used", fonts.join(QStringLiteral(", ")));
-        close();
+        m_out.close();
     }
 
     void row(const char *header, const QString &value)
     {
-        open("tr");
-        element("th", QString::fromUtf8(header));
-        foreignText("td", value);
-        close();
+        openRow(QString::fromUtf8(header));
+        m_out.foreignText("td", value);
+        m_out.close();
     }
 
-    void meta(const char *name, const QString &content)
+    void openRow(const QString &header)
     {
-        m_out.writeEmptyElement(QStringLiteral("meta"));
-        m_out.writeAttribute(QStringLiteral("name"), QLatin1String(name));
-        m_out.writeAttribute(QStringLiteral("content"), content);
+        m_out.open("tr");
+        m_out.open("th");
+        m_out.attribute("scope", QStringLiteral("row"));
+        m_out.text(header);
+        m_out.close();
     }
 
-    void heading(const char *anchor, const QString &title)
+    void columnHeader(const char *title)
     {
-        open("h2");
-        m_out.writeAttribute(QStringLiteral("id"), QLatin1String(anchor));
-        text(title);
-        close();
+        m_out.open("th");
+        m_out.attribute("scope", QStringLiteral("col"));
+        m_out.text(QLatin1String(title));
+        m_out.close();
     }
 
-    void picture(const char *className, const QString &description, const QImage &image)
+    /// Begins a cell that, on a narrow screen, follows the one before it after @p label.
+    void openCell(const char *label)
     {
+        m_out.open("td");
+        m_out.attribute("data-label", QString::fromUtf8(label));
+    }
+
+    void openSection(const char *anchor, const QString &title)
+    {
+        m_out.open("section");
+        m_out.attribute("aria-labelledby", QLatin1String(anchor));
+        m_out.open("h2", nullptr, QLatin1String(anchor));
+        m_out.text(title);
+        m_out.close();
+    }
+
+    /// Writes a picture. Its alternative text also names the texts that it marks.
+    void picture(QString description, const QImage &image)
+    {
+        const QString marks = image.text(kMarks);
+        if (!marks.isEmpty())
+            description += QStringLiteral("; ") + marks;
         const QSize size = image.size() / image.devicePixelRatio();
-        open("div", className);
-        m_out.writeEmptyElement(QStringLiteral("img"));
-        m_out.writeAttribute(QStringLiteral("alt"), description);
-        m_out.writeAttribute(QStringLiteral("width"), QString::number(size.width()));
-        m_out.writeAttribute(QStringLiteral("height"), QString::number(size.height()));
-        m_out.writeAttribute(QStringLiteral("src"),
-                             QStringLiteral("data:image/png;base64,")
-                                 + QString::fromLatin1(toPng(image).toBase64()));
-        close();
-    }
-
-    void link(const QString &anchor, const QString &title)
-    {
-        open("a");
-        m_out.writeAttribute(QStringLiteral("href"), QLatin1Char('#') + anchor);
-        text(title);
-        close();
+        m_out.openVoid("img");
+        m_out.attribute("alt", printable(description, kLongestFinding));
+        m_out.attribute("width", QString::number(size.width()));
+        m_out.attribute("height", QString::number(size.height()));
+        m_out.attribute("src",
+                        QStringLiteral("data:image/png;base64,")
+                            + QString::fromLatin1(toPng(image).toBase64()));
     }
 
     void span(const char *className, const QString &content)
     {
-        element("span", content, className);
+        m_out.element("span", content, className);
     }
 
-    /// Writes a text of the deployment, in its own direction.
-    void foreignText(const char *name, const QString &content, const QString &tag = {},
-                     int most = kLongestText)
-    {
-        open(name);
-        m_out.writeAttribute(QStringLiteral("dir"), QStringLiteral("auto"));
-        if (!tag.isEmpty())
-            m_out.writeAttribute(QStringLiteral("lang"), tag);
-        text(printable(content, most));
-        close();
-    }
+    const Finding &finding(int index) const { return m_report.findings.at(index); }
 
-    void element(const char *name, const QString &content, const char *className = nullptr)
-    {
-        open(name, className);
-        text(content);
-        close();
-    }
+    static QString rowAnchor(int language) { return QStringLiteral("overview-%1").arg(language); }
 
-    void open(const char *name, const char *className = nullptr)
+    static QString pictureAnchor(int language)
     {
-        m_out.writeStartElement(QLatin1String(name));
-        if (className)
-            m_out.writeAttribute(QStringLiteral("class"), QLatin1String(className));
-    }
-
-    void text(const QString &content) { m_out.writeCharacters(content); }
-
-    void close()
-    {
-        text({}); // Otherwise an element without contents would be closed in its start tag.
-        m_out.writeEndElement();
-    }
-
-    static QString programName()
-    {
-        return QCoreApplication::applicationName() + QLatin1Char(' ')
-            + QCoreApplication::applicationVersion();
-    }
-
-    static QString sentence(const QString &text)
-    {
-        return text.left(1).toUpper() + text.mid(1) + QLatin1Char('.');
+        return QStringLiteral("language-%1").arg(language);
     }
 
     const Report &m_report;
-    const QImage &m_start;
+    const StartPictures &m_start;
     const QVector<LanguagePictures> &m_pictures;
-    QByteArray m_bytes;
-    QXmlStreamWriter m_out;
+    const FindingGroups m_groups;
+    QMap<int, QString> m_lines; ///< The catalogue's lines, by number
+    QHash<int, Reference> m_languages;
+    HtmlWriter m_out;
 };
 
 } // namespace
 
-QByteArray makePage(const Report &report, const QImage &start,
+QByteArray makePage(const Report &report, const StartPictures &start,
                     const QVector<LanguagePictures> &pictures)
 {
     return Page(report, start, pictures).write();

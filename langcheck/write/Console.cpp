@@ -10,12 +10,6 @@ namespace {
 
 const int kLabelWidth = 14;
 
-QString count(int number, const QString &noun)
-{
-    return QString::number(number) + QLatin1Char(' ') + noun
-        + QLatin1String(number == 1 ? "" : "s");
-}
-
 /// Keeps a text of the deployment, which may be the name of a file, from starting a line of its
 /// own.
 QString inOneLine(const QString &text, int most = kLongestText)
@@ -254,16 +248,15 @@ private:
     void writeFile(const QString &file)
     {
         m_out << '\n' << styled(kBold, inOneLine(file)) << '\n';
-        QVector<Finding> findings;
+        int last = 0;
         for (const Finding &finding : m_report.findings) {
             if (finding.file == file)
-                findings += finding;
+                last = std::max(last, finding.line);
         }
-        std::stable_sort(findings.begin(), findings.end(),
-                         [](const Finding &a, const Finding &b) { return a.line < b.line; });
-        const int last = findings.last().line;
-        for (const Finding &finding : qAsConst(findings))
-            writeFinding(finding, last > 0 ? QString::number(last).size() : 0);
+        for (const Finding &finding : m_report.findings) {
+            if (finding.file == file)
+                writeFinding(finding, last > 0 ? QString::number(last).size() : 0);
+        }
     }
 
     void writeFinding(const Finding &finding, int numberWidth)
@@ -329,8 +322,7 @@ private:
 
 QString countedFindings(int errors, int warnings)
 {
-    return count(errors, QStringLiteral("error")) + QLatin1String(", ")
-        + count(warnings, QStringLiteral("warning"));
+    return countText(errors, "error") + QLatin1String(", ") + countText(warnings, "warning");
 }
 
 QString toLine(const Finding &finding)

@@ -126,9 +126,11 @@ void tst_langcheck_command_line::findingsArePrintedAsByACompiler()
             "              critical, \"Error\": Cannot find the \"\" file\n"
             "              warning, \"Warning\": Load translator file%1/Lang/chs/Zendel.qmfailed!\n"
             "\n"
-            "Lang/Lang.ini: error: the file is missing or can't be read; the operator's list is "
-            "empty; put the catalogue there, or correct its permissions [catalogue-unreadable]\n"
-            "1 error, 0 warnings\n")
+            "Lang/Lang.ini: error: the file doesn't exist; the operator's list is empty; put the "
+            "catalogue there [catalogue-missing]\n"
+            "Lang/chs/Zendel.qm: error: the file doesn't exist; a dialog that needs it has empty "
+            "texts; put the compiled translation there [qm-missing]\n"
+            "2 errors, 0 warnings\n")
             .arg(path));
 }
 
@@ -236,7 +238,7 @@ void tst_langcheck_command_line::jsonHasNoLoneSurrogates()
         + QString::fromLatin1(kCatalogue)
               .replace(QStringLiteral("=One"), QStringLiteral("=\xD83D"))
               .replace(QStringLiteral("=Two"), QStringLiteral("=\xDE00\U0001F600"))));
-    const QByteArray output = run({checked(), QStringLiteral("--json")}, 0);
+    const QByteArray output = run({checked(), QStringLiteral("--json")}, 2);
     QVERIFY2(!output.contains("\\ud"), output.constData());
     const QJsonArray languages =
         QJsonDocument::fromJson(output).object().value(QStringLiteral("languages")).toArray();
@@ -271,18 +273,23 @@ void tst_langcheck_command_line::terminalGroupsFindings()
     report.applicationDir = QStringLiteral("/host");
     report.hidden = {{5, QStringLiteral("Cinq"), QString(), 3}};
     report.addFile(FindingKind::QmMissing, QStringLiteral("/host/Lang/de/Zendel.qm"),
-                   {QStringLiteral("has empty texts")});
-    report.addLine(FindingKind::DefaultHidden, 12, {QStringLiteral("5")}).quote =
-        QStringLiteral("DEFAULT=5");
+                   {QString(), QStringLiteral("has empty texts"),
+                    QStringLiteral("put the compiled translation there")});
+    report.addLine(FindingKind::NoLanguages, 0);
     report
         .addLine(FindingKind::QuotedValue, 8,
-                 {QStringLiteral("LANG3_NAME"), QStringLiteral("\"\u4E2D\u6587\"")})
+                 {QStringLiteral("LANG3_NAME"), QStringLiteral("\"\"\u4E2D\u6587\"\""),
+                  QStringLiteral("\u4E2D\u6587")})
         .quote = QStringLiteral("LANG3_NAME = \"\u4E2D\u6587\"");
+    report
+        .addLine(FindingKind::DefaultHidden, 12,
+                 {QStringLiteral("5"), QStringLiteral("the dialog uses Lang/chs/Zendel.qm"),
+                  QStringLiteral("1")})
+        .quote = QStringLiteral("DEFAULT=5");
     report
         .addLine(FindingKind::KeyCase, 10,
                  {QStringLiteral("\"lang1_id\""), QStringLiteral("LANG1_ID")})
         .quote = QStringLiteral("lang1_id=1");
-    report.addLine(FindingKind::NoLanguages, 0);
     const QString expected = QStringLiteral("Folder:       /host\n"
                                             "Catalogue:    Lang/Lang.ini, can't be\n"
                                             "              opened\n"
@@ -311,13 +318,23 @@ void tst_langcheck_command_line::terminalGroupsFindings()
                                             "                       language\n"
                                             "               [no-languages]\n"
                                             "   8  warning  LANG3_NAME is in quotation\n"
-                                            "               marks: \"\u4E2D\u6587\"\n"
+                                            "               marks: \"\"\u4E2D\u6587\"\"\n"
                                             "               LANG3_NAME = \"\u4E2D\u6587\"\n"
                                             "                            ^~~~~~\n"
                                             "               effect: they are part of\n"
                                             "                       the value\n"
-                                            "               remedy: delete them\n"
+                                            "               remedy: write\n"
+                                            "                       LANG3_NAME=\u4E2D\u6587\n"
                                             "               [quoted-value]\n"
+                                            "  12  error    the default language, 5, is\n"
+                                            "               hidden\n"
+                                            "               DEFAULT=5\n"
+                                            "                       ^\n"
+                                            "               effect: the dialog uses\n"
+                                            "                       Lang/chs/Zendel.qm\n"
+                                            "               remedy: write LANG5_SHOW=1,\n"
+                                            "                       or DEFAULT=1\n"
+                                            "               [default-hidden]\n"
                                             "  10  warning  the key \"lang1_id\" isn't in\n"
                                             "               upper case\n"
                                             "               lang1_id=1\n"
@@ -325,15 +342,6 @@ void tst_langcheck_command_line::terminalGroupsFindings()
                                             "               effect: it is ignored\n"
                                             "               remedy: write LANG1_ID\n"
                                             "               [key-case]\n"
-                                            "  12  error    the default language, 5, is\n"
-                                            "               hidden\n"
-                                            "               DEFAULT=5\n"
-                                            "                       ^\n"
-                                            "               effect: the dialog uses\n"
-                                            "                       Lang/chs/Zendel.qm\n"
-                                            "               remedy: write LANG5_SHOW=1\n"
-                                            "                       or another DEFAULT\n"
-                                            "               [default-hidden]\n"
                                             "\n"
                                             "3 errors, 2 warnings\n");
     QCOMPARE(toTerminalText(report, 42, false).split(QLatin1Char('\n')),
@@ -531,7 +539,7 @@ void tst_langcheck_command_line::severalFolders()
     QVERIFY2(
         text.startsWith("Folder:       " + checked().toUtf8() + "\n")
             && text.contains("\n0 errors, 0 warnings\n\nFolder:       " + empty.toUtf8() + "\n")
-            && text.endsWith("\n1 error, 0 warnings\n"),
+            && text.endsWith("\n2 errors, 0 warnings\n"),
         text.constData());
     QCOMPARE(run({empty, checked()}, 2).count("Folder: "), 2);
 
@@ -577,16 +585,19 @@ void tst_langcheck_command_line::junitHasATestForEachFile()
              QStringList(
                  {QStringLiteral("testsuites"), QStringLiteral("testsuite %1 3 1 0").arg(checked()),
                   QStringLiteral("testcase Lang/Lang.ini"),
-                  QStringLiteral("failure 2 errors, 1 warning:Lang/Lang.ini:10: error: LANG3_NAME "
-                                 "is missing or empty"),
+                  QStringLiteral("failure 3 errors, 1 warning:Lang/Lang.ini:9: error: LANG2_NAME "
+                                 "contains characters that can't be seen: \"\u241B<&\""),
                   QStringLiteral("system-out:Lang/Lang.ini:9: warning: LANG2_NAME is set on line 6 "
                                  "to \"Two\" and on line 9 to \"\u241B<&\""),
                   QStringLiteral("testcase Lang/first/Zendel.qm"),
                   QStringLiteral("testcase Lang/second/Zendel.qm"),
-                  QStringLiteral("testsuite %1 1 1 0").arg(QDir(folder.path()).canonicalPath()),
+                  QStringLiteral("testsuite %1 2 2 0").arg(QDir(folder.path()).canonicalPath()),
                   QStringLiteral("testcase Lang/Lang.ini"),
-                  QStringLiteral("failure 1 error, 0 warnings:Lang/Lang.ini: error: the file is "
-                                 "missing or can't be read")}));
+                  QStringLiteral("failure 1 error, 0 warnings:Lang/Lang.ini: error: the file "
+                                 "doesn't exist"),
+                  QStringLiteral("testcase Lang/chs/Zendel.qm"),
+                  QStringLiteral("failure 1 error, 0 warnings:Lang/chs/Zendel.qm: error: the file "
+                                 "doesn't exist")}));
 }
 
 void tst_langcheck_command_line::pageAndJunitCanBePrinted()
@@ -700,7 +711,12 @@ void tst_langcheck_command_line::failedWriteLeavesTheOldFile()
     const QTemporaryDir folder;
     const QString file = folder.filePath(QStringLiteral("junit.xml"));
     const QStringList arguments {QStringLiteral("--junit"), file, checked()};
-    Deployment::writeCatalogue("[LANG_MGR]\n" + QByteArray("no key\n").repeated(20));
+    QByteArray catalogue = "[LANG_MGR]\n";
+    for (const char digit : {'1', '2', '3', '4', '5', '6'}) {
+        catalogue += QByteArray("LANG%_NAME=Language %\nLANG%_FOLDER=missing%\nLANG%_SHOW=1\n")
+                         .replace('%', digit);
+    }
+    Deployment::writeCatalogue(catalogue);
     run(arguments, 2);
     const QByteArray old = readFile(file);
     QVERIFY2(old.size() > 1024 && old.size() < 16384, QByteArray::number(old.size()).constData());

@@ -101,15 +101,18 @@ QByteArray utf16(const QString &text)
 
 } // namespace
 
-/// Counts how often a window is exposed.
+/// Counts how often a window appears.
 class ExposureCounter : public QObject
 {
 public:
     ExposureCounter() { QCoreApplication::instance()->installEventFilter(this); }
 
-    bool eventFilter(QObject * /*watched*/, QEvent *event) override
+    bool eventFilter(QObject *watched, QEvent *event) override
     {
-        count += event->type() == QEvent::Expose ? 1 : 0;
+        const auto *const widget = qobject_cast<QWidget *>(watched);
+        const bool isShown = event->type() == QEvent::Show && widget && widget->isWindow()
+            && !widget->testAttribute(Qt::WA_DontShowOnScreen);
+        count += isShown || event->type() == QEvent::Expose ? 1 : 0;
         return false;
     }
 

@@ -10,6 +10,11 @@ flavour=${preset%%-*} options=("$@")
 scripts/install-packages.sh "$flavour"
 
 case $flavour in
+linux)
+    ZENDEL_AXE_CORE=$(scripts/axe-core.sh) ||
+        echo "axe-core can't be fetched; the test that needs it is left out." >&2
+    export ZENDEL_AXE_CORE
+    ;;
 msvc)
     : "${ZENDEL_QT_MSVC:=$(toolchain/qt-msvc.sh)}"
     export ZENDEL_QT_MSVC

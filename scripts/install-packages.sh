@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # install-packages.sh [linux|mingw|msvc]: installs missing Debian packages for building, tests and
-# the demo, as root or with sudo; with "mingw" or "msvc", also those for that flavour.
+# the demo, as root or with sudo; with a flavour, also those that only it needs.
 # install-packages.sh --only PACKAGE...: installs those of the given packages that are missing.
 # toolchain/qt-mingw.sh installs the packages for building Qt.
 set -euo pipefail
@@ -20,6 +20,9 @@ packages=(
     doxygen gettext libclang-rt-dev qttranslations5-l10n tidy
 )
 case ${1-} in
+linux)
+    packages+=(chromium poppler-utils python3-pip) # For the test of langcheck's pages in a browser
+    ;;
 mingw)
     packages+=(g++-mingw-w64-x86-64-posix llvm-19)
     packages+=(fonts-wine python3-license-expression python3-pefile wine wine64)

@@ -249,13 +249,14 @@ private:
         m_out.close();
         openCell(" ");
         const Reference language = m_languages.value(number);
-        if (language.anchor == rowAnchor(number))
-            m_out.foreignText("bdi", language.name, language.tag);
-        else
+        if (language.anchor != rowAnchor(number))
             linkLanguage(number);
+        else if (!language.name.isEmpty())
+            m_out.foreignText("bdi", language.name);
         m_out.close();
         openCell(", folder ");
-        m_out.foreignText("bdi", folder);
+        if (!folder.isEmpty())
+            m_out.foreignText("bdi", folder);
         m_out.close();
         openCell(", machine\u2019s number ");
         m_out.text(QString::number(number & 0xFF));
@@ -289,13 +290,13 @@ private:
             numbers += countText(warnings, "warning");
         m_out.text(numbers.join(QStringLiteral(", ")) + QStringLiteral(": "));
         QStringList ids;
-        for (const int finding : findings) {
-            const QString id = m_report.findings.at(finding).id();
+        for (const int index : findings) {
+            const QString id = m_report.findings.at(index).id();
             if (ids.contains(id)) // The first leads to the box with all of them.
                 continue;
             if (!ids.isEmpty())
                 m_out.text(QStringLiteral(", "));
-            m_out.link(m_groups.anchors.at(finding), id);
+            m_out.link(m_groups.anchors.at(index), id);
             ids += id;
         }
     }
@@ -304,7 +305,8 @@ private:
     {
         const Reference language = m_languages.value(number);
         m_out.openLink(language.anchor);
-        if (language.name.trimmed().isEmpty())
+        const QVector<uint> characters = language.name.toUcs4();
+        if (std::all_of(characters.begin(), characters.end(), isInvisible))
             m_out.text(QStringLiteral("language %1").arg(number));
         else
             m_out.foreignText("bdi", language.name, language.tag);

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""page_in_browser.py CHROMIUM AXE LANGCHECK LANG TRANSLATIONS [PICTURES]
+"""page_in_browser.py CHROMIUM PDFTOTEXT AXE LANGCHECK LANG TRANSLATIONS [PICTURES]
 
 Shows pages of langcheck in Chromium: those of the sample deployment, whose folder Lang is LANG, and
 of a broken one with test translations from the folder TRANSLATIONS. Fails if axe-core, the file
@@ -41,7 +41,8 @@ class Browser:
         self.session = None
         targets = self.call('Target.getTargets')['targetInfos']
         target = next(target for target in targets if target['type'] == 'page')['targetId']
-        self.session = self.call('Target.attachToTarget', targetId=target, flatten=True)['sessionId']
+        self.session = self.call('Target.attachToTarget', targetId=target,
+                                 flatten=True)['sessionId']
         self.call('Page.enable')
         self.call('Page.setBypassCSP', enabled=True)  # For the checker's script
 
@@ -146,13 +147,13 @@ def check_screen(browser, name, width, scheme):
     return [f'{name}, {width} pixels, {scheme}: {failure}' for failure in failures]
 
 
-def check_paper(browser, name, folder):
+def check_paper(browser, pdftotext, name, folder):
     """The first page has more than the header, and what is folded is open."""
     file = folder / f'{name}.pdf'
     file.write_bytes(browser.print())
 
     def text(*pages):
-        return subprocess.run(['pdftotext', *pages, file, '-'], check=True,
+        return subprocess.run([pdftotext, *pages, file, '-'], check=True,
                               stdout=subprocess.PIPE).stdout.decode()
     failures = []
     if 'Sent to the machine' not in text('-l', '1'):
@@ -163,11 +164,11 @@ def check_paper(browser, name, folder):
 
 
 def main():
-    program, *paths = sys.argv[1:]
+    program, pdftotext, *paths = sys.argv[1:]
     axe, langcheck, sample, translations = (pathlib.Path(path) for path in paths[:4])
     pictures = pathlib.Path(paths[4]) if len(paths) > 4 else None
     failures = []
-    with tempfile.TemporaryDirectory() as name:
+    with tempfile.TemporaryDirectory(ignore_cleanup_errors=True) as name:
         folder = pathlib.Path(name)
         break_deployment(sample, folder / 'broken/Lang', translations)
         browser = Browser(program, folder / 'profile')
@@ -183,7 +184,7 @@ def main():
                     if pictures:
                         file = pictures / f'{name}-{width}-{scheme}.png'
                         file.write_bytes(browser.picture())
-            failures += check_paper(browser, name, pictures or folder)
+            failures += check_paper(browser, pdftotext, name, pictures or folder)
         browser.close()
     print('\n'.join(failures) or 'No failures')
     sys.exit(1 if failures else 0)

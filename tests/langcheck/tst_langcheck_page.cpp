@@ -101,15 +101,18 @@ QByteArray utf16(const QString &text)
 
 } // namespace
 
-/// Counts how often a window is exposed.
+/// Counts how often a window appears.
 class ExposureCounter : public QObject
 {
 public:
     ExposureCounter() { QCoreApplication::instance()->installEventFilter(this); }
 
-    bool eventFilter(QObject * /*watched*/, QEvent *event) override
+    bool eventFilter(QObject *watched, QEvent *event) override
     {
-        count += event->type() == QEvent::Expose ? 1 : 0;
+        const auto *const widget = qobject_cast<QWidget *>(watched);
+        const bool isShown = event->type() == QEvent::Show && widget && widget->isWindow()
+            && !widget->testAttribute(Qt::WA_DontShowOnScreen);
+        count += isShown || event->type() == QEvent::Expose ? 1 : 0;
         return false;
     }
 
@@ -143,6 +146,17 @@ private Q_SLOTS:
     void deploymentsAreShown_data();
     void deploymentsAreShown();
     void startIsNotPromisedIfTheHostFails();
+    void findingsOfAKindShareABox();
+    void manyLinesAreFolded();
+    void overviewListsAllLanguages();
+    void findingsLeadToTheirLanguages();
+    void linesOfTheCatalogueAreShown();
+    void onlyTheFirstLinesAreShown();
+    void sectionsAreLandmarks();
+    void picturesAreDescribed_data();
+    void picturesAreDescribed();
+    void openListIsShown_data();
+    void openListIsShown();
     void languagesHaveTheirScript();
     void hostileTextsStayTexts_data();
     void hostileTextsStayTexts();
@@ -168,18 +182,23 @@ void tst_langcheck_page::everyKindOfFindingIsShown()
     QStringList values;
     for (int i = 1; i < 10; ++i)
         values += QStringLiteral("value %1; <&\">").arg(i);
+    const QString file = QStringLiteral("Lang/a & b/Zendel.qm");
     for (const FindingDescription &kind : kFindings) {
-        report.findings += Finding::make(kind.kind, QStringLiteral("a & b"), 7, values);
+        report.findings += Finding::make(kind.kind, file, 7, values);
         report.findings.last().quote = QStringLiteral("line of ") + QLatin1String(kind.id);
-        report.findings += Finding::make(kind.kind, QStringLiteral("a & b"), 7, values);
-        report.findings += Finding::make(kind.kind, QStringLiteral("a & b"), 0, values);
+        report.findings += Finding::make(kind.kind, file, 7, values);
+        report.findings += Finding::make(kind.kind, QStringLiteral("b"), 0, values);
     }
     const QByteArray bytes = validPage(report);
     const CheckedPage::Contents contents = CheckedPage::read(bytes);
     for (const FindingDescription &kind : kFindings) {
         const QString id = QLatin1String(kind.id);
-        for (const char *const anchor : {"%1-line-7", "%1-line-7-2", "%1"})
-            QVERIFY(contents.anchors.contains(QString::fromLatin1(anchor).arg(id)));
+        // Those of two findings and of their box
+        QCOMPARE(contents.anchors.filter(id + QStringLiteral("-a-_26-b")).size(), 3);
+        QCOMPARE(contents.anchors
+                     .filter(QRegularExpression(QLatin1Char('^') + id + QStringLiteral("-b")))
+                     .size(),
+                 1);
         QVERIFY(contents.texts.contains(QStringLiteral("line of ") + id));
         const Finding finding = Finding::make(kind.kind, {}, 0, values);
         const auto contains = [&contents](const QString &text) {
@@ -260,6 +279,235 @@ void tst_langcheck_page::startIsNotPromisedIfTheHostFails()
     QVERIFY(texts.contains(QStringLiteral("Once it does, the dialog opens like this:")));
 }
 
+/// Lists the untranslated texts in one box, with what they have in common.
+void tst_langcheck_page::findingsOfAKindShareABox()
+{
+    Deployment::installTranslation(QStringLiteral("second"), QStringLiteral("one_text"));
+    Report report = check();
+    const QByteArray bytes = validPage(report);
+    QCOMPARE(bytes.count("<article class=\"finding"), 1);
+    QVERIFY(bytes.contains("</bdi>, 7 times <a href=\"#text-missing-second\">"));
+    QCOMPARE(bytes.count(">It is empty in the dialog.<"), 1);
+    QCOMPARE(bytes.count(">What to do: <"), 1);
+    for (const char *const text : {"Language", "Settings", "Language_3A", "Change-successful_21"})
+        QVERIFY(bytes.contains(QByteArray("<li id=\"text-missing-second-") + text + "\">"));
+
+    // Another file, another severity, and another remedy
+    report.findings += report.findings.first();
+    report.findings.last().file = QStringLiteral("Lang/first/Zendel.qm");
+    report.findings += report.findings.first();
+    report.findings.last().severity = Finding::Warning;
+    QCOMPARE(validPage(report).count("<article class=\"finding"), 3);
+    Deployment::installTwoLanguages();
+    QVERIFY(QDir(Deployment::path(QStringLiteral("Lang/first"))).removeRecursively());
+    QVERIFY(QDir(Deployment::path(QStringLiteral("Lang/second"))).removeRecursively());
+    report = check();
+    const auto isMissing = [](const Finding &finding) {
+        return finding.kind == FindingKind::FolderMissing;
+    };
+    QCOMPARE(std::count_if(report.findings.begin(), report.findings.end(), isMissing), 2);
+    QVERIFY(report.findings.first().remedy() != report.findings.at(1).remedy());
+    const QStringList texts = CheckedPage::read(validPage(report)).texts;
+    for (const Finding &finding : qAsConst(report.findings))
+        QCOMPARE(texts.filter(finding.remedy().mid(1)).size(), 1);
+}
+
+/// Shows the lines of one finding, the first 20 at once.
+void tst_langcheck_page::manyLinesAreFolded()
+{
+    QByteArray catalogue = kCatalogue;
+    for (int i = 0; i < 25; ++i)
+        catalogue += "LANG1_COLOUR" + QByteArray::number(i) + "=red\n";
+    Deployment::writeCatalogue(catalogue);
+    const QByteArray bytes = validPage(check());
+    QCOMPARE(bytes.count("<article class=\"finding"), 1);
+    QVERIFY(bytes.contains("</bdi>, lines 9 to 33 <a"));
+    const int first = bytes.indexOf(">LANG1_COLOUR0=red<");
+    const int folded = bytes.indexOf("<details><summary>5 lines more</summary>");
+    QVERIFY(first > 0 && folded > bytes.indexOf(">LANG1_COLOUR19=red<"));
+    QVERIFY(folded < bytes.indexOf(">LANG1_COLOUR20=red<"));
+}
+
+void tst_langcheck_page::overviewListsAllLanguages()
+{
+    Deployment::installTranslation(QStringLiteral("left over"), QStringLiteral("second"));
+    Deployment::writeCatalogue(QByteArray(kCatalogue)
+                               + "LANG5_NAME=Five\nLANG5_SHOW=0\n"
+                                 "LANG258_NAME=Big\nLANG258_FOLDER=none\nLANG258_SHOW=1\n"
+                                 "LANG3_NAME=Three\nLANG3_FOLDER=empty\nLANG3_SHOW=1\n");
+    QVERIFY(QDir().mkdir(Deployment::path(QStringLiteral("Lang/empty"))));
+    QByteArray page = validPage(check());
+    page.truncate(page.indexOf("id=\"findings\""));
+    // The cells of each row, without the elements in them
+    QStringList rows;
+    const QStringList parts =
+        QString::fromUtf8(page).split(QStringLiteral("<tr id=\"overview-")).mid(1);
+    for (QString row : parts) {
+        row.truncate(row.indexOf(QStringLiteral("</tr>")));
+        row = row.mid(row.indexOf(QLatin1Char('>')) + 1);
+        row.replace(QStringLiteral("</t"), QStringLiteral("|<"));
+        rows += row.remove(QRegularExpression(QStringLiteral("<[^>]*>")));
+    }
+    const QStringList expected {
+        QStringLiteral("1|One|first|1|shown, default, selected at start-up|no findings|"),
+        QStringLiteral("2|Two|second|2|shown|1 error: same-machine-number|"),
+        QStringLiteral("3|Three|empty|3|shown, translation missing|1 error: qm-missing|"),
+        QStringLiteral("258|Big|none|2|shown, folder missing|"
+                       "2 errors: same-machine-number, folder-missing|"),
+        QStringLiteral("5|Five||5|hidden, no folder|no findings|"),
+    };
+    for (const QString &row : expected)
+        QVERIFY2(rows.contains(row), qPrintable(rows.join(QLatin1Char('\n'))));
+    QCOMPARE(rows.size(), expected.size());
+    QVERIFY(page.contains("<li dir=\"auto\">left over</li>"));
+    QVERIFY(!page.contains("isn't in the catalogue"));
+
+    Deployment::writeCatalogue(catalogueWith("DEFAULT=1", "DEFAULT=77"));
+    QVERIFY(validPage(check()).contains("The default, language 77, isn't in the catalogue."));
+}
+
+/// Links findings in a file and in a line to the languages and back.
+void tst_langcheck_page::findingsLeadToTheirLanguages()
+{
+    Deployment::installTranslation(QStringLiteral("second"), QStringLiteral("one_text"));
+    Deployment::writeCatalogue(QByteArray(kCatalogue) + "LANG2_COLOUR=red\nLANG7_SHOW=0\n");
+    const QByteArray bytes = validPage(check());
+    const QByteArray two = "<a href=\"#language-2\"><bdi dir=\"auto\" lang=\"en\">Two</bdi></a>";
+    QCOMPARE(bytes.count(">Language: </span>" + two + "</p></article>"), 2);
+    const QByteArray back =
+        "7 errors, 1 warning: <a href=\"#text-missing-second-Language\">text-missing</a>, "
+        "<a href=\"#unknown-key-line-9\">unknown-key</a>";
+    QCOMPARE(bytes.count(back), 2); // In the overview, and above the pictures
+    const int pictures = bytes.indexOf("<article class=\"language\" id=\"language-2\">");
+    QVERIFY(pictures > 0 && bytes.indexOf(back, pictures) > 0);
+    // In the overview
+    QVERIFY(bytes.contains("<td data-label=\" \">" + two));
+}
+
+void tst_langcheck_page::linesOfTheCatalogueAreShown()
+{
+    Deployment::writeCatalogue(catalogueWith("LANG2_SHOW=1", "LANG2_SHOW=yes\n\n; the end"));
+    QByteArray bytes = validPage(check());
+    const int section = bytes.indexOf("<h2 id=\"lines\">");
+    QVERIFY(section > 0);
+    QVERIFY(bytes.left(section).contains("<p><a href=\"#line-8\">Line 8</a> <code"));
+    bytes = bytes.mid(section);
+    QVERIFY(bytes.contains("<tr id=\"line-3\"><th scope=\"row\">3</th>"
+                           "<td><code dir=\"auto\">LANG1_NAME=One</code></td></tr>"));
+    QVERIFY(bytes.contains("<a href=\"#show-number-line-8\">show-number</a></p></td></tr>"));
+    QVERIFY(bytes.contains("<th scope=\"row\">9</th><td></td>"));
+    QVERIFY(bytes.contains(">; the end<"));
+    QVERIFY(bytes.contains("<h2 id=\"computer\">"));
+
+    // A line break may be part of a damaged character.
+    Report report = check();
+    report.lines.removeAt(3);
+    report.lineNumbers.remove(3);
+    QVERIFY(validPage(report).contains("<tr id=\"line-3\"><th scope=\"row\">3\u20134</th>"));
+
+    QVERIFY(QFile::remove(Deployment::path(QStringLiteral("Lang/Lang.ini"))));
+    QVERIFY(!validPage(check()).contains("#lines"));
+}
+
+void tst_langcheck_page::onlyTheFirstLinesAreShown()
+{
+    const QByteArray limit = ">Only the first 2000 lines are shown.<";
+    Deployment::writeCatalogue(kCatalogue + QByteArray(";\n").repeated(1000));
+    QVERIFY(!validPage(check()).contains(limit));
+    Deployment::writeCatalogue(kCatalogue + QByteArray(";\n").repeated(2000) + "text\n");
+    const QByteArray bytes = validPage(check());
+    QVERIFY(bytes.contains(limit));
+    QVERIFY(bytes.contains("<p>Line 2009 <code dir=\"auto\">text</code></p>"));
+}
+
+void tst_langcheck_page::sectionsAreLandmarks()
+{
+    const QByteArray bytes = validPage(check());
+    for (const char *const element :
+         {"<header><h1>", "<nav aria-label=\"Sections\">", "</header><main><section "})
+        QVERIFY2(bytes.contains(element), element);
+    const QStringList titles = {QStringLiteral("overview"), QStringLiteral("findings"),
+                                QStringLiteral("start"),    QStringLiteral("languages"),
+                                QStringLiteral("lines"),    QStringLiteral("computer")};
+    int last = 0;
+    for (const QString &title : titles) {
+        const QString start = QStringLiteral("<section aria-labelledby=\"%1\"><h2 id=\"%1\">");
+        const int position = bytes.indexOf(start.arg(title).toUtf8());
+        QVERIFY2(position > last, qPrintable(title));
+        QVERIFY(bytes.contains("<a href=\"#" + title.toUtf8() + "\">"));
+        last = position;
+    }
+}
+
+void tst_langcheck_page::picturesAreDescribed_data()
+{
+    QTest::addColumn<QString>("translation");
+    QTest::addColumn<QString>("description");
+
+    const auto row = [](const char *name, const char *translation, const char *description) {
+        QTest::newRow(name) << QString::fromLatin1(translation) << QString::fromLatin1(description);
+    };
+    row("good", "first", "The dialog in Two");
+    row("missing", "one_text", "The dialog in Two; missing: Language:, Language, Settings");
+    row("clipped", "long_texts", "The dialog in Two; clipped: Change");
+    row("box", "one_text",
+        "The message box after a failed change in Two; missing: the title, the text");
+}
+
+void tst_langcheck_page::picturesAreDescribed()
+{
+    QFETCH(QString, translation);
+    QFETCH(QString, description);
+
+    Deployment::installTranslation(QStringLiteral("second"), translation);
+    QVERIFY2(validPage(check()).contains("alt=\"" + description.toUtf8() + '"'),
+             qPrintable(description));
+}
+
+void tst_langcheck_page::openListIsShown_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::newRow("no language") << 0;
+    QTest::newRow("some languages") << 5;
+    QTest::newRow("more than the screen holds") << 200;
+}
+
+void tst_langcheck_page::openListIsShown()
+{
+    QFETCH(int, count);
+
+    QByteArray catalogue = "[LANG_MGR]\nDEFAULT=3\n";
+    for (int i = 1; i <= count; ++i) {
+        catalogue += QByteArray("LANG%_NAME=Name %\nLANG%_FOLDER=first\nLANG%_SHOW=1\n")
+                         .replace('%', QByteArray::number(i));
+    }
+    Deployment::writeCatalogue(catalogue);
+    const Report report = check();
+    const ExposureCounter exposures;
+    const StartPictures start = drawStart(report);
+    QCoreApplication::processEvents();
+    QCOMPARE(exposures.count, 0);
+    const QByteArray bytes = makePage(report, start, {});
+    CheckedPage::validate(bytes);
+    QCOMPARE(start.list.isNull(), count == 0);
+    QCOMPARE(bytes.contains("list, when opened"), count > 0);
+    if (count == 0)
+        return;
+    QVERIFY(!isBlank(start.list));
+    QVERIFY(start.list.height() >= 10 * start.rows);
+    QVERIFY(start.list.width() >= 150);
+    if (count < 10) {
+        QCOMPARE(start.rows, count);
+        QVERIFY(bytes.contains("alt=\"The open list: Name 1, Name 2, Name 3, Name 4, Name 5\""));
+    } else {
+        QVERIFY(start.rows >= 10 && start.rows < 100);
+        QVERIFY(bytes.contains(QStringLiteral("Its list, when opened, shows %1 of the 200 "
+                                              "languages. The operator scrolls to the others:")
+                                   .arg(start.rows)
+                                   .toUtf8()));
+    }
+}
+
 void tst_langcheck_page::languagesHaveTheirScript()
 {
     const QTemporaryDir folder;
@@ -288,7 +536,8 @@ void tst_langcheck_page::hostileTextsStayTexts_data()
     same("entities", QStringLiteral("&lt; &#0; & &amp"));
     same("comment", QStringLiteral("<!-- a -- b ]]> <![CDATA["));
     same("outside the BMP", QStringLiteral("\U0001F600"));
-    same("other direction", QStringLiteral("\u202Eabc\u2066"));
+    row("other direction", QStringLiteral("\u202Eabc\u2066"),
+        QStringLiteral("<U+202E>abc<U+2066>"));
     row("NUL", QStringLiteral("a") + QChar(0) + QStringLiteral("b"), QStringLiteral("a\u2400b"));
     row("controls",
         QStringLiteral("a\x01\x1B\x7F\x85"

@@ -2,6 +2,7 @@
 
 #include "langcheck/Texts.h"
 
+#include <QRegularExpression>
 #include <QTextCodec>
 
 #include <algorithm>
@@ -28,6 +29,41 @@ QString decodedUtf8(const QByteArray &bytes)
         QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
     const bool ascii = std::all_of(bytes.begin(), bytes.end(), isAscii);
     return ascii || state.invalidChars > 0 || state.remainingChars > 0 ? QString() : text;
+}
+
+/// Returns the bytes that Windows-1252 or Latin-1 reads as @p name; none if neither does.
+QByteArray toWindows1252(const QString &name)
+{
+    // The characters of the bytes 0x80 to 0x9F. Latin-1 reads all of them as controls.
+    static const QString upper = QStringLiteral(
+        "\u20AC\u0081\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030\u0160\u2039\u0152\u008D\u017D"
+        "\u008F\u0090\u2018\u2019\u201C\u201D\u2022\u2013\u2014\u02DC\u2122\u0161\u203A\u0153\u009D"
+        "\u017E\u0178");
+    QByteArray bytes;
+    for (const QChar c : name) {
+        const int index = upper.indexOf(c);
+        if (index < 0 && c.unicode() > 0xFF)
+            return {};
+        bytes += static_cast<char>(index < 0 ? c.unicode() : 0x80 + index);
+    }
+    return bytes;
+}
+
+/// Returns the text if the bytes are at least two characters in GB2312 and no letters.
+QString decodedGb2312(const QByteArray &bytes)
+{
+    int count = 0;
+    for (int i = 0; i < bytes.size(); ++i) {
+        if (isAscii(bytes.at(i)) && !std::isalpha(bytes.at(i)))
+            continue;
+        // Names that are really in Western letters have ASCII ones, too.
+        if (!isHalfOfGb2312(bytes.at(i)) || i + 1 == bytes.size()
+            || !isHalfOfGb2312(bytes.at(i + 1)))
+            return {};
+        ++count;
+        ++i;
+    }
+    return count > 1 ? QTextCodec::codecForName("GB2312")->toUnicode(bytes) : QString();
 }
 
 /// The result of decoding a line, without its line end, as GB2312.
@@ -93,6 +129,8 @@ bool looksLikeUtf16(const QByteArray &bytes)
 
 int zeroTail(const QByteArray &bytes, const QString &encoding)
 {
+    if (encoding.startsWith(QLatin1String("UTF-32")))
+        return 0;
     int end = bytes.size();
     while (end > 0 && bytes.at(end - 1) == '\0')
         --end;
@@ -107,30 +145,40 @@ QString readAgainAsBytes(const QString &line)
 {
     QByteArray bytes;
     for (const QChar c : line) {
-        for (const char byte : {char(c.unicode() & 0xFF), char(c.unicode() >> 8)}) {
-            if (!isAscii(byte) || (byte < ' ' && byte != '\r' && byte != '\n' && byte != '\t'))
-                return {};
-            bytes += byte;
-        }
+        bytes += static_cast<char>(c.unicode() & 0xFF);
+        bytes += static_cast<char>(c.unicode() >> 8);
     }
-    return QString::fromLatin1(bytes).trimmed();
+    // A key of the catalogue, or only ASCII, doesn't appear by chance.
+    static const QRegularExpression key(QStringLiteral("LANG[0-9]+_[A-Z]+ *="));
+    const QString text = QString::fromUtf8(bytes).trimmed();
+    const bool ascii = std::all_of(bytes.begin(), bytes.end(), [](char byte) {
+        return isAscii(byte) && (byte >= ' ' || std::isspace(byte));
+    });
+    return ascii || key.match(text).hasMatch() ? text : QString();
 }
 
-QString readAgainAsUtf8(const QString &name)
+bool isTransferredAsText(const QByteArray &bytes)
 {
-    // The characters of the bytes 0x80 to 0x9F. Windows reads unassigned bytes as controls.
-    static const QString upper = QStringLiteral(
-        "\u20AC\u0081\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030\u0160\u2039\u0152\u008D\u017D"
-        "\u008F\u0090\u2018\u2019\u201C\u201D\u2022\u2013\u2014\u02DC\u2122\u0161\u203A\u0153\u009D"
-        "\u017E\u0178");
-    QByteArray bytes;
-    for (const QChar c : name) {
-        const int index = upper.indexOf(c);
-        if (index < 0 && (c.unicode() > 0xFF || (c.unicode() >= 0x80 && c.unicode() < 0xA0)))
-            return {};
-        bytes += static_cast<char>(index < 0 ? c.unicode() : 0x80 + index);
+    const int most = bytes.count('\n');
+    return most > 1 && bytes.count("\r\n") > most / 2;
+}
+
+Misread misread(const QString &name)
+{
+    const QByteArray bytes = toWindows1252(name);
+    const QString utf8 = decodedUtf8(bytes);
+    if (!utf8.isEmpty())
+        return {utf8, "UTF-8 that was read as Windows-1252 or Latin-1"};
+    const QString chinese = decodedGb2312(bytes);
+    if (!chinese.isEmpty())
+        return {chinese, "GB2312 that was read as Windows-1252 or Latin-1"};
+    const QTextCodec *const gbk = QTextCodec::codecForName("GB18030");
+    if (gbk && gbk->canEncode(name)) {
+        const QString western = decodedUtf8(gbk->fromUnicode(name));
+        if (!western.isEmpty())
+            return {western, "UTF-8 that was read as GBK"};
     }
-    return decodedUtf8(bytes);
+    return {};
 }
 
 void checkBytesWithoutBom(const QByteArray &bytes, Report &report)

@@ -29,5 +29,16 @@ QVector<int> lineNumbersWithoutBom(const QByteArray &bytes);
 /// it wasn't.
 QString readAgainAsBytes(const QString &line);
 
-/// Returns what a name was if it is UTF-8 that was read as Windows-1252; empty if it is not.
-QString readAgainAsUtf8(const QString &name);
+/// Returns true if a UTF-16 file was transferred in text mode, which changes line feed bytes.
+bool isTransferredAsText(const QByteArray &bytes);
+
+/// A text that was read in a wrong encoding.
+struct Misread
+{
+    QString original;
+    const char *how = nullptr; ///< For the sentence "the text looks like ..."
+};
+
+/// Returns what a name was if it was read in a wrong encoding before it was saved; an empty text if
+/// it wasn't.
+Misread misread(const QString &name);

@@ -65,17 +65,24 @@ public:
     /// Checks what a line by itself doesn't show. To be called after the last line.
     void finish()
     {
-        m_sections.finish(m_report, m_lines.hasSection);
+        if (!explainSingleLine())
+            m_sections.finish(m_report, m_lines.hasSection);
+        QSet<int> several; // Their IDs differ for the same reason.
         for (auto it = m_repetitions.constBegin(); it != m_repetitions.constEnd(); ++it) {
-            if (it.key() != kNoLanguage && addSeveralLanguages(it.key(), *it))
+            if (it.key() != kNoLanguage && addSeveralLanguages(it.key(), *it)) {
+                several += it.key();
                 continue;
+            }
             for (const Repetition &one : *it) {
                 addRepeatedKey(
                     one, one.field ? m_lines.languages[it.key()].*one.field : m_lines.defaultKey);
+                if (!one.field)
+                    rememberIntended(QStringLiteral("DEFAULT"));
             }
         }
         for (const DifferentId &id : qAsConst(m_differentIds)) {
-            if (id.langId <= 255 && !m_lines.languages.value(id.langId).tooLong)
+            if (id.langId <= 255 && !several.contains(id.langId)
+                && !m_lines.languages.value(id.langId).tooLong)
                 addIdDiffers(id);
         }
     }
@@ -94,7 +101,9 @@ public:
             m_lines.texts.insert(m_line, shortened(text, kQuoteLength));
             return;
         }
-        m_isReported = text.endsWith(QChar(QChar::Null)); // For the file, see checkEnd().
+        if (text.indexOf(QChar(QChar::ByteOrderMark), 1) > 0)
+            addSecondCatalogue();
+        m_isReported = m_isReported || text.endsWith(QChar(QChar::Null)); // See checkEnd().
         const LangLine line = m_reader.read(text);
         if (line.kind == LangLine::Header)
             m_inSection = line.key == QLatin1String("LANG_MGR");
@@ -112,6 +121,18 @@ public:
 private:
     using Field = CatalogueKey LanguageLines::*;
 
+    /// If carriage returns make the file a single line, adds what that costs to the finding about
+    /// them and returns true.
+    bool explainSingleLine()
+    {
+        if (m_count != 1 || m_lines.hasSection || m_report.findings.isEmpty()
+            || m_report.findings.last().kind != FindingKind::CarriageReturn)
+            return false;
+        m_report.findings.last().severity = Finding::Error;
+        m_report.findings.last().consequences += QStringLiteral("the operator's list is empty");
+        return true;
+    }
+
     struct Repetition
     {
         QString key;
@@ -126,6 +147,17 @@ private:
         int langId;
         CatalogueKey id;
     };
+
+    /// Reports that two files were joined, and so nothing else about this line.
+    void addSecondCatalogue()
+    {
+        add(FindingKind::SecondBom,
+            {QStringLiteral("contains a second BOM, because another catalogue was appended here"),
+             QStringLiteral("the line is wrong, and of keys in both catalogues only the later one "
+                            "applies"),
+             QStringLiteral("keep one of the two catalogues")});
+        m_isReported = true;
+    }
 
     /// Returns false if the line's text was not meant to be what was read.
     bool checkCharacters(const QString &text)
@@ -186,7 +218,9 @@ private:
 
     void checkNoKey(const QString &text)
     {
-        static const QRegularExpression separator(QStringLiteral("[:=\uFF1A\uFF1D]"));
+        // Dashes come from word processors, tabs from spreadsheets.
+        static const QRegularExpression separator(QStringLiteral("[:=\uFF1A\uFF1D\u2013\u2014\t]"));
+        static const QRegularExpression conflict(QStringLiteral("^(<{7}|={7}|>{7})"));
         const int index = text.indexOf(separator);
         QString remedy = QStringLiteral("write KEY=value, or start a comment with \";\"");
         QString key;
@@ -194,11 +228,16 @@ private:
             remedy = QStringLiteral("delete the line, or write [LANG_MGR]");
         } else if (resemblesComment(text)) {
             remedy = QStringLiteral("start the comment with \";\"");
+        } else if (conflict.match(text).hasMatch()) {
+            remedy =
+                QStringLiteral("resolve the merge conflict: delete these lines and those of one "
+                               "of the two versions");
         } else if (index > 0) {
             key = intendedKey(text.left(index));
             if (!key.isEmpty())
-                remedy =
-                    QStringLiteral("write \"=\" instead of ") + quotedAscii(text.mid(index, 1));
+                remedy = QStringLiteral("write \"=\" instead of ")
+                    + (text.at(index) == QLatin1Char('\t') ? QStringLiteral("the tab")
+                                                           : quotedAscii(text.mid(index, 1)));
         }
         add(FindingKind::NoKey, {quoted(text), remedy});
         rememberIntended(key);
@@ -255,8 +294,8 @@ private:
                 m_differentIds += {line.key.toString(), line.langId, language.id};
         } else if (line.kind == LangLine::Name) {
             setKey(language.name, line, &LanguageLines::name);
-            checkText(line);
-            checkLetters(line);
+            if (!checkText(line))
+                checkLetters(line);
         } else if (line.kind == LangLine::Folder) {
             setKey(language.folder, line, &LanguageLines::folder);
             checkText(line);
@@ -272,8 +311,10 @@ private:
     {
         const QString value = line.value.toString();
         if (isNumber(line.value)) {
-            if (value.toInt() != 0 && value.toInt() != 1)
+            if (value.toInt() != 0 && value.toInt() != 1) {
                 addValue(FindingKind::ShowOther, line);
+                rememberIntended(line.key.toString());
+            }
             return;
         }
         static const QStringList no {QString(), QStringLiteral("no"), QStringLiteral("false"),
@@ -284,12 +325,14 @@ private:
         const bool isHidden = isZero || no.contains(meant, Qt::CaseInsensitive);
         add(FindingKind::ShowNumber,
             {line.key.toString(), quotedAscii(value), QLatin1String(isHidden ? "0" : "1")});
+        rememberIntended(line.key.toString());
         if (isHidden && !m_isReported) // As it was meant
             m_report.findings.last().severity = Finding::Warning;
     }
 
-    /// Checks for quotation marks and comments, which are part of the value here.
-    void checkText(const LangLine &line)
+    /// Checks for quotation marks and comments, which are part of the value here. Returns true if
+    /// there are any.
+    bool checkText(const LangLine &line)
     {
         const QString text = line.value.toString();
         const QString value = withoutComment(text);
@@ -297,6 +340,9 @@ private:
             addText(FindingKind::CommentInValue, line, withoutQuotes(value));
         else if (withoutQuotes(text) != text)
             addText(FindingKind::QuotedValue, line, withoutQuotes(text));
+        else
+            return false;
+        return true;
     }
 
     void addText(FindingKind kind, const LangLine &line, const QString &value)
@@ -311,10 +357,19 @@ private:
     void checkLetters(const LangLine &line)
     {
         const QString name = line.value.toString();
-        const QString original = readAgainAsUtf8(name);
-        if (!original.isEmpty()) {
-            addValue(FindingKind::GarbledName, line, {shortened(original, 60)});
+        const bool isReported = m_reported.contains(0); // For the whole file
+        const Misread original = isReported ? Misread() : misread(name);
+        const QString decoded = withoutCodes(name);
+        if (!original.original.isEmpty()) {
+            const QString shown = shortened(original.original, 60);
+            addValue(FindingKind::GarbledName, line,
+                     {shown, line.key.toString() + QLatin1Char('=') + shown,
+                      QLatin1String(original.how)});
             rememberIntended(line.key.toString());
+        } else if (decoded != name) {
+            addText(FindingKind::EscapedName, line, decoded);
+        } else if (mixesScripts(name)) {
+            add(FindingKind::MixedScripts, {line.key.toString(), quotedAscii(name)});
         } else if (!m_reported.contains(m_line) && !m_undecodable
                    && (name.contains(QLatin1Char('?'))
                        || (m_decodable && name.contains(QChar(QChar::ReplacementCharacter))))) {
@@ -330,10 +385,14 @@ private:
     void checkFolder(const LangLine &line)
     {
         const QString path = line.value.toString().replace(QLatin1Char('\\'), QLatin1Char('/'));
-        const QStringList values {line.key.toString(), quotedAscii(line.value.toString()),
-                                  QString(),
-                                  QStringLiteral("write the name of a folder in Lang after %1=")
-                                      .arg(line.key.toString())};
+        const QStringList values {
+            line.key.toString(), quotedAscii(line.value.toString()), QString(),
+            line.value.contains(QLatin1Char('%'))
+                ? QStringLiteral("rename the folder, and write its new name "
+                                 "after %1=")
+                      .arg(line.key.toString())
+                : QStringLiteral("write the name of a folder in Lang after %1=")
+                      .arg(line.key.toString())};
         const bool drive = path.size() > 1 && path.at(1) == QLatin1Char(':');
         if (line.value.contains(QLatin1Char('%')))
             add(FindingKind::FolderPercent, values);
@@ -476,12 +535,11 @@ void addUnreadable(Report &report, const QFile &file)
             {file.errorString().toLower(),
              QStringLiteral("give the user who runs the host permission to read the file")});
     } else {
-        const QString found = report.relative(nearbyCatalogue(report.applicationDir));
-        report.addLine(FindingKind::CatalogueMissing, 0,
-                       found.isEmpty()
-                           ? QStringList {QString(), put}
-                           : QStringList {QStringLiteral(", but there is ") + found,
-                                          QStringLiteral("rename %1 to Lang/Lang.ini").arg(found)});
+        const NearbyCatalogue found = nearbyCatalogue(report.applicationDir);
+        report.addLine(
+            FindingKind::CatalogueMissing, 0,
+            {found.path.isEmpty() ? QString() : QStringLiteral(", but there is ") + found.path,
+             found.path.isEmpty() ? put : found.remedy});
     }
 }
 
@@ -493,7 +551,7 @@ QString remedyForNoText(const QByteArray &bytes)
 }
 
 /// Checks for what a power failure leaves at the end, which the list of languages may survive.
-void checkEnd(Report &report, const QByteArray &bytes)
+void checkEnd(Report &report, const QByteArray &bytes, CatalogueLines &lines)
 {
     const bool isWide = report.encoding.startsWith(QLatin1String("UTF-16"));
     const bool isAppended =
@@ -512,8 +570,23 @@ void checkEnd(Report &report, const QByteArray &bytes)
                        {countText(zeros, "zero byte"),
                         complete ? QStringLiteral("lines may be missing before them")
                                  : QStringLiteral("the last line before them is wrong")});
-    if (!complete)
-        finding.severity = Finding::Error;
+    if (complete)
+        return;
+    finding.severity = Finding::Error;
+    // What the last language lacks was in the line that is wrong.
+    int last = 0;
+    int number = 0;
+    for (auto it = lines.languages.cbegin(); it != lines.languages.cend(); ++it) {
+        const int line = std::max({it->id.line, it->name.line, it->folder.line, it->show.line});
+        if (line > last) {
+            last = line;
+            number = it.key();
+        }
+    }
+    for (const char *const field : {"NAME", "FOLDER", "SHOW"}) {
+        lines.findings.insert(QStringLiteral("LANG%1_").arg(number) + QLatin1String(field),
+                              report.findings.size() - 1);
+    }
 }
 
 } // namespace
@@ -558,6 +631,10 @@ CatalogueLines checkCatalogue(Report &report)
         decodable = length == 2
             || in.codec()->toUnicode(bytes).count(replacement)
                 == bytes.count(QString(replacement).toUtf8());
+        if (length == 2 && isTransferredAsText(bytes)) {
+            report.addLine(FindingKind::TextTransfer, 0);
+            return {};
+        }
     } else {
         report.encoding = QStringLiteral("GB2312"); // Its codec may have the name of a superset.
         report.encodingReason = QStringLiteral("it has no BOM");
@@ -580,6 +657,7 @@ CatalogueLines checkCatalogue(Report &report)
     while (in.readLineInto(&text))
         lines.check(text);
     lines.finish();
-    checkEnd(report, bytes);
-    return lines.lines();
+    CatalogueLines result = lines.lines();
+    checkEnd(report, bytes, result);
+    return result;
 }

@@ -3,6 +3,10 @@
 #include "lang/LangLine.h"
 #include "langcheck/Texts.h"
 
+#include <QRegularExpression>
+#include <QTextCodec>
+#include <QTextDocumentFragment>
+
 #include <algorithm>
 #include <numeric>
 #include <vector>
@@ -56,7 +60,8 @@ QString withoutInvisible(const QString &text)
 {
     QString result;
     for (const QChar c : text) {
-        const bool isNeeded = c.isSpace() || (c.unicode() >= 0x200C && c.unicode() <= 0x200F);
+        const bool isNeeded = (c.isSpace() && c != QLatin1Char('\t'))
+            || (c.unicode() >= 0x200C && c.unicode() <= 0x200F);
         if (isNeeded || !isInvisible(c.unicode()))
             result += c;
     }
@@ -73,7 +78,7 @@ QString nearest(const QString &text, const QStringList &candidates)
             continue;
         const int distance = editDistance(text.toCaseFolded(), candidate.toCaseFolded());
         // Very short texts differ in one character at most.
-        if (distance < least && 2 * distance <= std::min(text.size(), candidate.size())) {
+        if (distance < least && 2 * distance < std::max(text.size(), candidate.size())) {
             least = distance;
             result = candidate;
         }
@@ -83,7 +88,14 @@ QString nearest(const QString &text, const QStringList &candidates)
 
 QString intendedKey(const QString &key)
 {
-    const QString text = plain(key).remove(QLatin1Char(' ')).toUpper();
+    QString text = plain(key).remove(QLatin1Char(' ')).toUpper();
+    static const QRegularExpression number(QStringLiteral("^LANG([0-9LIO]*[0-9LI][0-9LIO]*)_"));
+    const QRegularExpressionMatch match = number.match(text);
+    if (match.hasMatch()) { // Letters that look like digits
+        QString digits = match.captured(1).replace(QLatin1Char('O'), QLatin1Char('0'));
+        digits.replace(QRegularExpression(QStringLiteral("[LI]")), QStringLiteral("1"));
+        text.replace(match.capturedStart(1), match.capturedLength(1), digits);
+    }
     if (isKey(text))
         return text;
     int start = 0;
@@ -121,9 +133,56 @@ QString withoutComment(const QString &value)
         for (int i = value.indexOf(mark, 1); i > 0; i = value.indexOf(mark, i + 1)) {
             const bool spaceBefore = value.at(i - 1).isSpace();
             const bool spaceAfter = value.mid(i + mark.size(), 1).trimmed().isEmpty();
-            if (spaceBefore || (!isLetter && spaceAfter && i + mark.size() < value.size()))
+            const bool atEnd = i + mark.size() == value.size();
+            if (spaceBefore || (!isLetter && spaceAfter && (!atEnd || *start == ';')))
                 end = std::min(end, i);
         }
     }
     return value.left(end).trimmed();
+}
+
+int intendedNumber(const QString &value)
+{
+    QString text = plain(value).toUpper();
+    text.replace(QRegularExpression(QStringLiteral("^O(?=[0-9])")), QString());
+    static const QRegularExpression digits(QStringLiteral("[0-9]+"));
+    const QRegularExpressionMatch match = digits.match(text);
+    bool ok = false;
+    const int number = match.captured().toInt(&ok);
+    return ok ? number : -1;
+}
+
+QString withoutCodes(const QString &text)
+{
+    static const QRegularExpression entity(
+        QStringLiteral("&(#[0-9]+|#x[0-9A-Fa-f]+|[A-Za-z]{2,8});"));
+    static const QRegularExpression escape(QStringLiteral("\\\\u([0-9A-Fa-f]{4})"));
+    QString result = text;
+    for (auto match = escape.match(result); match.hasMatch(); match = escape.match(result)) {
+        result.replace(match.capturedStart(), match.capturedLength(),
+                       QChar(match.captured(1).toUShort(nullptr, 16)));
+    }
+    if (entity.match(result).hasMatch())
+        result = QTextDocumentFragment::fromHtml(
+                     result.toHtmlEscaped().replace(QLatin1String("&amp;"), QLatin1String("&")))
+                     .toPlainText();
+    return result;
+}
+
+bool mixesScripts(const QString &text)
+{
+    bool latin = false;
+    bool similar = false;
+    for (const QChar c : text) {
+        latin = latin || c.script() == QChar::Script_Latin;
+        similar =
+            similar || c.script() == QChar::Script_Cyrillic || c.script() == QChar::Script_Greek;
+        if (!c.isLetter() && !c.isMark()) { // Another word may be in another script.
+            latin = false;
+            similar = false;
+        }
+        if (latin && similar)
+            return true;
+    }
+    return false;
 }

@@ -4,11 +4,14 @@
 #include "langcheck/Deployment.h"
 #include "langcheck/Texts.h"
 #include "langcheck/Translation.h"
+#include "langcheck/check/Guess.h"
 #include "langcheck/draw/TextFit.h"
 #include "ui/DlgSettings.h"
 
 #include <QFileInfo>
 #include <QHash>
+#include <QMap>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -35,6 +38,8 @@ public:
         listHidden();
         if (!m_lines.hasSection)
             return;
+        if (!m_report.listed.isEmpty())
+            checkLost();
         checkShown();
         checkDefault();
         checkNumbers();
@@ -68,6 +73,25 @@ private:
                 [number = it.key()](const LangEntry &lang) { return lang.id == number; });
             if (!listed)
                 m_report.hidden += {it.key(), it->name.value, it->folder.value, it->first()};
+        }
+    }
+
+    /// A language of which no line is recognised isn't even hidden.
+    void checkLost()
+    {
+        static const QRegularExpression key(QStringLiteral("^LANG([0-9]+)_"));
+        QMap<int, int> lost; // A finding of each language
+        for (auto it = m_lines.findings.cbegin(); it != m_lines.findings.cend(); ++it) {
+            const QRegularExpressionMatch match = key.match(it.key());
+            const int number = match.captured(1).toInt();
+            if (match.hasMatch() && !m_lines.languages.contains(number))
+                lost.insert(number, std::min(it.value(), lost.value(number, it.value())));
+        }
+        for (auto it = lost.cbegin(); it != lost.cend(); ++it) {
+            Finding &finding = m_report.findings[it.value()];
+            finding.consequences += QStringLiteral("language %1 isn't offered").arg(it.key());
+            finding.severity = Finding::Error;
+            finding.languages += it.key();
         }
     }
 
@@ -129,35 +153,50 @@ private:
                 m_report
                     .addLine(FindingKind::DefaultNumber, key.line,
                              {quotedAscii(key.value), QStringLiteral("language 0 is the default"),
-                              numbers()})
+                              numbers(key.value)})
                     .severity = Finding::Warning;
             }
         } else if (key.line == 0) {
             if (!isExplained(QStringLiteral("DEFAULT"), effect))
-                m_report.addLine(FindingKind::DefaultMissing, 0, {effect, numbers()});
+                m_report.addLine(FindingKind::DefaultMissing, 0, {effect, numbers(key.value)});
+        } else if (isNumber && isExplained(QStringLiteral("DEFAULT"), effect)) {
+            return; // Another line has changed it.
         } else if (!isNumber) {
             m_report.addLine(FindingKind::DefaultNumber, key.line,
-                             {quotedAscii(key.value), effect, numbers()});
+                             {quotedAscii(key.value), effect, numbers(key.value)});
+        } else if (m_lines.languages.contains(id)) {
+            if (!isExplained(languageKey(id, "SHOW"), effect)) {
+                m_report.addLine(FindingKind::DefaultHidden, key.line,
+                                 {QString::number(id), effect, numbers({})});
+            }
         } else {
-            m_report.addLine(m_lines.languages.contains(id) ? FindingKind::DefaultHidden
-                                                            : FindingKind::DefaultUnknown,
-                             key.line, {QString::number(id), effect, numbers()});
+            m_report.addLine(FindingKind::DefaultUnknown, key.line,
+                             {QString::number(id), effect, numbers({})});
         }
     }
 
-    /// Returns the numbers of the list for a remedy: "2, or to 5, 7".
-    QString numbers() const
+    /// Returns the number that DEFAULT was probably meant to have, or all that are possible.
+    QString numbers(const QString &value) const
     {
+        const int meant = intendedNumber(value);
         QStringList all;
-        for (const LangEntry &lang : m_report.listed)
-            all += QString::number(lang.id);
-        const QString first = all.takeFirst();
+        for (const LangEntry &lang : m_report.listed) {
+            if (lang.id == meant || lang.name.compare(value, Qt::CaseInsensitive) == 0)
+                return QString::number(lang.id);
+            all += QStringLiteral("%1 for %2").arg(lang.id).arg(shortened(lang.name, 30));
+        }
         const int most = 30;
         if (all.size() > most)
             all = all.mid(0, most) + QStringList {QStringLiteral("and so on")};
-        return all.isEmpty()
-            ? first
-            : QStringLiteral("%1 (or %2)").arg(first, all.join(QStringLiteral(", ")));
+        return m_report.listed.size() == 1
+            ? QString::number(m_report.listed.first().id)
+            : QStringLiteral("<number>: ") + all.join(QStringLiteral(", "));
+    }
+
+    /// Returns the language of two that is to be hidden: not the default.
+    QString toBeHidden(int earlier, int later) const
+    {
+        return QString::number(earlier == m_report.defaultLangId ? later : earlier);
     }
 
     void checkNumbers()
@@ -203,12 +242,12 @@ private:
             if (idOfName.contains(lang.name) && !isWrong) {
                 const int other = idOfName.value(lang.name);
                 add(FindingKind::SameName, line, lang.id,
-                    {key, QString::number(other), quoted(lang.name)})
+                    {key, QString::number(other), quoted(lang.name), toBeHidden(other, lang.id)})
                     .languages += other;
             }
             idOfName.insert(lang.name, lang.id);
             const ShownText name = languageName(dialog, i);
-            if (name.clipped) {
+            if (name.clipped && !isWrong) {
                 add(FindingKind::NameClipped, line, lang.id,
                     {key, QLatin1String(name.tooTall ? "tall" : "wide"), quoted(lang.name),
                      QString::number(name.size), QString::number(name.room),

@@ -29,18 +29,32 @@ QString similarFile(const QString &folder, const QString &name)
 
 } // namespace
 
-QString nearbyCatalogue(const QString &applicationDir)
+NearbyCatalogue nearbyCatalogue(const QString &applicationDir)
 {
-    const QString name = QStringLiteral("Lang.ini");
-    for (const char *const folder : {"/Lang", "/lang", "/Lang/Lang", ""}) {
-        const QString path = applicationDir + QLatin1String(folder);
-        const bool wanted = QLatin1String(folder) == QLatin1String("/Lang");
-        if (!wanted && QFileInfo(path + QLatin1Char('/') + name).isFile())
-            return path + QLatin1Char('/') + name;
-        const QString found = similarFile(path, name);
-        if (!found.isEmpty())
-            return found;
+    const QDir dir(applicationDir);
+    const QString lang = QStringLiteral("Lang");
+    const QString ini = QStringLiteral("Lang.ini");
+    if (QFileInfo(dir.filePath(QStringLiteral("Lang/Lang/Lang.ini"))).isFile()) {
+        return {QStringLiteral("Lang/Lang/Lang.ini"),
+                QStringLiteral("move the contents of Lang/Lang to Lang")};
     }
+    const QString similar = similarFile(dir.filePath(lang), ini);
+    if (!similar.isEmpty()) {
+        const QString name = dir.relativeFilePath(similar);
+        return {name, QStringLiteral("rename %1 to Lang/Lang.ini").arg(name)};
+    }
+    const QStringList folders = dir.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString &folder : folders) {
+        if (folder != lang && folder.compare(lang, Qt::CaseInsensitive) == 0) {
+            return {QStringLiteral("a folder ") + folder,
+                    QStringLiteral("rename the folder %1 to Lang").arg(folder)};
+        }
+    }
+    if (QFileInfo(dir.filePath(ini)).isFile())
+        return {ini, QStringLiteral("move Lang.ini into the folder Lang")};
+    const QString archive = QStringLiteral("Lang.zip");
+    if (QFileInfo(dir.filePath(archive)).isFile())
+        return {archive, QStringLiteral("unpack Lang.zip, so that there is Lang/Lang.ini")};
     return {};
 }
 
@@ -75,6 +89,11 @@ QString nearbyFolder(const QString &applicationDir, const QString &value, const 
         return {};
     if (folders.contains(name))
         return name;
+    for (const QString &folder : folders) { // From a Mac, which decomposes letters
+        if (folder.normalized(QString::NormalizationForm_C)
+            == name.normalized(QString::NormalizationForm_C))
+            return folder;
+    }
     for (const QString &folder : folders) {
         if (folder.trimmed().compare(name, Qt::CaseInsensitive) == 0)
             return folder;

@@ -4,8 +4,14 @@
 
 // Finds files that lie next to where they should be, or have a similar name.
 
-/// Returns the path of what was probably meant to be Lang/Lang.ini; empty if there is none.
-QString nearbyCatalogue(const QString &applicationDir);
+/// What was probably meant to be Lang/Lang.ini.
+struct NearbyCatalogue
+{
+    QString path; ///< Below the application directory; empty if there is nothing.
+    QString remedy;
+};
+
+NearbyCatalogue nearbyCatalogue(const QString &applicationDir);
 
 /// Returns the path of what was probably meant to be the translation @p path; empty if there is
 /// none.

@@ -81,7 +81,9 @@ void SectionCheck::finish(Report &report, bool hasSection) const
             const int line = section.keys.value(0, 1);
             report.addLine(FindingKind::NoSection, line, {QString::number(line)});
         } else if (section.line > 0 && bom) {
-            report.addLine(FindingKind::SecondBom, section.line, {costs(section, hasSection)});
+            report.addLine(FindingKind::SecondBom, section.line,
+                           {QStringLiteral("starts with a second BOM"), costs(section, hasSection),
+                            QStringLiteral("delete the BOM")});
         } else if (section.resembles || only) {
             Finding &finding =
                 report.addLine(FindingKind::Header, section.line,
@@ -89,7 +91,13 @@ void SectionCheck::finish(Report &report, bool hasSection) const
             if (!section.keys.isEmpty() || !hasSection)
                 finding.severity = Finding::Error;
         } else if (!section.keys.isEmpty()) {
-            Finding &finding = report.addLine(FindingKind::OutsideSection, section.keys.first());
+            const QString header = quotedAscii(section.header);
+            Finding &finding = report.addLine(
+                FindingKind::OutsideSection, section.keys.first(),
+                section.line == 0
+                    ? QStringList {QStringLiteral("before the first section header"), QString()}
+                    : QStringList {QStringLiteral("below ") + header,
+                                   QStringLiteral(" and above ") + header});
             finding.lines = section.keys;
             finding.severity = Finding::Error;
         }

@@ -6,6 +6,7 @@
 #include "langcheck/Deployment.h"
 #include "langcheck/Texts.h"
 #include "langcheck/Translation.h"
+#include "langcheck/check/BytesCheck.h"
 #include "langcheck/check/Guess.h"
 #include "langcheck/check/LanguageCheck.h"
 #include "langcheck/check/NearbyFiles.h"
@@ -100,7 +101,7 @@ FindingKind kindOfInvalidFile(const QByteArray &start)
 {
     static const QByteArray magic(
         "\x3C\xB8\x64\x18\xCA\xEF\x9C\x95\xCD\x21\x1C\xBF\x60\xA1\xBD\xDD", 16);
-    if (start.startsWith(magic) || magic.startsWith(start))
+    if (start.startsWith(magic) || magic.startsWith(start) || start.count('\0') == start.size())
         return FindingKind::QmDamaged;
     QXmlStreamReader reader(start);
     return reader.readNextStartElement() && reader.name() == QLatin1String("TS")
@@ -127,9 +128,17 @@ public:
         const QString own = CTranslatorMgr::instance()->langFilePath(m_report.defaultLangId);
         checkOnce(own, m_report.defaultLangId);
         m_unused = QFileInfo::exists(own);
-        if (!m_checked.contains(fallback()))
+        // Elsewhere with the catalogue, or lost with it
+        const bool isCopied = std::any_of(m_report.findings.cbegin(), m_report.findings.cend(),
+                                          [](const Finding &finding) {
+                                              return finding.kind == FindingKind::CatalogueMissing
+                                                  && !finding.values.first().isEmpty();
+                                          });
+        const bool isLost = isCopied && !QFileInfo::exists(fallback());
+        if (!m_checked.contains(fallback()) && !isLost)
             checkTranslation(fallback());
         checkLanguages();
+        checkNames();
         checkSameTexts();
     }
 
@@ -157,7 +166,9 @@ private:
             return;
         Finding &finding = m_report.findings[index];
         finding.languages += lang.id;
-        if (finding.kind == FindingKind::FolderDots || finding.kind == FindingKind::FolderAbsolute)
+        const bool isFound = QFileInfo::exists(lang.qmPath);
+        if (finding.kind == FindingKind::FolderDots || finding.kind == FindingKind::FolderAbsolute
+            || (finding.kind == FindingKind::FolderPercent && !isFound && folder != lang.folder))
             finding.values[3] = QStringLiteral("write %1=%2").arg(key, folder);
         else if (finding.kind == FindingKind::QuotedValue
                  || finding.kind == FindingKind::CommentInValue)
@@ -175,9 +186,10 @@ private:
                 path = path.toCaseFolded();
             if (idOfPath.contains(path)) {
                 const int other = idOfPath.value(path);
-                addLine(
-                    FindingKind::SameFolder, line, lang.id,
-                    {languageKey(lang.id, "FOLDER"), QString::number(other), quoted(lang.folder)})
+                addLine(FindingKind::SameFolder, line, lang.id,
+                        {languageKey(lang.id, "FOLDER"), QString::number(other),
+                         quoted(lang.folder),
+                         QString::number(other == m_report.defaultLangId ? lang.id : other)})
                     .languages += other;
             }
             idOfPath.insert(path, lang.id);
@@ -231,21 +243,37 @@ private:
         const QString key = languageKey(langId, "FOLDER");
         const QString near =
             nearbyFolder(m_report.applicationDir, folder.value, m_report.unusedFolders);
+        const QString path = m_report.applicationDir + QLatin1String("/Lang/") + folder.value;
+        const QString create =
+            QStringLiteral("create a folder with exactly this name and put the compiled "
+                           "translation into it");
         QString remedy;
         if (near != near.trimmed()) {
             remedy = QStringLiteral("rename the folder %1 to %2, without spaces")
                          .arg(quoted(near), near.trimmed());
+        } else if (!near.isEmpty() && near != folder.value
+                   && near.normalized(QString::NormalizationForm_C)
+                       == folder.value.normalized(QString::NormalizationForm_C)) {
+            remedy = QStringLiteral("rename the folder on disk, whose letters are decomposed as on "
+                                    "a Mac (%1), best to an ASCII name, and write that after %2=")
+                         .arg(quotedAscii(near), key);
         } else if (!near.isEmpty()) {
             remedy = QStringLiteral("write %1=%2").arg(key, near);
+        } else if (QFileInfo(path).isFile()) {
+            remedy = QStringLiteral("rename the file with this name, and ") + create;
+        } else if (QFileInfo(path + QLatin1String(".qm")).isFile()) {
+            remedy = QStringLiteral("move Lang/%1.qm to Lang/%1/Zendel.qm").arg(folder.value);
         } else {
             const QString unused =
                 shortened(m_report.unusedFolders.join(QStringLiteral(", ")), 200);
-            remedy = QStringLiteral("write the name of an existing folder after %1=").arg(key);
             if (!unused.isEmpty())
-                remedy += QStringLiteral(", such as one that no language uses (%1)").arg(unused);
+                remedy = QStringLiteral("write the name of an existing folder after %1=, such as "
+                                        "one that no language uses (%2)")
+                             .arg(key, unused);
             if (isFolderName(folder.value))
-                remedy += QStringLiteral(", or create a folder with exactly this name and put the "
-                                         "compiled translation into it");
+                remedy += QLatin1String(remedy.isEmpty() ? "" : ", or ") + create;
+            else if (remedy.isEmpty())
+                remedy = QStringLiteral("write the name of an existing folder after %1=").arg(key);
         }
         addLine(FindingKind::FolderMissing, folder.line, langId,
                 {key, quotedAscii(folder.value), fallbackEffect(m_report), remedy});
@@ -274,14 +302,47 @@ private:
         const QFileInfo folder(QFileInfo(path).path());
         if (folder.isDir() && !(folder.isReadable() && folder.isExecutable()))
             addTranslation(FindingKind::FolderUnreadable, folder.filePath(), {effectFor(path)});
-        else if (!QFileInfo::exists(path))
+        else if (!QFileInfo::exists(path) && !QFileInfo(path).isSymLink())
             addMissing(path);
         else if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
-            addTranslation(FindingKind::QmUnreadable, path);
+            addUnreadable(path);
         else if (const auto translation = loadTranslation(path))
             checkTexts(path, translation->language);
         else
-            addTranslation(kindOfInvalidFile(file.read(kStartLength)), path);
+            addInvalid(path, file.read(kStartLength));
+    }
+
+    void addUnreadable(const QString &path)
+    {
+        const QFileInfo info(path);
+        const QString copy = QStringLiteral("put the compiled translation there");
+        QStringList values;
+        if (!info.exists()) {
+            values = QStringList {QStringLiteral("it is a link to a file that doesn't exist"),
+                                  effectFor(path), QStringLiteral("delete the link, and ") + copy};
+        } else if (info.isDir()) {
+            values =
+                QStringList {QStringLiteral("it is a folder"), QStringLiteral("has empty texts"),
+                             QStringLiteral("rename the folder, and ") + copy};
+        } else {
+            values = QStringList {
+                QStringLiteral("permission denied"), QStringLiteral("has empty texts"),
+                QStringLiteral("give the user who runs the host permission to read the file")};
+        }
+        addTranslation(FindingKind::QmUnreadable, path, values);
+    }
+
+    /// Reports a file that can't be loaded, by its first bytes.
+    void addInvalid(const QString &path, const QByteArray &start)
+    {
+        const FindingKind kind = kindOfInvalidFile(start);
+        QString reason = QStringLiteral("a part is missing or has other bytes");
+        if (start.isEmpty())
+            reason = QStringLiteral("it is empty");
+        else if (start.count('\0') == start.size())
+            reason = QStringLiteral("it contains only zero bytes, as after a power failure");
+        addTranslation(kind, path,
+                       kind == FindingKind::QmDamaged ? QStringList {reason} : QStringList());
     }
 
     QString effectFor(const QString &path) const
@@ -320,6 +381,7 @@ private:
         m_texts.insert(path, texts);
         for (int i = 0; i < texts.size(); ++i)
             checkText(path, kSourceTexts[i], texts.at(i));
+        addMissingTexts(path, texts);
         const DlgSettings dialog;
         const QVector<ShownText> clipped = clippedTexts(dialog);
         for (const ShownText &text : clipped) {
@@ -363,12 +425,14 @@ private:
     {
         QStringList values {QLatin1String(source.text), QLatin1String(source.context),
                             quoted(text)};
-        if (text.isEmpty()) {
-            addTranslation(FindingKind::TextMissing, path, values);
-        } else if (plain(text).isEmpty()) {
+        if (text.isEmpty()) // See addMissingTexts().
+            return;
+        if (plain(text).isEmpty()) {
             addTranslation(FindingKind::TextBlank, path, values);
         } else if (isShownAsHtml(source) && Qt::mightBeRichText(text)) {
             addTranslation(FindingKind::TextHtml, path, values);
+        } else if (!misread(text).original.isEmpty() || isLost(text)) {
+            addTranslation(FindingKind::TextGarbled, path, values);
         } else if (isShownWithMnemonic(source)) {
             static const QRegularExpression vanishing(QStringLiteral("(?<!&)(&&)*&([ ]|$)"));
             const QRegularExpressionMatch match = vanishing.match(text);
@@ -378,6 +442,32 @@ private:
                 addTranslation(FindingKind::TextAmpersand, path, values);
             }
         }
+    }
+
+    /// Returns true if more than one letter is a question mark or a replacement character.
+    static bool isLost(const QString &text)
+    {
+        return text.count(QLatin1Char('?')) + text.count(QChar(QChar::ReplacementCharacter)) > 1;
+    }
+
+    void addMissingTexts(const QString &path, const QStringList &texts)
+    {
+        QStringList missing;
+        for (int i = 0; i < texts.size(); ++i) {
+            if (texts.at(i).isEmpty()) {
+                missing += QStringLiteral("\"%1\" in the context %2")
+                               .arg(QLatin1String(kSourceTexts[i].text),
+                                    QLatin1String(kSourceTexts[i].context));
+            }
+        }
+        if (missing.isEmpty())
+            return;
+        const bool one = missing.size() == 1;
+        addTranslation(
+            FindingKind::TextMissing, path,
+            {QLatin1String(one ? "the text " : "the texts ") + missing.join(QStringLiteral(", "))
+                 + QLatin1String(one ? " isn't" : " aren't"),
+             QLatin1String(one ? "it is" : "they are"), QLatin1String(one ? "it" : "them")});
     }
 
     /// The label and the message boxes take a text with tags for HTML.
@@ -419,6 +509,53 @@ private:
             addFile(FindingKind::QmLanguage, lang,
                     {code, folderName(*other), folder, quoted(lang.name), remedy, codeOf(folder)});
         }
+    }
+
+    /// Finds names of languages with the translation for another one.
+    void checkNames()
+    {
+        for (const LangEntry &lang : qAsConst(m_report.listed)) {
+            const QString code = m_codes.value(lang.qmPath);
+            const QLocale::Language named = languageNamed(lang.name);
+            if (named == QLocale::C || !isLanguageCode(code) || QLocale(code).language() == named
+                || m_reportedLanguages.contains(lang.qmPath))
+                continue;
+            QString remedy = QStringLiteral("correct the name or the folder");
+            for (const LangEntry &other : qAsConst(m_report.listed)) {
+                const QString otherCode = m_codes.value(other.qmPath);
+                if (isLanguageCode(otherCode) && QLocale(otherCode).language() == named) {
+                    remedy = QStringLiteral("write %1=%2")
+                                 .arg(languageKey(lang.id, "FOLDER"), other.folder);
+                    break;
+                }
+            }
+            const QLocale::Language language = QLocale(code).language();
+            addLine(FindingKind::NameLanguage, m_lines.languages.value(lang.id).name.line, lang.id,
+                    {quoted(lang.name), QLocale::languageToString(named),
+                     QLocale::languageToString(language), remedy});
+            m_reportedLanguages += lang.qmPath;
+        }
+    }
+
+    /// Returns the language that has this name in itself or in English; C if none or several have.
+    static QLocale::Language languageNamed(const QString &name)
+    {
+        static const QHash<QString, QLocale::Language> languages = [] {
+            QHash<QString, QLocale::Language> result;
+            const QList<QLocale> all = QLocale::matchingLocales(
+                QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyCountry);
+            for (const QLocale &locale : all) {
+                for (const QString &known :
+                     {locale.nativeLanguageName(), QLocale::languageToString(locale.language())}) {
+                    const QString key = known.toCaseFolded();
+                    const bool other =
+                        result.contains(key) && result.value(key) != locale.language();
+                    result.insert(key, other ? QLocale::C : locale.language());
+                }
+            }
+            return result;
+        }();
+        return languages.value(name.toCaseFolded(), QLocale::C);
     }
 
     /// Finds languages with the texts of another one, or in English.

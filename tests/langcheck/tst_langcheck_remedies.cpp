@@ -23,7 +23,7 @@ const QByteArray kUtf16Bom = "\xFF\xFE";
 
 QString langPath(const char *name)
 {
-    return Deployment::path(QStringLiteral("Lang/") + QString::fromUtf8(name));
+    return QDir::cleanPath(Deployment::path(QStringLiteral("Lang/") + QString::fromUtf8(name)));
 }
 
 /// Returns a step that writes a catalogue.
@@ -70,7 +70,7 @@ Step move(const char *from, const char *to)
 {
     return [from, to] {
         QDir().mkpath(QFileInfo(langPath(to)).path());
-        if (!QFile::rename(langPath(from), langPath(to)))
+        if (!QDir().rename(langPath(from), langPath(to)))
             qFatal("Can't rename %s", from);
     };
 }
@@ -150,22 +150,24 @@ class tst_langcheck_remedies : public QObject
 private Q_SLOTS:
     void initTestCase() { GoodDeployment::prepareTests(); }
     void init() { GoodDeployment::install(); }
-    void cleanup() { makeReadable(); }
+    void cleanup();
 
     void remedyRepairs_data();
     void remedyRepairs();
     void everyKindHasARow();
 
 private:
-    static void makeReadable();
-
     QSet<QString> m_kinds;
 };
 
-void tst_langcheck_remedies::makeReadable()
+/// Removes what a failed row leaves next to Lang.
+void tst_langcheck_remedies::cleanup()
 {
-    QFile::setPermissions(langPath("second"),
-                          QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QFile::remove(langPath("../Lang.ini"));
+    QDir(langPath("../Language")).removeRecursively();
+#ifndef Q_OS_WIN
+    QDir(langPath("../LANG")).removeRecursively();
+#endif
 }
 
 void tst_langcheck_remedies::remedyRepairs_data()
@@ -183,7 +185,7 @@ void tst_langcheck_remedies::remedyRepairs_data()
             << QString::fromUtf8(remedy) << repair;
     };
     const QByteArray good = kCatalogue;
-    const auto with = [](const char *before, const char *after) {
+    const auto with = [](const char *before, const QByteArray &after) {
         return catalogue(kUtf8Bom + catalogueWith(before, after));
     };
     const Step restore = catalogue(good);
@@ -193,13 +195,30 @@ void tst_langcheck_remedies::remedyRepairs_data()
     // The catalogue as a file
     row("catalogue-missing", "nothing like it", deleted(ini), ini, "put the catalogue there",
         restore);
-    for (const char *const name : {"Lang.ini.txt", "Lang (1).ini", "Lang_old.ini", "Lagn.ini",
-                                   "Lang/Lang.ini", "../Lang.ini"}) {
+    for (const char *const name : {"Lang.ini.txt", "Lang (1).ini", "Lang_old.ini", "Lagn.ini"}) {
         const QByteArray shown =
             QDir::cleanPath(QStringLiteral("Lang/") + QLatin1String(name)).toUtf8();
         row("catalogue-missing", name, move(ini, name), ini,
             "rename " + shown + " to Lang/Lang.ini", move(name, ini));
     }
+    row(
+        "catalogue-missing", "nested",
+        [] {
+            move("", "../Language")();
+            move("../Language", "Lang")();
+        },
+        ini, "move the contents of Lang/Lang to Lang",
+        [] {
+            move("Lang", "../Language")();
+            QDir().rmdir(langPath(""));
+            move("../Language", "")();
+        });
+    row("catalogue-missing", "one folder too high", move(ini, "../Lang.ini"), ini,
+        "move Lang.ini into the folder Lang", move("../Lang.ini", ini));
+#ifndef Q_OS_WIN
+    row("catalogue-missing", "folder in upper case", move("", "../LANG"), ini,
+        "rename the folder LANG to Lang", move("../LANG", ""));
+#endif
     row("catalogue-unreadable", "folder",
         both(deleted(ini), [] { QDir().mkpath(langPath("Lang.ini")); }), ini,
         "rename the folder, and put the catalogue there", both(move(ini, "old"), restore));
@@ -233,9 +252,12 @@ void tst_langcheck_remedies::remedyRepairs_data()
     const char *const right = "open the file in the encoding in which all names look right, "
                               "correct any names that have lost letters, and only then save it as "
                               "\"UTF-8 with BOM\"";
-    const Step spanish = catalogue(kUtf8Bom + catalogueWith("=Two", "=Español"));
-    row("undecodable", "Latin-1", catalogue(catalogueWith("=Two", "=Espa\xF1ol")), "Lang.ini:6",
-        right, spanish);
+    const Step spanish = catalogue(kUtf8Bom + catalogueWith("=Two", "=España"));
+    row("undecodable", "Latin-1",
+        catalogue(catalogueWith("=Two",
+                                "=Espa\xF1"
+                                "a")),
+        "Lang.ini:6", right, spanish);
     row("swallowed-line", "comment", catalogue(good + ";\xD6\n;\n"), "Lang.ini:9", right, save);
     row("half-character", "name",
         catalogue(utf16(catalogueWith("=Two", "=T*")).replace(QByteArray("*\0", 2), "\x01\xD8")),
@@ -245,6 +267,17 @@ void tst_langcheck_remedies::remedyRepairs_data()
         catalogue(utf16(good)));
     row("carriage-return", "comment", catalogue(good + "; one\r; two\n"), "Lang.ini:9",
         "end lines with CR LF or LF", catalogue(good + "; one\n; two\n"));
+
+    row("carriage-return", "whole file", catalogue(QByteArray(good).replace('\n', '\r')),
+        "Lang.ini:1", "end lines with CR LF or LF", restore);
+    row("text-transfer", "UTF-16", catalogue(utf16(good).replace("\n", "\r\n")), ini,
+        "transfer the folder Lang again in binary mode, or restore it from a backup",
+        catalogue(utf16(good)));
+    row("appended-bytes", "UTF-8", catalogue(utf16(good) + "LANG3_NAME=Ελληνικά\nLANG3_SHOW=0\n"),
+        "Lang.ini:9", "open the file as UTF-16, delete the line, type it again, and save the file",
+        catalogue(utf16(good + "LANG3_NAME=Ελληνικά\nLANG3_SHOW=0\n")));
+    row("second-bom", "another catalogue", catalogue(kUtf8Bom + good + "; x" + kUtf8Bom + "\n"),
+        "Lang.ini:9", "keep one of the two catalogues", save);
 
     // Sections and keys
     row("no-section", "keys only", catalogue(catalogueWith("[LANG_MGR]\n", "; x\n")), "Lang.ini:2",
@@ -256,7 +289,8 @@ void tst_langcheck_remedies::remedyRepairs_data()
             line(1, "[LANG_MGR]"));
     }
     row("outside-section", "another section", catalogue(good + "[HOST]\nPORT=5\nLANG2_SHOW=1\n"),
-        "Lang.ini:11", "move it below [LANG_MGR]", catalogue(good + "[HOST]\nPORT=5\n"));
+        "Lang.ini:11", "move it below [LANG_MGR] and above \"[HOST]\"",
+        catalogue(good + "[HOST]\nPORT=5\n"));
     row("no-key", "no sign", catalogue(good + "Deutsch\n"), "Lang.ini:9",
         "write KEY=value, or start a comment with \";\"", line(9, "; Deutsch"));
     row("no-key", "colon", catalogue(catalogueWith("LANG2_SHOW=", "LANG2_SHOW:")), "Lang.ini:8",
@@ -267,6 +301,20 @@ void tst_langcheck_remedies::remedyRepairs_data()
         "write \"=\" instead of \"＝\" (with U+FF1D)", line(6, "LANG2_NAME=Two"));
     row("no-key", "comment", catalogue(good + "// x\n"), "Lang.ini:9",
         "start the comment with \";\"", line(9, "; x"));
+    row("no-key", "dash", with("LANG2_NAME=", "LANG2_NAME – "), "Lang.ini:6",
+        "write \"=\" instead of \"–\" (with U+2013)", line(6, "LANG2_NAME=Two"));
+    row("no-key", "tab", catalogue(catalogueWith("LANG2_NAME=", "LANG2_NAME\t")), "Lang.ini:6",
+        "write \"=\" instead of the tab", line(6, "LANG2_NAME=Two"));
+    row("no-key", "merge conflict", catalogue(good + "<<<<<<< HEAD\n=======\n>>>>>>> b\n"),
+        "Lang.ini:9",
+        "resolve the merge conflict: delete these lines and those of one of the two versions",
+        restore);
+    row("unknown-key", "letter for a digit",
+        catalogue(QByteArray(good).replace("LANG1_NAME", "LANGl_NAME")), "Lang.ini:3",
+        "write LANG1_NAME=One", line(3, "LANG1_NAME=One"));
+    row("unknown-key", "quoted mail", catalogue(QByteArray(good).replace("LANG2", "> LANG2")),
+        "Lang.ini:6", "use DEFAULT or LANG<n>_ID, _NAME, _FOLDER or _SHOW, such as LANG2_NAME",
+        replace("> ", ""));
     row("key-case", "one", catalogue(catalogueWith("LANG2_SHOW", "Lang2_Show")), "Lang.ini:8",
         "write LANG2_SHOW", line(8, "LANG2_SHOW=1"));
     row("key-case", "all",
@@ -316,18 +364,37 @@ void tst_langcheck_remedies::remedyRepairs_data()
     row("comment-in-value", "tab", with("=Two", "=Two\t; 2"), "Lang.ini:6",
         "write LANG2_NAME=Two, and the comment on a line of its own",
         line(6, "; 2\nLANG2_NAME=Two"));
-    row("lost-letters", "question mark", with("=Two", "=Fran?ais"), "Lang.ini:6",
+    row("lost-letters", "question mark", with("=Two", "=Fran?ois"), "Lang.ini:6",
         "open the file in the encoding in which all other names look right, type this one again, "
         "and save the file as \"UTF-8 with BOM\"",
-        line(6, "LANG2_NAME=Français"));
-    row("garbled-name", "French", with("=Two", "=FranÃ§ais"), "Lang.ini:6",
-        "write LANG2_NAME=Français, correct the other names, and save the file as \"UTF-8 with "
+        line(6, "LANG2_NAME=François"));
+    row("garbled-name", "French", with("=Two", "=FranÃ§ois"), "Lang.ini:6",
+        "write LANG2_NAME=François, correct the other names, and save the file as \"UTF-8 with "
         "BOM\"",
-        line(6, "LANG2_NAME=Français"));
+        line(6, "LANG2_NAME=François"));
+    const auto garbled = [&row, &with](const char *name, const QString &text, const char *meant) {
+        row("garbled-name", name, with("=Two", "=" + text.toUtf8()), "Lang.ini:6",
+            QByteArray("write LANG2_NAME=") + meant
+                + ", correct the other names, and save the file as \"UTF-8 with BOM\"",
+            catalogue(kUtf8Bom + catalogueWith("=Two", QByteArray("=") + meant)));
+    };
+    garbled("read as Latin-1", QString::fromLatin1("한글말"), "한글말");
+    garbled("GB2312 read as Windows-1252", QStringLiteral("¼òÌåÎÄ×Ö"), "简体文字");
+    garbled("UTF-8 read as GBK", QStringLiteral("Fran莽ois"), "François");
+    row("escaped-name", "HTML", with("=Two", "=Fran&ccedil;ois"), "Lang.ini:6",
+        "write LANG2_NAME=François", line(6, "LANG2_NAME=François"));
+    row("escaped-name", "JSON", with("=Two", "=Fran\\u00e7ois"), "Lang.ini:6",
+        "write LANG2_NAME=François", line(6, "LANG2_NAME=François"));
+    row("mixed-scripts", "Cyrillic", with("=Two", "=Tw\u043E"), "Lang.ini:6",
+        "type the name again in one script", line(6, "LANG2_NAME=Two"));
+    row("name-language", "German", with("=Two", "=Deutsch"), "Lang.ini:6",
+        "correct the name or the folder", line(6, "LANG2_NAME=Two"));
+    row("comment-in-value", "at the end", with("=Two", "=Two;"), "Lang.ini:6",
+        "write LANG2_NAME=Two, and the comment on a line of its own", line(6, "LANG2_NAME=Two"));
     row("name-invisible", "zero-width space", with("=Two", "=Two\u200B"), "Lang.ini:6",
         "type the name again, without them: LANG2_NAME=Two", line(6, "LANG2_NAME=Two"));
     row("same-name", "One", catalogue(catalogueWith("=Two", "=One")), "Lang.ini:6",
-        "use another name, or hide one of the two with LANG1_SHOW=0", line(6, "LANG2_NAME=Two"));
+        "use another name, or hide one of the two with LANG2_SHOW=0", line(6, "LANG2_NAME=Two"));
     row("name-clipped", "too wide",
         catalogue(catalogueWith("=Two", "=A language with a name that no list can hold")),
         "Lang.ini:6", "use a shorter name", line(6, "LANG2_NAME=Two"));
@@ -344,7 +411,7 @@ void tst_langcheck_remedies::remedyRepairs_data()
     row("folder-case", "SECOND", catalogue(catalogueWith("=second", "=SECOND")), "Lang.ini:7",
         "write LANG2_FOLDER=second", line(7, "LANG2_FOLDER=second"));
     row("same-folder", "first", catalogue(catalogueWith("=second", "=first")), "Lang.ini:7",
-        "use a separate folder for each, or hide one of the two with LANG1_SHOW=0",
+        "use a separate folder for each, or hide one of the two with LANG2_SHOW=0",
         line(7, "LANG2_FOLDER=second"));
     for (const char *const folder : {"second\\Zendel.qm", "Lang\\second", "secnod", "sесond"}) {
         row("folder-missing", folder,
@@ -352,6 +419,17 @@ void tst_langcheck_remedies::remedyRepairs_data()
                  catalogue(kUtf8Bom + catalogueWith("=second", QByteArray("=") + folder))),
             "Lang.ini:7", "write LANG2_FOLDER=second", line(7, "LANG2_FOLDER=second"));
     }
+    row("folder-percent", "variable", catalogue(catalogueWith("=second", "=%LANG%\\second")),
+        "Lang.ini:7", "write LANG2_FOLDER=second", line(7, "LANG2_FOLDER=second"));
+    row("folder-missing", "file of that name",
+        both(catalogue(catalogueWith("=second", "=xyz")), move("second/Zendel.qm", "xyz")),
+        "Lang.ini:7",
+        "rename the file with this name, and create a folder with exactly this name and put the "
+        "compiled translation into it",
+        both(move("xyz", "xyz.old"), translation("xyz", "second")));
+    row("folder-missing", "translation of that name",
+        both(catalogue(catalogueWith("=second", "=xyz")), move("second/Zendel.qm", "xyz.qm")),
+        "Lang.ini:7", "move Lang/xyz.qm to Lang/xyz/Zendel.qm", move("xyz.qm", "xyz/Zendel.qm"));
     row("quoted-value", "folder", catalogue(catalogueWith("=second", "=\"second\"")), "Lang.ini:7",
         "write LANG2_FOLDER=second", line(7, "LANG2_FOLDER=second"));
     row("comment-in-value", "folder", catalogue(catalogueWith("=second", "=second  # 2")),
@@ -392,13 +470,23 @@ void tst_langcheck_remedies::remedyRepairs_data()
     row("no-languages", "section only", catalogue("[LANG_MGR]\nDEFAULT=1\n"), ini,
         "write all three for at least one language", restore);
     row("default-missing", "no line", catalogue(catalogueWith("DEFAULT=1\n", "")), ini,
-        "write DEFAULT=1 (or 2) below [LANG_MGR]", line(1, "[LANG_MGR]\nDEFAULT=1"));
-    row("default-number", "O2", catalogue(catalogueWith("DEFAULT=1", "DEFAULT=O2")), "Lang.ini:2",
-        "write DEFAULT=1 (or 2)", line(2, "DEFAULT=2"));
+        "below [LANG_MGR], write DEFAULT=<number>: 1 for One, 2 for Two",
+        line(1, "[LANG_MGR]\nDEFAULT=1"));
+    for (const char *const value :
+         {"O2", "2 ; was 1", "２", "2 日本語", "2.0", "LANG2", "=2", "TWO"}) {
+        row("default-number", value, with("DEFAULT=1", QByteArray("DEFAULT=") + value),
+            "Lang.ini:2", "write DEFAULT=2", line(2, "DEFAULT=2"));
+    }
+    row("default-number", "no number", catalogue(catalogueWith("DEFAULT=1", "DEFAULT=x")),
+        "Lang.ini:2", "write DEFAULT=<number>: 1 for One, 2 for Two", line(2, "DEFAULT=1"));
     row("default-unknown", "9", catalogue(catalogueWith("DEFAULT=1", "DEFAULT=9")), "Lang.ini:2",
-        "write DEFAULT=1 (or 2)", line(2, "DEFAULT=1"));
+        "write DEFAULT=<number>: 1 for One, 2 for Two", line(2, "DEFAULT=1"));
     row("default-hidden", "1", catalogue(catalogueWith("LANG1_SHOW=1", "LANG1_SHOW=0")),
         "Lang.ini:2", "write LANG1_SHOW=1, or DEFAULT=2", line(2, "DEFAULT=2"));
+    row("show-number", "default", catalogue(catalogueWith("LANG1_SHOW=1", "LANG1_SHOW=O")),
+        "Lang.ini:5", "write LANG1_SHOW=1", line(5, "LANG1_SHOW=1"));
+    row("repeated-key", "DEFAULT", catalogue(good + "DEFAULT=9\n"), "Lang.ini:9",
+        "delete all but the right one", line(9, nullptr));
 
     // Translations
     const char *const qm = "second/Zendel.qm";
@@ -417,20 +505,39 @@ void tst_langcheck_remedies::remedyRepairs_data()
         translation("second", "second"));
     row("qm-unreadable", "folder",
         both(deleted(qm), [] { QDir().mkpath(langPath("second/Zendel.qm")); }), qm,
-        "replace it, or correct its permissions",
-        both([] { QDir().rmdir(langPath("second/Zendel.qm")); }, translation("second", "second")));
+        "rename the folder, and put the compiled translation there",
+        both(move(qm, "second/old"), translation("second", "second")));
     row("qm-source", "TS", translationFile("second", "<!DOCTYPE TS>\n<TS version=\"2.1\">\n</TS>"),
         qm,
         "rename this file to Zendel.ts, and compile it with \"lrelease Zendel.ts -qm Zendel.qm\"",
         both(move(qm, "second/Zendel.ts"), translation("second", "second")));
     row("qm-damaged", "empty", translationFile("second", ""), qm,
         "replace it with an undamaged copy", translation("second", "second"));
+    row("qm-damaged", "zeros", translationFile("second", QByteArray(900, '\0')), qm,
+        "replace it with an undamaged copy", translation("second", "second"));
+#ifndef Q_OS_WIN
+    row("qm-unreadable", "broken link",
+        both(deleted(qm),
+             [] { QFile::link(QStringLiteral("none"), langPath("second/Zendel.qm")); }),
+        qm, "delete the link, and put the compiled translation there",
+        both(deleted(qm), translation("second", "second")));
+#endif
     row("qm-foreign", "another program's", translation("second", "other_program"), qm,
         "replace it with the plug-in's translation, compiled with lrelease from the plug-in's "
         "translated .ts file",
         translation("second", "second"));
     const char *const compile = "the language's .ts file, or in one made with \"lconvert Zendel.qm "
                                 "-o Zendel.ts\", and compile that file";
+    row("text-missing", "seven", translation("second", "one_text"), qm,
+        QByteArray("translate them in ") + compile, translation("second", "second"));
+    row("text-garbled", "lost",
+        translationFile("second", withText("2 Change", QStringLiteral("??????\u00E9a"))), qm,
+        "type the text again in the .ts file, save it as UTF-8, and compile it",
+        translation("second", "second"));
+    row("text-garbled", "misread",
+        translationFile("second", withText("2 Change", QStringLiteral("FranÃ§oi"))), qm,
+        "type the text again in the .ts file, save it as UTF-8, and compile it",
+        translation("second", "second"));
     row("text-blank", "spaces",
         translationFile("second", withText("2 Change", QString(8, QChar(0xA0)))), qm,
         QByteArray("translate it in ") + compile, translation("second", "second"));
@@ -480,7 +587,7 @@ void tst_langcheck_remedies::remedyRepairs()
     QCOMPARE(texts.join(QLatin1Char('\n')), QString());
 }
 
-/// Those of the host's DLLs and four that need other deployments are tested elsewhere.
+/// Those of the host's DLLs and three that need other deployments are tested elsewhere.
 void tst_langcheck_remedies::everyKindHasARow()
 {
     const QSet<QString> elsewhere {QStringLiteral("application-folder"),

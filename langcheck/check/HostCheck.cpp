@@ -135,19 +135,23 @@ private:
             return reason;
 
         reason = QStringLiteral("there is no Qt5Core.dll");
+        if (!m_programs.isEmpty())
+            reason += QStringLiteral(" next to ") + m_programs.constFirst().name;
         QStringList inBin;
-        for (const QString name : kQtDlls) {
+        for (const QLatin1String name : kQtDlls) {
             if (m_host.contains(QLatin1String("bin/") + name))
                 inBin += name;
         }
+        const bool hasOther = m_host.contains(QStringLiteral("Qt5Cored.dll"))
+            || m_host.contains(QStringLiteral("Qt6Core.dll"));
         if (!inBin.isEmpty() && !m_programs.isEmpty()) {
             add(FindingKind::QtMissing, inBin.constFirst(),
                 {list(inBin), QStringLiteral("the folder bin")});
+        } else if (hasOther && !m_programs.isEmpty()) {
+            add(FindingKind::QtMissing, kQtCore, {allQt(), sameQt()});
         } else if (!inBin.isEmpty()) {
             m_report.addFile(FindingKind::HostFolder, path(QStringLiteral("bin")), {list(inBin)});
-        } else if (!m_programs.isEmpty()) {
-            reason += QStringLiteral(" next to ") + m_programs.constFirst().name;
-        } else if (!m_others.isEmpty()) {
+        } else if (m_programs.isEmpty() && !m_others.isEmpty()) {
             reason += QStringLiteral(". The plug-in can't be used with a statically linked Qt");
         }
         checkPlugin();
@@ -188,6 +192,14 @@ private:
                              QStringLiteral("the host's Qt is for 32-bit programs"));
         }
         return {};
+    }
+
+    static QString allQt()
+    {
+        QStringList names;
+        for (const QLatin1String name : kQtDlls)
+            names += name;
+        return list(names);
     }
 
     QString smallHost(const QString &file, const QString &reason)

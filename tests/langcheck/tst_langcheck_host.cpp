@@ -270,10 +270,18 @@ void tst_langcheck_host::foldersWithoutQt_data()
     row("bin", bin, noQt,
         "bin warning host-folder: not in the checked folder, but in this one below it: "
         "Qt5Core.dll, Qt5Gui.dll");
-    row("bin, program", bin + Files {{"a.exe", program(true)}}, noQt,
+    row("bin, program", bin + Files {{"a.exe", program(true)}},
+        "not checked, because there is no Qt5Core.dll next to a.exe",
         "Qt5Core.dll error qt-missing: not next to the host's executable: Qt5Core.dll, Qt5Gui.dll");
     row("debug", {{"qt5cored.dll", qtCore(true)}}, debug,
         "Qt5Cored.dll error qt-other: the host uses Qt5Cored.dll");
+    for (const char *const other : {"Qt5Cored.dll", "qt6core.dll"}) {
+        row((QByteArray("release program, ") + other).constData(),
+            {{other, qtCore(true)}, {"a.exe", program(true)}},
+            "not checked, because there is no Qt5Core.dll next to a.exe",
+            "Qt5Core.dll error qt-missing: not next to the host's executable: Qt5Core.dll, "
+            "Qt5Gui.dll, Qt5Widgets.dll");
+    }
     row("debug program, both",
         {{"Qt5Cored.dll", qtCore(true)},
          {"Qt5Core.dll", qtCore(true)},

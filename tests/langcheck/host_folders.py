@@ -204,10 +204,10 @@ def case(name, version, damage, *expected, checked=True, repairable=True):
         folder = pathlib.Path(temporary).resolve() / "host"
         make(folder, version)
         damage(folder)
-        read.cache_clear()
         report = check(folder)
         found = [f"{finding['kind']} {finding['file']}" for finding in report["findings"]]
         where = f"Qt {version}, {name}"
+        print(f"{where}: {found}", flush=True)
         if sorted(found) != sorted(expected):
             failures.append(f"{where}: {found} instead of {list(expected)}")
         if checked != report["hostChecked"].startswith("checked: "):

@@ -173,7 +173,7 @@ def check(folder):
 
 def repair(folder, finding):
     """Does what the finding says. Returns false if that isn't something about the folder."""
-    remedy = finding["text"].split("; ", 2)[2]
+    remedy = finding["remedy"]
     target = folder / finding["file"]
     if match := re.fullmatch(r"replace it with the same file of Qt ([\d.]+) for MSVC", remedy):
         put(target, official(match[1], re.sub(r"^.*(?=platforms/)", "", finding["file"])))

@@ -273,6 +273,7 @@ void tst_langcheck_command_line::terminalGroupsFindings()
 {
     Report report;
     report.applicationDir = QStringLiteral("/host");
+    report.hostChecked = QStringLiteral("not checked");
     report.hidden = {{5, QStringLiteral("Cinq"), QString(), 3}};
     report.addFile(FindingKind::QmMissing, QStringLiteral("/host/Lang/de/Zendel.qm"),
                    {QString(), QStringLiteral("has empty texts"),
@@ -301,6 +302,7 @@ void tst_langcheck_command_line::terminalGroupsFindings()
                                             "Default:      0\n"
                                             "Translation:  none; all texts are empty\n"
                                             "Messages:     none\n"
+                                            "Host's DLLs:  not checked\n"
                                             "\n"
                                             "Lang/de/Zendel.qm\n"
                                             "  error    the file doesn't exist\n"

@@ -149,12 +149,12 @@ private:
         const QByteArray functions = addresses(exports + 28, number<quint32>(exports + 20));
         const auto firstOrdinal = number<quint32>(exports + 16);
         for (int i = 0; i < functions.size() / 4; ++i) {
-            if (entry(functions, i) != 0) // Numbers may have gaps.
+            if (addressAt(functions, i) != 0) // Numbers may have gaps.
                 dll.exportedFunctions += '#' + QByteArray::number(firstOrdinal + quint32(i));
         }
         const QByteArray names = addresses(exports + 32, number<quint32>(exports + 24));
         for (int i = 0; i < names.size() / 4; ++i) {
-            const QByteArray function = name(offsetOf(entry(names, i)));
+            const QByteArray function = name(offsetOf(addressAt(names, i)));
             dll.exportedFunctions += function;
             if (dll.exports == CompilerFamily::Unknown)
                 dll.exports = familyOf(function);
@@ -167,7 +167,7 @@ private:
         return bytes(offsetOf(number<quint32>(pointer)), int(4 * qMin(count, kMostNames)));
     }
 
-    static quint32 entry(const QByteArray &addresses, int index)
+    static quint32 addressAt(const QByteArray &addresses, int index)
     {
         return qFromLittleEndian<quint32>(addresses.constData() + 4 * index);
     }

@@ -82,6 +82,7 @@ private Q_SLOTS:
     void cutOffFilesAreDefective();
     void damagedFilesAreSurvived();
     void damagedNumbersAreSurvived();
+    void namesAreLimited();
     void readingIsLimited();
 };
 
@@ -296,6 +297,17 @@ void tst_langcheck_dll::damagedNumbersAreSurvived()
             read(bytes);
         }
     }
+}
+
+/// Names that are much longer than those of any library don't fill the memory.
+void tst_langcheck_dll::namesAreLimited()
+{
+    DllContents contents;
+    for (int i = 0; i < 4200; ++i)
+        contents.exports += QByteArray::number(i).rightJustified(0x1FFF, 'x');
+    const Dll dll = read(makeDll(contents));
+    QVERIFY(dll.exportedFunctions.contains(contents.exports.first()));
+    QVERIFY(!dll.exportedFunctions.contains(contents.exports.last()));
 }
 
 /// Tables whose entries all refer to the same, long tables don't multiply the time.

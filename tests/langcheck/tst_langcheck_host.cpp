@@ -688,7 +688,7 @@ void tst_langcheck_host::remedies_data()
     const QString own = QStringLiteral("Qt %1 for %2").arg(kOwnVersion.toString());
     const QString minGw = own.arg(QLatin1String("MinGW-w64"));
     const QString msvc = own.arg(QLatin1String("MSVC"));
-    const QString install =
+    const QString redistributable =
         QStringLiteral("install Microsoft's current Visual C++ redistributable for x64");
     const QString replace = QStringLiteral("replace it with ");
     row("version", Whole, {{"Qt5Core.dll", qtCore(false, {5, 15, 99})}},
@@ -716,10 +716,10 @@ void tst_langcheck_host::remedies_data()
         QStringLiteral("copy it from the folder plugins of ") + msvc);
     row("qt.conf", Msvc, {{"platforms/qwindows.dll", removed}, {"qt.conf", ""}},
         QStringLiteral("copy the folder platforms from %1 to the host's folder").arg(msvc));
-    row("no runtime", Msvc, {{"../Windows/System32/vcruntime140.dll", removed}}, install);
-    row("bad runtime", Msvc, {{"../Windows/System32/vcruntime140.dll", ""}}, install);
+    row("no runtime", Msvc, {{"../Windows/System32/vcruntime140.dll", removed}}, redistributable);
+    row("bad runtime", Msvc, {{"../Windows/System32/vcruntime140.dll", ""}}, redistributable);
     row("bad runtime next to the host", Msvc, {{"vcruntime140.dll", ""}},
-        QStringLiteral("delete it, and ") + install);
+        QStringLiteral("delete it, and ") + redistributable);
     row("runtime of MinGW", MinGw, {{"libgcc_s_seh-1.dll", removed}},
         QStringLiteral("copy libgcc_s_seh-1.dll from Qt's folder bin, which contains the DLLs of "
                        "the compiler that Qt was built with"));

@@ -64,6 +64,7 @@ struct Report
 
     /// Only if there is a Qt5Core.dll.
     std::optional<HostQt> hostQt;
+    QString hostChecked;    ///< Which of the host's DLLs were checked, or why none.
     bool hostFails = false; ///< Whether the DLLs may keep the plug-in from running.
 
     /// Adds a finding about a line of the catalogue, or the whole file if it is 0, and returns it.

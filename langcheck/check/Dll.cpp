@@ -31,10 +31,14 @@ public:
     {
         Dll dll;
         dll.defect = readHeaders();
+        dll.is32Bit = m_machine == kX86;
+        if (dll.is32Bit)
+            dll.defect = QStringLiteral("it is for 32-bit x86");
+        if (dll.defect.isEmpty() || dll.is32Bit)
+            readImports(dll);
         if (dll.defect.isEmpty()) {
             dll.version = version();
-            dll.exports = exportedFamily();
-            dll.qtImports = importedFamily();
+            readExports(dll);
         }
         return dll;
     }
@@ -59,6 +63,23 @@ private:
         return data.size() == count ? data : QByteArray();
     }
 
+    /// Returns the bytes up to a zero byte; none if there is no such byte in reach.
+    QByteArray name(qint64 offset)
+    {
+        if (offset < 0 || offset >= m_size || !m_file.seek(offset))
+            return {};
+        // Most names are short. Peeking keeps the file's buffer, in which the next name usually is.
+        for (const int most : {256, kLongestName}) {
+            const QByteArray data = m_file.peek(qMin(most, m_bytesLeft));
+            const int end = data.indexOf('\0');
+            if (end >= 0) {
+                m_bytesLeft -= end;
+                return data.left(end);
+            }
+        }
+        return {};
+    }
+
     /// Returns where the byte at an address is in the file; the end of the file if it isn't there,
     /// so that reading it gives zeros.
     qint64 offsetOf(qint64 address) const
@@ -77,11 +98,9 @@ private:
         if (bytes(0, 2) != "MZ" || bytes(header, 4) != QByteArray("PE\0\0", 4))
             return QStringLiteral("it has no PE header");
 
-        const auto machine = number<quint16>(header + 4);
-        if (machine == 0x014C)
-            return QStringLiteral("it is for 32-bit x86");
-        if (machine != 0x8664)
-            return QStringLiteral("it is for machine type 0x%1").arg(machine, 4, 16, QChar(u'0'));
+        m_machine = number<quint16>(header + 4);
+        if (m_machine != kX64 && m_machine != kX86)
+            return QStringLiteral("it is for machine type 0x%1").arg(m_machine, 4, 16, QChar(u'0'));
         const quint16 isDll = 0x2000;
         const bool isProgram = (number<quint16>(header + 22) & isDll) == 0;
         if (isProgram != m_isProgram)
@@ -90,8 +109,8 @@ private:
         m_optionalHeader = header + 24;
         const int sectionCount = number<quint16>(header + 6);
         const int mostSections = 96; // Windows' own limit
-        const quint16 is64Bit = 0x020B;
-        if (number<quint16>(m_optionalHeader) != is64Bit || sectionCount > mostSections)
+        const quint16 format = m_machine == kX86 ? 0x010B : 0x020B;
+        if (number<quint16>(m_optionalHeader) != format || sectionCount > mostSections)
             return QStringLiteral("its header is damaged");
 
         const qint64 sections = m_optionalHeader + number<quint16>(header + 20);
@@ -113,50 +132,72 @@ private:
     /// Returns a table's offset in the file; the end of the file if there is none.
     qint64 table(Directory directory)
     {
-        return offsetOf(number<quint32>(m_optionalHeader + 112 + qint64(8) * directory));
+        const int tables = m_machine == kX86 ? 96 : 112;
+        return offsetOf(number<quint32>(m_optionalHeader + tables + qint64(8) * directory));
     }
 
-    CompilerFamily familyOfName(qint64 offset)
+    static CompilerFamily familyOf(const QByteArray &name)
     {
-        const QByteArray start = bytes(offset, 2);
-        if (start.startsWith('?'))
+        if (name.startsWith('?'))
             return CompilerFamily::Msvc;
-        return start == "_Z" ? CompilerFamily::MinGw : CompilerFamily::Unknown;
+        return name.startsWith("_Z") ? CompilerFamily::MinGw : CompilerFamily::Unknown;
     }
 
-    CompilerFamily exportedFamily()
+    void readExports(Dll &dll)
     {
         const qint64 exports = table(ExportTable);
-        const qint64 names = offsetOf(number<quint32>(exports + 32));
-        const qint64 count = qMin(qint64(number<quint32>(exports + 24)), kMostNames);
-        auto family = CompilerFamily::Unknown;
-        for (qint64 i = 0; i < count && family == CompilerFamily::Unknown; ++i)
-            family = familyOfName(offsetOf(number<quint32>(names + 4 * i)));
-        return family;
+        const QByteArray functions = addresses(exports + 28, number<quint32>(exports + 20));
+        const auto firstOrdinal = number<quint32>(exports + 16);
+        for (int i = 0; i < functions.size() / 4; ++i) {
+            if (addressAt(functions, i) != 0) // Numbers may have gaps.
+                dll.exportedFunctions += '#' + QByteArray::number(firstOrdinal + quint32(i));
+        }
+        const QByteArray names = addresses(exports + 32, number<quint32>(exports + 24));
+        for (int i = 0; i < names.size() / 4; ++i) {
+            const QByteArray function = name(offsetOf(addressAt(names, i)));
+            dll.exportedFunctions += function;
+            if (dll.exports == CompilerFamily::Unknown)
+                dll.exports = familyOf(function);
+        }
     }
 
-    CompilerFamily importedFamily()
+    /// Returns a table of addresses, to which the number at @p pointer refers.
+    QByteArray addresses(qint64 pointer, qint64 count)
     {
+        return bytes(offsetOf(number<quint32>(pointer)), int(4 * qMin(count, kMostNames)));
+    }
+
+    static quint32 addressAt(const QByteArray &addresses, int index)
+    {
+        return qFromLittleEndian<quint32>(addresses.constData() + 4 * index);
+    }
+
+    void readImports(Dll &dll)
+    {
+        const int size = m_machine == kX86 ? 4 : 8;
         qint64 left = kMostNames; // In all DLLs together
-        auto family = CompilerFamily::Unknown;
-        qint64 entry = table(ImportTable);
-        for (; left > 0 && family == CompilerFamily::Unknown; --left, entry += 20) {
+        for (qint64 entry = table(ImportTable); left > 0; --left, entry += 20) {
             const auto dllName = number<quint32>(entry + 12);
             if (dllName == 0)
                 break;
-            if (bytes(offsetOf(dllName), 3).toLower() != "qt5")
-                continue;
-            qint64 import = offsetOf(number<quint32>(entry));
-            for (; left > 0 && family == CompilerFamily::Unknown; --left, import += 8) {
-                const auto name = number<quint64>(import);
-                if (name == 0)
+            const QString from = QString::fromLatin1(name(offsetOf(dllName)).toLower());
+            const bool fromQt = from.startsWith(QLatin1String("qt5"));
+            const auto names = number<quint32>(entry);
+            // Some linkers write only the second table.
+            qint64 import = offsetOf(names == 0 ? number<quint32>(entry + 16) : names);
+            for (; left > 0; --left, import += size) {
+                const quint64 value = size == 4 ? number<quint32>(import) : number<quint64>(import);
+                if (value == 0)
                     break;
-                // The name is after a number of 16 bits. An import by ordinal has the highest bit
-                // set and so no address in the file.
-                family = familyOfName(offsetOf(qint64(name)) + 2);
+                // The highest bit is for a number. Before a name, there are 16 bits.
+                const QByteArray function = value >> (8 * size - 1) != 0
+                    ? '#' + QByteArray::number(quint16(value))
+                    : name(offsetOf(qint64(value)) + 2);
+                dll.imports += {from, function};
+                if (fromQt && dll.qtImports == CompilerFamily::Unknown)
+                    dll.qtImports = familyOf(function);
             }
         }
-        return family;
     }
 
     QVersionNumber version()
@@ -182,11 +223,16 @@ private:
                               number<quint16>(info + 14));
     }
 
+    static constexpr quint16 kX86 = 0x014C;
+    static constexpr quint16 kX64 = 0x8664;
     static constexpr qint64 kMostNames = 0x10000; ///< A DLL can't export more.
+    static constexpr int kLongestName = 0x2000;   ///< Compilers shorten names before.
 
     QIODevice &m_file;
     const qint64 m_size;
     const bool m_isProgram;
+    quint16 m_machine = 0;
+    int m_bytesLeft = 0x2000000; ///< For all names together, several times what Qt's DLLs have.
     qint64 m_optionalHeader = 0;
     QVector<Section> m_sections;
 };

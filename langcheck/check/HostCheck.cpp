@@ -1,21 +1,24 @@
 #include "langcheck/check/HostCheck.h"
 
-#include "lang/OpenFile.h"
-#include "langcheck/check/Dll.h"
+#include "langcheck/check/HostFolder.h"
+#include "langcheck/check/PluginFolders.h"
 
 #include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QProcessEnvironment>
+#include <QRegularExpression>
+#include <QSet>
 #include <QVector>
 
 #include <algorithm>
-#include <optional>
 
 namespace {
 
 const QLatin1String kQtCore("Qt5Core.dll");
+const QLatin1String kQtDlls[] = {kQtCore, QLatin1String("Qt5Gui.dll"),
+                                 QLatin1String("Qt5Widgets.dll")};
 const QLatin1String kPlugin("Zendel.dll");
+const QLatin1String
+    kInstallRuntime("install Microsoft's current Visual C++ redistributable for x64");
+const QLatin1String kPlatform("platforms/qwindows.dll");
 
 QString familyName(CompilerFamily family)
 {
@@ -30,20 +33,47 @@ QString familyName(CompilerFamily family)
     return {};
 }
 
-/// Returns the folder with Windows' own DLLs; empty on other systems.
-QString systemFolder()
+QString list(const QStringList &names)
 {
-    const QString windows =
-        QProcessEnvironment::systemEnvironment().value(QStringLiteral("SystemRoot"));
-    return windows.isEmpty() ? QString() : windows + QLatin1String("/System32");
+    return names.join(QLatin1String(", "));
 }
 
-/// A DLL of Qt next to the host's executable.
-struct QtDll
+bool usesDll(const Dll &dll, const QString &name)
 {
-    QString name;
-    Dll dll;
-};
+    return std::any_of(dll.imports.begin(), dll.imports.end(), [&name](const DllImport &import) {
+        return import.dll.compare(name, Qt::CaseInsensitive) == 0;
+    });
+}
+
+bool usesQt(const Dll &dll)
+{
+    return std::any_of(std::begin(kQtDlls), std::end(kQtDlls),
+                       [&dll](const QString &name) { return usesDll(dll, name); });
+}
+
+/// Returns a function's name for people. The file may contain any bytes.
+QString shown(QByteArray function)
+{
+    for (char &c : function) {
+        if (c <= ' ' || c > '~')
+            c = '?';
+    }
+    return QString::fromLatin1(function);
+}
+
+/// The run-time library of MSVC, which is installed for all programs together.
+bool isMsvcRuntime(const QString &dll)
+{
+    static const QRegularExpression pattern(
+        QStringLiteral("^(msvcp|msvcr|vcruntime|concrt|vccorlib)\\d\\d\\d"));
+    return pattern.match(dll).hasMatch();
+}
+
+/// The libraries of MinGW are next to the executable. No DLL of Windows has such a name.
+bool isMinGwLibrary(const QString &dll)
+{
+    return dll.startsWith(QLatin1String("lib"));
+}
 
 /// Checks the DLLs in the folder of the host's executable.
 class HostCheck
@@ -51,227 +81,558 @@ class HostCheck
 public:
     explicit HostCheck(Report &report)
         : m_report(report)
+        , m_host(report.applicationDir)
     {
     }
 
     void check()
     {
+        readPrograms();
+        const QString reason = unsuitableHost();
+        if (!reason.isEmpty()) {
+            m_report.hostChecked =
+                (m_checked.isEmpty() ? QStringLiteral("not checked,")
+                                     : QStringLiteral("not checked, except for Zendel.dll,"))
+                + QStringLiteral(" because ") + reason;
+            return;
+        }
         readQt();
         findFamily();
-        for (const QtDll &qt : qAsConst(m_qt))
-            checkQt(qt);
-        if (m_reference)
-            checkVersion(*m_reference);
-        checkRuntime();
-        if (exists(kPlugin))
-            checkPlugin();
+        findReference();
+        checkQt();
+        checkPlugin();
         checkPlatform();
+        checkImports();
+        m_report.hostChecked = QStringLiteral("checked: ") + list(m_checked);
+        if (!m_unknown.isEmpty())
+            m_report.hostChecked += QStringLiteral(". Not checked: ") + list(m_unknown);
     }
 
 private:
-    void readQt()
-    {
-        for (const QLatin1String name :
-             {kQtCore, QLatin1String("Qt5Gui.dll"), QLatin1String("Qt5Widgets.dll")}) {
-            if (!exists(name))
-                continue;
-            Dll dll = read(name, readDll);
-            if (dll.defect.isEmpty() && dll.exports == CompilerFamily::Unknown)
-                dll.defect = QStringLiteral("it doesn't export C++ functions");
-            m_qt += {name, dll};
-        }
-        const Dll &core = m_qt.constFirst().dll;
-        m_report.hostQt = HostQt {core.version.toString(), familyName(core.exports)};
-    }
-
-    /// Finds the family of the host's programs, or else that of most DLLs of Qt, and the first DLL
-    /// of Qt that is of this family.
-    void findFamily()
-    {
-        readPrograms();
-        if (m_family == CompilerFamily::Unknown) {
-            const int msvc = count(CompilerFamily::Msvc);
-            const int minGw = count(CompilerFamily::MinGw);
-            for (const QtDll &qt : qAsConst(m_qt)) {
-                const bool fewer =
-                    qt.dll.exports == CompilerFamily::Msvc ? msvc < minGw : minGw < msvc;
-                if (!qt.dll.defect.isEmpty() || fewer)
-                    continue;
-                m_family = qt.dll.exports;
-                m_evidence = qt.name;
-                break;
-            }
-        }
-        const auto it = std::find_if(m_qt.constBegin(), m_qt.constEnd(), [this](const QtDll &qt) {
-            return qt.dll.defect.isEmpty() && qt.dll.exports == m_family;
-        });
-        if (it != m_qt.constEnd())
-            m_reference = *it;
-    }
-
-    /// Finds the family of the programs that use Qt, if they all have the same.
     void readPrograms()
     {
-        const QStringList names =
-            QDir(m_report.applicationDir).entryList({QStringLiteral("*.exe")}, QDir::Files);
+        const QStringList names = m_host.programs();
         for (const QString &name : names) {
-            if (name.compare(QLatin1String("langcheck.exe"), Qt::CaseInsensitive) == 0)
+            HostFile program = m_host.readProgram(name);
+            if (program.isUsable() && usesQt(program.dll))
+                m_programs += program;
+            else
+                m_others += program;
+        }
+    }
+
+    /// Returns why the DLLs can't be checked, after a finding if that is a mistake; empty if they
+    /// can.
+    QString unsuitableHost()
+    {
+        const bool hasQt =
+            std::any_of(std::begin(kQtDlls), std::end(kQtDlls),
+                        [this](const QString &name) { return m_host.contains(name); });
+        QString reason;
+        if (m_programs.isEmpty())
+            reason = otherHost(hasQt);
+        if (hasQt || !reason.isEmpty())
+            return reason;
+
+        reason = QStringLiteral("there is no Qt5Core.dll");
+        if (!m_programs.isEmpty())
+            reason += QStringLiteral(" next to ") + m_programs.constFirst().name;
+        QStringList inBin;
+        for (const QLatin1String name : kQtDlls) {
+            if (m_host.contains(QLatin1String("bin/") + name))
+                inBin += name;
+        }
+        const bool hasOther = m_host.contains(QStringLiteral("Qt5Cored.dll"))
+            || m_host.contains(QStringLiteral("Qt6Core.dll"));
+        if (!inBin.isEmpty() && !m_programs.isEmpty()) {
+            add(FindingKind::QtMissing, inBin.constFirst(),
+                {list(inBin), QStringLiteral("the folder bin")});
+        } else if (hasOther && !m_programs.isEmpty()) {
+            add(FindingKind::QtMissing, kQtCore, {allQt(), sameQt()});
+        } else if (!inBin.isEmpty()) {
+            m_report.addFile(FindingKind::HostFolder, path(QStringLiteral("bin")), {list(inBin)});
+        } else if (m_programs.isEmpty() && !m_others.isEmpty()) {
+            reason += QStringLiteral(". The plug-in can't be used with a statically linked Qt");
+        }
+        checkPlugin();
+        return reason;
+    }
+
+    /// Returns what the host uses instead of the 64-bit release version of Qt 5, after a finding;
+    /// empty if there is no sign of that.
+    QString otherHost(bool hasQt)
+    {
+        const auto find = [this](const auto &condition) {
+            const auto it = std::find_if(m_others.constBegin(), m_others.constEnd(), condition);
+            return it == m_others.constEnd() ? nullptr : &*it;
+        };
+        const HostFile *const program =
+            find([](const HostFile &other) { return other.dll.is32Bit && usesQt(other.dll); });
+        if (program)
+            return smallHost(program->name, QStringLiteral("the host is a 32-bit program"));
+        for (const char *const name : {"Qt5Cored.dll", "Qt6Core.dll", "Qt6Cored.dll"}) {
+            const QLatin1String dll(name);
+            if (const HostFile *const user =
+                    find([dll](const HostFile &other) { return usesDll(other.dll, dll); }))
+                return otherQt(user->name, dll);
+            if (!hasQt && m_host.contains(dll))
+                return otherQt(dll, dll);
+        }
+        QStringList small;
+        int others = 0;
+        for (const QLatin1String name : kQtDlls) {
+            const HostFile *const dll = m_host.ownDll(name);
+            if (dll && dll->dll.is32Bit)
+                small += name;
+            else if (dll)
+                ++others;
+        }
+        if (small.size() > others) {
+            return smallHost(small.constFirst(),
+                             QStringLiteral("the host's Qt is for 32-bit programs"));
+        }
+        return {};
+    }
+
+    static QString allQt()
+    {
+        QStringList names;
+        for (const QLatin1String name : kQtDlls)
+            names += name;
+        return list(names);
+    }
+
+    QString smallHost(const QString &file, const QString &reason)
+    {
+        add(FindingKind::Host32Bit, file, {reason});
+        return reason;
+    }
+
+    QString otherQt(const QString &file, const QString &dll)
+    {
+        add(FindingKind::QtOther, file, {dll});
+        return QStringLiteral("the host uses ") + dll;
+    }
+
+    void readQt()
+    {
+        for (const HostFile &program : qAsConst(m_programs))
+            m_checked += program.name;
+        for (const QLatin1String name : kQtDlls) {
+            const HostFile *const found = m_host.ownDll(name);
+            if (!found) {
+                m_missingQt += name;
                 continue;
-            const CompilerFamily family = read(name, readProgram).qtImports;
+            }
+            HostFile file = *found;
+            file.name = name;
+            if (file.isUsable() && file.dll.exports == CompilerFamily::Unknown)
+                file.dll.defect = QStringLiteral("it doesn't export C++ functions");
+            m_qt += file;
+            m_checked += name;
+        }
+        if (!m_qt.isEmpty() && m_qt.constFirst().name == kQtCore) {
+            const Dll &core = m_qt.constFirst().dll;
+            m_report.hostQt = HostQt {core.version.toString(), familyName(core.exports)};
+        }
+    }
+
+    /// Finds the family of the host's programs, if they all have the same, or else that of most
+    /// DLLs of Qt.
+    void findFamily()
+    {
+        for (const HostFile &program : qAsConst(m_programs)) {
+            const CompilerFamily family = program.dll.qtImports;
             if (family == CompilerFamily::Unknown || family == m_family)
                 continue;
             if (m_family != CompilerFamily::Unknown) {
                 m_family = CompilerFamily::Unknown;
-                return;
+                break;
             }
             m_family = family;
-            m_evidence = name;
+            m_evidence = program.name;
+        }
+        if (m_family != CompilerFamily::Unknown)
+            return;
+        const int msvc = count(CompilerFamily::Msvc);
+        const int minGw = count(CompilerFamily::MinGw);
+        for (const HostFile &qt : qAsConst(m_qt)) {
+            const bool fewer = qt.dll.exports == CompilerFamily::Msvc ? msvc < minGw : minGw < msvc;
+            if (!qt.isUsable() || fewer)
+                continue;
+            m_family = qt.dll.exports;
+            m_evidence = qt.name;
+            break;
         }
     }
 
     int count(CompilerFamily family) const
     {
-        return int(std::count_if(m_qt.begin(), m_qt.end(), [family](const QtDll &qt) {
-            return qt.dll.defect.isEmpty() && qt.dll.exports == family;
+        return int(std::count_if(m_qt.begin(), m_qt.end(), [family](const HostFile &qt) {
+            return qt.isUsable() && qt.dll.exports == family;
         }));
     }
 
-    Dll read(const QString &name, Dll (*readFile)(QIODevice &)) const
+    /// Finds the version of Qt that the other DLLs must have: one with all that the programs and
+    /// the plug-in import, if there is one, and of these, the one that most DLLs have.
+    void findReference()
     {
-        QFile file(path(name));
-        if (openForReading(file))
-            return readFile(file);
-        Dll dll;
-        dll.defect = QStringLiteral("it can't be opened");
-        return dll;
+        int best = -1;
+        for (const HostFile &qt : qAsConst(m_qt)) {
+            if (!qt.isUsable() || qt.dll.exports != m_family)
+                continue;
+            const QVersionNumber &version = qt.dll.version;
+            const auto same = std::count_if(m_qt.begin(), m_qt.end(), [&](const HostFile &other) {
+                return other.isUsable() && other.dll.version == version;
+            });
+            const int score = (version.isNull() ? 0 : int(same)) + (isSufficient(version) ? 10 : 0);
+            if (score > best) {
+                best = score;
+                m_reference = &qt;
+            }
+        }
     }
 
-    /// Checks whether the DLL fits the host, except for what is the same in all DLLs of Qt.
-    void checkQt(const QtDll &qt)
+    /// Returns whether the DLLs of Qt of this version have all that is imported from them.
+    bool isSufficient(const QVersionNumber &version)
     {
-        if (!qt.dll.defect.isEmpty()) {
-            add(FindingKind::DllUnusable, qt.name, {qt.dll.defect, sameFile()});
-        } else if (qt.dll.exports != m_family) {
-            add(FindingKind::QtFamily, qt.name,
-                {familyName(qt.dll.exports), familyName(m_family), m_evidence, sameFile()});
-        } else if (qt.dll.version != m_reference->dll.version && !qt.dll.version.isNull()
-                   && !m_reference->dll.version.isNull()) {
-            add(FindingKind::QtVersionsDiffer, qt.name,
-                {qt.dll.version.toString(), m_reference->dll.version.toString(),
-                 m_reference->name});
+        QVector<const Dll *> importers;
+        for (const HostFile &program : qAsConst(m_programs))
+            importers += &program.dll;
+        if (const HostFile *const plugin = m_host.ownDll(kPlugin))
+            importers += &plugin->dll;
+        for (const HostFile &qt : qAsConst(m_qt)) {
+            if (!qt.isUsable() || qt.dll.version != version)
+                continue;
+            for (const Dll *const importer : qAsConst(importers)) {
+                if (importer->qtImports == m_family && !missing(*importer, qt).isEmpty())
+                    return false;
+            }
         }
+        return true;
+    }
+
+    /// Returns the functions that one file imports from the other, but that aren't there.
+    static QList<QByteArray> missing(const Dll &importer, const HostFile &exporter)
+    {
+        QList<QByteArray> functions;
+        for (const DllImport &import : importer.imports) {
+            if (import.dll.compare(exporter.name, Qt::CaseInsensitive) == 0
+                && !exporter.dll.exportedFunctions.contains(import.function))
+                functions += import.function;
+        }
+        return functions;
+    }
+
+    /// Checks whether Qt's DLLs are there and fit the host and each other.
+    void checkQt()
+    {
+        if (!m_missingQt.isEmpty()) {
+            const bool inBin = m_host.contains(QStringLiteral("bin/") + m_missingQt.constFirst());
+            add(FindingKind::QtMissing, m_missingQt.constFirst(),
+                {list(m_missingQt), inBin ? QStringLiteral("the folder bin") : sameQt()});
+        }
+        for (const HostFile &qt : qAsConst(m_qt)) {
+            if (!reportUnusable(qt, QStringLiteral("replace it with ") + sameFile()))
+                continue;
+            const QVersionNumber &version = qt.dll.version;
+            if (qt.dll.exports != m_family) {
+                report(FindingKind::QtFamily, qt.name,
+                       {familyName(qt.dll.exports), familyName(m_family), m_evidence, sameFile()});
+            } else if (version != m_reference->dll.version && !version.isNull()
+                       && !m_reference->dll.version.isNull()) {
+                reportVersion(qt);
+            }
+        }
+    }
+
+    void reportVersion(const HostFile &file)
+    {
+        report(FindingKind::QtVersionsDiffer, below(file.path),
+               {file.dll.version.toString(), m_reference->dll.version.toString(), m_reference->name,
+                sameFile()});
+    }
+
+    /// Returns false after a finding if the file can't be loaded.
+    bool reportUnusable(const HostFile &file, const QString &remedy)
+    {
+        if (file.isUsable())
+            return true;
+        if (file.unreadable.isEmpty()) {
+            report(FindingKind::DllUnusable, below(file.path), {file.dll.defect, remedy});
+        } else {
+            const bool isFolder = file.unreadable == QLatin1String("it is a folder");
+            report(
+                FindingKind::DllUnreadable, below(file.path),
+                {file.unreadable, isFolder ? remedy : QStringLiteral("correct its permissions")});
+        }
+        return false;
+    }
+
+    /// Returns which Qt a missing file is from.
+    QString sameQt() const
+    {
+        if (!m_reference || m_reference->dll.version.isNull())
+            return QStringLiteral("the Qt that the host was built with");
+        return QStringLiteral("Qt %1 for %2")
+            .arg(m_reference->dll.version.toString(), familyName(m_family));
     }
 
     /// Returns what a file of Qt should be replaced with.
-    QString sameFile() const
-    {
-        const bool known = m_reference && !m_reference->dll.version.isNull();
-        return QStringLiteral("the same file of Qt %1 for %2")
-            .arg(known ? m_reference->dll.version.toString() : QStringLiteral("5.15"))
-            .arg(m_family == CompilerFamily::Unknown ? QStringLiteral("64-bit x86")
-                                                     : familyName(m_family));
-    }
+    QString sameFile() const { return QStringLiteral("the same file of ") + sameQt(); }
 
-    void checkPlatform()
-    {
-        QString name = QStringLiteral("platforms/qwindows.dll");
-        // Qt has looked there, too, since 5.14.
-        const QString otherName = QStringLiteral("plugins/") + name;
-        if (!exists(name) && exists(otherName) && m_reference
-            && m_reference->dll.version >= QVersionNumber(5, 14))
-            name = otherName;
-        if (!exists(name)) {
-            if (!exists(QStringLiteral("qt.conf")))
-                add(FindingKind::PlatformMissing, name, {sameFile()});
-            return;
-        }
-        const Dll dll = read(name, readDll);
-        if (!dll.defect.isEmpty()) {
-            add(FindingKind::DllUnusable, name, {dll.defect, sameFile()});
-        } else if (m_family != CompilerFamily::Unknown && dll.qtImports != CompilerFamily::Unknown
-                   && dll.qtImports != m_family) {
-            add(FindingKind::QtFamily, name,
-                {familyName(dll.qtImports), familyName(m_family), m_evidence, sameFile()});
-        }
-    }
-
-    void checkVersion(const QtDll &qt)
-    {
-        const QVersionNumber &version = qt.dll.version;
-        if (version.isNull())
-            add(FindingKind::QtVersionUnknown, qt.name);
-        else if (version < QVersionNumber(5, 6) || version >= QVersionNumber(5, 16))
-            add(FindingKind::QtVersion, qt.name, {version.toString()});
-    }
-
+    /// Checks the plug-in by itself, and its family.
     void checkPlugin()
     {
-        const Dll plugin = read(kPlugin, readDll);
-        const CompilerFamily family = plugin.qtImports;
-        if (!plugin.defect.isEmpty()) {
-            add(FindingKind::DllUnusable, kPlugin,
-                {plugin.defect,
-                 m_family == CompilerFamily::Unknown
-                     ? QStringLiteral("an undamaged plug-in")
-                     : QStringLiteral("a plug-in that is built for ") + familyName(m_family)});
+        const HostFile *const plugin = m_host.ownDll(kPlugin);
+        if (!plugin) {
+            if (!m_qt.isEmpty())
+                add(FindingKind::PluginMissing, kPlugin);
+            return;
+        }
+        m_checked += kPlugin;
+        const QString ours = m_family == CompilerFamily::Unknown
+            ? QStringLiteral("the plug-in from its package")
+            : QStringLiteral("the plug-in that is built for ") + familyName(m_family);
+        if (!reportUnusable(*plugin, QStringLiteral("replace it with ") + ours))
+            return;
+        QStringList functions;
+        for (const char *const function : {"NewInterface", "ReleaseInterface"}) {
+            if (!plugin->dll.exportedFunctions.contains(function))
+                functions += QLatin1String(function);
+        }
+        const CompilerFamily family = plugin->dll.qtImports;
+        if (!functions.isEmpty()) {
+            report(FindingKind::PluginForeign, kPlugin, {list(functions), ours});
         } else if (m_family != CompilerFamily::Unknown && family != CompilerFamily::Unknown
                    && family != m_family) {
-            add(FindingKind::PluginFamily, kPlugin,
-                {familyName(family), familyName(m_family), m_evidence});
+            report(FindingKind::PluginFamily, kPlugin,
+                   {familyName(family), familyName(m_family), m_evidence});
         }
     }
 
-    /// MinGW's DLLs may also be elsewhere in the search path. MSVC's usually are in Windows'
-    /// folder, which can be checked only on Windows.
-    void checkRuntime()
+    /// Checks Qt's plug-in for Windows, of which Qt loads the first that it finds.
+    void checkPlatform()
     {
-        if (m_family == CompilerFamily::Unknown)
+        const QVersionNumber qtVersion = m_reference ? m_reference->dll.version : QVersionNumber();
+        const PluginFolders folders = pluginFolders(m_host, qtVersion);
+        const QStringList found = folders.find(m_host, kPlatform);
+        for (const QString &file : found) {
+            m_platform = m_host.read(file);
+            // Qt skips files without its description of plug-ins, which are in each DLL for them.
+            if (m_platform->dll.defect != QLatin1String("it has no PE header"))
+                break;
+        }
+        if (!folders.isComplete) {
+            m_unknown += QStringLiteral("the folder of plug-ins in qt.conf");
+            m_platform = nullptr;
             return;
-        if (m_family == CompilerFamily::MinGw) {
-            for (const char *const name :
-                 {"libgcc_s_seh-1.dll", "libstdc++-6.dll", "libwinpthread-1.dll"}) {
-                if (!exists(QLatin1String(name))) {
-                    add(FindingKind::RuntimeMissing, QLatin1String(name),
-                        {QStringLiteral("copy it from Qt's folder bin, which contains the DLLs of "
-                                        "the compiler that Qt was built with")});
-                }
+        }
+        if (!m_platform) {
+            if (folders.conf.isEmpty()) {
+                add(FindingKind::PlatformMissing, kPlatform, {sameQt()});
+            } else {
+                add(FindingKind::PlatformPath, below(folders.conf),
+                    {QDir(m_host.path()).relativeFilePath(folders.paths.constFirst()), sameQt()});
             }
             return;
         }
-        const QLatin1String name("vcruntime140.dll");
-        const QString system = systemFolder();
-        if (!system.isEmpty() && !exists(name)
-            && !QFileInfo::exists(system + QLatin1Char('/') + name)) {
-            add(FindingKind::RuntimeMissing, name,
-                {QStringLiteral("install Microsoft's Visual C++ redistributable")});
+        m_checked += below(m_platform->path);
+        const Dll &dll = m_platform->dll;
+        if (!reportUnusable(*m_platform, QStringLiteral("replace it with ") + sameFile()))
+            return;
+        if (m_family != CompilerFamily::Unknown && dll.qtImports != CompilerFamily::Unknown
+            && dll.qtImports != m_family) {
+            report(FindingKind::QtFamily, below(m_platform->path),
+                   {familyName(dll.qtImports), familyName(m_family), m_evidence, sameFile()});
+            return;
+        }
+        // What it uses of Qt isn't the same in each minor version.
+        const bool isOther =
+            !dll.version.isNull() && !qtVersion.isNull() && dll.version != qtVersion;
+        const auto lacks = [this, &dll](const HostFile &qt) {
+            return qt.isUsable() && !m_reported.contains(qt.name.toLower())
+                && !missing(dll, qt).isEmpty();
+        };
+        if (isOther
+            && (dll.version.majorVersion() != qtVersion.majorVersion()
+                || dll.version.minorVersion() != qtVersion.minorVersion()
+                || std::any_of(m_qt.constBegin(), m_qt.constEnd(), lacks)))
+            reportVersion(*m_platform);
+    }
+
+    /// Follows the imports of all files and checks that Windows finds the DLLs, and in them the
+    /// functions. Leaves out what is the effect of an earlier finding.
+    void checkImports()
+    {
+        QVector<const HostFile *> files;
+        for (const HostFile &program : qAsConst(m_programs)) {
+            if (program.dll.qtImports == m_family) // Others are probably not the host.
+                files += &program;
+        }
+        for (const HostFile &qt : qAsConst(m_qt))
+            files += &qt;
+        files += m_host.ownDll(kPlugin);
+        files += m_platform;
+        QSet<QString> seen;
+        for (const HostFile *const file : qAsConst(files)) {
+            if (file)
+                seen += file->name.toLower();
+        }
+        for (int i = 0; i < files.size(); ++i) { // Grows
+            if (!files.at(i) || isReported(*files.at(i)))
+                files[i] = nullptr;
+            else
+                findImported(*files.at(i), files, seen);
+        }
+        if (!m_missingRuntime.isEmpty()) {
+            const QString names = list(m_missingRuntime);
+            add(FindingKind::RuntimeMissing, m_missingRuntime.constFirst(),
+                {names,
+                 m_family == CompilerFamily::MinGw
+                     ? QStringLiteral(
+                           "copy %1 from Qt's folder bin, which contains the DLLs of the "
+                           "compiler that Qt was built with")
+                           .arg(names)
+                     : QString(kInstallRuntime)});
+        }
+        for (const HostFile *const file : qAsConst(files)) {
+            if (file)
+                checkFunctions(*file);
         }
     }
 
-    QString path(const QString &name) const
+    bool isReported(const HostFile &file) const
     {
-        return m_report.applicationDir + QLatin1Char('/') + name;
+        return m_reported.contains(below(file.path).toLower()) || !file.isUsable();
     }
 
-    bool exists(const QString &name) const { return QFileInfo::exists(path(name)); }
+    /// Adds the DLLs that a file imports to @p files, if they haven't been seen before.
+    void findImported(const HostFile &file, QVector<const HostFile *> &files, QSet<QString> &seen)
+    {
+        static const QRegularExpression isName(QStringLiteral("^[\\w.+-]+$"));
+        for (const DllImport &import : file.dll.imports) {
+            const QString &name = import.dll;
+            // Windows replaces the names that start with "api-" itself.
+            if (seen.contains(name) || name.startsWith(QLatin1String("api-"))
+                || !isName.match(name).hasMatch())
+                continue;
+            seen += name;
+            const bool isRuntime = isMsvcRuntime(name);
+            // Windows' own DLLs are right.
+            const HostFile *const dll = isRuntime ? m_host.dll(name) : m_host.ownDll(name);
+            if (!dll) {
+                reportMissing(name);
+                continue;
+            }
+            m_checked += dll->name;
+            const QString remedy = isRuntime ? runtimeRemedy(*dll)
+                                             : QStringLiteral("replace it with the file that came "
+                                                              "with %1")
+                                                   .arg(file.name);
+            if (reportUnusable(*dll, remedy))
+                files += dll;
+        }
+    }
+
+    void reportMissing(const QString &name)
+    {
+        if (name.startsWith(QLatin1String("qt5"))) {
+            if (!m_missingQt.contains(name, Qt::CaseInsensitive))
+                add(FindingKind::QtMissing, name, {name, sameQt()});
+        } else if (m_family == CompilerFamily::MinGw && isMinGwLibrary(name)) {
+            m_missingRuntime += name;
+        } else if (isMsvcRuntime(name)) {
+            (m_host.hasSystemFolder() ? m_missingRuntime : m_unknown) += name;
+        }
+    }
+
+    QString runtimeRemedy(const HostFile &dll) const
+    {
+        return m_host.contains(dll.name) ? QLatin1String("delete it, and ") + kInstallRuntime
+                                         : QString(kInstallRuntime);
+    }
+
+    /// Checks whether a file's imports are in the DLLs.
+    void checkFunctions(const HostFile &file)
+    {
+        QSet<QString> seen;
+        for (const DllImport &import : file.dll.imports) {
+            if (seen.contains(import.dll) || import.dll.startsWith(QLatin1String("api-")))
+                continue;
+            seen += import.dll;
+            const bool isRuntime = isMsvcRuntime(import.dll);
+            const HostFile *const dll =
+                isRuntime ? m_host.dll(import.dll) : m_host.ownDll(import.dll);
+            if (!dll || isReported(*dll))
+                continue;
+            const QList<QByteArray> functions = missing(file.dll, *dll);
+            if (functions.isEmpty())
+                continue;
+            const QString what = functions.size() == 1 ? shown(functions.constFirst())
+                                                       : QStringLiteral("%1 and %2 more")
+                                                             .arg(shown(functions.constFirst()))
+                                                             .arg(functions.size() - 1);
+            QString where = dll->name;
+            if (!dll->dll.version.isNull() && !isRuntime)
+                where += QLatin1Char(' ') + dll->dll.version.toString();
+            if (isRuntime) {
+                report(FindingKind::RuntimeOld, below(dll->path),
+                       {what, file.name, runtimeRemedy(*dll)});
+            } else if (file.name.compare(kPlugin, Qt::CaseInsensitive) == 0) {
+                add(FindingKind::PluginFunctions, kPlugin, {what, where});
+                return;
+            } else {
+                add(FindingKind::FunctionMissing, below(file.path), {what, where});
+                for (const QLatin1String name : kQtDlls) // The remedy replaces them.
+                    m_reported += QString(name).toLower();
+                return;
+            }
+        }
+    }
+
+    QString path(const QString &name) const { return m_host.path() + QLatin1Char('/') + name; }
+
+    /// Returns a path relative to the host's folder.
+    QString below(const QString &path) const
+    {
+        return path.startsWith(m_host.path() + QLatin1Char('/'))
+            ? path.mid(m_host.path().size() + 1)
+            : path;
+    }
+
+    /// Adds a finding. The files that it is about don't get others.
+    void report(FindingKind kind, const QString &name, const QStringList &values)
+    {
+        m_reported += name.toLower();
+        add(kind, name, values);
+    }
 
     void add(FindingKind kind, const QString &name, const QStringList &values = {})
     {
-        const Finding &finding = m_report.addFile(kind, path(name), values);
-        m_report.hostFails = m_report.hostFails || finding.severity == Finding::Error
-            || kind == FindingKind::PlatformMissing || kind == FindingKind::RuntimeMissing;
+        m_report.addFile(kind, QDir::isAbsolutePath(name) ? name : path(name), values);
+        m_report.hostFails = true;
     }
 
     Report &m_report;
-    QVector<QtDll> m_qt;                               ///< Those that exist, Qt5Core.dll first.
+    HostFolder m_host;
+    QVector<HostFile> m_programs;                      ///< Those that use Qt.
+    QVector<HostFile> m_others;                        ///< The other programs.
+    QVector<HostFile> m_qt;                            ///< Those that exist, Qt5Core.dll first.
+    QStringList m_missingQt;                           ///< The others.
+    const HostFile *m_platform = nullptr;              ///< The one that Qt loads.
     CompilerFamily m_family = CompilerFamily::Unknown; ///< The host's.
     QString m_evidence;                                ///< The file that shows the family.
-    std::optional<QtDll> m_reference; ///< The DLL of Qt whose version the others must have.
+    const HostFile *m_reference = nullptr; ///< The DLL of Qt whose version the others must have.
+    QSet<QString> m_reported;              ///< Files with a finding, in lower case.
+    QStringList m_missingRuntime;
+    QStringList m_checked;
+    QStringList m_unknown; ///< What can't be checked here.
 };
 
 } // namespace
 
 void checkHost(Report &report)
 {
-    if (QFileInfo::exists(report.applicationDir + QLatin1Char('/') + kQtCore))
-        HostCheck(report).check();
+    HostCheck(report).check();
 }

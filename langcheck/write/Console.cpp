@@ -83,6 +83,7 @@ QVector<Row> summary(const Report &report)
         {QLatin1String("Messages:"), boxes}};
     if (report.hostQt)
         rows += {QLatin1String("Host's Qt:"), {inOneLine(report.hostQt->description())}};
+    rows += {QLatin1String("Host's DLLs:"), {inOneLine(report.hostChecked, kLongestFinding)}};
     if (report.hostFails) {
         rows += {QLatin1String("Host:"),
                  {QStringLiteral("may not start, or may not load the plug-in, because of its DLLs; "

@@ -148,6 +148,7 @@ QJsonObject toJson(const Report &report)
         {QStringLiteral("translation"), report.translation},
         {QStringLiteral("fallback"), report.fallback},
         {QStringLiteral("boxes"), boxes(report)},
+        {QStringLiteral("hostChecked"), report.hostChecked},
         {QStringLiteral("hostFails"), report.hostFails},
         {QStringLiteral("findings"), findings(report)}};
     if (report.hostQt) {

@@ -645,6 +645,7 @@ private:
                     + (m_report.fallback ? QStringLiteral(", the fallback") : QString()));
         if (m_report.hostQt)
             row("Host\u2019s Qt", m_report.hostQt->description());
+        row("Host\u2019s DLLs", m_report.hostChecked);
         row("Checked by", programName() + QStringLiteral(", with Qt ") + QLatin1String(qVersion()));
         row("System", QSysInfo::prettyProductName());
         const QFont font = QApplication::font();

@@ -4,6 +4,7 @@
 
 namespace {
 
+const quint16 k32Bit = 0x014C;
 const int kHeadersSize = 0x400;
 const quint32 kFileAlignment = 0x200;
 const quint32 kSectionAlignment = 0x1000;
@@ -13,13 +14,6 @@ void set(QByteArray &bytes, int offset, Number value)
 {
     Q_ASSERT(offset + int(sizeof(Number)) <= bytes.size());
     qToLittleEndian(value, bytes.data() + offset);
-}
-
-template<typename Number>
-void add(QByteArray &bytes, Number value)
-{
-    bytes.append(int(sizeof(Number)), '\0');
-    set(bytes, bytes.size() - int(sizeof(Number)), value);
 }
 
 quint32 aligned(quint32 size, quint32 alignment)
@@ -58,37 +52,35 @@ QByteArray exportTable(const QList<QByteArray> &names, quint32 address)
     return table;
 }
 
-/// Writes the import table: a descriptor for another DLL and the ones for the DLL, the addresses of
-/// the names and the names.
+/// Writes the import table: the descriptors of the DLLs, then for each the addresses of its
+/// functions' names, and the names.
 QByteArray importTable(const DllContents &contents, quint32 address)
 {
-    const int descriptors = contents.importRepetitions + 1;
-    const int thunks = 20 * (descriptors + 1);
-    const int otherThunks = thunks + 8 * (contents.imports.size() + 1);
-    QByteArray table(otherThunks + 16, '\0');
-    const auto addName = [&table, address](int thunk, const QByteArray &name) {
-        set(table, thunk, quint64(address) + sizeOf(table));
-        table += QByteArray(2, '\0') + name + '\0';
-    };
-    const auto setDescriptor = [&table, address](int index, int firstThunk, quint32 name) {
-        set(table, 20 * index, address + quint32(firstThunk));
-        set(table, 20 * index + 12, name);
-        set(table, 20 * index + 16, address + quint32(firstThunk));
-    };
-
-    for (int i = 0; i < contents.imports.size(); ++i) {
-        const int thunk = thunks + 8 * i;
-        if (contents.imports.at(i).isEmpty())
-            set(table, thunk, Q_UINT64_C(0x8000000000000001));
-        else
-            addName(thunk, contents.imports.at(i));
+    const int count = contents.imports.size() * contents.importRepetitions;
+    QByteArray table(20 * (count + 1), '\0');
+    int descriptor = 0;
+    for (const ImportedDll &dll : contents.imports) {
+        const int first = table.size();
+        const int size = contents.machine == k32Bit ? 4 : 8;
+        table.append(size * (dll.functions.size() + 1), '\0');
+        for (int i = 0; i < dll.functions.size(); ++i) {
+            const QByteArray &function = dll.functions.at(i);
+            const bool byNumber = function.isEmpty();
+            if (size == 4)
+                set(table, first + 4 * i, byNumber ? 0x80000001 : address + sizeOf(table));
+            else
+                set(table, first + 8 * i,
+                    byNumber ? Q_UINT64_C(0x8000000000000001) : quint64(address) + sizeOf(table));
+            if (!byNumber)
+                table += QByteArray(2, '\0') + function + '\0';
+        }
+        for (int i = 0; i < contents.importRepetitions; ++i, descriptor += 20) {
+            set(table, descriptor, address + quint32(first));
+            set(table, descriptor + 12, address + sizeOf(table));
+            set(table, descriptor + 16, address + quint32(first));
+        }
+        table += dll.name + '\0';
     }
-    addName(otherThunks, "_ZSt9terminatev");
-    setDescriptor(0, otherThunks, address + sizeOf(table));
-    table += QByteArray("libstdc++-6.dll") + '\0';
-    for (int i = 1; i < descriptors; ++i)
-        setDescriptor(i, thunks, address + sizeOf(table));
-    table += contents.importedDll + '\0';
     return table;
 }
 
@@ -143,12 +135,13 @@ QByteArray makeDll(const DllContents &contents)
     set(file, header + 4, contents.machine);
     set<quint16>(file, header + 20, optionalHeaderSize);
     set(file, header + 22, contents.characteristics);
-    set<quint16>(file, optionalHeader, 0x020B);
+    set<quint16>(file, optionalHeader, contents.machine == k32Bit ? 0x010B : 0x020B);
     set<quint64>(file, optionalHeader + 24, 0x180000000); // Preferred address
     set(file, optionalHeader + 32, kSectionAlignment);
     set(file, optionalHeader + 36, kFileAlignment);
     set<quint32>(file, optionalHeader + 60, kHeadersSize);
-    set<quint32>(file, optionalHeader + 108, 16); // Number of tables
+    const int tables = optionalHeader + (contents.machine == k32Bit ? 96 : 112);
+    set<quint32>(file, tables - 4, 16); // Their number
 
     quint16 sectionCount = 0;
     quint32 address = kSectionAlignment;
@@ -162,8 +155,8 @@ QByteArray makeDll(const DllContents &contents)
         set(file, section + 16, sizeOf(data));
         set(file, section + 20, sizeOf(file));
         set(file, section + 36, quint32(0x40000040)); // Readable, initialized data
-        set(file, optionalHeader + 112 + 8 * directory, address);
-        set(file, optionalHeader + 116 + 8 * directory, size);
+        set(file, tables + 8 * directory, address);
+        set(file, tables + 4 + 8 * directory, size);
         file += data;
         address += aligned(size, kSectionAlignment);
         ++sectionCount;

@@ -105,12 +105,13 @@ void tst_langcheck_command_line::findingsArePrintedAsByACompiler()
             "Default:      1\n"
             "Translation:  Lang/first/Zendel.qm\n"
             "Messages:     none\n"
+            "Host's DLLs:  %2\n"
             "\n"
             "Lang/Lang.ini:9: warning: LANG2_NAME is set on line 6 to \"Two\" and on line 9 to "
             "\"Deux\"; only the last one, on line 9, applies; delete all but the right one "
             "[repeated-key]\n"
             "0 errors, 1 warning\n")
-            .arg(checked()));
+            .arg(checked(), GoodDeployment::check().hostChecked));
 
     QVERIFY(QDir(Deployment::path(QStringLiteral("Lang"))).removeRecursively());
     const QString path = QCoreApplication::applicationDirPath();
@@ -125,13 +126,14 @@ void tst_langcheck_command_line::findingsArePrintedAsByACompiler()
             "Messages:     warning, \"Warning\": Failed to open INI file:%1/Lang/Lang.ini\n"
             "              critical, \"Error\": Cannot find the \"\" file\n"
             "              warning, \"Warning\": Load translator file%1/Lang/chs/Zendel.qmfailed!\n"
+            "Host's DLLs:  %2\n"
             "\n"
             "Lang/Lang.ini: error: the file doesn't exist; the operator's list is empty; put the "
             "catalogue there [catalogue-missing]\n"
             "Lang/chs/Zendel.qm: error: the file doesn't exist; a dialog that needs it has empty "
             "texts; put the compiled translation there [qm-missing]\n"
             "2 errors, 0 warnings\n")
-            .arg(path));
+            .arg(path, GoodDeployment::check().hostChecked));
 }
 
 /// Control characters could change the console's colours or hide what was printed before.
@@ -271,6 +273,7 @@ void tst_langcheck_command_line::terminalGroupsFindings()
 {
     Report report;
     report.applicationDir = QStringLiteral("/host");
+    report.hostChecked = QStringLiteral("not checked");
     report.hidden = {{5, QStringLiteral("Cinq"), QString(), 3}};
     report.addFile(FindingKind::QmMissing, QStringLiteral("/host/Lang/de/Zendel.qm"),
                    {QString(), QStringLiteral("has empty texts"),
@@ -299,6 +302,7 @@ void tst_langcheck_command_line::terminalGroupsFindings()
                                             "Default:      0\n"
                                             "Translation:  none; all texts are empty\n"
                                             "Messages:     none\n"
+                                            "Host's DLLs:  not checked\n"
                                             "\n"
                                             "Lang/de/Zendel.qm\n"
                                             "  error    the file doesn't exist\n"
@@ -735,11 +739,12 @@ void tst_langcheck_command_line::hostIsChecked()
     QVERIFY(qt.open(QIODevice::WriteOnly));
     const QByteArray output = run({host}, 2);
     QVERIFY2(output.contains("\nHost's Qt:    unknown version, for an unknown compiler\n"
+                             "Host's DLLs:  checked: Qt5Core.dll\n"
                              "Host:         may not start, "),
              output.constData());
     QVERIFY2(
         output.contains("\nQt5Core.dll: error: the file isn't a DLL for 64-bit x86: it has no PE "
-                        "header; a 64-bit host, which the plug-in needs, can't load it; "),
+                        "header; the host can't load it; "),
         output.constData());
     const QJsonObject json =
         QJsonDocument::fromJson(run({host, QStringLiteral("--json")}, 2)).object();

@@ -31,9 +31,18 @@ DllContents goodContents()
 {
     DllContents contents;
     contents.exports = {"qt_startup_hook", kMsvcName, "qt_version_tag"};
-    contents.imports = {"", "qt_version_tag", kMsvcName};
+    contents.imports = {{"libstdc++-6.dll", {"_ZSt9terminatev"}},
+                        {"Qt5Core.dll", {"", "qt_version_tag", kMsvcName}}};
     contents.version = QVersionNumber(5, 15, 8);
     return contents;
+}
+
+QString imports(const Dll &dll)
+{
+    QStringList result;
+    for (const DllImport &import : dll.imports)
+        result += import.dll + QLatin1Char(' ') + QString::fromLatin1(import.function);
+    return result.join(QLatin1String(", "));
 }
 
 /// Counts how often it is read.
@@ -63,6 +72,9 @@ private Q_SLOTS:
     void familyIsRecognized_data();
     void familyIsRecognized();
     void programsAreRead();
+    void functionsAreRead();
+    void longNamesAreRead_data();
+    void longNamesAreRead();
     void versionIsRead();
     void defectsAreNamed_data();
     void defectsAreNamed();
@@ -70,6 +82,7 @@ private Q_SLOTS:
     void cutOffFilesAreDefective();
     void damagedFilesAreSurvived();
     void damagedNumbersAreSurvived();
+    void namesAreLimited();
     void readingIsLimited();
 };
 
@@ -89,8 +102,7 @@ void tst_langcheck_dll::familyIsRecognized_data()
     const auto imports = [unknown](const char *name, const Names &names, CompilerFamily family,
                                    const char *from = "Qt5Core.dll") {
         DllContents contents;
-        contents.importedDll = from;
-        contents.imports = names;
+        contents.imports = {{"libstdc++-6.dll", {"_ZSt9terminatev"}}, {from, names}};
         QTest::newRow(name) << contents << unknown << family;
     };
     exports("no exports", {}, unknown);
@@ -129,6 +141,51 @@ void tst_langcheck_dll::programsAreRead()
     const Dll program = read(makeDll(contents), readProgram);
     QCOMPARE(program.defect, QString());
     QCOMPARE(program.qtImports, CompilerFamily::Msvc);
+}
+
+/// Those of 32-bit files, too, because they show what the host is.
+void tst_langcheck_dll::functionsAreRead()
+{
+    DllContents contents = goodContents();
+    Dll dll = read(makeDll(contents));
+    QCOMPARE(dll.exportedFunctions,
+             QSet<QByteArray>({"#1", "#2", "#3", "qt_startup_hook", kMsvcName, "qt_version_tag"}));
+    const QString expected = QStringLiteral("libstdc++-6.dll _ZSt9terminatev, qt5core.dll #1, "
+                                            "qt5core.dll qt_version_tag, qt5core.dll ")
+        + QLatin1String(kMsvcName);
+    QCOMPARE(imports(dll), expected);
+    contents.machine = 0x014C;
+    dll = read(makeDll(contents));
+    QVERIFY(dll.is32Bit);
+    QCOMPARE(imports(dll), expected);
+
+    // The address of the first table of libstdc++-6.dll, of which some linkers write only the copy
+    QByteArray bytes = makeDll(goodContents());
+    const int descriptor = bytes.indexOf("libstdc++-6.dll") / 0x200 * 0x200;
+    QVERIFY(bytes.at(descriptor) != 0);
+    bytes.replace(descriptor, 4, QByteArray(4, '\0'));
+    QCOMPARE(imports(read(bytes)), expected);
+}
+
+void tst_langcheck_dll::longNamesAreRead_data()
+{
+    QTest::addColumn<int>("length");
+    QTest::addColumn<bool>("read");
+
+    QTest::newRow("short") << 255 << true;
+    QTest::newRow("longer") << 256 << true;
+    QTest::newRow("longest") << 0x1FFF << true;
+    QTest::newRow("too long") << 0x2000 << false;
+}
+
+void tst_langcheck_dll::longNamesAreRead()
+{
+    QFETCH(int, length);
+    QFETCH(bool, read);
+
+    DllContents contents;
+    contents.exports = {QByteArray(length, 'x')};
+    QCOMPARE(::read(makeDll(contents)).exportedFunctions.contains(contents.exports.first()), read);
 }
 
 void tst_langcheck_dll::versionIsRead()
@@ -189,7 +246,7 @@ void tst_langcheck_dll::defectsAreNamed()
     QCOMPARE(dll.defect, defect);
     QVERIFY(dll.version.isNull());
     QCOMPARE(dll.exports, CompilerFamily::Unknown);
-    QCOMPARE(dll.qtImports, CompilerFamily::Unknown);
+    QCOMPARE(dll.qtImports, dll.is32Bit ? CompilerFamily::Msvc : CompilerFamily::Unknown);
 }
 
 /// Some linkers write the size of such a section, but no offset.
@@ -242,13 +299,25 @@ void tst_langcheck_dll::damagedNumbersAreSurvived()
     }
 }
 
+/// Names that are much longer than those of any library don't fill the memory.
+void tst_langcheck_dll::namesAreLimited()
+{
+    DllContents contents;
+    for (int i = 0; i < 4200; ++i)
+        contents.exports += QByteArray::number(i).rightJustified(0x1FFF, 'x');
+    const Dll dll = read(makeDll(contents));
+    QVERIFY(dll.exportedFunctions.contains(contents.exports.first()));
+    QVERIFY(!dll.exportedFunctions.contains(contents.exports.last()));
+}
+
 /// Tables whose entries all refer to the same, long tables don't multiply the time.
 void tst_langcheck_dll::readingIsLimited()
 {
     DllContents contents;
+    contents.imports = {{"a.dll", {}}};
     for (int i = 0; i < 200000; ++i) {
         contents.exports += "c";
-        contents.imports += "";
+        contents.imports[0].functions += "";
     }
     contents.importRepetitions = 200000;
     CountingBuffer file;

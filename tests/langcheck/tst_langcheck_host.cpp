@@ -16,49 +16,113 @@
 
 #include <memory>
 
-using Files = QVector<QPair<const char *, QByteArray>>; ///< By name; null to remove the file.
+using Files = QVector<QPair<QByteArray, QByteArray>>; ///< By name; null to remove the file.
 Q_DECLARE_METATYPE(Files)
 
 namespace {
 
-/// Hosts without findings: two with little more than the plug-in, and one for MinGW with a program
-/// and more of Qt.
+/// Hosts without findings: two with only DLLs, and one for MinGW with a program.
 enum Host { Msvc, MinGw, Whole };
 
 const QVersionNumber kOwnVersion(QT_VERSION_MAJOR, QT_VERSION_MINOR, QT_VERSION_PATCH);
-const char *const kRuntime[] = {"libgcc_s_seh-1.dll", "libstdc++-6.dll", "libwinpthread-1.dll"};
 
-QByteArray functionName(bool msvc)
+/// Returns the mangled name of a function in C++.
+QByteArray mangled(bool msvc, const char *name)
 {
-    return msvc ? "??0QString@@QEAA@XZ" : "_ZN7QStringC1Ev";
+    return (msvc ? "?" : "_Z5") + QByteArray(name) + (msvc ? "@@YAXXZ" : "v");
 }
 
-DllContents qtContents(bool msvc, const QVersionNumber &version = kOwnVersion)
+QByteArray makeDll(const QList<QByteArray> &exports, const QVector<ImportedDll> &imports,
+                   const QVersionNumber &version = {})
 {
     DllContents contents;
-    contents.exports = {functionName(msvc)};
+    contents.exports = exports;
+    contents.imports = imports;
+    contents.version = version;
+    return makeDll(contents);
+}
+
+ImportedDll fromQt(const char *dll, bool msvc, const QList<const char *> &functions)
+{
+    ImportedDll result = {dll, {}};
+    for (const char *const function : functions)
+        result.functions += mangled(msvc, function);
+    return result;
+}
+
+QVector<ImportedDll> runtime(bool msvc)
+{
+    if (msvc)
+        return {{"MSVCP140.dll", {"_Sort"}}, {"VCRUNTIME140.dll", {"memcpy"}}};
+    return {{"libgcc_s_seh-1.dll", {"unwind"}}, {"libstdc++-6.dll", {"_Zsort"}}};
+}
+
+DllContents coreContents(bool msvc, const QVersionNumber &version = kOwnVersion)
+{
+    DllContents contents;
+    contents.exports = {mangled(msvc, "newer"), mangled(msvc, "start")};
+    contents.imports = runtime(msvc);
     contents.version = version;
     return contents;
 }
 
 QByteArray qtCore(bool msvc, const QVersionNumber &version = kOwnVersion)
 {
-    return makeDll(qtContents(msvc, version));
+    return makeDll(coreContents(msvc, version));
 }
 
-QByteArray program(bool msvc)
+QByteArray qtGui(bool msvc, const QVersionNumber &version = kOwnVersion)
+{
+    return makeDll({mangled(msvc, "paint")}, {fromQt("Qt5Core.dll", msvc, {"start"})}, version);
+}
+
+QByteArray qtWidgets(bool msvc, const QVersionNumber &version = kOwnVersion)
+{
+    return makeDll({mangled(msvc, "click")},
+                   {fromQt("Qt5Core.dll", msvc, {"start"}), fromQt("Qt5Gui.dll", msvc, {"paint"})},
+                   version);
+}
+
+/// Returns Qt's plug-in for Windows.
+QByteArray platform(bool msvc, const QVersionNumber &version = kOwnVersion,
+                    const char *function = "start")
+{
+    return makeDll({"qt_plugin_instance"},
+                   {fromQt("Qt5Core.dll", msvc, {function}), fromQt("Qt5Gui.dll", msvc, {"paint"})},
+                   version);
+}
+
+DllContents programContents(bool msvc, const char *function, const char *dll)
 {
     DllContents contents;
-    contents.imports = {functionName(msvc)};
+    contents.imports = {fromQt(dll, msvc, {function})};
     contents.characteristics = 0x0022;
+    return contents;
+}
+
+QByteArray program(bool msvc, const char *function = "start", const char *dll = "Qt5Core.dll")
+{
+    return makeDll(programContents(msvc, function, dll));
+}
+
+QByteArray plugin(bool msvc, const char *function = "start")
+{
+    return makeDll({"NewInterface", "ReleaseInterface"},
+                   {fromQt("Qt5Core.dll", msvc, {function}), fromQt("Qt5Gui.dll", msvc, {"paint"}),
+                    fromQt("Qt5Widgets.dll", msvc, {"click"})});
+}
+
+QByteArray smallProgram(const char *dll)
+{
+    DllContents contents = programContents(true, "start", dll);
+    contents.machine = 0x014C;
     return makeDll(contents);
 }
 
-QByteArray plugin(bool msvc)
+QByteArray smallDll()
 {
-    DllContents contents;
-    contents.exports = {"NewInterface", "ReleaseInterface"};
-    contents.imports = {functionName(msvc)};
+    DllContents contents = coreContents(true);
+    contents.machine = 0x014C;
     return makeDll(contents);
 }
 
@@ -73,17 +137,20 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void nothingIsCheckedWithoutQt();
+    void foldersWithoutQt_data();
+    void foldersWithoutQt();
     void qtIsNamed_data();
     void qtIsNamed();
     void mistakesAreFound_data();
     void mistakesAreFound();
-    void replacementsFitTheHost();
+    void remedies_data();
+    void remedies();
     void startIsNotPromised();
-    void runtimeOfMsvc();
+    void runtimeOfMsvcElsewhere();
+    void checkedFilesAreNamed();
 
 private:
-    void write(const char *name, const QByteArray &bytes);
+    void write(const QByteArray &name, const QByteArray &bytes);
     void install(int host);
     Report check();
     QString checkedFindings();
@@ -98,7 +165,10 @@ void tst_langcheck_host::init()
     m_folder = std::make_unique<QTemporaryDir>();
     QVERIFY(m_folder->isValid());
     m_systemRoot = qgetenv("SystemRoot");
-    write("Windows/System32/vcruntime140.dll", "any");
+    write("../Windows/System32/msvcp140.dll",
+          makeDll({"_Sort"}, {{"VCRUNTIME140_1.dll", {"frame"}}}));
+    write("../Windows/System32/vcruntime140.dll", makeDll({"memcpy"}, {}));
+    write("../Windows/System32/vcruntime140_1.dll", makeDll({"frame"}, {}));
     // Relative, because qputenv() can't pass each name of a folder
     m_previousDir = QDir::currentPath();
     QVERIFY(QDir::setCurrent(m_folder->path()));
@@ -116,11 +186,12 @@ void tst_langcheck_host::cleanup()
 }
 
 /// Writes a file of the host, or removes it if @p bytes is null.
-void tst_langcheck_host::write(const char *name, const QByteArray &bytes)
+void tst_langcheck_host::write(const QByteArray &name, const QByteArray &bytes)
 {
-    QFile file(m_folder->filePath(QLatin1String(name)));
+    QFile file(m_folder->filePath(QLatin1String("host/") + QLatin1String(name)));
     if (bytes.isNull()) {
         QVERIFY(file.remove());
+        QDir().rmdir(QFileInfo(file).path()); // If it is empty
         return;
     }
     QVERIFY(QFileInfo(file).dir().mkpath(QStringLiteral(".")));
@@ -132,23 +203,23 @@ void tst_langcheck_host::install(int host)
 {
     const bool msvc = host == Msvc;
     write("Qt5Core.dll", qtCore(msvc));
+    write("Qt5Gui.dll", qtGui(msvc));
+    write("Qt5Widgets.dll", qtWidgets(msvc));
     write("Zendel.dll", plugin(msvc));
-    write("platforms/qwindows.dll", plugin(msvc));
+    write("platforms/qwindows.dll", platform(msvc));
     if (msvc)
         return;
-    for (const char *const name : kRuntime)
-        write(name, "any");
-    if (host == MinGw)
-        return;
-    write("Qt5Gui.dll", qtCore(false));
-    write("Qt5Widgets.dll", qtCore(false));
-    write("MachineControl.exe", program(false));
+    write("libgcc_s_seh-1.dll", makeDll({"unwind"}, {}));
+    write("libstdc++-6.dll", makeDll({"_Zsort"}, {{"libwinpthread-1.dll", {"lock"}}}));
+    write("libwinpthread-1.dll", makeDll({"lock"}, {}));
+    if (host == Whole)
+        write("MachineControl.exe", program(false));
 }
 
 Report tst_langcheck_host::check()
 {
     Report report;
-    report.applicationDir = m_folder->path();
+    report.applicationDir = m_folder->filePath(QStringLiteral("host"));
     checkHost(report);
     return report;
 }
@@ -168,14 +239,90 @@ QString tst_langcheck_host::checkedFindings()
     return result.join(QLatin1Char('\n'));
 }
 
-void tst_langcheck_host::nothingIsCheckedWithoutQt()
+/// Each row adds files to a folder without Qt.
+void tst_langcheck_host::foldersWithoutQt_data()
 {
-    write("Zendel.dll", "damaged");
+    QTest::addColumn<Files>("files");
+    QTest::addColumn<QString>("checked");
+    QTest::addColumn<QString>("findings");
+
+    const auto row = [](const char *name, const Files &files, const char *checked,
+                        const char *findings = "") {
+        QTest::newRow(name) << files << QString::fromLatin1(checked)
+                            << QString::fromLatin1(findings);
+    };
+    const char *const noQt = "not checked, because there is no Qt5Core.dll";
+    const char *const debug = "not checked, because the host uses Qt5Cored.dll";
+    const char *const qt6 = "not checked, because the host uses Qt6Core.dll";
+    const char *const small = "not checked, because the host is a 32-bit program";
+    row("only languages", {{"Lang/Lang.ini", "any"}}, noQt);
+    row("plug-in", {{"Zendel.dll", plugin(true)}},
+        "not checked, except for Zendel.dll, because there is no Qt5Core.dll");
+    row("damaged plug-in", {{"Zendel.dll", "damaged"}},
+        "not checked, except for Zendel.dll, because there is no Qt5Core.dll",
+        "Zendel.dll error dll-unusable: the file isn't a DLL for 64-bit x86: it has no PE header");
+    row("static host", {{"a.exe", program(true, "start", "kernel32.dll")}},
+        "not checked, because there is no Qt5Core.dll. The plug-in can't be used with a statically "
+        "linked Qt");
+    row("program", {{"a.exe", program(true)}},
+        "not checked, because there is no Qt5Core.dll next to a.exe");
+    const Files bin {{"bin/qt5core.dll", qtCore(true)}, {"bin/Qt5Gui.dll", qtGui(true)}};
+    row("bin", bin, noQt,
+        "bin warning host-folder: not in the checked folder, but in this one below it: "
+        "Qt5Core.dll, Qt5Gui.dll");
+    row("bin, program", bin + Files {{"a.exe", program(true)}},
+        "not checked, because there is no Qt5Core.dll next to a.exe",
+        "Qt5Core.dll error qt-missing: not next to the host's executable: Qt5Core.dll, Qt5Gui.dll");
+    row("debug", {{"qt5cored.dll", qtCore(true)}}, debug,
+        "Qt5Cored.dll error qt-other: the host uses Qt5Cored.dll");
+    for (const char *const other : {"Qt5Cored.dll", "qt6core.dll"}) {
+        row((QByteArray("release program, ") + other).constData(),
+            {{other, qtCore(true)}, {"a.exe", program(true)}},
+            "not checked, because there is no Qt5Core.dll next to a.exe",
+            "Qt5Core.dll error qt-missing: not next to the host's executable: Qt5Core.dll, "
+            "Qt5Gui.dll, Qt5Widgets.dll");
+    }
+    row("debug program, both",
+        {{"Qt5Cored.dll", qtCore(true)},
+         {"Qt5Core.dll", qtCore(true)},
+         {"a.exe", program(true, "start", "Qt5Cored.dll")}},
+        debug, "a.exe error qt-other: the host uses Qt5Cored.dll");
+    row("Qt 6", {{"Qt6Core.dll", qtCore(true)}}, qt6,
+        "Qt6Core.dll error qt-other: the host uses Qt6Core.dll");
+    row("Qt 6, debug", {{"Qt6Cored.dll", qtCore(true)}},
+        "not checked, because the host uses Qt6Cored.dll",
+        "Qt6Cored.dll error qt-other: the host uses Qt6Cored.dll");
+    row("Qt 6, program", {{"a.exe", program(true, "start", "Qt6Core.dll")}}, qt6,
+        "a.exe error qt-other: the host uses Qt6Core.dll");
+    row("32-bit host", {{"a.exe", smallProgram("Qt5Core.dll")}, {"Qt5Core.dll", smallDll()}}, small,
+        "a.exe error host-32-bit: the host is a 32-bit program");
+    row("32-bit host, 64-bit Qt",
+        {{"a.exe", smallProgram("Qt5Widgets.dll")}, {"Qt5Core.dll", qtCore(true)}}, small,
+        "a.exe error host-32-bit: the host is a 32-bit program");
+    row("32-bit Qt",
+        {{"a.exe", smallProgram("kernel32.dll")},
+         {"Qt5Core.dll", smallDll()},
+         {"Qt5Gui.dll", smallDll()},
+         {"Qt5Widgets.dll", qtWidgets(true)}},
+        "not checked, because the host's Qt is for 32-bit programs",
+        "Qt5Core.dll error host-32-bit: the host's Qt is for 32-bit programs");
+}
+
+void tst_langcheck_host::foldersWithoutQt()
+{
+    QFETCH(Files, files);
+    QFETCH(QString, checked);
+    QFETCH(QString, findings);
+
+    for (const auto &[name, bytes] : qAsConst(files))
+        write(name, bytes);
+    QCOMPARE(checkedFindings(), findings);
     const Report report = check();
-    QVERIFY(report.findings.isEmpty());
     QVERIFY(!report.hostQt);
-    QVERIFY(!toText(report).contains(QLatin1String("Qt")));
     QVERIFY(!toJson(report).contains(QStringLiteral("hostQt")));
+    QVERIFY2(toText(report).contains(QStringLiteral("\nHost's DLLs:  %1\n").arg(checked)),
+             qPrintable(toText(report)));
+    QCOMPARE(toJson(report).value(QStringLiteral("hostChecked")), QJsonValue(checked));
 }
 
 void tst_langcheck_host::qtIsNamed_data()
@@ -228,32 +375,46 @@ void tst_langcheck_host::mistakesAreFound_data()
     const char *const widgets = "Qt5Widgets.dll";
     const char *const host = "MachineControl.exe";
     const char *const zendel = "Zendel.dll";
-    const char *const platform = "platforms/qwindows.dll";
+    const char *const qwindows = "platforms/qwindows.dll";
     const char *const otherPlatform = "plugins/platforms/qwindows.dll";
-    const char *const systemRuntime = "Windows/System32/vcruntime140.dll";
+    const char *const qtConf = "qt.conf";
     const QByteArray removed;
     const QByteArray own = kOwnVersion.toString().toLatin1();
     const QVersionNumber later(5, 15, 99);
-    DllContents small = qtContents(true);
-    small.machine = 0x014C;
-    DllContents plain = qtContents(true);
+    const QVersionNumber old(5, 6, 0);
+    DllContents plain = coreContents(true);
     plain.exports = {"qt_startup_hook"};
+    DllContents without = coreContents(true); // A function of Qt
+    without.exports.removeLast();
 
-    const auto missing = [](const char *file, const char *id) {
-        return QByteArray(file) + " warning " + id + ": the file doesn't exist";
+    const auto unusable = [](const QByteArray &file, const char *reason) {
+        return file + " error dll-unusable: the file isn't a DLL for 64-bit x86: it " + reason;
     };
-    const auto unusable = [](const char *file, const char *reason) {
-        return QByteArray(file) + " error dll-unusable: the file isn't a DLL for 64-bit x86: it "
-            + reason;
+    const auto unreadable = [](const QByteArray &file) {
+        return file + " error dll-unreadable: the file can't be read: it is a folder";
     };
-    const auto version = [](const char *number) {
-        return QByteArray("Qt5Core.dll error qt-version: the host's Qt isn't a version from 5.6 to "
-                          "5.15: ")
-            + number;
+    const auto missingQt = [](const QByteArray &files) {
+        return files.left(files.indexOf(".dll") + 4)
+            + " error qt-missing: not next to the host's executable: " + files;
     };
-    const auto differs = [](const char *file, const QByteArray &one, const QByteArray &other) {
-        return QByteArray(file) + " warning qt-versions-differ: the version is " + one
-            + ", but that of Qt5Core.dll is " + other;
+    const auto missingRuntime = [](const QByteArray &files) {
+        return files.left(files.indexOf(".dll") + 4)
+            + " warning runtime-missing: a file that the host or the plug-in needs doesn't exist: "
+            + files;
+    };
+    const auto differs = [](const char *file, const QByteArray &one, const QByteArray &other,
+                            const char *reference = "Qt5Core.dll") {
+        return QByteArray(file) + " error qt-versions-differ: the version is " + one
+            + ", but that of " + reference + " is " + other;
+    };
+    const auto lacks = [&own](const QByteArray &file, const char *function, const char *dll,
+                              const QByteArray &version = {}) {
+        return file + " error function-missing: the file uses " + function + ", which isn't in "
+            + dll + ' ' + (version.isNull() ? own : version);
+    };
+    const auto pluginLacks = [](const char *function, const QByteArray &dll) {
+        return QByteArray("Zendel.dll error plugin-functions: the plug-in uses ") + function
+            + ", which isn't in " + dll;
     };
     const auto isMinGw = [](const char *finding) {
         return QByteArray(finding) + "is built for MinGW-w64, but Qt5Core.dll is built for MSVC";
@@ -267,100 +428,239 @@ void tst_langcheck_host::mistakesAreFound_data()
     const auto pluginFamily = [&isMsvc](const char *evidence) {
         return isMsvc("Zendel.dll error plugin-family: the plug-in ", evidence);
     };
+    const auto foreign = [](const char *functions) {
+        return QByteArray("Zendel.dll error plugin-foreign: the file isn't the plug-in, because it "
+                          "lacks ")
+            + functions;
+    };
+    const QByteArray noPlatform =
+        "platforms/qwindows.dll warning platform-missing: the file doesn't exist";
+    const auto wrongPath = [](const char *path) {
+        return QByteArray(
+                   "qt.conf error platform-path: the folder of plug-ins that the file sets, ")
+            + path + ", has no platforms/qwindows.dll";
+    };
+    const auto all = [](bool msvc, const QVersionNumber &version) {
+        return Files {{"Qt5Core.dll", qtCore(msvc, version)},
+                      {"Qt5Gui.dll", qtGui(msvc, version)},
+                      {"Qt5Widgets.dll", qtWidgets(msvc, version)},
+                      {"platforms/qwindows.dll", platform(msvc, version)}};
+    };
 
     row("clean, MSVC", Msvc, {});
     row("clean, MinGW", MinGw, {});
-    row("no plug-in, MSVC", Msvc, {{zendel, removed}});
-    row("no plug-in, MinGW", MinGw, {{zendel, removed}});
+    row("clean, whole", Whole, {});
+    row("Qt in lower case", Msvc, {{core, removed}, {"qt5core.dll", qtCore(true)}});
+    row("plug-ins in other cases", Msvc,
+        {{zendel, removed},
+         {"ZENDEL.DLL", plugin(true)},
+         {qwindows, removed},
+         {"Platforms/QWindows.dll", platform(true)}});
 
-    row("later patch release", Msvc,
-        {{core, qtCore(true, QVersionNumber(5, 15, QT_VERSION_PATCH + 1))}});
-    row("first release that fits", Msvc, {{core, qtCore(true, QVersionNumber(5, 6, 0))}});
-    row("earlier release", MinGw, {{core, qtCore(false, QVersionNumber(5, 5, 1))}},
-        version("5.5.1"));
-    row("later minor release", Msvc, {{core, qtCore(true, QVersionNumber(5, 16, 0))}},
-        version("5.16.0"));
-    row("other major release", Msvc, {{core, qtCore(true, QVersionNumber(6, 15, 8))}},
-        version("6.15.8"));
-    row("no version", Msvc, {{core, qtCore(true, {})}},
-        "Qt5Core.dll warning qt-version-unknown: the file has no version resource");
+    row("no Qt5Gui", Whole, {{gui, removed}}, missingQt(gui));
+    row("no Qt5Widgets", Msvc, {{widgets, removed}}, missingQt(widgets));
+    row("neither", Msvc, {{gui, removed}, {widgets, removed}},
+        missingQt("Qt5Gui.dll, Qt5Widgets.dll"));
+    row("no Qt5Core, program", Whole, {{core, removed}}, missingQt(core));
+    row("another DLL of Qt", Whole, {{host, program(false, "start", "Qt5Widgets.dll")}},
+        lacks(host, "_Z5startv", widgets));
+    row("no Qt5Svg", Whole,
+        {{"A.dll", makeDll({"a"}, {{"Qt5Svg.dll", {"draw"}}})},
+         {host, makeDll([] {
+              DllContents contents = programContents(false, "start", "Qt5Core.dll");
+              contents.imports += ImportedDll {"a.DLL", {"a"}};
+              return contents;
+          }())}},
+        missingQt("qt5svg.dll"));
 
-    row("32-bit Qt", Msvc, {{core, makeDll(small)}}, unusable(core, "is for 32-bit x86"));
     row("Qt is a text", Msvc, {{core, "text"}}, unusable(core, "has no PE header"));
     row("Qt is cut off", MinGw, {{core, qtCore(false).chopped(1)}}, unusable(core, "is cut off"));
     row("Qt without C++", Msvc, {{core, makeDll(plain)}},
         unusable(core, "doesn't export C++ functions"));
-    row("Qt is a folder", Msvc, {{core, removed}, {"Qt5Core.dll/file", "any"}},
-        unusable(core, "can't be opened"));
-    row("plug-in is cut off", MinGw, {{zendel, plugin(false).chopped(1)}},
-        unusable(zendel, "is cut off"));
-
-    row("plug-in for MinGW", Msvc, {{zendel, plugin(false)}},
-        isMinGw("Zendel.dll error plugin-family: the plug-in "));
-    row("plug-in for MSVC", MinGw, {{zendel, plugin(true)}}, pluginFamily(core));
-    row("no platform plug-in", Msvc, {{platform, removed}}, missing(platform, "platform-missing"));
-    row("platform plug-in for MinGW", Msvc, {{platform, plugin(false)}},
-        isMinGw("platforms/qwindows.dll error qt-family: the file "));
-    row("empty platform plug-in", Msvc, {{platform, ""}}, unusable(platform, "has no PE header"));
-    row("other folder of plug-ins", Msvc,
-        {{platform, removed}, {"qt.conf", "[Paths]\nPlugins=plugins\n"}});
-    for (const bool msvc : {true, false}) {
-        row(msvc ? "plugins, Qt 5.14" : "plugins for MinGW, Qt 5.14", Msvc,
-            {{platform, removed},
-             {otherPlatform, plugin(msvc)},
-             {core, qtCore(true, QVersionNumber(5, 14, 0))}},
-            msvc ? "" : isMinGw("plugins/platforms/qwindows.dll error qt-family: the file "));
-    }
-    row("plugins, Qt 5.13", Msvc,
-        {{platform, removed},
-         {otherPlatform, plugin(true)},
-         {core, qtCore(true, QVersionNumber(5, 13, 2))}},
-        missing(platform, "platform-missing"));
-
-    for (const char *const name : kRuntime)
-        row(name, MinGw, {{name, removed}}, missing(name, "runtime-missing"));
-    row("no runtime of MSVC", Msvc, {{systemRuntime, removed}},
-        missing("vcruntime140.dll", "runtime-missing"));
-    row("runtime of MSVC next to the executable", Msvc,
-        {{systemRuntime, removed}, {"vcruntime140.dll", "any"}});
-
-    row("clean, whole", Whole, {});
-    row("Qt5Core", Whole, {{core, qtCore(true)}}, family(core, host));
-    row("Qt5Core, no program", Whole, {{core, qtCore(true)}, {host, removed}}, family(core, gui));
-    row("Qt5Core and Qt5Gui", Whole, {{core, qtCore(true)}, {gui, qtCore(true)}},
-        family(core, host) + '\n' + family(gui, host));
-    const Files allOfQt {{core, qtCore(true)}, {gui, qtCore(true)}, {widgets, qtCore(true)}};
-    const QByteArray allFamilies =
-        family(core, host) + '\n' + family(gui, host) + '\n' + family(widgets, host);
-    row("all of Qt", Whole, allOfQt, allFamilies);
-    row("all but the program", Whole, allOfQt + Files {{zendel, plugin(true)}},
-        allFamilies + '\n' + pluginFamily(host));
-    row("Qt5Core, plug-in and a missing DLL of MinGW", Whole,
-        {{core, qtCore(true)}, {zendel, plugin(true)}, {"libstdc++-6.dll", removed}},
-        family(core, host) + '\n' + missing("libstdc++-6.dll", "runtime-missing") + '\n'
-            + pluginFamily(host));
-    row("langcheck", Whole, {{"LangCheck.exe", program(true)}});
-    row("only langcheck, and Qt5Widgets", Whole,
-        {{"langcheck.exe", program(true)}, {host, removed}, {widgets, qtCore(true)}},
-        family(widgets, core));
-    row("programs that differ, and Qt5Widgets", Whole,
-        {{"Other.exe", program(true)}, {widgets, qtCore(true)}}, family(widgets, core));
-    row("programs that are none", Whole, {{"a.exe", "x"}, {"b.exe", ""}});
-    row("Qt5Gui cut off", Whole, {{gui, qtCore(false).chopped(1)}}, unusable(gui, "is cut off"));
+    row("Qt is a folder", Msvc, {{core, removed}, {"Qt5Core.dll/file", "any"}}, unreadable(core));
+    row("Qt5Core for 32-bit", Msvc, {{core, smallDll()}}, unusable(core, "is for 32-bit x86"));
+    row("Qt5Widgets for 32-bit", Whole, {{widgets, smallDll()}},
+        unusable(widgets, "is for 32-bit x86"));
+    row("32-bit Qt, 64-bit host", Whole, {{core, smallDll()}, {gui, smallDll()}},
+        unusable(core, "is for 32-bit x86") + '\n' + unusable(gui, "is for 32-bit x86"));
+    row("32-bit tool", Whole, {{"uninstall.exe", smallProgram("kernel32.dll")}});
+    row("Qt5Gui cut off", Whole, {{gui, qtGui(false).chopped(1)}}, unusable(gui, "is cut off"));
     row("Qt5Core cut off, and plug-in", Whole,
         {{core, qtCore(false).chopped(1)}, {zendel, plugin(true)}},
         unusable(core, "is cut off") + '\n' + pluginFamily(host));
     row("Qt5Core cut off, no program, and plug-in", Whole,
         {{core, qtCore(false).chopped(1)}, {host, removed}, {zendel, plugin(true)}},
         unusable(core, "is cut off") + '\n' + pluginFamily(gui));
-    row("version of Qt5Gui", Whole, {{gui, qtCore(false, later)}}, differs(gui, "5.15.99", own));
+
+    row("later patch release", Msvc, all(true, QVersionNumber(5, 15, QT_VERSION_PATCH + 1)));
+    row("old release with all functions", Msvc, all(true, QVersionNumber(5, 5, 0)));
+    row("no versions", Msvc, all(true, {}));
+    row("Qt5Gui without a version", Whole, {{gui, qtGui(false, {})}});
+    row("plug-in for a newer Qt", Msvc,
+        all(true, old) + Files {{core, makeDll(without)}, {zendel, plugin(true, "other")}},
+        differs(core, own, "5.6.0", gui));
+    row("function of the plug-in", Whole, {{zendel, plugin(false, "other")}},
+        pluginLacks("_Z5otherv", "Qt5Core.dll " + own));
+    row("function of the program", Whole, {{host, program(false, "other")}},
+        lacks(host, "_Z5otherv", core));
+    row("functions of both", Whole,
+        {{host, program(false, "other")}, {zendel, plugin(false, "other")}},
+        lacks(host, "_Z5otherv", core));
+    row("function in a program of another family", Whole, {{"Other.exe", program(true)}});
+    row("functions of Qt", Msvc,
+        {{core, makeDll(without)}, {gui, qtGui(true)}, {zendel, plugin(true, "newer")}},
+        lacks(gui, "?start@@YAXXZ", core));
+    row("function by number", Msvc,
+        {{zendel,
+          makeDll({"NewInterface", "ReleaseInterface"},
+                  {{"Qt5Core.dll", {"", mangled(true, "start")}}})}});
+    row("no function with that number", Msvc,
+        {{zendel,
+          makeDll({"NewInterface", "ReleaseInterface"},
+                  {{"Qt5Core.dll", {mangled(true, "start")}}, {"Qt5Gui.dll", {""}}})},
+         {gui, makeDll([] {
+              DllContents contents;
+              contents.exports = {mangled(true, "paint")};
+              contents.version = kOwnVersion;
+              return contents;
+          }())}});
+
+    row("version of Qt5Gui", Whole, {{gui, qtGui(false, later)}}, differs(gui, "5.15.99", own));
     row("version of Qt5Core", Whole, {{core, qtCore(false, later)}},
-        differs(gui, own, "5.15.99") + '\n' + differs(widgets, own, "5.15.99"));
+        differs(core, "5.15.99", own, gui));
+    row("three versions", Msvc, {{core, qtCore(true, old)}, {gui, qtGui(true, later)}},
+        differs(gui, "5.15.99", "5.6.0") + '\n' + differs(widgets, own, "5.6.0") + '\n'
+            + differs(qwindows, own, "5.6.0"));
+    row("the program needs the version of one", Whole,
+        all(false, old)
+            + Files {{gui,
+                      makeDll({mangled(false, "newer"), mangled(false, "paint")},
+                              {fromQt("Qt5Core.dll", false, {"start"})}, later)},
+                     {host, makeDll([] {
+                          DllContents contents = programContents(false, "start", "Qt5Core.dll");
+                          contents.imports += fromQt("Qt5Widgets.dll", false, {"newer"});
+                          return contents;
+                      }())}},
+        differs(core, "5.6.0", "5.15.99", gui) + '\n' + differs(widgets, "5.6.0", "5.15.99", gui)
+            + '\n' + differs(qwindows, "5.6.0", "5.15.99", gui));
     row("version and family of Qt5Core", Whole, {{core, qtCore(true, later)}}, family(core, host));
-    row("Qt5Gui without a version", Whole, {{gui, qtCore(false, {})}});
-    small.exports = qtContents(false).exports;
-    row("Qt5Widgets for 32-bit", Whole, {{widgets, makeDll(small)}},
-        unusable(widgets, "is for 32-bit x86"));
+
+    row("Qt5Core", Whole, {{core, qtCore(true)}}, family(core, host));
+    row("Qt5Core, no program", Whole, {{core, qtCore(true)}, {host, removed}}, family(core, gui));
+    row("Qt5Core and Qt5Gui", Whole, {{core, qtCore(true)}, {gui, qtGui(true)}},
+        family(core, host) + '\n' + family(gui, host));
+    const Files allOfQt {{core, qtCore(true)}, {gui, qtGui(true)}, {widgets, qtWidgets(true)}};
+    const QByteArray allFamilies =
+        family(core, host) + '\n' + family(gui, host) + '\n' + family(widgets, host);
+    row("all of Qt", Whole, allOfQt, allFamilies);
+    row("all but the program", Whole, allOfQt + Files {{zendel, plugin(true)}},
+        allFamilies + '\n' + pluginFamily(host));
+    row("langcheck", Whole, {{"LangCheck.exe", program(true)}});
+    row("only langcheck, and Qt5Widgets", Whole,
+        {{"langcheck.exe", program(true)}, {host, removed}, {widgets, qtWidgets(true)}},
+        family(widgets, core));
+    row("programs that differ, and Qt5Widgets", Whole,
+        {{"Other.exe", program(true)}, {widgets, qtWidgets(true)}}, family(widgets, core));
+    row("programs that are none", Whole, {{"a.exe", "x"}, {"b.exe", ""}});
+
+    row("no plug-in", Msvc, {{zendel, removed}},
+        "Zendel.dll warning plugin-missing: the plug-in isn't next to the host's executable");
+    row("plug-in is cut off", MinGw, {{zendel, plugin(false).chopped(1)}},
+        unusable(zendel, "is cut off"));
+    row("plug-in is a folder", MinGw, {{zendel, removed}, {"Zendel.dll/file", "any"}},
+        unreadable(zendel));
+    row("another DLL", Msvc, {{zendel, qtGui(true)}}, foreign("NewInterface, ReleaseInterface"));
+    row("plug-in without a function", Msvc, {{zendel, makeDll({"NewInterface"}, {})}},
+        foreign("ReleaseInterface"));
+    row("plug-in for MinGW", Msvc, {{zendel, plugin(false)}},
+        isMinGw("Zendel.dll error plugin-family: the plug-in "));
+    row("plug-in for MSVC", MinGw, {{zendel, plugin(true)}}, pluginFamily(core));
+
+    row("no platform plug-in", Msvc, {{qwindows, removed}}, noPlatform);
+    row("platform plug-in for MinGW", Msvc, {{qwindows, platform(false)}},
+        isMinGw("platforms/qwindows.dll error qt-family: the file "));
+    row("empty platform plug-in", Msvc, {{qwindows, ""}}, unusable(qwindows, "has no PE header"));
+    row("platform plug-in of another patch release", Msvc, {{qwindows, platform(true, later)}});
+    row("the same, with another function", Msvc, {{qwindows, platform(true, later, "other")}},
+        differs(qwindows, "5.15.99", own));
+    row("platform plug-in of an old release", Msvc, {{qwindows, platform(true, old)}},
+        differs(qwindows, "5.6.0", own));
+    row("platform plug-in with another function", Msvc,
+        {{qwindows, platform(true, kOwnVersion, "other")}}, lacks(qwindows, "?other@@YAXXZ", core));
+    for (const bool msvc : {true, false}) {
+        row(msvc ? "plugins, Qt 5.14" : "plugins for MinGW, Qt 5.14", Msvc,
+            all(true, QVersionNumber(5, 14, 0))
+                + Files {{qwindows, removed},
+                         {otherPlatform, platform(msvc, QVersionNumber(5, 14, 0))}},
+            msvc ? "" : isMinGw("plugins/platforms/qwindows.dll error qt-family: the file "));
+    }
+    row("plugins, Qt 5.13", Msvc,
+        all(true, QVersionNumber(5, 13, 2))
+            + Files {{qwindows, removed}, {otherPlatform, platform(true)}},
+        noPlatform);
+    for (const char *const library : {"Qt5Core.lib", "libQt5Core.a"}) {
+        row(library, Msvc,
+            {{qwindows, removed},
+             {"../lib/" + QByteArray(library), "any"},
+             {"../plugins/platforms/qwindows.dll", platform(true)}});
+    }
+
+    const char *const elsewhere = "Other/Plugins/platforms/qwindows.dll";
+    const auto conf = [&](const char *text, const char *path) {
+        return Files {{qwindows, removed}, {path, platform(true)}, {qtConf, text}};
+    };
+    row("qt.conf, empty", Msvc, conf("", otherPlatform));
+    row("qt.conf, empty, Qt 5.6", Msvc,
+        all(true, old) + conf("", otherPlatform) + Files {{otherPlatform, platform(true, old)}});
+    row("qt.conf, empty, wrong", Msvc, conf("", elsewhere), wrongPath("plugins"));
+    row("qt.conf, only comments", Msvc, conf("; none\n", elsewhere), wrongPath("plugins"));
+    row("qt.conf, prefix", Msvc, conf("[Paths]\nPrefix = other\nPlugins=Plugins\n", elsewhere));
+    row("qt.conf, only prefix", Msvc, conf("[Paths]\nPrefix=./Other/../Other\n", elsewhere));
+    row("qt.conf, only plug-ins", Msvc, conf("[Paths]\nPlugins=Other/Plugins\n", elsewhere));
+    row("qt.conf, backslashes", Msvc, conf("[Paths]\nPlugins=Other\\\\Plugins\n", elsewhere));
+    row("qt.conf, wrong prefix", Msvc, conf("[Paths]\nPrefix=..\n", otherPlatform),
+        wrongPath("../plugins"));
+    row("qt.conf, other group", Msvc, conf("[Platforms]\nWindowsArguments=x\n", otherPlatform));
+    row("qt.conf, other group, wrong", Msvc, conf("[Platforms]\nx=y\n", elsewhere), noPlatform);
+    row("qt.conf, both groups", Msvc, conf("[Platforms]\nx=y\n[Paths]\nData=x\n", elsewhere),
+        wrongPath("plugins"));
+    row("qt.conf, variable", Msvc, conf("[Paths]\nPrefix=$(QT)\n", elsewhere));
+    row("qt.conf, wrong, but next to the host", Msvc, {{qtConf, "[Paths]\nPlugins=none\n"}});
+    row("qt.conf, 32-bit next to the host", Msvc,
+        {{qtConf, "[Paths]\nPlugins=Other/Plugins\n"},
+         {elsewhere, platform(true)},
+         {qwindows, smallDll()}});
+    row("qt.conf, 32-bit", Msvc,
+        {{qtConf, "[Paths]\nPlugins=Other/Plugins\n"}, {elsewhere, smallDll()}},
+        unusable(elsewhere, "is for 32-bit x86"));
+    row("qt.conf, text", Msvc, {{qtConf, "[Paths]\nPlugins=Other/Plugins\n"}, {elsewhere, "x"}});
+    row("qt.conf is a folder", Msvc, {{"qt.conf/file", "any"}});
+
+    for (const char *const name : {"libgcc_s_seh-1.dll", "libstdc++-6.dll", "libwinpthread-1.dll"})
+        row(name, MinGw, {{name, removed}}, missingRuntime(name));
+    row("no DLLs of MinGW", MinGw, {{"libgcc_s_seh-1.dll", removed}, {"libstdc++-6.dll", removed}},
+        missingRuntime("libgcc_s_seh-1.dll, libstdc++-6.dll"));
+    row("Qt5Core, plug-in and a missing DLL of MinGW", Whole,
+        {{core, qtCore(true)}, {zendel, plugin(true)}, {"libstdc++-6.dll", removed}},
+        family(core, host) + '\n' + pluginFamily(host));
+    const auto systemFile = [](const char *name) {
+        return QByteArray("../Windows/System32/") + name;
+    };
+    row("no runtime of MSVC", Msvc, {{systemFile("vcruntime140.dll"), removed}},
+        missingRuntime("vcruntime140.dll"));
+    row("old runtime of MSVC", Msvc,
+        {{systemFile("msvcp140.dll"), removed}, {systemFile("vcruntime140.dll"), removed}},
+        missingRuntime("msvcp140.dll, vcruntime140.dll"));
+    row("runtime of the runtime", Msvc, {{systemFile("vcruntime140_1.dll"), removed}},
+        missingRuntime("vcruntime140_1.dll"));
+    row("runtime of MSVC next to the executable", Msvc,
+        {{systemFile("vcruntime140.dll"), removed}, {"vcruntime140.dll", makeDll({"memcpy"}, {})}});
+    row("empty runtime", Msvc, {{"vcruntime140.dll", ""}},
+        unusable("vcruntime140.dll", "has no PE header"));
+    row("32-bit runtime", Msvc, {{systemFile("msvcp140.dll"), smallDll()}},
+        unusable(systemFile("msvcp140.dll"), "is for 32-bit x86"));
+    row("runtime without a function", Msvc, {{"vcruntime140.dll", makeDll({"memmove"}, {})}},
+        "vcruntime140.dll error runtime-old: the file lacks memcpy, which Qt5Core.dll uses");
 }
 
 void tst_langcheck_host::mistakesAreFound()
@@ -375,24 +675,66 @@ void tst_langcheck_host::mistakesAreFound()
     QCOMPARE(checkedFindings(), expected);
 }
 
-void tst_langcheck_host::replacementsFitTheHost()
+void tst_langcheck_host::remedies_data()
 {
-    install(Whole);
-    write("Qt5Core.dll", qtCore(true, QVersionNumber(5, 15, 99)));
-    write("Qt5Gui.dll", "text");
-    write("Zendel.dll", "text");
-    QList<Finding> findings = check().findings;
-    QCOMPARE(findings.size(), 3);
-    const QString file = QStringLiteral("replace it with the same file of Qt %1 for MinGW-w64");
-    QCOMPARE(findings.at(0).remedy(), file.arg(kOwnVersion.toString()));
-    const QString host = QStringLiteral(", and use a 64-bit host if this isn't one");
-    QCOMPARE(findings.at(1).remedy(), file.arg(kOwnVersion.toString()) + host);
-    QCOMPARE(findings.at(2).remedy(),
-             QStringLiteral("replace it with a plug-in that is built for MinGW-w64") + host);
+    QTest::addColumn<int>("host");
+    QTest::addColumn<Files>("files");
+    QTest::addColumn<QString>("remedy"); ///< Of the first finding
 
-    write("Qt5Widgets.dll", qtCore(true));
-    findings = check().findings;
-    QCOMPARE(findings.at(0).remedy(), file.arg(QStringLiteral("5.15")));
+    const auto row = [](const char *name, Host host, const Files &files, const QString &remedy) {
+        QTest::newRow(name) << int(host) << files << remedy;
+    };
+    const QByteArray removed;
+    const QString own = QStringLiteral("Qt %1 for %2").arg(kOwnVersion.toString());
+    const QString minGw = own.arg(QLatin1String("MinGW-w64"));
+    const QString msvc = own.arg(QLatin1String("MSVC"));
+    const QString redistributable =
+        QStringLiteral("install Microsoft's current Visual C++ redistributable for x64");
+    const QString replace = QStringLiteral("replace it with ");
+    row("version", Whole, {{"Qt5Core.dll", qtCore(false, {5, 15, 99})}},
+        replace + QStringLiteral("the same file of ") + minGw);
+    row("family", Whole, {{"Qt5Core.dll", qtCore(true, {5, 15, 99})}},
+        replace + QStringLiteral("the same file of ") + minGw);
+    row("unusable", Msvc, {{"Qt5Gui.dll", "text"}},
+        replace + QStringLiteral("the same file of ") + msvc);
+    row("no version", Whole,
+        {{"Qt5Core.dll", qtCore(false, {})},
+         {"Qt5Gui.dll", qtGui(false, {})},
+         {"Qt5Widgets.dll", ""}},
+        replace + QStringLiteral("the same file of the Qt that the host was built with"));
+    row("missing", Whole, {{"Qt5Gui.dll", removed}},
+        QStringLiteral("copy Qt5Gui.dll from ") + minGw);
+    row("bin", Whole, {{"Qt5Gui.dll", removed}, {"bin/Qt5Gui.dll", qtGui(false)}},
+        QStringLiteral("copy Qt5Gui.dll from the folder bin"));
+    row("plug-in", Whole, {{"Zendel.dll", "text"}},
+        replace + QStringLiteral("the plug-in that is built for MinGW-w64"));
+    row("other DLL", Msvc, {{"Zendel.dll", qtGui(true)}},
+        replace + QStringLiteral("the plug-in that is built for MSVC"));
+    row("folder", Msvc, {{"Zendel.dll", removed}, {"Zendel.dll/file", "any"}},
+        replace + QStringLiteral("the plug-in that is built for MSVC"));
+    row("platform", Msvc, {{"platforms/qwindows.dll", removed}},
+        QStringLiteral("copy it from the folder plugins of ") + msvc);
+    row("qt.conf", Msvc, {{"platforms/qwindows.dll", removed}, {"qt.conf", ""}},
+        QStringLiteral("copy the folder platforms from %1 to the host's folder").arg(msvc));
+    row("no runtime", Msvc, {{"../Windows/System32/vcruntime140.dll", removed}}, redistributable);
+    row("bad runtime", Msvc, {{"../Windows/System32/vcruntime140.dll", ""}}, redistributable);
+    row("bad runtime next to the host", Msvc, {{"vcruntime140.dll", ""}},
+        QStringLiteral("delete it, and ") + redistributable);
+    row("runtime of MinGW", MinGw, {{"libgcc_s_seh-1.dll", removed}},
+        QStringLiteral("copy libgcc_s_seh-1.dll from Qt's folder bin, which contains the DLLs of "
+                       "the compiler that Qt was built with"));
+}
+
+void tst_langcheck_host::remedies()
+{
+    QFETCH(int, host);
+    QFETCH(Files, files);
+    QFETCH(QString, remedy);
+
+    install(host);
+    for (const auto &[name, bytes] : qAsConst(files))
+        write(name, bytes);
+    QCOMPARE(check().findings.value(0).remedy(), remedy);
 }
 
 /// Neither as text nor on the page, if a wrong or missing DLL may prevent it.
@@ -400,14 +742,14 @@ void tst_langcheck_host::startIsNotPromised()
 {
     const QString warned = QStringLiteral("may not start");
     install(Whole);
-    write("Qt5Gui.dll", qtCore(false, QVersionNumber(5, 15, 99)));
+    write("Qt5Gui.dll", qtGui(false, {}));
     QVERIFY(!toText(check()).contains(warned));
     QVERIFY(!check().hostFails);
-    write("Qt5Gui.dll", qtCore(true));
+    write("Qt5Gui.dll", qtGui(true));
     QVERIFY(toText(check()).contains(warned));
     QVERIFY(check().hostFails);
 
-    for (const char *const name : {"libwinpthread-1.dll", "platforms/qwindows.dll"}) {
+    for (const char *const name : {"libwinpthread-1.dll", "platforms/qwindows.dll", "Zendel.dll"}) {
         install(Whole);
         write(name, {});
         QVERIFY2(check().hostFails, name);
@@ -415,14 +757,27 @@ void tst_langcheck_host::startIsNotPromised()
 }
 
 /// It may be in Windows' folder, which other systems don't have.
-void tst_langcheck_host::runtimeOfMsvc()
+void tst_langcheck_host::runtimeOfMsvcElsewhere()
 {
     install(Msvc);
-    write("Windows/System32/vcruntime140.dll", {});
-    QVERIFY(check().findings.value(0).text().endsWith(
-        QLatin1String("; install Microsoft's Visual C++ redistributable")));
     qunsetenv("SystemRoot");
     QCOMPARE(checkedFindings(), QString());
+    QVERIFY(check().hostChecked.endsWith(
+        QLatin1String(". Not checked: msvcp140.dll, vcruntime140.dll")));
+    write("vcruntime140.dll", "");
+    QVERIFY(checkedFindings().startsWith(QLatin1String("vcruntime140.dll error dll-unusable")));
+}
+
+void tst_langcheck_host::checkedFilesAreNamed()
+{
+    install(Whole);
+    QCOMPARE(check().hostChecked,
+             QStringLiteral("checked: MachineControl.exe, Qt5Core.dll, Qt5Gui.dll, Qt5Widgets.dll, "
+                            "Zendel.dll, platforms/qwindows.dll, libgcc_s_seh-1.dll, "
+                            "libstdc++-6.dll, libwinpthread-1.dll"));
+    write("qt.conf", "[Paths]\nPrefix=$(QT)\n");
+    QVERIFY(check().hostChecked.endsWith(
+        QLatin1String(". Not checked: the folder of plug-ins in qt.conf")));
 }
 
 QTEST_GUILESS_MAIN(tst_langcheck_host)

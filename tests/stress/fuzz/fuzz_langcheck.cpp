@@ -1,6 +1,7 @@
 // Checks a deployment made of the fuzzer's input with langcheck, and aborts if the report or its
 // page is invalid. The input is a catalogue, a compiled translation, or a catalogue and a
-// translation: the latter starts with the magic number of such files.
+// translation: the latter starts with the magic number of such files. An input that starts with
+// "MZ" is a DLL of the host.
 
 #include "langcheck/check/DeploymentCheck.h"
 #include "langcheck/write/Console.h"
@@ -95,7 +96,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
             fail("Can't create", lang);
     }
 
-    const QByteArray input(reinterpret_cast<const char *>(data), static_cast<int>(size));
+    QByteArray input(reinterpret_cast<const char *>(data), static_cast<int>(size));
+    const QByteArray dll = input.startsWith("MZ") ? input : QByteArray();
+    for (const char *const name : {"/Qt5Core.dll", "/Qt5Gui.dll", "/Zendel.dll", "/host.exe"}) {
+        QFile::remove(folder.path() + QLatin1String(name));
+        if (!dll.isEmpty())
+            write(folder.path() + QLatin1String(name), dll);
+    }
+    if (!dll.isEmpty())
+        input = kCatalogue;
     const int start = input.indexOf(kMagic);
     QByteArray catalogue = input.left(start);
     const QByteArray translation = start < 0 ? QByteArray() : input.mid(start);

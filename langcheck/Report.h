@@ -52,7 +52,7 @@ struct Report
     QString encodingReason;       ///< Why it is read in this encoding.
     QList<LangEntry> listed;      ///< The operator's list, in its order.
     QList<HiddenLanguage> hidden; ///< The catalogue's other languages, by number.
-    QStringList unusedFolders;    ///< Those in Lang with a translation that no language uses
+    QStringList unusedFolders;    ///< Those in Lang with a translation that is never used
     QStringList lines;            ///< The catalogue's first lines as they were read, shortened
     QVector<int> lineNumbers;     ///< Their numbers; lines may be lost in between.
     int selected = -1;            ///< Index into the list; -1 if it is empty.
@@ -76,8 +76,6 @@ struct Report
     int count(Finding::Severity severity) const;
     /// Returns 0 without findings, 1 if all are warnings, 2 if there is an error.
     int exitCode() const;
-    /// Returns unusedFolders without that of the fallback, which is needed.
-    QStringList dispensableFolders() const;
     /// Returns a path for people: below the application directory, if it is there.
     QString relative(const QString &path) const;
 };

@@ -61,8 +61,7 @@ QVector<Row> summary(const Report &report)
     if (report.fallback)
         translation += QLatin1String(", the fallback");
     QStringList unused;
-    const QStringList folders = report.dispensableFolders();
-    for (const QString &name : folders)
+    for (const QString &name : report.unusedFolders)
         unused += QLatin1String("Lang/") + inOneLine(name);
     QStringList boxes;
     for (const Box &box : report.boxes) {

@@ -143,7 +143,7 @@ QJsonObject toJson(const Report &report)
         {QStringLiteral("encodingReason"), report.encodingReason},
         {QStringLiteral("languages"), languages(report)},
         {QStringLiteral("hidden"), hidden(report)},
-        {QStringLiteral("unusedFolders"), QJsonArray::fromStringList(report.dispensableFolders())},
+        {QStringLiteral("unusedFolders"), QJsonArray::fromStringList(report.unusedFolders)},
         {QStringLiteral("default"), report.defaultLangId},
         {QStringLiteral("translation"), report.translation},
         {QStringLiteral("fallback"), report.fallback},

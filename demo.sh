@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # demo.sh [mingw|msvc] [HOST-OPTION...]: builds the plug-in and starts the example host with the
 # sample deployment; with "mingw" or "msvc", builds it for Windows with that compiler and starts it
-# under Wine. Without a display and options, the host runs its scripted tour on a virtual display
-# and saves screenshots in build/.
+# under Wine. With neither a display nor options, the host runs its scripted tour on a virtual
+# display and saves screenshots in build/.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 

@@ -9,7 +9,7 @@ case ${1-} in
 '') ;;
 mingw | msvc) flavours=("$1") ;;
 *)
-    echo "${0##*/}: unknown flavour: $1; it must be mingw, msvc or, for both, nothing" >&2
+    echo "${0##*/}: unknown flavour: $1; use mingw or msvc, or no argument for both" >&2
     exit 1
     ;;
 esac

@@ -2,7 +2,7 @@
 # test.sh [linux|mingw|msvc [all-qt]|coverage] [CTEST-OPTION...]: installs missing packages, builds,
 # checks the sources and runs all tests of the flavour, by default of all three. Those of mingw and
 # msvc run under Wine.
-# With CTest options, skips the source checks: "./test.sh linux -R tst_Zendel" runs one test.
+# With CTest options, skips the source checks: "./test.sh linux -R '^tst_Zendel$'" runs one test.
 # With "all-qt", tests the DLL for MSVC with every official version of Qt instead of four.
 # "coverage" runs scripts/coverage.sh.
 set -euo pipefail

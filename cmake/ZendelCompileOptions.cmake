@@ -2,8 +2,8 @@
 
 add_library(zendel_compile_options INTERFACE)
 
-# Make conversions between bytes and strings explicit. No option rejects functions that the headers
-# declare but a host's older Qt, down to 5.6, lacks; the test "imports" does.
+# Make conversions between bytes and strings explicit. No option rejects functions that older
+# versions of Qt, down to 5.6, lack; the test "imports" does.
 target_compile_definitions(zendel_compile_options INTERFACE
     QT_NO_CAST_FROM_ASCII
     QT_NO_CAST_TO_ASCII
@@ -42,12 +42,12 @@ elseif(MINGW)
     add_link_options(LINKER:--dynamicbase,--high-entropy-va,--nxcompat)
     add_link_options(LINKER:--no-insert-timestamp)
 elseif(WIN32)
-    # With Microsoft's ABI, these are the linker's defaults. With MSVC, stack checks are, too.
+    # With Microsoft's ABI, the linker enables ASLR by default. With MSVC, stack checks are on, too.
     if(NOT MSVC)
         add_compile_options(-fstack-protector-strong)
         # Debuggers look for the symbols next to the DLL, not in a folder of this machine.
         add_link_options(LINKER:-pdbaltpath:%_PDB%)
-        # In the PDB file, all paths begin with "zendel" instead, and there are no command lines.
+        # In the PDB file, paths begin with "zendel", not ".", and there are no command lines.
         file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR} ${CMAKE_BINARY_DIR})
         add_compile_options(-fdebug-compilation-dir=${folder} -gno-codeview-command-line)
         add_link_options(LINKER:-pdbsourcepath:zendel)

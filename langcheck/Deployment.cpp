@@ -18,9 +18,9 @@ QString applicationDir()
 Deployment::Deployment(const QString &applicationDir)
 {
     checkedDir = applicationDir;
-    const MessageBoxes boxes;
+    const MessageBoxes recorded;
     CTranslatorMgr::instance()->loadTranslator();
-    m_boxes = boxes.seen();
+    m_boxes = recorded.seen();
 }
 
 Deployment::~Deployment()

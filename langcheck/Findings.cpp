@@ -581,13 +581,13 @@ QString Finding::problem() const
 
 QString Finding::effect() const
 {
-    QString text = withValues(texts(*this).effect, *this);
+    QString result = withValues(texts(*this).effect, *this);
     const int most = 5;
     for (int i = 0; i < consequences.size() && i < most; ++i)
-        text += QLatin1String(", and ") + consequences.at(i);
+        result += QLatin1String(", and ") + consequences.at(i);
     if (consequences.size() > most)
-        text += QLatin1String(", and so on");
-    return text;
+        result += QLatin1String(", and so on");
+    return result;
 }
 
 QString Finding::remedy() const

@@ -37,6 +37,13 @@ int Report::exitCode() const
     return count(Finding::Error) > 0 ? 2 : 1;
 }
 
+QStringList Report::dispensableFolders() const
+{
+    QStringList result = unusedFolders;
+    result.removeAll(QStringLiteral("chs"));
+    return result;
+}
+
 QString Report::relative(const QString &path) const
 {
     return QDir(applicationDir).relativeFilePath(path);

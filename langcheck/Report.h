@@ -47,6 +47,7 @@ inline constexpr int kMostLines = 2000;
 struct Report
 {
     QString applicationDir;
+    QString applicationDirReason; ///< Why it is this folder; empty if it was given.
     QString encoding;             ///< The catalogue's; empty if it can't be read.
     QString encodingReason;       ///< Why it is read in this encoding.
     QList<LangEntry> listed;      ///< The operator's list, in its order.
@@ -74,6 +75,8 @@ struct Report
     int count(Finding::Severity severity) const;
     /// Returns 0 without findings, 1 if all are warnings, 2 if there is an error.
     int exitCode() const;
+    /// Returns unusedFolders without that of the fallback, which is needed.
+    QStringList dispensableFolders() const;
     /// Returns a path for people: below the application directory, if it is there.
     QString relative(const QString &path) const;
 };

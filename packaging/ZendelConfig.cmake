@@ -1,6 +1,6 @@
 # find_package(Zendel) provides Zendel::Interface, the headers for a host. The host loads the
-# plug-in itself at run time. A compiler of another family than the plug-in's is refused, because
-# its hosts could not load the plug-in.
+# plug-in itself at run time. Compilers of the other family are refused, because hosts built with
+# them could not load the plug-in.
 
 if(MSVC OR CMAKE_CXX_SIMULATE_ID STREQUAL MSVC) # CMake doesn't set MSVC for clang++.
     set(zendel_flavour msvc)

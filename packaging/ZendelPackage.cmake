@@ -26,13 +26,17 @@ endif()
 install(TARGETS Zendel LIBRARY DESTINATION ${plugin_folder} COMPONENT plugin)
 if(ZENDEL_BUILD_LANGCHECK)
     install(TARGETS langcheck RUNTIME DESTINATION ${tool_folder} COMPONENT plugin)
+    if(TARGET langcheck_man_page)
+        get_target_property(man_page langcheck_man_page MAN_PAGE)
+        install(FILES ${man_page} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT plugin)
+    endif()
 endif()
 install(FILES plugin/IHostMachine.h plugin/IZendelMgr.h
         DESTINATION include/Zendel COMPONENT plugin)
 install(FILES CHANGELOG.md packaging/README.md DESTINATION ${data_folder} COMPONENT plugin)
 # Without the page about the sources, which the package doesn't have
 install(DIRECTORY docs/ DESTINATION ${data_folder}/docs COMPONENT plugin
-        FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN imports.txt
+        FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.json" PATTERN imports.txt
         PATTERN developer.md EXCLUDE)
 # What a host may copy
 install(FILES examples/host/LanguageFile.cpp examples/host/LanguageFile.h

@@ -20,9 +20,8 @@ public:
     virtual void NotifySettingChanged() = 0;
 
     /// Switches the machine's display language and returns when that is done. The next Init() loads
-    /// the language that is DEFAULT in Lang/Lang.ini: whether the host stores the number there is
-    /// its own business, and the plug-in never writes that file. The operator sees a wait cursor
-    /// during the call.
+    /// the language that is DEFAULT in Lang/Lang.ini: it is up to the host to store the number
+    /// there; the plug-in never writes that file. The operator sees a wait cursor during the call.
     ///
     /// @param langId The language's number in the catalogue, from 0 to 255. For greater numbers,
     /// only the low 8 bits are passed. It is 0 if the operator's list is empty.

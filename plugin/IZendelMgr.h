@@ -30,7 +30,7 @@ public:
     ///
     /// @param host Not owned, see IHostMachine. Null clears the record and loads nothing.
     /// @return true if @p host is not null, even if the catalogue or the translation can't be
-    /// loaded. In that case, the operator first has to close a message box for each failure.
+    /// loaded. The operator then first has to close a message box for each failure.
     virtual bool Init(IHostMachine *host) = 0;
 
     /// Shows the settings dialog centred over a window and returns when the operator has closed it.

@@ -62,10 +62,10 @@ if [[ ! -e $base ]]; then
     echo "Building the base system, once: about a minute"
     mkdir -p "$cache"
     part=$(mktemp "$base.XXXXXX")
-    # Without this hook, it contains usrmerge and therefore all of Perl.
+    # Without this hook, the system would contain usrmerge and therefore all of Perl.
     mmdebstrap --quiet --variant=apt --hook-dir=/usr/share/mmdebstrap/hooks/merged-usr \
         "${packages[@]}" --aptopt="$folder/apt.conf" --format=tar bookworm "$part" - <<< "$sources"
-    rm -f "$cache"/bare-debian-*.tar # They have other keys.
+    rm -f "$cache"/bare-debian-*.tar # Outdated: they have other keys.
     mv "$part" "$base"
 fi
 
@@ -77,7 +77,7 @@ cp -L /etc/resolv.conf /etc/hosts "$root/etc/"
 [[ ! -e /etc/pip.conf ]] || cp /etc/pip.conf "$root/etc/"
 [[ ! -e ~/.config/pip/pip.conf ]] ||
     install -D ~/.config/pip/pip.conf "$root/root/.config/pip/pip.conf"
-# When the package ca-certificates is installed, it adds them to its own.
+# The package ca-certificates adds this machine's own certificates to Debian's.
 [[ ! -d /usr/local/share/ca-certificates ]] ||
     cp -rL /usr/local/share/ca-certificates "$root/usr/local/share/"
 ((${#packages[@]} == 0)) || chroot "$root" update-ca-certificates > /dev/null

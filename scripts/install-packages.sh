@@ -9,12 +9,13 @@ packages=(
     # Building
     cmake g++ ninja-build pkg-config
     libqt5x11extras5-dev qtbase5-dev qttools5-dev-tools
-    libxcb1-dev
+    libxcb1-dev help2man
     # A virtual display, its window manager, and fonts for all languages of the sample
     openbox xvfb
     fonts-dejavu-core fonts-noto-cjk fonts-tlwg-loma-ttf
     # Tests and source checks
-    binutils flake8 gcovr git libbenchmark-dev libxcb-xtest0-dev python3 shellcheck valgrind
+    binutils flake8 gcovr git libbenchmark-dev libxcb-xtest0-dev mandoc
+    python3 python3-jsonschema shellcheck valgrind
     clang clang-format clang-tidy cppcheck
     doxygen gettext libclang-rt-dev qttranslations5-l10n tidy
 )

@@ -5,7 +5,7 @@
 # Linux command, and all Windows programs that it starts with wine.sh share one Wine.
 #   --visible         shows the windows on the real display instead of a virtual one
 #   --plain           gives the virtual display a window manager, and Wine the fonts and settings of
-#                     a new installation, also inside a session
+#                     a new installation, even inside a session
 #   --runtime FOLDER  copies the folder's DLLs over Wine's in system32, as an installer would
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
@@ -56,7 +56,7 @@ fi
 shift
 
 export ZENDEL_WINE_SESSION=1 WINEDEBUG=${WINEDEBUG:--all} LC_ALL=C.UTF-8
-# Disables .NET and the browser, which Wine would offer to download, and menu entries.
+# Disables menu entries, and .NET and the browser, which Wine would offer to download.
 WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe=d'
 if [[ -n ${ZENDEL_WINE_RUNTIME-} ]]; then
     for dll in "$ZENDEL_WINE_RUNTIME"/*.dll; do
@@ -71,7 +71,7 @@ finish() {
     "$server" -k || true
     rm -rf "$WINEPREFIX" || true # A program may still be writing there.
     if [[ -e $WINEPREFIX.again ]]; then
-        echo "${0##*/}: Wine exited at once and was restarted $(wc -l < "$WINEPREFIX.again") times:"
+        echo "${0##*/}: Wine exited at once and was restarted for these programs:"
         cat "$WINEPREFIX.again"
         rm "$WINEPREFIX.again"
     fi >&2

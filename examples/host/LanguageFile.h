@@ -50,7 +50,7 @@ private:
     QString m_units;   ///< Code units of 8 or 16 bits, each as one character.
     QByteArray m_rest; ///< The odd last byte of a damaged UTF-16 file.
 
-    // Its meaning; positions are -1 if there is no such thing
+    // Its meaning; a position is -1 if the file lacks it
     int m_afterHeader = -1; ///< The start of the line after the section's first header.
     int m_valueStart = -1;  ///< The start of the last DEFAULT's number.
     int m_valueEnd = -1;

@@ -20,7 +20,7 @@ struct Options
 };
 
 /// Returns false if there is an unexpected argument. QCommandLineParser ends the program on --help
-/// and on other mistakes, the latter with exit code 1.
+/// and, with exit code 1, on all other mistakes.
 bool readOptions(const QCoreApplication &app, Options &options)
 {
     const QCommandLineOption plugin(
@@ -57,7 +57,8 @@ int run(Machine &machine, IZendelMgr &manager, const QString &tourDirectory)
 {
     MainWindow window(machine, manager);
     window.show();
-    // In the event loop, because only a running loop can end while a message box is open.
+    // From the event loop, because Init() may show a message box, and quitting has no effect before
+    // the loop runs.
     QTimer::singleShot(0, &window, &MainWindow::initPlugin);
 
     LanguageFile languages(cataloguePath());

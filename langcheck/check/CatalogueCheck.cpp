@@ -101,10 +101,10 @@ public:
         m_lines.hasSection = m_lines.hasSection || (line.kind == LangLine::Header && m_inSection);
         m_sections.add(text.trimmed(), m_line, line.kind == LangLine::Header, m_inSection);
         checkLine(line, text.trimmed());
-        // Later checks may report lines with these keys.
+        // Later checks may report lines with these keys, or outside the section.
         if (m_report.findings.size() > found || m_reported.contains(m_line)
             || line.kind == LangLine::Default || line.isLanguageKey()
-            || line.kind == LangLine::Outside || line.kind == LangLine::Header) {
+            || m_lines.texts.size() < kMostLines) {
             m_lines.texts.insert(m_line, shortened(text, kQuoteLength));
         }
     }
@@ -200,7 +200,7 @@ private:
                 remedy =
                     QStringLiteral("write \"=\" instead of ") + quotedAscii(text.mid(index, 1));
         }
-        add(FindingKind::NoKey, {quotedAscii(text), remedy});
+        add(FindingKind::NoKey, {quoted(text), remedy});
         rememberIntended(key);
     }
 
@@ -279,11 +279,12 @@ private:
         static const QStringList no {QString(), QStringLiteral("no"), QStringLiteral("false"),
                                      QStringLiteral("off"), QStringLiteral("nein")};
         const QString meant = plain(withoutQuotes(withoutComment(value)));
-        const bool hides = no.contains(meant, Qt::CaseInsensitive) || meant.toDouble() == 0;
-        const bool isHidden = no.contains(meant, Qt::CaseInsensitive) || meant == QLatin1Char('0');
+        bool isDecimal = false;
+        const bool isZero = meant.toDouble(&isDecimal) == 0 && isDecimal;
+        const bool isHidden = isZero || no.contains(meant, Qt::CaseInsensitive);
         add(FindingKind::ShowNumber,
             {line.key.toString(), quotedAscii(value), QLatin1String(isHidden ? "0" : "1")});
-        if (isHidden && hides && !m_isReported) // As it was meant
+        if (isHidden && !m_isReported) // As it was meant
             m_report.findings.last().severity = Finding::Warning;
     }
 

@@ -28,9 +28,12 @@ int editDistance(const QString &from, const QString &to)
 
 bool isKey(const QString &key)
 {
-    LangLineReader reader;
-    const QString header = QStringLiteral("[LANG_MGR]");
-    reader.read(header);
+    static LangLineReader reader = [] {
+        LangLineReader inSection;
+        const QString header = QStringLiteral("[LANG_MGR]");
+        inSection.read(header);
+        return inSection;
+    }();
     const QString line = key + QLatin1Char('=');
     const LangLine::Kind kind = reader.read(line).kind;
     return kind == LangLine::Default || kind >= LangLine::Id;

@@ -14,6 +14,13 @@
 
 namespace {
 
+bool isInt(const QString &value)
+{
+    bool ok = false;
+    value.toInt(&ok);
+    return ok;
+}
+
 class LanguageCheck
 {
 public:
@@ -116,8 +123,7 @@ private:
             return;
         const QString effect = QStringLiteral("the dialog ") + fallbackEffect(m_report);
         const CatalogueKey &key = m_lines.defaultKey;
-        bool isNumber = false;
-        key.value.toInt(&isNumber);
+        const bool isNumber = isInt(key.value);
         if (m_lines.languages.value(id).shown) {
             if (key.line > 0 && !isNumber) {
                 m_report

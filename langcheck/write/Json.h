@@ -4,5 +4,5 @@
 
 #include <QJsonObject>
 
-/// Returns the report for programs.
+/// Returns the report for programs. The schema is docs/langcheck.schema.json.
 QJsonObject toJson(const Report &report);

@@ -141,6 +141,10 @@ private:
         m_out.close();
         m_out.open("p");
         m_out.foreignText("code", m_report.applicationDir);
+        if (!m_report.applicationDirReason.isEmpty()) {
+            m_out.text(QStringLiteral(", ")
+                       + printable(m_report.applicationDirReason, kLongestFinding));
+        }
         m_out.text(QStringLiteral(", checked on ")
                    + QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm"))
                    + QStringLiteral(" by ") + programName()

@@ -1,6 +1,7 @@
 // Tests each kind of finding with a small deployment that has no other.
 
 #include "lang/SourceTexts.h"
+#include "langcheck/Texts.h"
 #include "langcheck/check/DeploymentCheck.h"
 
 #include "GoodDeployment.h"
@@ -106,7 +107,12 @@ private Q_SLOTS:
     void heightIsMeasured();
     void textsFitTheCatalogue_data();
     void textsFitTheCatalogue();
+    void effectsDependOnTheFallback_data();
+    void effectsDependOnTheFallback();
     void missingFallbackIsNotReplacedByItself();
+    void hiddenLanguagesAndUnusedFoldersAreListed();
+    void invisibleCharactersAreShown();
+    void wideTitlesAreMeasured();
     void existingFolderMayHaveAnyName();
     void textsNameEffectAndRemedy();
     void pageListsEveryFinding();
@@ -767,6 +773,99 @@ void tst_langcheck_checks::missingFallbackIsNotReplacedByItself()
              QStringLiteral("a dialog that needs it has empty texts, because the fallback, "
                             "Lang/chs/Zendel.qm, doesn't exist"));
     QCOMPARE(findings.at(1).effect(), QStringLiteral("a dialog that needs it has empty texts"));
+}
+
+void tst_langcheck_checks::effectsDependOnTheFallback_data()
+{
+    QTest::addColumn<QByteArray>("catalogue");
+    QTest::addColumn<QString>("effect"); // Without its end, which depends on the fallback.
+
+    QTest::newRow("unknown default")
+        << catalogueWith("DEFAULT=1", "DEFAULT=9") << QStringLiteral("the dialog ");
+    QTest::newRow("hidden default")
+        << catalogueWith("LANG1_SHOW=1", "LANG1_SHOW=0") << QStringLiteral("the dialog ");
+    QTest::newRow("no default") << catalogueWith("DEFAULT=1", ";") << QStringLiteral("the dialog ");
+    QTest::newRow("misspelt default")
+        << catalogueWith("DEFAULT", "DEFUALT") << QStringLiteral("it is ignored, and the dialog ");
+    QTest::newRow("missing folder") << catalogueWith("=second", "=xyz")
+                                    << QStringLiteral("a dialog that needs the translation ");
+    QTest::newRow("quoted folder")
+        << catalogueWith("=second", "=\"second\"")
+        << QStringLiteral("they are part of the value, and a dialog that needs the translation ");
+}
+
+void tst_langcheck_checks::effectsDependOnTheFallback()
+{
+    QFETCH(QByteArray, catalogue);
+    QFETCH(QString, effect);
+
+    Deployment::writeCatalogue(catalogue);
+    QCOMPARE(check().findings.first().effect(),
+             effect + QStringLiteral("uses the fallback, Lang/chs/Zendel.qm"));
+    Deployment::writeTranslation(QStringLiteral("chs"), "damaged");
+    const auto effects = [] {
+        QStringList result;
+        const QList<Finding> findings = check().findings;
+        for (const Finding &finding : findings)
+            result += finding.effect();
+        return result;
+    };
+    QVERIFY(effects().contains(effect
+                               + QStringLiteral("has empty texts, because the fallback, "
+                                                "Lang/chs/Zendel.qm, can't be loaded")));
+    QVERIFY(QFile::remove(Deployment::path(QStringLiteral("Lang/chs/Zendel.qm"))));
+    QVERIFY(effects().contains(effect
+                               + QStringLiteral("has empty texts, because the fallback, "
+                                                "Lang/chs/Zendel.qm, doesn't exist")));
+}
+
+void tst_langcheck_checks::hiddenLanguagesAndUnusedFoldersAreListed()
+{
+    for (const char *const folder : {"unused", "hidden"})
+        Deployment::installTranslation(QLatin1String(folder), QStringLiteral("third"));
+    QVERIFY(QDir().mkpath(Deployment::path(QStringLiteral("Lang/empty"))));
+    Deployment::writeCatalogue(kCatalogue
+                               + QByteArray("LANG7_FOLDER=hidden\nLANG7_NAME=Seven\n"
+                                            "LANG7_SHOW=0\nLANG9_SHOW=0\n"));
+    const Report report = check();
+    QCOMPARE(report.hidden.size(), 2);
+    QCOMPARE(report.hidden.at(0).number, 7);
+    QCOMPARE(report.hidden.at(0).name, QStringLiteral("Seven"));
+    QCOMPARE(report.hidden.at(0).folder, QStringLiteral("hidden"));
+    QCOMPARE(report.hidden.at(0).line, 9);
+    QCOMPARE(report.hidden.at(1).number, 9);
+    QCOMPARE(report.unusedFolders, QStringList {QStringLiteral("unused")});
+}
+
+void tst_langcheck_checks::invisibleCharactersAreShown()
+{
+    QCOMPARE(quoted(QStringLiteral("1\u200B")), QStringLiteral("\"1\u200B\" (with U+200B)"));
+    QCOMPARE(quoted(QStringLiteral("\uFF11")), QStringLiteral("\"\uFF11\" (with U+FF11)"));
+    QCOMPARE(quoted(QStringLiteral("中\u200D文")), QStringLiteral("\"中\u200D文\""));
+    QCOMPARE(quotedAscii(QStringLiteral("d\u0435")), QStringLiteral("\"d\u0435\" (with U+0435)"));
+    QCOMPARE(printable(QStringLiteral("a\u202Eb\u2028c\u200Bd")),
+             QStringLiteral("a<U+202E>b<U+2028>c<U+200B>d"));
+    Deployment::writeCatalogue(kUtf8Bom + catalogueWith("LANG2_SHOW=1", "LANG2_SHOW=1\u200B"));
+    QCOMPARE(check().findings.first().problem(),
+             QStringLiteral("LANG2_SHOW isn't a number: \"1\u200B\" (with U+200B)"));
+}
+
+/// A message box grows with its title up to a limit of Qt's.
+void tst_langcheck_checks::wideTitlesAreMeasured()
+{
+    Deployment::installTranslation(QStringLiteral("second"), QStringLiteral("wide_texts"));
+    QStringList problems;
+    const QList<Finding> findings = check().findings;
+    for (const Finding &finding : findings)
+        problems += finding.problem().section(QLatin1String(" is translated"), 0, 0);
+    for (const char *const title : {"Success", "Error"}) {
+        QCOMPARE(
+            problems.count(QStringLiteral("the text is too wide for the title of its message box: "
+                                          "\"%1\" in the context PageSetLang")
+                               .arg(QLatin1String(title))),
+            1);
+    }
+    QCOMPARE(problems.size(), 6);
 }
 
 void tst_langcheck_checks::existingFolderMayHaveAnyName()

@@ -1,5 +1,5 @@
 // Tests langcheck with a console of its own, as Explorer starts it: it opens its page in the
-// browser. From a command prompt it doesn't.
+// browser. From a command prompt it doesn't, but prints to the console.
 
 #include "CheckedPage.h"
 #include "support/TestFile.h"
@@ -29,10 +29,13 @@ private Q_SLOTS:
     void cleanupTestCase();
     void pageOpensInTheBrowser_data();
     void pageOpensInTheBrowser();
+    void droppedFoldersAreRefused();
     void commandPromptShowsTheReport();
+    void consoleShowsAllScripts();
 
 private:
-    /// Starts a program with a console of its own and returns its exit code.
+    /// Starts a program with a console of its own and returns its exit code. Closes its message
+    /// boxes.
     static int runInNewConsole(const QString &program, const QStringList &arguments);
 
     QTemporaryDir m_folder;
@@ -77,7 +80,10 @@ int tst_langcheck_explorer::runInNewConsole(const QString &program, const QStrin
     if (!CreateProcessW(nullptr, reinterpret_cast<wchar_t *>(line.data()), nullptr, nullptr, FALSE,
                         CREATE_NEW_CONSOLE, nullptr, nullptr, &startup, &process))
         return -1;
-    WaitForSingleObject(process.hProcess, 60000);
+    for (int i = 0; i < 600 && WaitForSingleObject(process.hProcess, 100) == WAIT_TIMEOUT; ++i) {
+        if (const HWND box = FindWindowW(nullptr, L"langcheck"))
+            PostMessageW(box, WM_CLOSE, 0, 0);
+    }
     DWORD exitCode = 0;
     GetExitCodeProcess(process.hProcess, &exitCode); // STILL_ACTIVE after a timeout
     CloseHandle(process.hThread);
@@ -89,21 +95,28 @@ void tst_langcheck_explorer::pageOpensInTheBrowser_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("checked");
+    QTest::addColumn<QString>("reason");
     QTest::addColumn<int>("exitCode");
 
     const QFileInfo langcheck(testFile(QStringLiteral(LANGCHECK_FILE)));
-    QTest::newRow("double-click") << QStringList() << langcheck.canonicalPath() << 0;
+    QTest::newRow("double-click") << QStringList() << langcheck.canonicalPath() << "" << 0;
     const QDir folder(m_folder.path());
     QVERIFY(folder.mkdir(QStringLiteral("\u673A \u5668")));
     const QString dropped = folder.filePath(QStringLiteral("\u673A \u5668"));
     QTest::newRow("dropped folder")
-        << QStringList {QDir::toNativeSeparators(dropped)} << dropped << 2;
+        << QStringList {QDir::toNativeSeparators(dropped)} << dropped << "" << 2;
+    QVERIFY(QDir(dropped).mkdir(QStringLiteral("Lang")));
+    const QString lang = QDir::toNativeSeparators(dropped + QStringLiteral("/Lang"));
+    QTest::newRow("dropped Lang") << QStringList {lang} << dropped
+                                  << QStringLiteral("to which &quot;%1&quot; belongs, ").arg(lang)
+                                  << 2;
 }
 
 void tst_langcheck_explorer::pageOpensInTheBrowser()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QString, checked);
+    QFETCH(QString, reason);
     QFETCH(int, exitCode);
 
     QFile::remove(m_page);
@@ -119,6 +132,16 @@ void tst_langcheck_explorer::pageOpensInTheBrowser()
     CheckedPage::validate(page);
     QVERIFY2(page.contains("<title>langcheck: " + checked.toUtf8() + "</title>"),
              page.left(5000).constData());
+    QVERIFY2(page.contains("</code>, " + reason.toUtf8() + "checked on "),
+             page.left(5000).constData());
+}
+
+void tst_langcheck_explorer::droppedFoldersAreRefused()
+{
+    QFile::remove(m_page);
+    const QString folder = QDir::toNativeSeparators(m_folder.path());
+    QCOMPARE(runInNewConsole(testFile(QStringLiteral(LANGCHECK_FILE)), {folder, folder}), 3);
+    QVERIFY(!QFile::exists(m_page));
 }
 
 /// The prompt, too, is a process of the console.
@@ -132,6 +155,45 @@ void tst_langcheck_explorer::commandPromptShowsTheReport()
              0);
     QVERIFY(!QFile::exists(m_page));
     QVERIFY(!QFile::exists(m_opened));
+}
+
+/// Other programs print in the console's encoding, which lacks most scripts.
+void tst_langcheck_explorer::consoleShowsAllScripts()
+{
+    FreeConsole();
+    QVERIFY(AllocConsole());
+    SECURITY_ATTRIBUTES inherited = {sizeof(inherited), nullptr, TRUE};
+    const HANDLE console =
+        CreateFileW(L"CONOUT$", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                    &inherited, OPEN_EXISTING, 0, nullptr);
+    const COORD size = {100, 100};
+    QVERIFY(SetConsoleScreenBufferSize(console, size));
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof(startup);
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdOutput = console;
+    startup.hStdError = console;
+    PROCESS_INFORMATION process = {};
+    QString line = QDir::toNativeSeparators(testFile(QStringLiteral(LANGCHECK_FILE)));
+    line = QStringLiteral("\"%1\" \"%2\"").arg(line, QFileInfo(line).path());
+    QVERIFY(CreateProcessW(nullptr, reinterpret_cast<wchar_t *>(line.data()), nullptr, nullptr,
+                           TRUE, 0, nullptr, nullptr, &startup, &process));
+    QCOMPARE(WaitForSingleObject(process.hProcess, 60000), DWORD {WAIT_OBJECT_0});
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+
+    QString screen(size.X * size.Y, QLatin1Char(' '));
+    DWORD read = 0;
+    QVERIFY(ReadConsoleOutputCharacterW(console, reinterpret_cast<wchar_t *>(screen.data()),
+                                        static_cast<DWORD>(screen.size()), {0, 0}, &read));
+    CloseHandle(console);
+    FreeConsole();
+    for (const QString &text : {QStringLiteral("Folder:  "), QStringLiteral("12 \u010Ce\u0161tina"),
+                                QStringLiteral("13 \u0420\u0443\u0441\u0441\u043A\u0438\u0439"),
+                                QStringLiteral("0 errors, 0 warnings")}) {
+        QVERIFY2(screen.contains(text), qPrintable(screen.simplified()));
+    }
+    QVERIFY2(!screen.contains(QLatin1String("[0m")), qPrintable(screen.simplified()));
 }
 
 QTEST_MAIN(tst_langcheck_explorer)

@@ -761,8 +761,6 @@ void tst_langcheck_page::errorsNameTheFileAndTheReason()
     const QTemporaryDir folder;
     const QString missing = folder.filePath(QStringLiteral("no/such"));
 
-    QCOMPARE(runLangcheck({kPictures, missing, deployment}, 3),
-             "langcheck: \"" + missing.toUtf8() + "\" isn't a folder.\nSee langcheck --help.\n");
     const QByteArray name = QDir::toNativeSeparators(missing).toUtf8();
     const QByteArray error = runWithoutProgress({kHtml, missing, deployment}, 3);
     QVERIFY2(error.startsWith("langcheck: Can't write \"" + name + "\": ")
@@ -796,11 +794,8 @@ void tst_langcheck_page::failedWriteLeavesTheOldPage()
     const QByteArray old = readFile(file);
     QVERIFY(!old.isEmpty());
 
-    // With a limit of one block, the same error as on a full disk
-    const QByteArray error = runLangcheck(
-        {kHtml, file, QCoreApplication::applicationDirPath()}, 3, QProcess::SeparateChannels,
-        {QStringLiteral("/bin/sh"), QStringLiteral("-c"),
-         QStringLiteral("trap '' XFSZ; ulimit -f 1; exec \"$0\" \"$@\"")});
+    const QByteArray error =
+        runLangcheck({kHtml, file, QCoreApplication::applicationDirPath()}, 3, onFullDisk());
     QVERIFY2(error.contains(QFile::encodeName(file) + "\": File too large"), error.constData());
     QCOMPARE(readFile(file), old);
     QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);

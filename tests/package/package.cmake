@@ -86,6 +86,7 @@ unpack("" ${folder}/plugin
     docs/dialog.png
     docs/host-developer.md
     docs/imports.txt
+    docs/langcheck.schema.json
     docs/languages.png
     docs/reliability.md
     docs/service-engineer.md

@@ -10,13 +10,13 @@
 
 namespace {
 
-/// Opens a file that nobody else can open meanwhile.
+/// Opens a file so that nobody else can open it meanwhile.
 HANDLE openAlone()
 {
     return CreateFileA("alone.txt", GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS, 0, nullptr);
 }
 
-/// Returns true if the file can be opened within some seconds, because a process that was ended
+/// Returns true if the file can be opened. Tries for some seconds, because a process that was ended
 /// keeps its files for a moment.
 bool isAlone()
 {

@@ -28,7 +28,7 @@ for path in (root / "bin").glob("Qt5*.dll"):
 for folder in ("bin", "plugins"):
     shutil.copytree(pathlib.Path(qt, folder), root / "bin", dirs_exist_ok=True)
 
-# A file, because a pipe would stay open as long as the desktop that Wine may start.
+# A file, because the desktop that Wine may start would keep a pipe open.
 with tempfile.TemporaryFile() as output:
     status = subprocess.run([*launcher, root / "bin/selftest.exe", *TESTS], check=False,
                             stdin=subprocess.DEVNULL, stdout=output,

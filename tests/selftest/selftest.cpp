@@ -21,7 +21,7 @@
 
 namespace {
 
-/// Seconds that a test may take, if its variable ZENDEL_LIMIT doesn't say otherwise.
+/// Seconds that a test may take, unless its variable ZENDEL_LIMIT says otherwise.
 const int kLimit = 600;
 
 /// A line of tests.txt: "NAME PROGRAM [VARIABLE=VALUE...] [ARGUMENT...]".
@@ -51,7 +51,7 @@ struct Result
 {
     Test test;
     QString failure;      ///< Empty if the program has passed
-    bool outside = false; ///< Whether the program failed in another way than by its functions
+    bool outside = false; ///< Whether the program failed outside its functions
     QList<Function> functions;
     QString log;
     double seconds = 0;
@@ -239,7 +239,7 @@ QList<QPair<QString, QString>> properties()
          fileVersion(root() + QLatin1String("/bin/Zendel.dll")) + QStringLiteral(", for " FAMILY)},
         {QStringLiteral("Qt"), QLatin1String(qVersion())},
         {QStringLiteral("Screen"),
-         QStringLiteral("%1 x %2 pixels, scaled to %3 %")
+         QStringLiteral("%1 x %2 pixels, scaled to %3%")
              .arg(GetSystemMetrics(SM_CXSCREEN))
              .arg(GetSystemMetrics(SM_CYSCREEN))
              .arg(dpi * 100 / 96)},
@@ -379,7 +379,7 @@ int main(int argc, char *argv[])
             tests += test;
     }
     if (tests.isEmpty()) {
-        print(QStringLiteral("There is no such test in %1\n")
+        print(QStringLiteral("No test to run; the names of all tests are in %1\n")
                   .arg(QDir::toNativeSeparators(root() + QLatin1String("/tests/tests.txt"))));
         return 2;
     }

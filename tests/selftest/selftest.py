@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """selftest.py CPACK BUILD-FOLDER PACKAGE MISBEHAVE [LAUNCHER]
 
-Packs the self-test and runs a few of its tests from a folder with blanks and Chinese in its name.
+Packs the self-test and runs a few of its tests from a folder with spaces and Chinese in its name.
 Fails unless the exit code and both reports are right: for tests that pass, with a damaged plug-in,
 and with a program that crashes, hangs or fails. LAUNCHER starts Windows programs.
 """
@@ -26,7 +26,7 @@ root = work / "自检 of Zendel"
 def run(expected, *names):
     """Runs tests, and returns the text report and the suites of the XML report."""
     command = [*launcher, "cmd", "/c", "selftest.cmd", *names]
-    # A file, because a pipe would stay open as long as the desktop that Wine may start.
+    # A file, because the desktop that Wine may start would keep a pipe open.
     with tempfile.TemporaryFile() as output:
         status = subprocess.run(command, cwd=root, stdin=subprocess.DEVNULL, stdout=output,
                                 stderr=subprocess.STDOUT, check=False).returncode
@@ -35,7 +35,7 @@ def run(expected, *names):
     report = (root / "report.txt").read_text("utf-8-sig")
     print(report)
     assert status == expected, f"exit code {status}, not {expected}:\n{printed}"
-    assert not (root / "temp").exists(), "the folder temp is left"
+    assert not (root / "temp").exists(), "the folder temp was not removed"
     for number, name in enumerate(names, 1):
         assert f"{number} of {len(names)}  {name}" in printed, printed
     suites = xml.etree.ElementTree.parse(root / "report.xml").getroot().findall("testsuite")

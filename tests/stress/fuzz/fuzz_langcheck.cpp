@@ -5,6 +5,7 @@
 #include "langcheck/check/DeploymentCheck.h"
 #include "langcheck/write/Console.h"
 #include "langcheck/write/Json.h"
+#include "langcheck/write/Junit.h"
 #include "langcheck/write/Page.h"
 
 #include <QApplication>
@@ -39,6 +40,22 @@ void write(const QString &path, const QByteArray &bytes)
         fail("Can't write", path);
 }
 
+void checkXml(const QByteArray &document)
+{
+    QXmlStreamReader reader(document);
+    while (!reader.atEnd()) {
+        reader.readNext();
+        if (reader.isStartElement() && reader.name() == QLatin1String("script"))
+            fail("A script");
+    }
+    if (reader.hasError())
+        fail("Not well-formed", reader.errorString());
+    for (const char c : document) { // The reader accepts them.
+        if ((c >= 0 && c < ' ' && c != '\n' && c != '\t') || c == 0x7F)
+            fail("A control character");
+    }
+}
+
 void checkReport(const Report &report, const QByteArray &catalogue)
 {
     const int lines = catalogue.count('\n') + 1;
@@ -53,23 +70,9 @@ void checkReport(const Report &report, const QByteArray &catalogue)
     if (!report.boxes.isEmpty() && report.exitCode() != 2)
         fail("A message box without an error", toText(report));
     toText(report);
+    toTerminalText(report, 80, true);
     toJson(report);
-}
-
-void checkPage(const QByteArray &page)
-{
-    QXmlStreamReader reader(page);
-    while (!reader.atEnd()) {
-        reader.readNext();
-        if (reader.isStartElement() && reader.name() == QLatin1String("script"))
-            fail("A script");
-    }
-    if (reader.hasError())
-        fail("Not well-formed", reader.errorString());
-    for (const char c : page) { // The reader accepts them.
-        if ((c >= 0 && c < ' ' && c != '\n' && c != '\t') || c == 0x7F)
-            fail("A control character");
-    }
+    checkXml(toJunit({report}));
 }
 
 } // namespace
@@ -115,6 +118,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         for (Box &box : report.boxes)
             box.picture = {};
     }
-    checkPage(makePage(report, image, pictures));
+    checkXml(makePage(report, image, pictures));
     return 0;
 }

@@ -17,7 +17,7 @@ namespace {
 bool isInt(const QString &value)
 {
     bool ok = false;
-    value.toInt(&ok);
+    QStringRef(&value).toInt(&ok);
     return ok;
 }
 

@@ -290,13 +290,13 @@ private:
             numbers += countText(warnings, "warning");
         m_out.text(numbers.join(QStringLiteral(", ")) + QStringLiteral(": "));
         QStringList ids;
-        for (const int finding : findings) {
-            const QString id = m_report.findings.at(finding).id();
+        for (const int index : findings) {
+            const QString id = m_report.findings.at(index).id();
             if (ids.contains(id)) // The first leads to the box with all of them.
                 continue;
             if (!ids.isEmpty())
                 m_out.text(QStringLiteral(", "));
-            m_out.link(m_groups.anchors.at(finding), id);
+            m_out.link(m_groups.anchors.at(index), id);
             ids += id;
         }
     }

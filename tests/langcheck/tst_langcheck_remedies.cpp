@@ -84,7 +84,7 @@ Step translation(const char *folder, const char *name)
 }
 
 /// Returns a step that writes any bytes as a translation.
-Step file(const char *folder, const QByteArray &bytes)
+Step translationFile(const char *folder, const QByteArray &bytes)
 {
     return [folder, bytes] { Deployment::writeTranslation(QString::fromUtf8(folder), bytes); };
 }
@@ -419,24 +419,28 @@ void tst_langcheck_remedies::remedyRepairs_data()
         both(deleted(qm), [] { QDir().mkpath(langPath("second/Zendel.qm")); }), qm,
         "replace it, or correct its permissions",
         both([] { QDir().rmdir(langPath("second/Zendel.qm")); }, translation("second", "second")));
-    row("qm-source", "TS", file("second", "<!DOCTYPE TS>\n<TS version=\"2.1\">\n</TS>"), qm,
+    row("qm-source", "TS", translationFile("second", "<!DOCTYPE TS>\n<TS version=\"2.1\">\n</TS>"),
+        qm,
         "rename this file to Zendel.ts, and compile it with \"lrelease Zendel.ts -qm Zendel.qm\"",
         both(move(qm, "second/Zendel.ts"), translation("second", "second")));
-    row("qm-damaged", "empty", file("second", ""), qm, "replace it with an undamaged copy",
-        translation("second", "second"));
+    row("qm-damaged", "empty", translationFile("second", ""), qm,
+        "replace it with an undamaged copy", translation("second", "second"));
     row("qm-foreign", "another program's", translation("second", "other_program"), qm,
         "replace it with the plug-in's translation, compiled with lrelease from the plug-in's "
         "translated .ts file",
         translation("second", "second"));
     const char *const compile = "the language's .ts file, or in one made with \"lconvert Zendel.qm "
                                 "-o Zendel.ts\", and compile that file";
-    row("text-blank", "spaces", file("second", withText("2 Change", QString(8, QChar(0xA0)))), qm,
+    row("text-blank", "spaces",
+        translationFile("second", withText("2 Change", QString(8, QChar(0xA0)))), qm,
         QByteArray("translate it in ") + compile, translation("second", "second"));
-    row("text-ampersand", "space", file("second", withText("2 Change", QStringLiteral("2 & Chan"))),
-        qm, "write \"&&\" in the .ts file, and compile it",
-        file("second", withText("2 Change", QStringLiteral("2 && Cha"))));
-    row("text-html", "bold", file("second", withText("2 Language:", QStringLiteral("<b>x</b> xx"))),
-        qm, "write the text without tags in the .ts file, and compile it",
+    row("text-ampersand", "space",
+        translationFile("second", withText("2 Change", QStringLiteral("2 & Chan"))), qm,
+        "write \"&&\" in the .ts file, and compile it",
+        translationFile("second", withText("2 Change", QStringLiteral("2 && Cha"))));
+    row("text-html", "bold",
+        translationFile("second", withText("2 Language:", QStringLiteral("<b>x</b> xx"))), qm,
+        "write the text without tags in the .ts file, and compile it",
         translation("second", "second"));
     row("text-clipped", "button", translation("second", "long_texts"), qm,
         QByteArray("use a shorter translation in ") + compile, translation("second", "second"));

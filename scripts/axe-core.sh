@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# axe-core.sh: fetches axe-core, with which a test checks langcheck's pages, and prints its folder as
-# the last line on stdout; everything else goes to stderr. A Python package contains the one file.
+# axe-core.sh: fetches axe-core, with which a test checks langcheck's pages, and prints its folder
+# on stdout; everything else goes to stderr. The one file is part of a Python package.
 #
 # The result is kept in ${ZENDEL_CACHE:-~/.cache/zendel} and may be deleted there at any time.
 set -euo pipefail
@@ -18,8 +18,9 @@ if [[ ! -d $result ]]; then
     python3 -m pip download --quiet --disable-pip-version-check --require-hashes --no-deps \
         --only-binary=:all: --dest "$folder" --requirement "$folder/requirements" >&2
     mkdir "$folder/result"
-    python3 -c 'import sys, zipfile; print(zipfile.ZipFile(sys.argv[1]).read(sys.argv[2]).decode())' \
-        "$folder"/*.whl axe_playwright_python/axe.min.js > "$folder/result/axe.min.js"
+    python3 -c 'import shutil, sys; shutil.unpack_archive(*sys.argv[1:])' \
+        "$folder"/*.whl "$folder" zip
+    mv "$folder/axe_playwright_python/axe.min.js" "$folder/result/"
     chmod 755 "$folder/result"
     # Another run may have been faster.
     mv -T "$folder/result" "$result" 2> /dev/null || [[ -d $result ]]

@@ -46,7 +46,8 @@ code { white-space: pre-wrap; }
 .label { font-weight: 700; }
 .none { color: var(--error); }
 .rows tbody tr { border-top: 1px solid var(--rule); }
-.rows th { white-space: nowrap; }
+.rows th { overflow-wrap: normal; }
+.rows tbody th { white-space: nowrap; }
 .lines { width: 100%; }
 .lines td { width: 100%; }
 .lines th { padding-inline-start: .3rem; }

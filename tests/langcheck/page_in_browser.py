@@ -156,7 +156,7 @@ def check_paper(browser, pdftotext, name, folder):
         return subprocess.run([pdftotext, *pages, file, '-'], check=True,
                               stdout=subprocess.PIPE).stdout.decode()
     failures = []
-    if 'Sent to the machine' not in text('-l', '1'):
+    if 'Number' not in text('-l', '1'):
         failures.append('the first printed page ends after the header')
     if 'Fonts used' not in text() or text().count('Change successful!') < 20:
         failures.append('the printed texts of the languages are folded')

@@ -288,6 +288,7 @@ void tst_langcheck_page::findingsOfAKindShareABox()
     QCOMPARE(bytes.count("<article class=\"finding"), 1);
     QVERIFY(bytes.contains("</bdi>, 7 times <a href=\"#text-missing-second\">"));
     QCOMPARE(bytes.count(">It is empty in the dialog.<"), 1);
+    QCOMPARE(bytes.count("is empty in the dialog"), 1);
     QCOMPARE(bytes.count(">What to do: <"), 1);
     for (const char *const text : {"Language", "Settings", "Language_3A", "Change-successful_21"})
         QVERIFY(bytes.contains(QByteArray("<li id=\"text-missing-second-") + text + "\">"));

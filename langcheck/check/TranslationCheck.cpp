@@ -134,8 +134,8 @@ public:
                                               return finding.kind == FindingKind::CatalogueMissing
                                                   && !finding.values.first().isEmpty();
                                           });
-        const bool isLost = isCopied && !QFileInfo::exists(fallback());
-        if (!m_checked.contains(fallback()) && !isLost)
+        const bool isElsewhere = isCopied && !QFileInfo::exists(fallback());
+        if (!m_checked.contains(fallback()) && !isElsewhere)
             checkTranslation(fallback());
         checkLanguages();
         checkNames();

@@ -37,10 +37,10 @@ QString findingAnchor(const Finding &finding)
         anchor += QStringLiteral("-line-%1").arg(finding.line);
     // Files may have several of these, which differ in the English text.
     switch (finding.kind) {
-    case FindingKind::TextMissing:
     case FindingKind::TextBlank:
     case FindingKind::TextAmpersand:
     case FindingKind::TextHtml:
+    case FindingKind::TextGarbled:
         return anchor + QLatin1Char('-') + addressPart(finding.values.at(0));
     case FindingKind::TextClipped:
         return anchor + QLatin1Char('-') + addressPart(finding.values.at(1));

@@ -627,13 +627,26 @@ QString withValues(const char *text, const Finding &finding)
     return result;
 }
 
-/// Returns true if findings of this kind about several lines become one. That about two of the
-/// encoding says the same about the whole file.
-bool isMerged(FindingKind kind, int count)
+/// Returns what findings that may become one have in common: their kind and, for lines that aren't
+/// recognised, how they are to be repaired.
+QString groupOf(const Finding &finding)
 {
-    if (!description(kind).many.problem)
+    const QString remedy = finding.values.value(1);
+    const bool isGuess = remedy.startsWith(QLatin1String("write LANG"));
+    if (finding.kind == FindingKind::NoKey || (finding.kind == FindingKind::UnknownKey && !isGuess))
+        return finding.id() + remedy;
+    return finding.id();
+}
+
+/// Returns true if so many findings of this kind become one. Two of the encoding say the same about
+/// the whole file; guesses at several keys are better read one by one.
+bool isMerged(const Finding &finding, int count)
+{
+    if (!description(finding.kind).many.problem || finding.line == 0)
         return false;
-    return count >= 3 || (count == 2 && kind < FindingKind::CarriageReturn);
+    if (finding.kind == FindingKind::UnknownKey && groupOf(finding) == finding.id())
+        return count > 5;
+    return count >= 3 || (count == 2 && finding.kind < FindingKind::CarriageReturn);
 }
 
 void merge(Finding &first, const Finding &other)
@@ -696,18 +709,19 @@ QString severityName(Finding::Severity severity)
 
 void arrange(QList<Finding> &findings)
 {
-    QHash<FindingKind, int> counts;
+    QHash<QString, int> counts;
     for (const Finding &finding : qAsConst(findings))
-        ++counts[finding.kind];
+        ++counts[groupOf(finding)];
     QList<Finding> result;
-    QHash<FindingKind, int> merged; // Indexes into the result
+    QHash<QString, int> merged; // Indexes into the result
     for (const Finding &finding : qAsConst(findings)) {
-        if (!isMerged(finding.kind, counts.value(finding.kind)) || finding.line == 0) {
+        const QString group = groupOf(finding);
+        if (!isMerged(finding, counts.value(group))) {
             result += finding;
-        } else if (merged.contains(finding.kind)) {
-            merge(result[merged.value(finding.kind)], finding);
+        } else if (merged.contains(group)) {
+            merge(result[merged.value(group)], finding);
         } else {
-            merged.insert(finding.kind, result.size());
+            merged.insert(group, result.size());
             result += finding;
         }
     }

@@ -153,8 +153,3 @@ extern const std::array<FindingDescription, static_cast<std::size_t>(FindingKind
 /// Makes one finding of several of the same kind, and puts what matters most first: errors, then
 /// the catalogue, then by line.
 void arrange(QList<Finding> &findings);
-
-inline uint qHash(FindingKind kind, uint seed = 0)
-{
-    return ::qHash(static_cast<int>(kind), seed);
-}

@@ -312,8 +312,8 @@ void tst_langcheck_remedies::remedyRepairs_data()
     row("unknown-key", "letter for a digit",
         catalogue(QByteArray(good).replace("LANG1_NAME", "LANGl_NAME")), "Lang.ini:3",
         "write LANG1_NAME=One", line(3, "LANG1_NAME=One"));
-    row("unknown-key", "quoted mail", catalogue(QByteArray(good).replace("LANG2", "> LANG2")),
-        "Lang.ini:6", "use DEFAULT or LANG<n>_ID, _NAME, _FOLDER or _SHOW, such as LANG2_NAME",
+    row("unknown-key", "quoted mail", catalogue(QByteArray(good).replace("\nLANG", "\n> LANG")),
+        "Lang.ini:3", "use DEFAULT or LANG<n>_ID, _NAME, _FOLDER or _SHOW, such as LANG1_NAME",
         replace("> ", ""));
     row("key-case", "one", catalogue(catalogueWith("LANG2_SHOW", "Lang2_Show")), "Lang.ini:8",
         "write LANG2_SHOW", line(8, "LANG2_SHOW=1"));

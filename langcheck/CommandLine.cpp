@@ -1,6 +1,7 @@
 #include "langcheck/CommandLine.h"
 
 #include "commit.h"
+#include "langcheck/Texts.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -78,11 +79,11 @@ CheckedFolder defaultFolder()
     if (inCurrent && !inOwn)
         return current;
     // A report about the wrong folder would be mistaken for one about the right one.
-    own.error = QStringLiteral("%1 the current folder, \"%2\", %3 langcheck's own, \"%4\", "
-                               "%5 a folder Lang. Give the folder to check as an argument.")
-                    .arg(QLatin1String(inOwn ? "Both" : "Neither"), current.path,
-                         QLatin1String(inOwn ? "and" : "nor"), own.path,
-                         QLatin1String(inOwn ? "have" : "has"));
+    own.error = withValues("%1 the current folder, \"%2\", %3 langcheck's own, \"%4\", "
+                           "%5 a folder Lang. Give the folder to check as an argument.",
+                           {QLatin1String(inOwn ? "Both" : "Neither"), current.path,
+                            QLatin1String(inOwn ? "and" : "nor"), own.path,
+                            QLatin1String(inOwn ? "have" : "has")});
     return own;
 }
 

@@ -611,20 +611,11 @@ const FindingTexts &texts(const Finding &finding)
     return finding.lines.size() > 1 && found.many.problem ? found.many : found.one;
 }
 
-/// Replaces the placeholders in one pass, because a value may contain a percent sign.
-QString withValues(const char *text, const Finding &finding)
+QString filled(const char *text, const Finding &finding)
 {
-    QString result;
-    for (const char *c = text; *c != '\0'; ++c) {
-        if (*c != '%')
-            result += QLatin1Char(*c);
-        else if (*++c == '0')
-            result +=
-                linesText(finding.lines.isEmpty() ? QVector<int> {finding.line} : finding.lines);
-        else
-            result += finding.values.at(*c - '1');
-    }
-    return result;
+    return withValues(
+        text, finding.values,
+        linesText(finding.lines.isEmpty() ? QVector<int> {finding.line} : finding.lines));
 }
 
 /// Returns what findings that may become one have in common: their kind and, for lines that aren't
@@ -678,12 +669,12 @@ QLatin1String Finding::id() const
 
 QString Finding::problem() const
 {
-    return withValues(texts(*this).problem, *this);
+    return filled(texts(*this).problem, *this);
 }
 
 QString Finding::effect() const
 {
-    QString result = withValues(texts(*this).effect, *this);
+    QString result = filled(texts(*this).effect, *this);
     const int most = 5;
     for (int i = 0; i < consequences.size() && i < most; ++i)
         result += QLatin1String(", and ") + consequences.at(i);
@@ -694,7 +685,7 @@ QString Finding::effect() const
 
 QString Finding::remedy() const
 {
-    return withValues(texts(*this).remedy, *this);
+    return filled(texts(*this).remedy, *this);
 }
 
 QString Finding::text() const

@@ -1,7 +1,5 @@
 #include "langcheck/Texts.h"
 
-#include <QStringList>
-
 namespace {
 
 QString codePoint(uint code)
@@ -87,6 +85,31 @@ QString linesText(const QVector<int> &lines)
     const QString start = ranges.join(QStringLiteral(", "));
     return QLatin1String(lines.size() == 1 ? "line " : "lines ") + start
         + QLatin1String(start.isEmpty() ? "" : " and ") + end;
+}
+
+QString withValues(const char *text, const QStringList &values, const QString &zero)
+{
+    QString result;
+    for (const char *c = text; *c != '\0'; ++c) {
+        if (*c != '%')
+            result += QLatin1Char(*c);
+        else if (*++c == '0')
+            result += zero;
+        else
+            result += values.at(*c - '1');
+    }
+    return result;
+}
+
+QStringList partsOf(const QString &text, QChar separator)
+{
+    QStringList result;
+    int start = 0;
+    for (int end = text.indexOf(separator); end >= 0; end = text.indexOf(separator, start)) {
+        result += text.mid(start, end - start);
+        start = end + 1;
+    }
+    return result + QStringList {text.mid(start)};
 }
 
 QString countText(int number, const char *noun)

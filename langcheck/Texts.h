@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 // Prepares texts of a deployment, which may contain anything, for people.
@@ -20,6 +21,14 @@ bool isInvisible(uint code);
 
 /// Returns numbers from 1, in ascending order, as "line 3" or "lines 3 to 7 and 9".
 QString linesText(const QVector<int> &lines);
+
+/// Returns @p text with %1 to %9 replaced with @p values, and %0 with @p zero, in one pass, because
+/// a value may contain a percent sign. QString::arg() does that only since Qt 5.14.
+QString withValues(const char *text, const QStringList &values, const QString &zero = {});
+
+/// Returns what is between separators, as QString::split() does, whose signature depends on Qt's
+/// version.
+QStringList partsOf(const QString &text, QChar separator);
 
 /// Returns "1 line", "2 lines" and so on.
 QString countText(int number, const char *noun);

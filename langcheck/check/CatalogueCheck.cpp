@@ -255,8 +255,7 @@ private:
                 {quotedAscii(key),
                  commented.isEmpty()
                      ? comment
-                     : QStringLiteral("write %1=%2, or ").arg(commented, line.value.toString())
-                         + comment,
+                     : withValues("write %1=%2, or ", {commented, line.value.toString()}) + comment,
                  QStringLiteral("LANG1_NAME")});
             rememberIntended(commented);
             return;
@@ -268,7 +267,7 @@ private:
                 {quotedAscii(key),
                  intended.isEmpty()
                      ? QStringLiteral("use DEFAULT or LANG<n>_ID, _NAME, _FOLDER or _SHOW")
-                     : QStringLiteral("write %1=%2").arg(intended, line.value.toString()),
+                     : withValues("write %1=%2", {intended, line.value.toString()}),
                  intended.isEmpty() ? QStringLiteral("LANG1_NAME") : intended});
         }
         rememberIntended(intended);

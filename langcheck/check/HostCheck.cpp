@@ -1,5 +1,6 @@
 #include "langcheck/check/HostCheck.h"
 
+#include "langcheck/Texts.h"
 #include "langcheck/check/HostFolder.h"
 #include "langcheck/check/PluginFolders.h"
 
@@ -35,7 +36,7 @@ QString familyName(CompilerFamily family)
 
 QString list(const QStringList &names)
 {
-    return names.join(QLatin1String(", "));
+    return names.join(QStringLiteral(", "));
 }
 
 bool usesDll(const Dll &dll, const QString &name)
@@ -374,8 +375,8 @@ private:
     {
         if (!m_reference || m_reference->dll.version.isNull())
             return QStringLiteral("the Qt that the host was built with");
-        return QStringLiteral("Qt %1 for %2")
-            .arg(m_reference->dll.version.toString(), familyName(m_family));
+        return withValues("Qt %1 for %2",
+                          {m_reference->dll.version.toString(), familyName(m_family)});
     }
 
     /// Returns what a file of Qt should be replaced with.

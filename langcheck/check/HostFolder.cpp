@@ -1,6 +1,7 @@
 #include "langcheck/check/HostFolder.h"
 
 #include "lang/OpenFile.h"
+#include "langcheck/Texts.h"
 
 #include <QDir>
 #include <QFile>
@@ -31,7 +32,7 @@ HostFile readFile(const QString &path, Dll (*reader)(QIODevice &))
 QString findIgnoringCase(const QString &folder, const QString &name)
 {
     QString path = folder;
-    const QStringList parts = name.split(QLatin1Char('/'));
+    const QStringList parts = partsOf(name, QLatin1Char('/'));
     for (const QString &part : parts) {
         const QString exact = path + QLatin1Char('/') + part;
         if (!QFileInfo::exists(exact)) {

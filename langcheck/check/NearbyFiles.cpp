@@ -1,6 +1,7 @@
 #include "langcheck/check/NearbyFiles.h"
 
 #include "lang/CTranslatorMgr.h"
+#include "langcheck/Texts.h"
 #include "langcheck/check/Guess.h"
 
 #include <QDir>
@@ -15,8 +16,8 @@ QString similarFile(const QString &folder, const QString &name)
 {
     const QFileInfo wanted(name);
     const QRegularExpression similar(
-        QStringLiteral("^%1([ _-].*)?\\.%2(\\.[a-z]+)?$")
-            .arg(QRegularExpression::escape(wanted.baseName()), wanted.suffix()),
+        withValues("^%1([ _-].*)?\\.%2(\\.[a-z]+)?$",
+                   {QRegularExpression::escape(wanted.baseName()), wanted.suffix()}),
         QRegularExpression::CaseInsensitiveOption);
     const QStringList files = QDir(folder).entryList(QDir::Files, QDir::Name);
     for (const QString &file : files) {
@@ -82,7 +83,8 @@ QString nearbyFolder(const QString &applicationDir, const QString &value, const 
                                     .entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden);
     QString path = plain(withoutQuotes(withoutComment(value)));
     path.replace(QLatin1Char('\\'), QLatin1Char('/'));
-    QStringList parts = path.split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    QStringList parts = partsOf(path, QLatin1Char('/'));
+    parts.removeAll(QString());
     parts.removeAll(kQmFileName);
     const QString name = parts.isEmpty() ? QString() : parts.last().trimmed();
     if (name.isEmpty())

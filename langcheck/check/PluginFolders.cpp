@@ -21,7 +21,9 @@ bool isAbsoluteOnWindows(const QString &path)
 bool setsPaths(const QSettings &conf)
 {
     const QStringList groups = conf.childGroups();
-    const auto has = [&groups](const char *name) { return groups.contains(QLatin1String(name)); };
+    const auto has = [&groups](const char *name) {
+        return groups.contains(QString::fromLatin1(name));
+    };
     return has("Paths") || !(has("DevicePaths") || has("EffectivePaths") || has("Platforms"));
 }
 

@@ -169,7 +169,7 @@ private:
         const bool isFound = QFileInfo::exists(lang.qmPath);
         if (finding.kind == FindingKind::FolderDots || finding.kind == FindingKind::FolderAbsolute
             || (finding.kind == FindingKind::FolderPercent && !isFound && folder != lang.folder))
-            finding.values[3] = QStringLiteral("write %1=%2").arg(key, folder);
+            finding.values[3] = withValues("write %1=%2", {key, folder});
         else if (finding.kind == FindingKind::QuotedValue
                  || finding.kind == FindingKind::CommentInValue)
             finding.values[2] = folder;
@@ -249,16 +249,16 @@ private:
                            "translation into it");
         QString remedy;
         if (near != near.trimmed()) {
-            remedy = QStringLiteral("rename the folder %1 to %2, without spaces")
-                         .arg(quoted(near), near.trimmed());
+            remedy = withValues("rename the folder %1 to %2, without spaces",
+                                {quoted(near), near.trimmed()});
         } else if (!near.isEmpty() && near != folder.value
                    && near.normalized(QString::NormalizationForm_C)
                        == folder.value.normalized(QString::NormalizationForm_C)) {
-            remedy = QStringLiteral("rename the folder on disk, whose letters are decomposed as on "
-                                    "a Mac (%1), best to an ASCII name, and write that after %2=")
-                         .arg(quotedAscii(near), key);
+            remedy = withValues("rename the folder on disk, whose letters are decomposed as on "
+                                "a Mac (%1), best to an ASCII name, and write that after %2=",
+                                {quotedAscii(near), key});
         } else if (!near.isEmpty()) {
-            remedy = QStringLiteral("write %1=%2").arg(key, near);
+            remedy = withValues("write %1=%2", {key, near});
         } else if (QFileInfo(path).isFile()) {
             remedy = QStringLiteral("rename the file with this name, and ") + create;
         } else if (QFileInfo(path + QLatin1String(".qm")).isFile()) {
@@ -267,9 +267,9 @@ private:
             const QString unused =
                 shortened(m_report.unusedFolders.join(QStringLiteral(", ")), 200);
             if (!unused.isEmpty())
-                remedy = QStringLiteral("write the name of an existing folder after %1=, such as "
-                                        "one that no language uses (%2)")
-                             .arg(key, unused);
+                remedy = withValues("write the name of an existing folder after %1=, such as "
+                                    "one that no language uses (%2)",
+                                    {key, unused});
             if (isFolderName(folder.value))
                 remedy += QLatin1String(remedy.isEmpty() ? "" : ", or ") + create;
             else if (remedy.isEmpty())
@@ -356,11 +356,11 @@ private:
         const QString name = m_report.relative(found);
         QString remedy = QStringLiteral("put the compiled translation there");
         if (found.endsWith(QLatin1String(".ts"))) {
-            remedy = QStringLiteral("compile it with \"lrelease %1 -qm %2\"")
-                         .arg(name, m_report.relative(path));
+            remedy = withValues("compile it with \"lrelease %1 -qm %2\"",
+                                {name, m_report.relative(path)});
         } else if (!found.isEmpty()) {
-            remedy = QStringLiteral("if it is the translation for this folder, rename %1 to %2")
-                         .arg(name, m_report.relative(path));
+            remedy = withValues("if it is the translation for this folder, rename %1 to %2",
+                                {name, m_report.relative(path)});
         }
         addTranslation(FindingKind::QmMissing, path,
                        {found.isEmpty() ? QString() : QStringLiteral(", but there is ") + name,
@@ -455,9 +455,9 @@ private:
         QStringList missing;
         for (int i = 0; i < texts.size(); ++i) {
             if (texts.at(i).isEmpty()) {
-                missing += QStringLiteral("\"%1\" in the context %2")
-                               .arg(QLatin1String(kSourceTexts[i].text),
-                                    QLatin1String(kSourceTexts[i].context));
+                missing += withValues(
+                    "\"%1\" in the context %2",
+                    {QLatin1String(kSourceTexts[i].text), QLatin1String(kSourceTexts[i].context)});
             }
         }
         if (missing.isEmpty())
@@ -524,8 +524,8 @@ private:
             for (const LangEntry &other : qAsConst(m_report.listed)) {
                 const QString otherCode = m_codes.value(other.qmPath);
                 if (isLanguageCode(otherCode) && QLocale(otherCode).language() == named) {
-                    remedy = QStringLiteral("write %1=%2")
-                                 .arg(languageKey(lang.id, "FOLDER"), other.folder);
+                    remedy =
+                        withValues("write %1=%2", {languageKey(lang.id, "FOLDER"), other.folder});
                     break;
                 }
             }
@@ -574,14 +574,18 @@ private:
             if (texts == english && isLanguageCode(folder)
                 && localeOf(folder).language() != QLocale::English) {
                 addFile(FindingKind::QmEnglish, lang, {folder, quoted(lang.name)});
-            } else if (!earlier.isEmpty()
-                       && QDir::cleanPath(earlier) != QDir::cleanPath(lang.qmPath)
+            } else if (!earlier.isEmpty() && !isSamePath(earlier, lang.qmPath)
                        && !isSameLanguage(folder, QFileInfo(earlier).dir().dirName())) {
                 addFile(FindingKind::SameTexts, lang,
                         {m_report.relative(earlier), quoted(lang.name)});
             }
             pathOfTexts.insert(texts, lang.qmPath);
         }
+    }
+
+    static bool isSamePath(const QString &one, const QString &other)
+    {
+        return QDir::cleanPath(one).compare(QDir::cleanPath(other), kFileNames) == 0;
     }
 
     static bool isSameLanguage(const QString &one, const QString &other)

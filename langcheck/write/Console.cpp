@@ -43,7 +43,7 @@ QVector<Row> summary(const Report &report)
         folder += QLatin1String(", ") + inOneLine(report.applicationDirReason, kLongestFinding);
     const QString catalogue = report.encoding.isEmpty()
         ? QStringLiteral("can't be opened")
-        : QStringLiteral("read as %1 because %2").arg(report.encoding, report.encodingReason);
+        : withValues("read as %1 because %2", {report.encoding, report.encodingReason});
     QStringList languages;
     for (int i = 0; i < report.listed.size(); ++i) {
         languages += QString::number(report.listed.at(i).id) + QLatin1Char(' ')
@@ -65,7 +65,7 @@ QVector<Row> summary(const Report &report)
         unused += QLatin1String("Lang/") + inOneLine(name);
     QStringList boxes;
     for (const Box &box : report.boxes) {
-        boxes += QStringLiteral("%1, \"%2\": ").arg(box.icon, inOneLine(box.title))
+        boxes += withValues("%1, \"%2\": ", {box.icon, inOneLine(box.title)})
             + inOneLine(box.text, kLongestFinding);
     }
     if (boxes.isEmpty())
@@ -137,7 +137,7 @@ QString fitting(const QString &text, int width)
 QStringList wrapped(const QString &text, int width)
 {
     QStringList lines {QString()};
-    const QStringList words = text.split(QLatin1Char(' '));
+    const QStringList words = partsOf(text, QLatin1Char(' '));
     for (QString word : words) {
         const QString sameLine =
             lines.last().isEmpty() ? word : lines.last() + QLatin1Char(' ') + word;
@@ -228,7 +228,7 @@ private:
     QString styled(const char *style, const QString &text) const
     {
         return m_colours && !text.isEmpty()
-            ? QStringLiteral("\x1B[%1m%2\x1B[0m").arg(QLatin1String(style), text)
+            ? withValues("\x1B[%1m%2\x1B[0m", {QLatin1String(style), text})
             : text;
     }
 

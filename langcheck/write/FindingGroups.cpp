@@ -1,6 +1,7 @@
 #include "langcheck/write/FindingGroups.h"
 
 #include "lang/CTranslatorMgr.h"
+#include "langcheck/Texts.h"
 
 #include <QHash>
 #include <QRegularExpression>
@@ -85,8 +86,8 @@ FindingGroups::FindingGroups(const Report &report)
         lines.insert(report.lineNumbers.at(i), report.lines.at(i));
     for (int i = 0; i < report.findings.size(); ++i) {
         const Finding &finding = report.findings.at(i);
-        const QString key = QStringLiteral("%1 %2 %3")
-                                .arg(finding.id(), severityName(finding.severity), finding.file);
+        const QString key =
+            withValues("%1 %2 %3", {finding.id(), severityName(finding.severity), finding.file});
         if (!groupOfKey.contains(key)) {
             groupOfKey.insert(key, groups.size());
             groups += FindingGroup();

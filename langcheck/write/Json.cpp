@@ -99,7 +99,7 @@ QString withoutLoneSurrogates(QString text)
         if (text.at(i).isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate())
             ++i;
         else if (text.at(i).isSurrogate())
-            text[i] = QChar(QChar::ReplacementCharacter);
+            text.replace(i, 1, QChar(QChar::ReplacementCharacter));
     }
     return text;
 }
@@ -108,7 +108,7 @@ QString withoutLoneSurrogates(QString text)
 QJsonValue strict(const QJsonValue &value)
 {
     if (value.isString())
-        return withoutLoneSurrogates(value.toString());
+        return withoutLoneSurrogates(value.toString(QString()));
     if (value.isArray()) {
         QJsonArray result;
         const QJsonArray array = value.toArray();
@@ -117,9 +117,10 @@ QJsonValue strict(const QJsonValue &value)
         return result;
     }
     if (value.isObject()) {
-        QJsonObject result = value.toObject();
-        for (auto it = result.begin(); it != result.end(); ++it)
-            it.value() = strict(it.value());
+        QJsonObject result;
+        const QJsonObject object = value.toObject();
+        for (auto it = object.constBegin(); it != object.constEnd(); ++it)
+            result.insert(it.key(), strict(it.value()));
         return result;
     }
     return value;

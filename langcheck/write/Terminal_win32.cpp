@@ -1,6 +1,7 @@
 #include "langcheck/write/Terminal.h"
 
-#include <QOperatingSystemVersion>
+#include <QString>
+#include <QSysInfo>
 
 #include <algorithm>
 
@@ -34,7 +35,8 @@ int terminalWidth(FILE *stream)
 /// Consoles of earlier versions, and Wine's, may accept the mode and yet show the sequences.
 bool understandsColours(FILE *stream)
 {
-    if (QOperatingSystemVersion::current() < QOperatingSystemVersion::Windows10)
+    const int windows10 = 10;
+    if (QSysInfo::kernelVersion().section(QLatin1Char('.'), 0, 0).toInt() < windows10)
         return false;
     const HANDLE console = consoleOf(stream);
     DWORD mode = 0;

@@ -34,10 +34,9 @@ QString findIgnoringCase(const QString &folder, const QString &name)
     QString path = folder;
     const QStringList parts = partsOf(name, QLatin1Char('/'));
     for (const QString &part : parts) {
-        const QString exact = path + QLatin1Char('/') + part;
-        if (!QFileInfo::exists(exact)) {
-            const QStringList entries =
-                QDir(path).entryList(QDir::AllEntries | QDir::Hidden | QDir::System);
+        const QStringList entries =
+            QDir(path).entryList(QDir::AllEntries | QDir::Hidden | QDir::System);
+        if (!entries.contains(part)) { // Where case doesn't matter, it may exist all the same.
             const auto it =
                 std::find_if(entries.begin(), entries.end(), [&part](const QString &entry) {
                     return entry.compare(part, Qt::CaseInsensitive) == 0;
@@ -46,7 +45,7 @@ QString findIgnoringCase(const QString &folder, const QString &name)
                 return {};
             path += QLatin1Char('/') + *it;
         } else {
-            path = exact;
+            path += QLatin1Char('/') + part;
         }
     }
     return path;

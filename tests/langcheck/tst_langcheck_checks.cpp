@@ -720,6 +720,10 @@ void tst_langcheck_checks::textsFitTheCatalogue_data()
     row("long value of two lines", good + "LANG3_SHOW=%1\r" + QByteArray(99, 'x'),
         {{"LANG3_SHOW isn't a number: \"%1 " + QByteArray(57, 'x') + "...\"; ", ""}, {"", ""}});
 
+    row("header", catalogueWith("[LANG_MGR]", "[LANGMGR]"),
+        {{"the section header is \"[LANGMGR]\" instead of [LANG_MGR]; the 7 lines below it are "
+          "ignored, and the operator's list is empty; ",
+          ""}});
     row("free number as an ID", good + "LANG2_ID=7",
         {{"",
           "write LANG2_ID=2 or, to give the language the number 7, rename its keys to LANG7_ID, "

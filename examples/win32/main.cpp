@@ -22,7 +22,8 @@ public:
     bool SetLanguage(std::uint8_t langId) override
     {
         std::printf("SetLanguage(%d)\n", langId);
-        // Here the host switches the machine. Then it stores the language for the next Init().
+        // Here the host switches the machine. Then it stores the language for the next Init(); if
+        // that fails, it switches back.
         const bool ok = m_languages.setDefaultLanguage(langId);
         if (!ok)
             std::fprintf(stderr, "%s\n", qPrintable(m_languages.errorString()));

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # build.sh PRESET [CMAKE-OPTION...]: installs missing packages and, for a Windows preset, builds or
-# fetches Qt if it is missing; then configures and builds the preset.
+# fetches Qt if it is missing; then configures and builds the preset. For another Qt, set
+# ZENDEL_QT_MINGW or ZENDEL_QT_MSVC to its folder.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 preset=${1:?Usage: build.sh PRESET [CMAKE-OPTION...]}
@@ -16,12 +17,12 @@ linux)
     export ZENDEL_AXE_CORE
     ;;
 msvc)
-    : "${ZENDEL_QT_MSVC:=$(toolchain/qt-msvc.sh)}"
+    [[ -n ${ZENDEL_QT_MSVC-} ]] || ZENDEL_QT_MSVC=$(toolchain/qt-msvc.sh)
     export ZENDEL_QT_MSVC
     toolchain/msvc-sysroot.sh > /dev/null
     ;;
 mingw)
-    ZENDEL_QT_MINGW=$(toolchain/qt-mingw.sh)
+    [[ -n ${ZENDEL_QT_MINGW-} ]] || ZENDEL_QT_MINGW=$(toolchain/qt-mingw.sh)
     export ZENDEL_QT_MINGW
     ;;
 esac

@@ -31,6 +31,14 @@ wine=/usr/lib/wine/wine64
     exit 1
 }
 
+# Wine is silent about a missing DLL, and exits with the low byte of STATUS_DLL_NOT_FOUND.
+explain() {
+    if (($1 == 53)); then
+        echo "${0##*/}: exit code 53: if the program printed nothing, Wine didn't find a DLL that" \
+            "it needs. For the WINEPATH of a test, see \"ctest --preset PRESET -N -V -R TEST\"." >&2
+    fi
+}
+
 if [[ ${1-} != --session ]]; then
     if [[ -n ${ZENDEL_WINE_SESSION-} ]]; then
         # Rarely, Wine exits at once, without a message and before it has started the program. Both
@@ -44,8 +52,10 @@ if [[ ${1-} != --session ]]; then
         rm -r "$folder"
         if [[ -n $silent ]] && ((status != 0 && ${EPOCHREALTIME//[.,]/} - started < 100000)); then
             echo "$1: exit code $status" >> "$WINEPREFIX.again"
-            exec "$wine" "$@"
+            status=0
+            "$wine" "$@" || status=$?
         fi
+        [[ -z $silent ]] || explain "$status"
         exit "$status"
     fi
     set -- --session "$wine" "$@"
@@ -106,4 +116,7 @@ if [[ -z ${ZENDEL_WINE_PLAIN-} ]]; then
     set_value 'HKCU\Software\Wine\Fonts\Replacements' Tahoma 'Noto Sans CJK SC'
 fi
 
-"$@"
+status=0
+"$@" || status=$?
+[[ $1 != "$wine" ]] || explain "$status"
+((status == 0)) || exit "$status"

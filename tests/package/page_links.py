@@ -11,7 +11,7 @@ import sys
 package = sys.argv[1] == "--package"
 root = pathlib.Path(sys.argv[-1])
 # Paths in a build, in a package or on a machine
-ELSEWHERE = re.compile(r"^(Lang|build|include|lib|packages|platforms|plugins|styles)/|[<>*~]")
+ELSEWHERE = re.compile(r"^(/|(Lang|build|include|lib|packages|platforms|plugins|styles)/)|[<>*~]")
 SOURCE = re.compile(r"\.(cmake|cpp|h|ini|md|py|sh)$")
 
 names = {path.name for path in root.rglob("*")

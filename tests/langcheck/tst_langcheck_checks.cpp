@@ -182,7 +182,7 @@ void tst_langcheck_checks::catalogueLines_data()
         good + "LANG3_NAME=x\nLANG3_SHOW=0\nLANG3_NAME=y\nLANG3_SHOW=0\n",
         "11 warning repeated-language");
     row("SHOW is a word", good + "LANG3_SHOW=yes\n", "9 error show-number");
-    row("SHOW is empty", good + "LANG3_SHOW=\n", "9 warning show-number");
+    row("SHOW is empty", good + "LANG3_SHOW=\n", "9 error show-number");
     row("SHOW is neither 0 nor 1", good + "LANG3_SHOW=2\n", "9 error show-other");
     row("number too long", good + "LANG99999999999_SHOW=0\n", "9 error number-too-long");
     row("ID differs", good + "LANG1_ID=7\n", "9 warning id-differs");
@@ -293,7 +293,9 @@ void tst_langcheck_checks::catalogueLines_data()
           "[Lang_Mgr]", "[LANG_MGR", "\xEF\xBC\xBBLANG_MGR\xEF\xBC\xBD"}) {
         row(header, kUtf8Bom + catalogueWith("[LANG_MGR]", header), "1 error header");
     }
-    row("keys of somebody else", good + "[HOST]\nPORT=5\n", nullptr);
+    row("keys of somebody else", good + "[HOST]\nPORT=5\nDEFAULT_FONT=Arial\nDEFAULT=Arial\n",
+        nullptr);
+    row("another program's file", "[HOST]\nPORT=5\n", "0 error catalogue-foreign");
     row("section with another header", good + "[Lang_Mgr]\nLANG3_SHOW=1\n", "9 error header");
     row("comments only", "; x\n# y\n", "0 error catalogue-empty");
     row("all keys in lower case", QByteArray(good).toLower().replace("[lang_mgr]", "[LANG_MGR]"),
@@ -326,7 +328,7 @@ void tst_langcheck_checks::catalogueLines_data()
     for (const char *const value : {"yes", "true", "1.0", "Ja", "\xEF\xBC\x91", "1\xE2\x80\x8B"})
         row(value, kUtf8Bom + good + "LANG3_SHOW=" + value, "9 error show-number");
     row("SHOW=no", good + "LANG3_SHOW=no", "9 warning show-number");
-    for (const char *const value : {"Two\t; 2", "Two; 2", "Two // 2"})
+    for (const char *const value : {"Two\t; 2", "Two; 2", "Two // 2", "Two;;;", "Two,"})
         row(value, name(value), "6 error comment-in-value");
     for (const char *const value : {"\xE2\x80\x9ETwo\xE2\x80\x9C", "\xE2\x80\x9CTwo\xE2\x80\x9D",
                                     "'Two'", "\xE2\x80\x98Two\xE2\x80\x99"}) {
@@ -591,6 +593,10 @@ void tst_langcheck_checks::languagesOfFilesAreCompared_data()
     row("with countries", {{"pt_BR", "pt_PT"}, {"pt_PT", "pt_BR"}}, "pt_BR");
     row("with hyphens", {{"pt-BR", "es_ES"}, {"es-ES", "pt_BR"}}, "pt-BR");
     row("in upper case", {{"ES", "pt_BR"}, {"PT", "es"}}, "ES");
+    row("the other Chinese alone", {{"cht", "zh_CN"}, {"de", "de"}}, "cht",
+        "the translation is for zh_CN, and not for cht; an operator who selects \"Language cht\" "
+        "probably sees texts in another language; replace it with the translation for cht, or, if "
+        "the texts are right, set language=\"zh_TW\" in the .ts file and compile it again");
     row("Chinese", {{"chs", "zh_CN"}, {"cht", "zh_TW"}, {"zh", "zh_CN"}}, "");
     row("other country", {{"pt", "pt_PT"}, {"es", "es_MX"}}, "");
     row("nobody's language", {{"es", "pt_BR"}, {"fr", "fr"}}, "");
@@ -612,7 +618,7 @@ void tst_langcheck_checks::languagesOfFilesAreCompared()
     const QList<Finding> findings = check().findings;
     for (const Finding &finding : findings) {
         QCOMPARE(finding.id(), QStringLiteral("qm-language"));
-        QCOMPARE(finding.severity, Finding::Warning);
+        QCOMPARE(finding.severity, Finding::Error);
         QVERIFY2(finding.text().endsWith(text), qPrintable(finding.text()));
         found += finding.file.section(QLatin1Char('/'), 1, 1);
     }

@@ -278,7 +278,9 @@ void tst_langcheck_command_line::terminalGroupsFindings()
     report.addFile(FindingKind::QmMissing, QStringLiteral("/host/Lang/de/Zendel.qm"),
                    {QString(), QStringLiteral("has empty texts"),
                     QStringLiteral("put the compiled translation there")});
-    report.addLine(FindingKind::NoLanguages, 0);
+    report.addLine(FindingKind::NoLanguages, 0,
+                   {QStringLiteral("no language has a name, a folder and SHOW=1"),
+                    QStringLiteral("write all three for at least one language")});
     report
         .addLine(FindingKind::QuotedValue, 8,
                  {QStringLiteral("LANG3_NAME"), QStringLiteral("\"\"\u4E2D\u6587\"\""),

@@ -13,6 +13,7 @@
 #include <QPair>
 #include <QRegularExpression>
 #include <QTest>
+#include <QTextCodec>
 #include <QTextStream>
 #include <QVector>
 
@@ -271,6 +272,15 @@ void tst_langcheck_checks::catalogueLines_data()
     row("invalid UTF-8 with a BOM", kUtf8Bom + name("\xE4 x"), "6 error undecodable");
 
     // What a power failure, another program or another format leaves
+    row("zero bytes in the middle of a key",
+        good.left(good.indexOf("LANG2_FOLDER") + 9) + QByteArray(60, '\0'), "0 error zero-tail");
+    const QByteArray utf32 =
+        QTextCodec::codecForName("UTF-32LE")
+            ->fromUnicode(QChar(QChar::ByteOrderMark) + QString::fromLatin1(good));
+    row("UTF-32",
+        utf32.startsWith(QByteArray("\xFF\xFE\0\0", 4)) ? utf32
+                                                        : QByteArray("\xFF\xFE\0\0", 4) + utf32,
+        nullptr);
     row("zero bytes at the end", good + QByteArray(60, '\0'), "0 warning zero-tail");
     row("zero bytes in the last line", good.chopped(1) + QByteArray(60, '\0'), "0 error zero-tail");
     row("zero bytes at the end of UTF-16", utf16(good) + QByteArray(60, '\0'),
@@ -324,11 +334,16 @@ void tst_langcheck_checks::catalogueLines_data()
     row("two names with lost letters", name("??").replace("=One", "=??"),
         "3 error lost-letters\nLang/Lang.ini:6 error lost-letters");
 
+    row("lost language", QByteArray(good).replace("LANG2", "> LANG2"),
+        "6 error unknown-key\nLang/Lang.ini:7 warning unknown-key\n"
+        "Lang/Lang.ini:8 warning unknown-key");
+    row("incomplete language with a number too long", good + "LANG99999999999_SHOW=1\n",
+        "9 error number-too-long");
     // Values
     for (const char *const value : {"yes", "true", "1.0", "Ja", "\xEF\xBC\x91", "1\xE2\x80\x8B"})
         row(value, kUtf8Bom + good + "LANG3_SHOW=" + value, "9 error show-number");
     row("SHOW=no", good + "LANG3_SHOW=no", "9 warning show-number");
-    for (const char *const value : {"Two\t; 2", "Two; 2", "Two // 2", "Two;;;", "Two,"})
+    for (const char *const value : {"Two\t; 2", "Two\t;2", "Two; 2", "Two // 2", "Two;;;", "Two,"})
         row(value, name(value), "6 error comment-in-value");
     for (const char *const value : {"\xE2\x80\x9ETwo\xE2\x80\x9C", "\xE2\x80\x9CTwo\xE2\x80\x9D",
                                     "'Two'", "\xE2\x80\x98Two\xE2\x80\x99"}) {

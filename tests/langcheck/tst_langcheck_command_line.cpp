@@ -370,7 +370,7 @@ void tst_langcheck_command_line::terminalBreaksLongWords()
     language.id = 1;
     language.name = QString(20, QChar(0x4E2D));
     report.listed = {language};
-    report.addLine(FindingKind::NoLanguages, 2).quote = QString(60, QLatin1Char('q'));
+    report.addLine(FindingKind::CatalogueForeign, 2).quote = QString(60, QLatin1Char('q'));
     const QString text = toTerminalText(report, 40, false);
     QVERIFY2(text.startsWith(QStringLiteral("Folder:       /xxxxxxxxxxxxxxxxxxxxxxxxx\n"
                                             "              xxxxxxxxxxxxxxxxxxxxxxxxx\n")),

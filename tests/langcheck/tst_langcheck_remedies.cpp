@@ -477,6 +477,13 @@ void tst_langcheck_remedies::remedyRepairs_data()
         "into it",
         translation("klingon", "second"));
 #ifndef Q_OS_WIN
+    row("folder-missing", "decomposed letter",
+        both(catalogue(kUtf8Bom + catalogueWith("=second", "=se\u00E7")),
+             move("second", "sec\u0327")),
+        "Lang.ini:7",
+        "rename the folder on disk, whose letters are decomposed as on a Mac (\"sec\u0327\" (with "
+        "U+0327)), best to an ASCII name, and write that after LANG2_FOLDER=",
+        both(move("sec\u0327", "sec"), line(7, "LANG2_FOLDER=sec")));
     row("folder-missing", "space on disk", move("second", "second "), "Lang.ini:7",
         "rename the folder \"second \" to second, without spaces", move("second ", "second"));
 #endif

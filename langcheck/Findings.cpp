@@ -41,6 +41,12 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      Finding::Error,
      {"the file isn't text: %1", "the operator's list is empty", "%2"},
      kNone},
+    {Kind::CatalogueForeign,
+     "catalogue-foreign",
+     Finding::Error,
+     {"the file has no key of a language", "the operator's list is empty",
+      "replace it with the catalogue, because it is probably another program's"},
+     kNone},
     {Kind::ZeroTail,
      "zero-tail",
      Finding::Warning,
@@ -151,6 +157,12 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
       "it is ignored", "move it below [LANG_MGR]%2"},
      {"%0, with keys of the catalogue, are %1 and so outside the section [LANG_MGR]",
       "they are ignored", "move them below [LANG_MGR]%2"}},
+    {Kind::TwoKeys,
+     "two-keys",
+     Finding::Error,
+     {"the line contains a second key: %1", "it is part of the value",
+      "write %1 on a line of its own"},
+     kNone},
     {Kind::NoKey,
      "no-key",
      Finding::Warning,
@@ -197,13 +209,14 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "number-above-255",
      Finding::Error,
      {"the language number %1 is above 255", "the machine is asked for language %2 instead",
-      "use a number up to 255 in all keys of the language%3"},
+      "use a number up to 255 in all keys of the language%3, and in DEFAULT if it is the default"},
      kNone},
     {Kind::SameMachineNumber,
      "same-machine-number",
      Finding::Error,
      {"the language numbers %1 and %2 have the same low 8 bits",
-      "the machine is asked for language %3 in both cases", "use numbers up to 255"},
+      "the machine is asked for language %3 in both cases",
+      "use numbers up to 255 in the keys of both languages, and in DEFAULT"},
      kNone},
     {Kind::IdDiffers,
      "id-differs",
@@ -212,7 +225,11 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
       "the value is never read, because the number in the keys determines the place in the list, "
       "what DEFAULT means and what the machine receives",
       "%3"},
-     kNone},
+     {"the IDs on %0 aren't the numbers in their keys",
+      "the IDs are never read, because the number in the keys determines the place in the list, "
+      "what DEFAULT means and what the machine receives",
+      "find out which numbers the control software uses; write those in the keys, the IDs and "
+      "DEFAULT"}},
 
     // Names and folders
     {Kind::QuotedValue,
@@ -225,7 +242,8 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      Finding::Warning,
      {"%1 has a comment after its value: %2", "the comment is part of the value",
       "write %1=%3, and the comment on a line of its own"},
-     kNone},
+     {"the values on %0 have semicolons or comments after them", "they are part of the values",
+      "delete them, or write them on lines of their own"}},
     {Kind::LostLetters,
      "lost-letters",
      Finding::Warning,
@@ -256,6 +274,12 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      Finding::Warning,
      {"%1 mixes Latin letters with others that look the same: %2",
       "the name is sorted, found and compared as another one", "type the name again in one script"},
+     kNone},
+    {Kind::NameScript,
+     "name-script",
+     Finding::Error,
+     {"%1 has no letter of %2, the language of the translation: %3",
+      "the operator probably sees letters that were read in a wrong encoding", "write %1=%4"},
      kNone},
     {Kind::NameInvisible,
      "name-invisible",
@@ -332,8 +356,7 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
     {Kind::NoLanguages,
      "no-languages",
      Finding::Error,
-     {"no language has a name, a folder and SHOW=1", "the operator's list is empty",
-      "write all three for at least one language"},
+     {"%1", "the operator's list is empty", "%2"},
      kNone},
     {Kind::DefaultMissing,
      "default-missing",
@@ -348,7 +371,8 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
     {Kind::DefaultUnknown,
      "default-unknown",
      Finding::Error,
-     {"the default language, %1, isn't in the catalogue", "%2", "write DEFAULT=%3"},
+     {"the default language, %1, isn't in the catalogue", "%2",
+      "write DEFAULT=%3, or add language %1"},
      kNone},
     {Kind::DefaultHidden,
      "default-hidden",
@@ -409,20 +433,21 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      kNone},
     {Kind::QmLanguage,
      "qm-language",
-     Finding::Warning,
-     {"the translation is for %1, the language of the folder %2, and not for %3",
+     Finding::Error,
+     {"the translation is for %1%2, and not for %3",
       "an operator who selects %4 probably sees texts in another language",
       "%5, or, if the texts are right, set language=\"%6\" in the .ts file and compile it again"},
      kNone},
     {Kind::NameLanguage,
      "name-language",
-     Finding::Warning,
+     Finding::Error,
      {"%1 is a name for %2, but the translation in the folder is for %3",
-      "an operator who selects it probably sees texts in another language", "%4"},
+      "an operator who selects it probably sees texts in another language",
+      "write %4, whichever fits number %5 in the control software"},
      kNone},
     {Kind::QmEnglish,
      "qm-english",
-     Finding::Warning,
+     Finding::Error,
      {"the texts in the folder %1 are the English ones",
       "an operator who selects %2 probably sees texts in another language",
       "replace the file with the translation for %1"},
@@ -431,8 +456,8 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "same-texts",
      Finding::Warning,
      {"all texts are the same as in %1",
-      "an operator who selects %2 probably sees texts in another language",
-      "replace one of the two files with the right translation"},
+      "an operator who selects one of the two languages probably sees texts in another one",
+      "replace the wrong one of the two files with the right translation"},
      kNone},
     {Kind::TextMissing,
      "text-missing",
@@ -464,11 +489,9 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      kNone},
     {Kind::TextGarbled,
      "text-garbled",
-     Finding::Warning,
-     {"the text \"%1\" in the context %2 is translated as %3, with letters that were lost or read "
-      "in a wrong encoding",
-      "the operator sees wrong letters",
-      "type the text again in the .ts file, save it as UTF-8, and compile it"},
+     Finding::Error,
+     {"%1 with letters that were lost or read in a wrong encoding",
+      "the operator sees wrong letters", "%2"},
      kNone},
     {Kind::TextClipped,
      "text-clipped",
@@ -636,7 +659,7 @@ bool isMerged(const Finding &finding, int count)
     if (!description(finding.kind).many.problem || finding.line == 0)
         return false;
     if (finding.kind == FindingKind::UnknownKey && groupOf(finding) == finding.id())
-        return count > 5;
+        return count > 3;
     return count >= 3 || (count == 2 && finding.kind < FindingKind::CarriageReturn);
 }
 
@@ -649,6 +672,8 @@ void merge(Finding &first, const Finding &other)
         if (!first.languages.contains(language))
             first.languages += language;
     }
+    if (first.kind == FindingKind::RepeatedKey && other.values.at(2) != other.values.at(4))
+        first.consequences += withValues("%1 changes from %3 to %5", other.values);
     if (first.kind == FindingKind::GarbledName && first.values.at(kWritten).size() < kMostWritten)
         first.values[kWritten] += QLatin1String(", ") + other.values.at(kWritten);
     first.consequences += other.consequences;

@@ -49,23 +49,6 @@ QByteArray toWindows1252(const QString &name)
     return bytes;
 }
 
-/// Returns the text if the bytes are at least two characters in GB2312 and no letters.
-QString decodedGb2312(const QByteArray &bytes)
-{
-    int count = 0;
-    for (int i = 0; i < bytes.size(); ++i) {
-        if (isAscii(bytes.at(i)) && !std::isalpha(bytes.at(i)))
-            continue;
-        // Names that are really in Western letters have ASCII ones, too.
-        if (!isHalfOfGb2312(bytes.at(i)) || i + 1 == bytes.size()
-            || !isHalfOfGb2312(bytes.at(i + 1)))
-            return {};
-        ++count;
-        ++i;
-    }
-    return count > 1 ? QTextCodec::codecForName("GB2312")->toUnicode(bytes) : QString();
-}
-
 /// The result of decoding a line, without its line end, as GB2312.
 struct Decoding
 {
@@ -169,9 +152,6 @@ Misread misread(const QString &name)
     const QString utf8 = decodedUtf8(bytes);
     if (!utf8.isEmpty())
         return {utf8, "UTF-8 that was read as Windows-1252 or Latin-1"};
-    const QString chinese = decodedGb2312(bytes);
-    if (!chinese.isEmpty())
-        return {chinese, "GB2312 that was read as Windows-1252 or Latin-1"};
     const QTextCodec *const gbk = QTextCodec::codecForName("GB18030");
     if (gbk && gbk->canEncode(name)) {
         const QString western = decodedUtf8(gbk->fromUnicode(name));

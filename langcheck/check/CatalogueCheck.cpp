@@ -33,6 +33,13 @@ bool isNumber(const QStringRef &value)
     return ok;
 }
 
+/// Returns true if the text has controls of Latin-1, which are parts of letters in other encodings.
+bool hasControls(const QString &text)
+{
+    return std::any_of(text.begin(), text.end(),
+                       [](QChar c) { return c.unicode() >= 0x80 && c.unicode() < 0xA0; });
+}
+
 /// Returns the index of the first surrogate without its other half; -1 if there is none.
 int indexOfHalfCharacter(const QString &text)
 {
@@ -283,6 +290,7 @@ private:
     void checkLanguageKey(const LangLine &line)
     {
         LanguageLines &language = m_lines.languages[line.langId];
+        checkSecondKey(line);
         if (!isNumber(line.key.mid(4, line.key.indexOf(QLatin1Char('_')) - 4))) {
             language.tooLong = true;
             add(FindingKind::NumberTooLong, {line.key.toString()});
@@ -306,8 +314,24 @@ private:
         }
     }
 
+    /// Finds a key within the value, after a line end was lost.
+    void checkSecondKey(const LangLine &line)
+    {
+        static const QRegularExpression key(
+            QStringLiteral("(^|\\s)((LANG[0-9]+_(ID|NAME|FOLDER|SHOW)|DEFAULT)\\s*=.*)$"));
+        const QRegularExpressionMatch match = key.match(line.value.toString());
+        if (!match.hasMatch())
+            return;
+        add(FindingKind::TwoKeys, {shortened(match.captured(2), kQuoteLength)});
+        rememberIntended(match.captured(3));
+        rememberIntended(line.key.toString());
+    }
+
     void checkShow(const LangLine &line)
     {
+        if (m_lines.findings.contains(line.key.toString()) && !m_report.findings.isEmpty()
+            && m_report.findings.last().kind == FindingKind::TwoKeys)
+            return;
         const QString value = line.value.toString();
         if (isNumber(line.value)) {
             if (value.toInt() != 0 && value.toInt() != 1) {
@@ -316,14 +340,16 @@ private:
             }
             return;
         }
-        static const QStringList no {QString(), QStringLiteral("no"), QStringLiteral("false"),
+        static const QStringList no {QStringLiteral("no"), QStringLiteral("false"),
                                      QStringLiteral("off"), QStringLiteral("nein")};
         const QString meant = plain(withoutQuotes(withoutComment(value)));
         bool isDecimal = false;
         const bool isZero = meant.toDouble(&isDecimal) == 0 && isDecimal;
         const bool isHidden = isZero || no.contains(meant, Qt::CaseInsensitive);
         add(FindingKind::ShowNumber,
-            {line.key.toString(), quotedAscii(value), QLatin1String(isHidden ? "0" : "1")});
+            {line.key.toString(), quotedAscii(value),
+             value.isEmpty() ? withValues("1 to show it, or %1=0 to hide it", {line.key.toString()})
+                             : QString::fromLatin1(isHidden ? "0" : "1")});
         rememberIntended(line.key.toString());
         if (isHidden && !m_isReported) // As it was meant
             m_report.findings.last().severity = Finding::Warning;
@@ -377,7 +403,7 @@ private:
         } else if (withoutInvisible(name) != name) {
             const QString visible = withoutInvisible(name);
             addText(FindingKind::NameInvisible, line,
-                    visible.isEmpty() ? QStringLiteral("<name>") : visible);
+                    visible.isEmpty() || hasControls(name) ? QStringLiteral("<name>") : visible);
         }
     }
 

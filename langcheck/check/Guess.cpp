@@ -138,7 +138,8 @@ QString withoutComment(const QString &value)
                 end = std::min(end, i);
         }
     }
-    return value.left(end).trimmed();
+    static const QRegularExpression tail(QStringLiteral("[;,\\s]+$")); // From a spreadsheet
+    return value.left(end).remove(tail).trimmed();
 }
 
 int intendedNumber(const QString &value)

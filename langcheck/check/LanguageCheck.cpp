@@ -45,7 +45,7 @@ public:
         checkNumbers();
         checkNames();
         if (m_report.listed.isEmpty() && m_report.count(Finding::Error) == 0 && !explainEmptyList())
-            m_report.addLine(FindingKind::NoLanguages, 0);
+            addNoLanguages();
     }
 
 private:
@@ -63,6 +63,23 @@ private:
         it->consequences += QStringLiteral("the operator's list is empty");
         it->severity = Finding::Error;
         return true;
+    }
+
+    void addNoLanguages()
+    {
+        const auto isComplete = [](const HiddenLanguage &language) {
+            return !language.name.isEmpty() && !language.folder.isEmpty();
+        };
+        if (std::any_of(m_report.hidden.cbegin(), m_report.hidden.cend(), isComplete)) {
+            m_report.addLine(FindingKind::NoLanguages, 0,
+                             {QStringLiteral("all languages are hidden"),
+                              QStringLiteral("write SHOW=1 for each language that is to be "
+                                             "offered, and its number after DEFAULT=")});
+        } else {
+            m_report.addLine(FindingKind::NoLanguages, 0,
+                             {QStringLiteral("no language has a name, a folder and SHOW=1"),
+                              QStringLiteral("write all three for at least one language")});
+        }
     }
 
     void listHidden()
@@ -84,7 +101,8 @@ private:
         for (auto it = m_lines.findings.cbegin(); it != m_lines.findings.cend(); ++it) {
             const QRegularExpressionMatch match = key.match(it.key());
             const int number = match.captured(1).toInt();
-            if (match.hasMatch() && !m_lines.languages.contains(number))
+            const bool isRead = !it.key().endsWith(QLatin1String("_ID"));
+            if (match.hasMatch() && isRead && !m_lines.languages.contains(number))
                 lost.insert(number, std::min(it.value(), lost.value(number, it.value())));
         }
         for (auto it = lost.cbegin(); it != lost.cend(); ++it) {

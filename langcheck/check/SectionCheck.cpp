@@ -26,8 +26,10 @@ void SectionCheck::add(const QString &text, int line, bool isHeader, bool inside
     } else if (!inside) {
         Section &section = m_sections.last();
         ++section.ignored;
-        if (section.keys.size() < kMost && m_key.match(plain(text)).hasMatch())
+        if (section.keys.size() < kMost && m_anyKey.match(plain(text)).hasMatch())
             section.keys += line;
+        if (section.exactKeys.size() < kMost && m_key.match(text).hasMatch())
+            section.exactKeys += line;
     }
 }
 
@@ -77,7 +79,9 @@ void SectionCheck::finish(Report &report, bool hasSection) const
         if (!hasSection && !only)
             continue;
         const bool bom = section.header.startsWith(QChar(QChar::ByteOrderMark));
-        if (section.line == 0 && only) {
+        if (only && section.keys.isEmpty() && !section.resembles) {
+            report.addLine(FindingKind::CatalogueForeign, 0);
+        } else if (section.line == 0 && only) {
             const int line = section.keys.value(0, 1);
             report.addLine(FindingKind::NoSection, line, {QString::number(line)});
         } else if (section.line > 0 && bom) {
@@ -90,15 +94,15 @@ void SectionCheck::finish(Report &report, bool hasSection) const
                                {quotedAscii(section.header), costs(section, hasSection)});
             if (!section.keys.isEmpty() || !hasSection)
                 finding.severity = Finding::Error;
-        } else if (!section.keys.isEmpty()) {
+        } else if (!section.exactKeys.isEmpty()) {
             const QString header = quotedAscii(section.header);
             Finding &finding = report.addLine(
-                FindingKind::OutsideSection, section.keys.first(),
+                FindingKind::OutsideSection, section.exactKeys.first(),
                 section.line == 0
                     ? QStringList {QStringLiteral("before the first section header"), QString()}
                     : QStringList {QStringLiteral("below ") + header,
                                    QStringLiteral(" and above ") + header});
-            finding.lines = section.keys;
+            finding.lines = section.exactKeys;
             finding.severity = Finding::Error;
         }
     }

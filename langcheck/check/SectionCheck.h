@@ -24,8 +24,9 @@ private:
     {
         QString header; ///< Empty before the first.
         int line = 0;
-        int ignored = 0;   ///< The number of lines below it, apart from comments
-        QVector<int> keys; ///< The lines among them that have keys of the catalogue
+        int ignored = 0;        ///< The number of lines below it, apart from comments
+        QVector<int> keys;      ///< The lines among them that resemble keys of the catalogue
+        QVector<int> exactKeys; ///< Those that are keys of languages
         bool resembles = false;
     };
 
@@ -33,7 +34,8 @@ private:
     static QString costs(const Section &section, bool hasSection);
 
     QVector<Section> m_sections {Section()};
-    QRegularExpression m_key {QLatin1String("^(DEFAULT|LANG[0-9]+_)"),
-                              QRegularExpression::CaseInsensitiveOption};
+    QRegularExpression m_anyKey {QLatin1String("^(DEFAULT|LANG[0-9]+_)"),
+                                 QRegularExpression::CaseInsensitiveOption};
+    QRegularExpression m_key {QLatin1String("^LANG[0-9]+_(ID|NAME|FOLDER|SHOW)\\s*=")};
     bool m_isEmpty = true;
 };

@@ -67,6 +67,17 @@ QLocale localeOf(const QString &folder)
     return QLocale(folder);
 }
 
+/// Returns the name of the language in itself, without that of a country.
+QString nativeName(const QLocale &locale)
+{
+    const QString name = locale.nativeLanguageName();
+    if (locale.language() == QLocale::English)
+        return QStringLiteral("English");
+    const QString first = name.section(QLatin1Char(' '), 0, 0);
+    const QString result = locale.language() == QLocale::Spanish ? first : name;
+    return result.left(1).toUpper() + result.mid(1);
+}
+
 /// Returns the code to be set in the .ts file of a folder's translation.
 QString codeOf(const QString &folder)
 {
@@ -137,6 +148,7 @@ public:
         const bool isElsewhere = isCopied && !QFileInfo::exists(fallback());
         if (!m_checked.contains(fallback()) && !isElsewhere)
             checkTranslation(fallback());
+        checkSameFolders();
         checkLanguages();
         checkNames();
         checkSameTexts();
@@ -177,23 +189,9 @@ private:
 
     void checkFolders()
     {
-        QHash<QString, int> idOfPath;
         for (const LangEntry &lang : qAsConst(m_report.listed)) {
             completeRemedy(lang);
             const int line = m_lines.languages.value(lang.id).folder.line;
-            QString path = QDir::cleanPath(QDir::fromNativeSeparators(lang.qmPath));
-            if (kFileNames == Qt::CaseInsensitive)
-                path = path.toCaseFolded();
-            if (idOfPath.contains(path)) {
-                const int other = idOfPath.value(path);
-                addLine(FindingKind::SameFolder, line, lang.id,
-                        {languageKey(lang.id, "FOLDER"), QString::number(other),
-                         quoted(lang.folder),
-                         QString::number(other == m_report.defaultLangId ? lang.id : other)})
-                    .languages += other;
-            }
-            idOfPath.insert(path, lang.id);
-
             const QString onDisk = nameOnDisk(lang.folder);
             if (!onDisk.isEmpty() && onDisk != lang.folder) {
                 Finding &finding =
@@ -207,12 +205,51 @@ private:
         }
     }
 
+    void checkSameFolders()
+    {
+        QHash<QString, const LangEntry *> earlier;
+        for (const LangEntry &lang : qAsConst(m_report.listed)) {
+            QString path = QDir::cleanPath(QDir::fromNativeSeparators(lang.qmPath));
+            if (kFileNames == Qt::CaseInsensitive)
+                path = path.toCaseFolded();
+            if (const LangEntry *const other = earlier.value(path))
+                addSameFolder(*other, lang);
+            earlier.insert(path, &lang);
+        }
+    }
+
+    /// Reports the language whose folder is wrong, as far as names show that.
+    void addSameFolder(const LangEntry &earlier, const LangEntry &later)
+    {
+        const bool isEarlierWrong = hasWrongName(earlier) && !hasWrongName(later);
+        const LangEntry &wrong = isEarlierWrong ? earlier : later;
+        const LangEntry &right = isEarlierWrong ? later : earlier;
+        m_reportedNames += wrong.id;
+        const LangEntry &hidden = wrong.id == m_report.defaultLangId ? right : wrong;
+        addLine(FindingKind::SameFolder, m_lines.languages.value(wrong.id).folder.line, wrong.id,
+                {languageKey(wrong.id, "FOLDER"), QString::number(right.id), quoted(wrong.folder),
+                 QString::number(hidden.id)})
+            .languages += right.id;
+    }
+
+    /// Returns true if the name is that of a language for which the translation isn't.
+    bool hasWrongName(const LangEntry &lang) const
+    {
+        const QString code = m_codes.value(lang.qmPath);
+        const QLocale::Language named = languageNamed(lang.name);
+        const QLocale::Language own = QLocale(code).language();
+        const bool isCantonese = named == QLocale::Cantonese && own == QLocale::Chinese;
+        return named != QLocale::C && isLanguageCode(code) && own != named && !isCantonese;
+    }
+
     void checkOnce(const QString &path, int langId)
     {
         if (m_checked.contains(path))
             return;
         m_checked.insert(path);
         const CatalogueKey folder = m_lines.languages.value(langId).folder;
+        if (folder.value.isEmpty()) // Reported as incomplete
+            return;
         const QString folderPath = m_report.applicationDir + QLatin1String("/Lang/") + folder.value;
         const bool isPlain = path == folderPath + QLatin1Char('/') + kQmFileName;
         if (QFileInfo::exists(path)) {
@@ -379,13 +416,26 @@ private:
         }
         m_codes.insert(path, language);
         m_texts.insert(path, texts);
+        const QLocale locale(language);
+        if (std::all_of(texts.begin(), texts.end(),
+                        [&locale](const QString &text) { return lacksScript(text, locale); })) {
+            addTranslation(FindingKind::TextGarbled, path,
+                           {withValues("all texts are without a letter of %1, the language of the "
+                                       "translation, but",
+                                       {QLocale::languageToString(locale.language())}),
+                            QStringLiteral("replace the file with a translation whose .ts file "
+                                           "was read and saved as UTF-8")});
+            return;
+        }
         for (int i = 0; i < texts.size(); ++i)
             checkText(path, kSourceTexts[i], texts.at(i));
         addMissingTexts(path, texts);
         const DlgSettings dialog;
         const QVector<ShownText> clipped = clippedTexts(dialog);
         for (const ShownText &text : clipped) {
-            if (!isShownAsHtml(text.source) || !Qt::mightBeRichText(text.text))
+            const bool isHtml = isShownAsHtml(text.source) && Qt::mightBeRichText(text.text);
+            const bool isGarbled = isLost(text.text) || !misread(text.text).original.isEmpty();
+            if (!isHtml && !isGarbled)
                 addClipped(path, text, "the dialog");
         }
         checkTitle(path, dialog, kSourceTexts[kSuccess], texts.at(kSuccess), true);
@@ -432,7 +482,11 @@ private:
         } else if (isShownAsHtml(source) && Qt::mightBeRichText(text)) {
             addTranslation(FindingKind::TextHtml, path, values);
         } else if (!misread(text).original.isEmpty() || isLost(text)) {
-            addTranslation(FindingKind::TextGarbled, path, values);
+            addTranslation(
+                FindingKind::TextGarbled, path,
+                {withValues("the text \"%1\" in the context %2 is translated as %3,", values),
+                 QStringLiteral("type the text again in the .ts file, save it as UTF-8, "
+                                "and compile it")});
         } else if (isShownWithMnemonic(source)) {
             static const QRegularExpression vanishing(QStringLiteral("(?<!&)(&&)*&([ ]|$)"));
             const QRegularExpressionMatch match = vanishing.match(text);
@@ -496,8 +550,14 @@ private:
             const auto other = std::find_if(
                 m_report.listed.constBegin(), m_report.listed.constEnd(),
                 [&code](const LangEntry &one) { return isNamedFor(folderName(one), code); });
-            if (other == m_report.listed.constEnd())
+            const bool isOtherChinese = QLocale(code).language() == QLocale::Chinese
+                && localeOf(folder).language() == QLocale::Chinese;
+            if (other == m_report.listed.constEnd()) {
+                if (isOtherChinese)
+                    addQmLanguage(lang, code, {},
+                                  withValues("replace it with the translation for %1", {folder}));
                 continue;
+            }
             const QString otherFile = m_report.relative(other->qmPath);
             QString remedy = QStringLiteral("replace it with the translation for %1").arg(folder);
             if (isNamedFor(folder, m_codes.value(other->qmPath))) {
@@ -505,36 +565,70 @@ private:
                 remedy = QStringLiteral("swap it with ") + otherFile
                     + QStringLiteral(", which is for ") + m_codes.value(other->qmPath);
             }
-            m_reportedLanguages += lang.qmPath;
-            addFile(FindingKind::QmLanguage, lang,
-                    {code, folderName(*other), folder, quoted(lang.name), remedy, codeOf(folder)});
+            addQmLanguage(lang, code,
+                          withValues(", the language of the folder %1", {folderName(*other)}),
+                          remedy);
         }
+    }
+
+    void addQmLanguage(const LangEntry &lang, const QString &code, const QString &other,
+                       const QString &remedy)
+    {
+        m_reportedLanguages += lang.qmPath;
+        const QString folder = folderName(lang);
+        addFile(FindingKind::QmLanguage, lang,
+                {code, other, folder, quoted(lang.name), remedy, codeOf(folder)});
     }
 
     /// Finds names of languages with the translation for another one.
     void checkNames()
     {
         for (const LangEntry &lang : qAsConst(m_report.listed)) {
-            const QString code = m_codes.value(lang.qmPath);
-            const QLocale::Language named = languageNamed(lang.name);
-            if (named == QLocale::C || !isLanguageCode(code) || QLocale(code).language() == named
-                || m_reportedLanguages.contains(lang.qmPath))
+            const QLocale own(m_codes.value(lang.qmPath));
+            const int line = m_lines.languages.value(lang.id).name.line;
+            const QString key = languageKey(lang.id, "NAME");
+            if (m_reportedLanguages.contains(lang.qmPath) || m_reportedNames.contains(lang.id))
                 continue;
-            QString remedy = QStringLiteral("correct the name or the folder");
-            for (const LangEntry &other : qAsConst(m_report.listed)) {
-                const QString otherCode = m_codes.value(other.qmPath);
-                if (isLanguageCode(otherCode) && QLocale(otherCode).language() == named) {
-                    remedy =
-                        withValues("write %1=%2", {languageKey(lang.id, "FOLDER"), other.folder});
-                    break;
+            if (hasWrongName(lang)) {
+                const QLocale::Language named = languageNamed(lang.name);
+                QString remedy = withValues("%1=%2", {key, nativeName(own)});
+                for (const LangEntry &other : qAsConst(m_report.listed)) {
+                    const QString code = m_codes.value(other.qmPath);
+                    if (isLanguageCode(code) && QLocale(code).language() == named) {
+                        remedy +=
+                            withValues(" or %1=%2", {languageKey(lang.id, "FOLDER"), other.folder});
+                        break;
+                    }
                 }
+                addLine(FindingKind::NameLanguage, line, lang.id,
+                        {quoted(lang.name), QLocale::languageToString(named),
+                         QLocale::languageToString(own.language()), remedy,
+                         QString::number(lang.id)});
+                m_reportedLanguages += lang.qmPath;
+            } else if (lacksScript(lang.name, own) && !m_lines.findings.contains(key)) {
+                addLine(FindingKind::NameScript, line, lang.id,
+                        {key, QLocale::languageToString(own.language()), quoted(lang.name),
+                         nativeName(own)});
             }
-            const QLocale::Language language = QLocale(code).language();
-            addLine(FindingKind::NameLanguage, m_lines.languages.value(lang.id).name.line, lang.id,
-                    {quoted(lang.name), QLocale::languageToString(named),
-                     QLocale::languageToString(language), remedy});
-            m_reportedLanguages += lang.qmPath;
         }
+    }
+
+    /// Returns true if the text has letters that aren't ASCII, but none of the language's script,
+    /// which isn't Latin.
+    static bool lacksScript(const QString &text, const QLocale &language)
+    {
+        if (language.language() == QLocale::C || language.script() == QLocale::LatinScript)
+            return false;
+        bool hasOther = false;
+        for (const QChar c : text) {
+            const bool isWestern = c.script() == QChar::Script_Latin
+                || c.script() == QChar::Script_Common || c.script() == QChar::Script_Unknown
+                || c.script() == QChar::Script_Inherited;
+            if (!isWestern)
+                return false;
+            hasOther = hasOther || c.unicode() >= 0x80;
+        }
+        return hasOther;
     }
 
     /// Returns the language that has this name in itself or in English; C if none or several have.
@@ -555,7 +649,12 @@ private:
             }
             return result;
         }();
-        return languages.value(name.toCaseFolded(), QLocale::C);
+        // "Deutsch (Österreich)", "日本語 / Japanese"
+        static const QRegularExpression addition(QStringLiteral(" *[(/\u2013\uFF08].*$"));
+        const QString whole = name.toCaseFolded();
+        return languages.contains(whole)
+            ? languages.value(whole)
+            : languages.value(QString(whole).remove(addition).trimmed(), QLocale::C);
     }
 
     /// Finds languages with the texts of another one, or in English.
@@ -575,7 +674,8 @@ private:
                 && localeOf(folder).language() != QLocale::English) {
                 addFile(FindingKind::QmEnglish, lang, {folder, quoted(lang.name)});
             } else if (!earlier.isEmpty() && !isSamePath(earlier, lang.qmPath)
-                       && !isSameLanguage(folder, QFileInfo(earlier).dir().dirName())) {
+                       && !isSameLanguage(folder, QFileInfo(earlier).dir().dirName())
+                       && !isVariant(m_codes.value(lang.qmPath), m_codes.value(earlier))) {
                 addFile(FindingKind::SameTexts, lang,
                         {m_report.relative(earlier), quoted(lang.name)});
             }
@@ -586,6 +686,12 @@ private:
     static bool isSamePath(const QString &one, const QString &other)
     {
         return QDir::cleanPath(one).compare(QDir::cleanPath(other), kFileNames) == 0;
+    }
+
+    /// Returns true for codes such as "fr" and "fr_CA". The same code is that of a copied file.
+    static bool isVariant(const QString &one, const QString &other)
+    {
+        return one != other && isSameLanguage(one, other);
     }
 
     static bool isSameLanguage(const QString &one, const QString &other)
@@ -630,6 +736,7 @@ private:
     QHash<QString, QString> m_codes;     ///< The language that each translation is for
     QHash<QString, QStringList> m_texts; ///< The texts of each translation
     QSet<QString> m_reportedLanguages;   ///< Translations for a wrong language
+    QSet<int> m_reportedNames;           ///< Languages with a wrong folder
     QSet<QString> m_checked {QString()}; ///< Paths of translations.
     bool m_unused = false; ///< Whether the fallback is checked although the default has a file.
 };

@@ -13,6 +13,7 @@
 #include <QPair>
 #include <QRegularExpression>
 #include <QTest>
+#include <QTextCodec>
 #include <QTextStream>
 #include <QVector>
 
@@ -182,7 +183,7 @@ void tst_langcheck_checks::catalogueLines_data()
         good + "LANG3_NAME=x\nLANG3_SHOW=0\nLANG3_NAME=y\nLANG3_SHOW=0\n",
         "11 warning repeated-language");
     row("SHOW is a word", good + "LANG3_SHOW=yes\n", "9 error show-number");
-    row("SHOW is empty", good + "LANG3_SHOW=\n", "9 warning show-number");
+    row("SHOW is empty", good + "LANG3_SHOW=\n", "9 error show-number");
     row("SHOW is neither 0 nor 1", good + "LANG3_SHOW=2\n", "9 error show-other");
     row("number too long", good + "LANG99999999999_SHOW=0\n", "9 error number-too-long");
     row("ID differs", good + "LANG1_ID=7\n", "9 warning id-differs");
@@ -271,6 +272,15 @@ void tst_langcheck_checks::catalogueLines_data()
     row("invalid UTF-8 with a BOM", kUtf8Bom + name("\xE4 x"), "6 error undecodable");
 
     // What a power failure, another program or another format leaves
+    row("zero bytes in the middle of a key",
+        good.left(good.indexOf("LANG2_FOLDER") + 9) + QByteArray(60, '\0'), "0 error zero-tail");
+    const QByteArray utf32 =
+        QTextCodec::codecForName("UTF-32LE")
+            ->fromUnicode(QChar(QChar::ByteOrderMark) + QString::fromLatin1(good));
+    row("UTF-32",
+        utf32.startsWith(QByteArray("\xFF\xFE\0\0", 4)) ? utf32
+                                                        : QByteArray("\xFF\xFE\0\0", 4) + utf32,
+        nullptr);
     row("zero bytes at the end", good + QByteArray(60, '\0'), "0 warning zero-tail");
     row("zero bytes in the last line", good.chopped(1) + QByteArray(60, '\0'), "0 error zero-tail");
     row("zero bytes at the end of UTF-16", utf16(good) + QByteArray(60, '\0'),
@@ -293,7 +303,9 @@ void tst_langcheck_checks::catalogueLines_data()
           "[Lang_Mgr]", "[LANG_MGR", "\xEF\xBC\xBBLANG_MGR\xEF\xBC\xBD"}) {
         row(header, kUtf8Bom + catalogueWith("[LANG_MGR]", header), "1 error header");
     }
-    row("keys of somebody else", good + "[HOST]\nPORT=5\n", nullptr);
+    row("keys of somebody else", good + "[HOST]\nPORT=5\nDEFAULT_FONT=Arial\nDEFAULT=Arial\n",
+        nullptr);
+    row("another program's file", "[HOST]\nPORT=5\n", "0 error catalogue-foreign");
     row("section with another header", good + "[Lang_Mgr]\nLANG3_SHOW=1\n", "9 error header");
     row("comments only", "; x\n# y\n", "0 error catalogue-empty");
     row("all keys in lower case", QByteArray(good).toLower().replace("[lang_mgr]", "[LANG_MGR]"),
@@ -322,11 +334,16 @@ void tst_langcheck_checks::catalogueLines_data()
     row("two names with lost letters", name("??").replace("=One", "=??"),
         "3 error lost-letters\nLang/Lang.ini:6 error lost-letters");
 
+    row("lost language", QByteArray(good).replace("LANG2", "> LANG2"),
+        "6 error unknown-key\nLang/Lang.ini:7 warning unknown-key\n"
+        "Lang/Lang.ini:8 warning unknown-key");
+    row("incomplete language with a number too long", good + "LANG99999999999_SHOW=1\n",
+        "9 error number-too-long");
     // Values
     for (const char *const value : {"yes", "true", "1.0", "Ja", "\xEF\xBC\x91", "1\xE2\x80\x8B"})
         row(value, kUtf8Bom + good + "LANG3_SHOW=" + value, "9 error show-number");
     row("SHOW=no", good + "LANG3_SHOW=no", "9 warning show-number");
-    for (const char *const value : {"Two\t; 2", "Two; 2", "Two // 2"})
+    for (const char *const value : {"Two\t; 2", "Two\t;2", "Two; 2", "Two // 2", "Two;;;", "Two,"})
         row(value, name(value), "6 error comment-in-value");
     for (const char *const value : {"\xE2\x80\x9ETwo\xE2\x80\x9C", "\xE2\x80\x9CTwo\xE2\x80\x9D",
                                     "'Two'", "\xE2\x80\x98Two\xE2\x80\x99"}) {
@@ -591,6 +608,10 @@ void tst_langcheck_checks::languagesOfFilesAreCompared_data()
     row("with countries", {{"pt_BR", "pt_PT"}, {"pt_PT", "pt_BR"}}, "pt_BR");
     row("with hyphens", {{"pt-BR", "es_ES"}, {"es-ES", "pt_BR"}}, "pt-BR");
     row("in upper case", {{"ES", "pt_BR"}, {"PT", "es"}}, "ES");
+    row("the other Chinese alone", {{"cht", "zh_CN"}, {"de", "de"}}, "cht",
+        "the translation is for zh_CN, and not for cht; an operator who selects \"Language cht\" "
+        "probably sees texts in another language; replace it with the translation for cht, or, if "
+        "the texts are right, set language=\"zh_TW\" in the .ts file and compile it again");
     row("Chinese", {{"chs", "zh_CN"}, {"cht", "zh_TW"}, {"zh", "zh_CN"}}, "");
     row("other country", {{"pt", "pt_PT"}, {"es", "es_MX"}}, "");
     row("nobody's language", {{"es", "pt_BR"}, {"fr", "fr"}}, "");
@@ -612,7 +633,7 @@ void tst_langcheck_checks::languagesOfFilesAreCompared()
     const QList<Finding> findings = check().findings;
     for (const Finding &finding : findings) {
         QCOMPARE(finding.id(), QStringLiteral("qm-language"));
-        QCOMPARE(finding.severity, Finding::Warning);
+        QCOMPARE(finding.severity, Finding::Error);
         QVERIFY2(finding.text().endsWith(text), qPrintable(finding.text()));
         found += finding.file.section(QLatin1Char('/'), 1, 1);
     }

@@ -278,7 +278,9 @@ void tst_langcheck_command_line::terminalGroupsFindings()
     report.addFile(FindingKind::QmMissing, QStringLiteral("/host/Lang/de/Zendel.qm"),
                    {QString(), QStringLiteral("has empty texts"),
                     QStringLiteral("put the compiled translation there")});
-    report.addLine(FindingKind::NoLanguages, 0);
+    report.addLine(FindingKind::NoLanguages, 0,
+                   {QStringLiteral("no language has a name, a folder and SHOW=1"),
+                    QStringLiteral("write all three for at least one language")});
     report
         .addLine(FindingKind::QuotedValue, 8,
                  {QStringLiteral("LANG3_NAME"), QStringLiteral("\"\"\u4E2D\u6587\"\""),
@@ -368,7 +370,7 @@ void tst_langcheck_command_line::terminalBreaksLongWords()
     language.id = 1;
     language.name = QString(20, QChar(0x4E2D));
     report.listed = {language};
-    report.addLine(FindingKind::NoLanguages, 2).quote = QString(60, QLatin1Char('q'));
+    report.addLine(FindingKind::CatalogueForeign, 2).quote = QString(60, QLatin1Char('q'));
     const QString text = toTerminalText(report, 40, false);
     QVERIFY2(text.startsWith(QStringLiteral("Folder:       /xxxxxxxxxxxxxxxxxxxxxxxxx\n"
                                             "              xxxxxxxxxxxxxxxxxxxxxxxxx\n")),

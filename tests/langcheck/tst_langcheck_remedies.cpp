@@ -141,6 +141,22 @@ QByteArray withText(const QByteArray &from, const QString &to)
     return bytes.replace(text, text.left(4) + bigEndian(to));
 }
 
+/// Returns a step that makes the second translation one for another language, with letters of its
+/// script in one of the texts.
+Step inLanguage(const char *code)
+{
+    return [code] {
+        QByteArray bytes = withText("2 Change", QStringLiteral("2 Русски"));
+        const QByteArray language("\xA7\0\0\0\x02"
+                                  "en",
+                                  7);
+        if (bytes.count(language) != 1)
+            qFatal("No language");
+        Deployment::writeTranslation(QStringLiteral("second"),
+                                     bytes.replace(language, language.left(5) + code));
+    };
+}
+
 } // namespace
 
 class tst_langcheck_remedies : public QObject
@@ -227,6 +243,8 @@ void tst_langcheck_remedies::remedyRepairs_data()
         restore);
     row("catalogue-not-text", "zeros", catalogue(QByteArray(90, '\0')), ini,
         "restore it from a backup", restore);
+    row("catalogue-foreign", "another program's", catalogue("[HOST]\nPORT=5\n"), ini,
+        "replace it with the catalogue, because it is probably another program's", restore);
     row("catalogue-not-text", "Rich Text", catalogue("{\\rtf1 [LANG_MGR]\\par\n}"), ini,
         "open it in WordPad, and save it as \"Unicode text document\"", catalogue(utf16(good)));
     row("zero-tail", "complete lines", catalogue(good + QByteArray(60, '\0')), ini,
@@ -291,6 +309,9 @@ void tst_langcheck_remedies::remedyRepairs_data()
     row("outside-section", "another section", catalogue(good + "[HOST]\nPORT=5\nLANG2_SHOW=1\n"),
         "Lang.ini:11", "move it below [LANG_MGR] and above \"[HOST]\"",
         catalogue(good + "[HOST]\nPORT=5\n"));
+    row("two-keys", "lost line end", catalogue(QByteArray(good).replace("second\n", "second ")),
+        "Lang.ini:7", "write LANG2_SHOW=1 on a line of its own",
+        line(7, "LANG2_FOLDER=second\nLANG2_SHOW=1"));
     row("no-key", "no sign", catalogue(good + "Deutsch\n"), "Lang.ini:9",
         "write KEY=value, or start a comment with \";\"", line(9, "; Deutsch"));
     row("no-key", "colon", catalogue(catalogueWith("LANG2_SHOW=", "LANG2_SHOW:")), "Lang.ini:8",
@@ -349,10 +370,12 @@ void tst_langcheck_remedies::remedyRepairs_data()
         replace("LANG99999999999_", "LANG2_"));
     row("number-above-255", "with an ID",
         catalogue(catalogueWith("LANG2_", "LANG300_") + "LANG300_ID=2\n"), "Lang.ini:6",
-        "use a number up to 255 in all keys of the language, such as the 2 in its ID",
+        "use a number up to 255 in all keys of the language, such as the 2 in its ID, and in "
+        "DEFAULT if it is the default",
         replace("LANG300_", "LANG2_"));
     row("same-machine-number", "257 and 1", catalogue(catalogueWith("LANG2", "LANG257")),
-        "Lang.ini:6", "use numbers up to 255", replace("LANG257", "LANG2"));
+        "Lang.ini:6", "use numbers up to 255 in the keys of both languages, and in DEFAULT",
+        replace("LANG257", "LANG2"));
     row("id-differs", "used number", catalogue(good + "LANG2_ID=1\n"), "Lang.ini:9",
         "write LANG2_ID=2 or, to give the language the number 1, rename its keys to LANG1_ID, "
         "LANG1_NAME and so on, and give the present language 1 another number",
@@ -379,7 +402,6 @@ void tst_langcheck_remedies::remedyRepairs_data()
             catalogue(kUtf8Bom + catalogueWith("=Two", QByteArray("=") + meant)));
     };
     garbled("read as Latin-1", QString::fromLatin1("한글말"), "한글말");
-    garbled("GB2312 read as Windows-1252", QStringLiteral("¼òÌåÎÄ×Ö"), "简体文字");
     garbled("UTF-8 read as GBK", QStringLiteral("Fran莽ois"), "François");
     row("escaped-name", "HTML", with("=Two", "=Fran&ccedil;ois"), "Lang.ini:6",
         "write LANG2_NAME=François", line(6, "LANG2_NAME=François"));
@@ -387,8 +409,15 @@ void tst_langcheck_remedies::remedyRepairs_data()
         "write LANG2_NAME=François", line(6, "LANG2_NAME=François"));
     row("mixed-scripts", "Cyrillic", with("=Two", "=Tw\u043E"), "Lang.ini:6",
         "type the name again in one script", line(6, "LANG2_NAME=Two"));
+    row("name-script", "Cyrillic", both(with("=Two", "=Ðóññêèé"), inLanguage("ru")), "Lang.ini:6",
+        "write LANG2_NAME=Русский", line(6, "LANG2_NAME=Русский"));
     row("name-language", "German", with("=Two", "=Deutsch"), "Lang.ini:6",
-        "correct the name or the folder", line(6, "LANG2_NAME=Two"));
+        "write LANG2_NAME=English, whichever fits number 2 in the control software",
+        line(6, "LANG2_NAME=English"));
+    row("name-language", "with an addition", with("=Two", "=Deutsch (Österreich)"), "Lang.ini:6",
+        "write LANG2_NAME=English, whichever fits number 2 in the control software",
+        line(6, "LANG2_NAME=English"));
+
     row("comment-in-value", "at the end", with("=Two", "=Two;"), "Lang.ini:6",
         "write LANG2_NAME=Two, and the comment on a line of its own", line(6, "LANG2_NAME=Two"));
     row("name-invisible", "zero-width space", with("=Two", "=Two\u200B"), "Lang.ini:6",
@@ -448,6 +477,13 @@ void tst_langcheck_remedies::remedyRepairs_data()
         "into it",
         translation("klingon", "second"));
 #ifndef Q_OS_WIN
+    row("folder-missing", "decomposed letter",
+        both(catalogue(kUtf8Bom + catalogueWith("=second", "=se\u00E7")),
+             move("second", "sec\u0327")),
+        "Lang.ini:7",
+        "rename the folder on disk, whose letters are decomposed as on a Mac (\"sec\u0327\" (with "
+        "U+0327)), best to an ASCII name, and write that after LANG2_FOLDER=",
+        both(move("sec\u0327", "sec"), line(7, "LANG2_FOLDER=sec")));
     row("folder-missing", "space on disk", move("second", "second "), "Lang.ini:7",
         "rename the folder \"second \" to second, without spaces", move("second ", "second"));
 #endif
@@ -480,7 +516,7 @@ void tst_langcheck_remedies::remedyRepairs_data()
     row("default-number", "no number", catalogue(catalogueWith("DEFAULT=1", "DEFAULT=x")),
         "Lang.ini:2", "write DEFAULT=<number>: 1 for One, 2 for Two", line(2, "DEFAULT=1"));
     row("default-unknown", "9", catalogue(catalogueWith("DEFAULT=1", "DEFAULT=9")), "Lang.ini:2",
-        "write DEFAULT=<number>: 1 for One, 2 for Two", line(2, "DEFAULT=1"));
+        "write DEFAULT=<number>: 1 for One, 2 for Two, or add language 9", line(2, "DEFAULT=1"));
     row("default-hidden", "1", catalogue(catalogueWith("LANG1_SHOW=1", "LANG1_SHOW=0")),
         "Lang.ini:2", "write LANG1_SHOW=1, or DEFAULT=2", line(2, "DEFAULT=2"));
     row("show-number", "default", catalogue(catalogueWith("LANG1_SHOW=1", "LANG1_SHOW=O")),
@@ -557,7 +593,8 @@ void tst_langcheck_remedies::remedyRepairs_data()
         "de/Zendel.qm", "replace the file with the translation for de",
         translation("de", "second"));
     row("same-texts", "copied", translation("second", "first"), qm,
-        "replace one of the two files with the right translation", translation("second", "second"));
+        "replace the wrong one of the two files with the right translation",
+        translation("second", "second"));
 }
 
 void tst_langcheck_remedies::remedyRepairs()

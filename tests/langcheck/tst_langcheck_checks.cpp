@@ -334,6 +334,9 @@ void tst_langcheck_checks::catalogueLines_data()
     row("two names with lost letters", name("??").replace("=One", "=??"),
         "3 error lost-letters\nLang/Lang.ini:6 error lost-letters");
 
+    row("empty folder of the default", catalogueWith("=first", "="), "4 error incomplete");
+    row("same folder, of which the first is wrong",
+        catalogueWith("=One", "=Deutsch").replace("=first", "=second"), "4 error same-folder");
     row("lost language", QByteArray(good).replace("LANG2", "> LANG2"),
         "6 error unknown-key\nLang/Lang.ini:7 warning unknown-key\n"
         "Lang/Lang.ini:8 warning unknown-key");

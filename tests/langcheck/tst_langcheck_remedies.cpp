@@ -497,6 +497,8 @@ void tst_langcheck_remedies::remedyRepairs_data()
     }
     row("show-number", "no", catalogue(hidden + "no"), "Lang.ini:11", "write LANG3_SHOW=0",
         line(11, "LANG3_SHOW=0"));
+    row("show-number", "empty", catalogue(hidden), "Lang.ini:11",
+        "write LANG3_SHOW=1 to show it, or LANG3_SHOW=0 to hide it", line(11, "LANG3_SHOW=1"));
     row("show-other", "2", catalogue(hidden + "2"), "Lang.ini:11",
         "write LANG3_SHOW=1 to show it, or LANG3_SHOW=0 to hide it", line(11, "LANG3_SHOW=1"));
     row("show-missing", "no line", catalogue(good + "LANG3_NAME=Three\nLANG3_FOLDER=chs\n"),

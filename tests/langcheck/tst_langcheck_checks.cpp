@@ -115,6 +115,7 @@ private Q_SLOTS:
     void invisibleCharactersAreShown();
     void wideTitlesAreMeasured();
     void existingFolderMayHaveAnyName();
+    void variantMayHaveTheSameTexts();
     void textsNameEffectAndRemedy();
     void pageListsEveryFinding();
 
@@ -896,6 +897,25 @@ void tst_langcheck_checks::existingFolderMayHaveAnyName()
     Deployment::installTranslation(QStringLiteral("简体中文"), QStringLiteral("second"));
     Deployment::writeCatalogue(kUtf8Bom + catalogueWith("=second", "=简体中文"));
     QCOMPARE(shortForms(check()), QString());
+}
+
+void tst_langcheck_checks::variantMayHaveTheSameTexts()
+{
+    QFile first(QStringLiteral(":/translations/first.qm"));
+    QVERIFY(first.open(QIODevice::ReadOnly));
+    const QByteArray language("\xA7\0\0\0\x02"
+                              "en",
+                              7);
+    const QByteArray canadian("\xA7\0\0\0\x05"
+                              "en_CA",
+                              10);
+    const QByteArray translation = first.readAll();
+    QCOMPARE(translation.count(language), 1);
+    Deployment::writeTranslation(QStringLiteral("second"),
+                                 QByteArray(translation).replace(language, canadian));
+    QCOMPARE(shortForms(check()), QString());
+    Deployment::writeTranslation(QStringLiteral("second"), translation);
+    QCOMPARE(shortForms(check()), QStringLiteral("Lang/second/Zendel.qm:0 warning same-texts"));
 }
 
 void tst_langcheck_checks::textsNameEffectAndRemedy()

@@ -141,20 +141,23 @@ QByteArray withText(const QByteArray &from, const QString &to)
     return bytes.replace(text, text.left(4) + bigEndian(to));
 }
 
-/// Returns a step that makes the second translation one for another language, with letters of its
-/// script in one of the texts.
-Step inLanguage(const char *code)
+/// Returns a step that makes @p bytes a translation into Russian in the second folder.
+Step asRussian(QByteArray bytes)
 {
-    return [code] {
-        QByteArray bytes = withText("2 Change", QStringLiteral("2 Русски"));
-        const QByteArray language("\xA7\0\0\0\x02"
-                                  "en",
-                                  7);
-        if (bytes.count(language) != 1)
-            qFatal("No language");
-        Deployment::writeTranslation(QStringLiteral("second"),
-                                     bytes.replace(language, language.left(5) + code));
-    };
+    const QByteArray language("\xA7\0\0\0\x02"
+                              "en",
+                              7);
+    if (bytes.count(language) != 1)
+        qFatal("No language");
+    return translationFile("second", bytes.replace(language, language.left(5) + "ru"));
+}
+
+QByteArray compiled(const char *name)
+{
+    QFile file(QStringLiteral(":/translations/%1.qm").arg(QLatin1String(name)));
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("No test translation %s", name);
+    return file.readAll();
 }
 
 } // namespace
@@ -409,8 +412,9 @@ void tst_langcheck_remedies::remedyRepairs_data()
         "write LANG2_NAME=François", line(6, "LANG2_NAME=François"));
     row("mixed-scripts", "Cyrillic", with("=Two", "=Tw\u043E"), "Lang.ini:6",
         "type the name again in one script", line(6, "LANG2_NAME=Two"));
-    row("name-script", "Cyrillic", both(with("=Two", "=Ðóññêèé"), inLanguage("ru")), "Lang.ini:6",
-        "write LANG2_NAME=Русский", line(6, "LANG2_NAME=Русский"));
+    row("name-script", "Cyrillic",
+        both(with("=Two", "=Ðóññêèé"), asRussian(withText("2 Change", QStringLiteral("2 Русски")))),
+        "Lang.ini:6", "write LANG2_NAME=Русский", line(6, "LANG2_NAME=Русский"));
     row("name-language", "German", with("=Two", "=Deutsch"), "Lang.ini:6",
         "write LANG2_NAME=English, whichever fits number 2 in the control software",
         line(6, "LANG2_NAME=English"));
@@ -507,6 +511,9 @@ void tst_langcheck_remedies::remedyRepairs_data()
         "Lang.ini:10", "write LANG3_NAME=<name>", third);
     row("no-languages", "section only", catalogue("[LANG_MGR]\nDEFAULT=1\n"), ini,
         "write all three for at least one language", restore);
+    row("no-languages", "all hidden", catalogue(QByteArray(good).replace("SHOW=1", "SHOW=0")), ini,
+        "write SHOW=1 for each language that is to be offered, and its number after DEFAULT=",
+        restore);
     row("default-missing", "no line", catalogue(catalogueWith("DEFAULT=1\n", "")), ini,
         "below [LANG_MGR], write DEFAULT=<number>: 1 for One, 2 for Two",
         line(1, "[LANG_MGR]\nDEFAULT=1"));
@@ -575,6 +582,9 @@ void tst_langcheck_remedies::remedyRepairs_data()
     row("text-garbled", "misread",
         translationFile("second", withText("2 Change", QStringLiteral("FranÃ§oi"))), qm,
         "type the text again in the .ts file, save it as UTF-8, and compile it",
+        translation("second", "second"));
+    row("text-garbled", "whole file", asRussian(compiled("western")), qm,
+        "replace the file with a translation whose .ts file was read and saved as UTF-8",
         translation("second", "second"));
     row("text-blank", "spaces",
         translationFile("second", withText("2 Change", QString(8, QChar(0xA0)))), qm,

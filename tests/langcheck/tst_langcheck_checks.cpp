@@ -931,13 +931,17 @@ void tst_langcheck_checks::pageListsEveryFinding()
 {
     QFile page(testFile(QStringLiteral(PAGE_FILE)));
     QVERIFY(page.open(QIODevice::ReadOnly));
-    const QRegularExpression row(QStringLiteral("^\\| `([a-z0-9-]+)` \\| (error|warning)\\b"),
-                                 QRegularExpression::MultilineOption);
+    // Several kinds may share a row.
+    const QRegularExpression row(
+        QStringLiteral("^\\| (`[a-z0-9-]+`(?:, `[a-z0-9-]+`)*) \\| (error|warning) \\|"),
+        QRegularExpression::MultilineOption);
     QStringList listed;
     auto it = row.globalMatch(QString::fromUtf8(page.readAll()));
     while (it.hasNext()) {
         const QRegularExpressionMatch match = it.next();
-        listed += match.captured(1) + QLatin1Char(' ') + match.captured(2);
+        const QStringList kinds = match.captured(1).split(QStringLiteral(", "));
+        for (const QString &kind : kinds)
+            listed += kind.mid(1, kind.size() - 2) + QLatin1Char(' ') + match.captured(2);
     }
     listed.sort();
 

@@ -173,8 +173,13 @@ private:
             add(FindingKind::CarriageReturn);
         m_undecodable = !m_decodable && m_numbers.isEmpty()
             && text.contains(QChar(QChar::ReplacementCharacter));
-        if (m_undecodable)
+        if (m_undecodable) {
             add(FindingKind::Undecodable, {m_report.encoding});
+            const QString trimmed = text.trimmed();
+            if (trimmed.startsWith(QLatin1Char(';')) || trimmed.startsWith(QLatin1Char('#')))
+                m_report.findings.last().severity =
+                    Finding::Warning; // The operator doesn't see it.
+        }
         const int half = indexOfHalfCharacter(text);
         if (half >= 0) {
             add(FindingKind::HalfCharacter,

@@ -270,6 +270,7 @@ void tst_langcheck_checks::catalogueLines_data()
     row("Latin-1", name("Espa\xF1ol"), "6 error undecodable");
     row("GBK", name("\xB7\xB1\xF3\x77"), "6 error undecodable");
     row("Latin-1 in a comment", good + "; Espa\xF1ol\n", "9 warning undecodable");
+    row("invalid UTF-8 in a comment", kUtf8Bom + good + "; \xE4 x\n", "9 warning undecodable");
     row("invalid UTF-8 with a BOM", kUtf8Bom + name("\xE4 x"), "6 error undecodable");
 
     // What a power failure, another program or another format leaves

@@ -542,11 +542,10 @@ void tst_langcheck_command_line::severalFolders()
     const QTemporaryDir folder;
     const QString empty = QDir(folder.path()).canonicalPath();
     const QByteArray text = run({checked(), empty}, 2);
-    QVERIFY2(
-        text.startsWith("Folder:       " + checked().toUtf8() + "\n")
-            && text.contains("\n0 errors, 0 warnings\n\nFolder:       " + empty.toUtf8() + "\n")
-            && text.endsWith("\n2 errors, 0 warnings\n"),
-        text.constData());
+    const QByteArray second = "\n0 errors, 0 warnings\n\nFolder:       " + empty.toUtf8() + "\n";
+    QCOMPARE(text.left(text.indexOf('\n')), "Folder:       " + checked().toUtf8());
+    QVERIFY2(text.contains(second), text.constData());
+    QVERIFY2(text.endsWith("\n2 errors, 0 warnings\n"), text.right(1000).constData());
     QCOMPARE(run({empty, checked()}, 2).count("Folder: "), 2);
 
     const QJsonArray json =

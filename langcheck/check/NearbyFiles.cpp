@@ -63,10 +63,10 @@ QString nearbyTranslation(const QString &path)
 {
     const QFileInfo wanted(path);
     const QDir folder = wanted.dir();
-    const QString similar = similarFile(folder.path(), wanted.fileName());
+    QString similar = similarFile(folder.path(), wanted.fileName());
     if (!similar.isEmpty())
         return similar;
-    const QString nested = folder.filePath(folder.dirName() + QLatin1Char('/') + kQmFileName);
+    QString nested = folder.filePath(folder.dirName() + QLatin1Char('/') + kQmFileName);
     if (QFileInfo(nested).isFile())
         return nested;
     const QStringList others = folder.entryList(
@@ -86,7 +86,7 @@ QString nearbyFolder(const QString &applicationDir, const QString &value, const 
     QStringList parts = partsOf(path, QLatin1Char('/'));
     parts.removeAll(QString());
     parts.removeAll(kQmFileName);
-    const QString name = parts.isEmpty() ? QString() : parts.last().trimmed();
+    QString name = parts.isEmpty() ? QString() : parts.last().trimmed();
     if (name.isEmpty())
         return {};
     if (folders.contains(name))

@@ -169,7 +169,7 @@ private:
 
     static quint32 addressAt(const QByteArray &addresses, int index)
     {
-        return qFromLittleEndian<quint32>(addresses.constData() + 4 * index);
+        return qFromLittleEndian<quint32>(addresses.constData() + qint64(4) * index);
     }
 
     void readImports(Dll &dll)

@@ -9,6 +9,7 @@
 #include <QProcessEnvironment>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -51,8 +52,8 @@ QString findIgnoringCase(const QString &folder, const QString &name)
     return path;
 }
 
-HostFolder::HostFolder(const QString &path)
-    : m_path(path)
+HostFolder::HostFolder(QString path)
+    : m_path(std::move(path))
 {
     const QString windows =
         QProcessEnvironment::systemEnvironment().value(QStringLiteral("SystemRoot"));

@@ -26,7 +26,7 @@ QString findIgnoringCase(const QString &folder, const QString &name);
 class HostFolder
 {
 public:
-    explicit HostFolder(const QString &path);
+    explicit HostFolder(QString path);
 
     const QString &path() const { return m_path; }
     /// Returns the path of a file in the folder, as findIgnoringCase() does.

@@ -29,7 +29,7 @@ versions, launcher = rest[:rest.index("--")], rest[rest.index("--") + 1:]
 binaries = pathlib.Path(build, "bin").resolve()
 system = pathlib.Path(os.environ.get("WINEPREFIX", ""), "drive_c/windows/system32")
 failures = []
-count = 0
+cases = []
 
 
 @functools.lru_cache(None)
@@ -158,17 +158,24 @@ def write(path, data):
     path.write_bytes(data)
 
 
-def check(folder):
-    """Returns langcheck's report about the DLLs in a folder."""
-    # A file, because a pipe would stay open as long as the desktop that Wine may start.
-    with tempfile.TemporaryFile() as output:
-        subprocess.run([*launcher, binaries / "langcheck.exe", "--json", f"Z:{folder}"],
-                       check=False, stdin=subprocess.DEVNULL, stdout=output)
-        output.seek(0)
-        report = json.loads(output.read())
-    report["findings"] = [finding for finding in report["findings"]
-                          if not finding["file"].startswith("Lang")]
-    return report
+def check(folders):
+    """Returns langcheck's reports about the DLLs in folders. A start under Wine takes longer than a
+    check."""
+    reports = []
+    for start in range(0, len(folders), 100):
+        # Two at least, because for one folder the report isn't in a list. A file, because a pipe
+        # would stay open as long as the desktop that Wine may start.
+        some = folders[start:start + 100]
+        paths = [f"Z:{folder}" for folder in (*some, some[0])]
+        with tempfile.TemporaryFile() as output:
+            subprocess.run([*launcher, binaries / "langcheck.exe", "--json", *paths],
+                           check=False, stdin=subprocess.DEVNULL, stdout=output)
+            output.seek(0)
+            reports += json.loads(output.read())[:-1]
+    for report in reports:
+        report["findings"] = [finding for finding in report["findings"]
+                              if not finding["file"].startswith("Lang")]
+    return reports
 
 
 def repair(folder, finding):
@@ -197,16 +204,20 @@ def repair(folder, finding):
 
 
 def case(name, version, damage, *expected, checked=True, repairable=True):
-    """Checks a folder. DAMAGE changes a good one; EXPECTED has the lines "KIND FILE"."""
-    global count
-    count += 1
-    with tempfile.TemporaryDirectory() as temporary:
-        folder = pathlib.Path(temporary).resolve() / "host"
-        make(folder, version)
-        damage(folder)
-        report = check(folder)
+    """Makes a folder that is to be checked. DAMAGE changes a good one; EXPECTED has the lines
+    "KIND FILE"."""
+    folder = root / str(len(cases)) / "host"
+    make(folder, version)
+    damage(folder)
+    cases.append((folder, f"Qt {version}, {name}", expected, checked, repairable and expected))
+
+
+def check_cases():
+    """Checks all folders, repairs them, and checks them again."""
+    repaired = []
+    for (folder, where, expected, checked, repairable), report in zip(
+            cases, check([folder for folder, *_ in cases])):
         found = [f"{finding['kind']} {finding['file']}" for finding in report["findings"]]
-        where = f"Qt {version}, {name}"
         print(f"{where}: {found}", flush=True)
         if sorted(found) != sorted(expected):
             failures.append(f"{where}: {found} instead of {list(expected)}")
@@ -214,12 +225,15 @@ def case(name, version, damage, *expected, checked=True, repairable=True):
             failures.append(f"{where}: {report['hostChecked']}")
         if checked and works(folder) == report["hostFails"]:
             failures.append(f"{where}: the host {'works' if report['hostFails'] else 'fails'}")
-        if not expected or not repairable:
-            return
-        if not all(repair(folder, finding) for finding in report["findings"]):
+        if not repairable:
+            continue
+        if all(repair(folder, finding) for finding in report["findings"]):
+            repaired.append((folder, where))
+        else:
             failures.append(f"{where}: can't be repaired: {report['findings']}")
-        elif (findings := check(folder)["findings"]) or not works(folder):
-            failures.append(f"{where}: after the repair: {findings}")
+    for (folder, where), report in zip(repaired, check([folder for folder, _ in repaired])):
+        if report["findings"] or not works(folder):
+            failures.append(f"{where}: after the repair: {report['findings']}")
 
 
 def remove(*names):
@@ -361,9 +375,12 @@ def check_mixtures():
                  *([f"qt-versions-differ {PLATFORM}"] if minor else []))
 
 
-for item in versions:
-    check_version(item)
-check_mixtures()
-print(f"{count} folders, {len(failures)} failures")
+with tempfile.TemporaryDirectory() as temporary:
+    root = pathlib.Path(temporary).resolve()
+    for item in versions:
+        check_version(item)
+    check_mixtures()
+    check_cases()
+print(f"{len(cases)} folders, {len(failures)} failures")
 if failures:
     sys.exit("\n".join(failures))

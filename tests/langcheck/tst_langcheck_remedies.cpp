@@ -247,7 +247,7 @@ void tst_langcheck_remedies::remedyRepairs_data()
     row("catalogue-not-text", "zeros", catalogue(QByteArray(90, '\0')), ini,
         "restore it from a backup", restore);
     row("catalogue-foreign", "another program's", catalogue("[HOST]\nPORT=5\n"), ini,
-        "replace it with the catalogue, because it is probably another program's", restore);
+        "replace it with the right catalogue; this one is probably another program's", restore);
     row("catalogue-not-text", "Rich Text", catalogue("{\\rtf1 [LANG_MGR]\\par\n}"), ini,
         "open it in WordPad, and save it as \"Unicode text document\"", catalogue(utf16(good)));
     row("zero-tail", "complete lines", catalogue(good + QByteArray(60, '\0')), ini,
@@ -265,8 +265,8 @@ void tst_langcheck_remedies::remedyRepairs_data()
         "as \"UTF-8 with BOM\"",
         catalogue(kUtf8Bom + utf8));
     row("no-bom", "GB2312", catalogue(catalogueWith("=Two", "=\xD6\xD0\xCE\xC4")), "Lang.ini:6",
-        "look at the picture of the list, and save the file as \"UTF-8 with BOM\" in the encoding "
-        "in which all names look right",
+        "look at the picture of the list, open the file in the encoding in which all names look "
+        "right, and only then save it as \"UTF-8 with BOM\"",
         catalogue(kUtf8Bom + utf8));
     row("second-bom", "header", catalogue(kUtf8Bom + kUtf8Bom + good), "Lang.ini:1",
         "delete the BOM", save);
@@ -591,7 +591,7 @@ void tst_langcheck_remedies::remedyRepairs_data()
         QByteArray("translate it in ") + compile, translation("second", "second"));
     row("text-ampersand", "space",
         translationFile("second", withText("2 Change", QStringLiteral("2 & Chan"))), qm,
-        "write \"&&\" in the .ts file, and compile it",
+        "write \"&&\" in Linguist, or \"&amp;&amp;\" in a text editor, and compile the file",
         translationFile("second", withText("2 Change", QStringLiteral("2 && Cha"))));
     row("text-html", "bold",
         translationFile("second", withText("2 Language:", QStringLiteral("<b>x</b> xx"))), qm,

@@ -116,13 +116,18 @@ QByteArray utf16(const QByteArray &text)
     return Deployment::utf16(QChar(QChar::ByteOrderMark) + QString::fromUtf8(text));
 }
 
+QByteArray compiled(const char *name)
+{
+    QFile file(QStringLiteral(":/translations/%1.qm").arg(QLatin1String(name)));
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("No test translation %s", name);
+    return file.readAll();
+}
+
 /// Returns a test translation with one of its texts, "2 Change" and so on, replaced with one that
 /// is as long.
 QByteArray withText(const QByteArray &from, const QString &to)
 {
-    QFile compiled(QStringLiteral(":/translations/second.qm"));
-    if (!compiled.open(QIODevice::ReadOnly))
-        qFatal("No test translation");
     const auto bigEndian = [](const QString &text) {
         QByteArray bytes;
         for (const QChar c : text) {
@@ -131,7 +136,7 @@ QByteArray withText(const QByteArray &from, const QString &to)
         }
         return bytes;
     };
-    QByteArray bytes = compiled.readAll();
+    QByteArray bytes = compiled("second");
     // The length that precedes the text tells it from the beginning of another.
     const QByteArray length("\0\0\0", 3);
     const QByteArray text =
@@ -150,14 +155,6 @@ Step asRussian(QByteArray bytes)
     if (bytes.count(language) != 1)
         qFatal("No language");
     return translationFile("second", bytes.replace(language, language.left(5) + "ru"));
-}
-
-QByteArray compiled(const char *name)
-{
-    QFile file(QStringLiteral(":/translations/%1.qm").arg(QLatin1String(name)));
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("No test translation %s", name);
-    return file.readAll();
 }
 
 } // namespace

@@ -21,6 +21,10 @@
 
 using GoodDeployment::kCatalogue;
 
+#ifndef Q_OS_WIN
+#    include <unistd.h>
+#endif
+
 namespace {
 
 /// Returns all that langcheck prints.
@@ -83,6 +87,7 @@ private Q_SLOTS:
     void pageAndJunitCanBePrinted();
     void picturesReplaceThoseOfAnEarlierRun();
     void pictureFolderCanNotBeCreated();
+    void missingPermissionIsReported();
     void fullDiskIsReported_data();
     void fullDiskIsReported();
     void failedWriteLeavesTheOldFile();
@@ -679,6 +684,60 @@ void tst_langcheck_command_line::pictureFolderCanNotBeCreated()
                                + QDir::toNativeSeparators(below).toUtf8() + "\": ")
                  && !errors.endsWith(": .\n"),
              errors.constData());
+}
+
+/// By a copy of langcheck that another user may read, if the user is root, who may read everything.
+void tst_langcheck_command_line::missingPermissionIsReported()
+{
+#ifdef Q_OS_WIN
+    QSKIP("Windows has other permissions.");
+#else
+    const QTemporaryDir folder;
+    const QString lang = folder.filePath(QStringLiteral("Lang"));
+    for (const char *const name : {"first", "second", "chs"})
+        QVERIFY(QDir().mkpath(lang + QLatin1Char('/') + QLatin1String(name)));
+    for (const char *const name :
+         {"Lang.ini", "first/Zendel.qm", "second/Zendel.qm", "chs/Zendel.qm"}) {
+        const QString path = QStringLiteral("Lang/") + QLatin1String(name);
+        QVERIFY(QFile::copy(Deployment::path(path), folder.filePath(path)));
+    }
+    LangcheckCall call;
+    call.arguments = QStringList {folder.path()};
+    call.exitCode = 2;
+    call.folder = folder.path();
+    call.program = folder.filePath(QStringLiteral("langcheck"));
+    QVERIFY(QFile::copy(testFile(QStringLiteral(LANGCHECK_FILE)), call.program));
+    const QFile::Permissions all =
+        QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadOther | QFile::ExeOther;
+    QVERIFY(QFile::setPermissions(folder.path(), all));
+    QVERIFY(QFile::setPermissions(call.program, all));
+    if (geteuid() == 0) {
+        call.wrapper =
+            QStringList {QStringLiteral("setpriv"), QStringLiteral("--reuid=65534"),
+                         QStringLiteral("--regid=65534"), QStringLiteral("--clear-groups")};
+    }
+    const auto denied = [&call](const QString &path, const char *line) {
+        const QFile::Permissions before = QFile::permissions(path);
+        QVERIFY(QFile::setPermissions(path, {}));
+        const QByteArray output = runLangcheck(call).text;
+        QVERIFY(QFile::setPermissions(path, before));
+        QVERIFY2(output.contains(line), output.constData());
+        QVERIFY2(output.endsWith("\n1 error, 0 warnings\n"), output.constData());
+    };
+    denied(lang + QStringLiteral("/second"),
+           "\nLang/second: error: the folder can't be read; a dialog that needs the translation in "
+           "it uses the fallback, Lang/chs/Zendel.qm; correct the folder's permissions "
+           "[folder-unreadable]\n");
+    denied(
+        lang + QStringLiteral("/second/Zendel.qm"),
+        "\nLang/second/Zendel.qm: error: the file can't be read: permission denied; a dialog that "
+        "uses it has empty texts; give the user who runs the host permission to read the file "
+        "[qm-unreadable]\n");
+    denied(lang + QStringLiteral("/Lang.ini"),
+           "\nLang/Lang.ini: error: the file can't be read: permission denied; the operator's list "
+           "is empty; give the user who runs the host permission to read the file "
+           "[catalogue-unreadable]\n");
+#endif
 }
 
 void tst_langcheck_command_line::fullDiskIsReported_data()

@@ -118,15 +118,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     checkReport(report, catalogue);
     // Pictures take longer than all checks.
     QVector<LanguagePictures> pictures;
-    QImage image;
+    StartPictures opened;
     if (std::accumulate(data, data + size, 0U) % 64 == 0) {
-        image = drawStart(report);
-        if (!report.listed.isEmpty())
-            pictures += drawLanguages(report).first();
+        opened = drawStart(report);
+        Report first = report; // All would take too long.
+        first.listed = report.listed.mid(0, 1);
+        pictures = drawLanguages(first);
     } else {
         for (Box &box : report.boxes)
             box.picture = {};
     }
-    checkXml(makePage(report, image, pictures));
+    checkXml(makePage(report, opened, pictures));
     return 0;
 }

@@ -507,7 +507,9 @@ void tst_langcheck_command_line::langMeansTheFolderAbove_data()
     row("catalogue", ".", "Lang/Lang.ini", ", to which \"Lang/Lang.ini\" belongs\n");
     row("catalogue in the current folder", "Lang", "Lang.ini", ", to which \"Lang.ini\" belongs\n");
     row("current folder", "Lang", ".", ", to which \".\" belongs\n");
-    row("lower case", ".", "Lang/../lang", nullptr);
+#ifdef Q_OS_WIN
+    row("lower case", ".", "Lang/../lang", ", to which \"Lang/../lang\" belongs\n");
+#endif
     row("a host in a folder named Lang", "Lang", "host/Lang", nullptr);
     row("another file", ".", "Lang/first/Zendel.qm", nullptr);
 }
@@ -530,12 +532,6 @@ void tst_langcheck_command_line::langMeansTheFolderAbove()
                  QStringLiteral("langcheck: \"%1\" isn't a folder.\nSee langcheck --help.\n")
                      .arg(argument));
         return;
-    } else if (argument.endsWith(QLatin1String("lang"))) {
-#ifdef Q_OS_WIN
-        printed = QStringLiteral(", to which \"Lang/../lang\" belongs\n");
-#else
-        QSKIP("There is no such folder where case matters.");
-#endif
     }
     const QString output = QString::fromUtf8(runLangcheck(call).text);
     QVERIFY2(output.startsWith(QStringLiteral("Folder:       ") + checked() + printed),

@@ -728,7 +728,7 @@ void tst_langcheck_checks::textsFitTheCatalogue_data()
     row("folder that looks like another",
         kUtf8Bom + catalogueWith("=second", "=\u0441s\U0001F600")
             + "LANG3_FOLDER=hidden\nLANG3_SHOW=0\n",
-        {{"LANG2_FOLDER is a folder that doesn't exist in Lang: \"\u0441s\U0001F600\" (with "
+        {{"LANG2_FOLDER names a folder that doesn't exist in Lang: \"\u0441s\U0001F600\" (with "
           "U+0441, U+1F600); a dialog that needs the translation uses the fallback, "
           "Lang/chs/Zendel.qm; ",
           "write the name of an existing folder after LANG2_FOLDER=, such as one that no language "

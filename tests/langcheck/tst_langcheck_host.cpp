@@ -268,18 +268,20 @@ void tst_langcheck_host::foldersWithoutQt_data()
         "not checked, because there is no Qt5Core.dll next to a.exe");
     const Files bin {{"bin/qt5core.dll", qtCore(true)}, {"bin/Qt5Gui.dll", qtGui(true)}};
     row("bin", bin, noQt,
-        "bin warning host-folder: not in the checked folder, but in this one below it: "
+        "bin warning host-folder: Qt's DLLs are in this folder instead of the checked one above "
+        "it: "
         "Qt5Core.dll, Qt5Gui.dll");
     row("bin, program", bin + Files {{"a.exe", program(true)}},
         "not checked, because there is no Qt5Core.dll next to a.exe",
-        "Qt5Core.dll error qt-missing: not next to the host's executable: Qt5Core.dll, Qt5Gui.dll");
+        "Qt5Core.dll error qt-missing: the folder of the host's executable lacks Qt5Core.dll, "
+        "Qt5Gui.dll");
     row("debug", {{"qt5cored.dll", qtCore(true)}}, debug,
         "Qt5Cored.dll error qt-other: the host uses Qt5Cored.dll");
     for (const char *const other : {"Qt5Cored.dll", "qt6core.dll"}) {
         row((QByteArray("release program, ") + other).constData(),
             {{other, qtCore(true)}, {"a.exe", program(true)}},
             "not checked, because there is no Qt5Core.dll next to a.exe",
-            "Qt5Core.dll error qt-missing: not next to the host's executable: Qt5Core.dll, "
+            "Qt5Core.dll error qt-missing: the folder of the host's executable lacks Qt5Core.dll, "
             "Qt5Gui.dll, Qt5Widgets.dll");
     }
     row("debug program, both",
@@ -395,7 +397,7 @@ void tst_langcheck_host::mistakesAreFound_data()
     };
     const auto missingQt = [](const QByteArray &files) {
         return files.left(files.indexOf(".dll") + 4)
-            + " error qt-missing: not next to the host's executable: " + files;
+            + " error qt-missing: the folder of the host's executable lacks " + files;
     };
     const auto missingRuntime = [](const QByteArray &files) {
         return files.left(files.indexOf(".dll") + 4)

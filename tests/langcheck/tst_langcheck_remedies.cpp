@@ -602,7 +602,7 @@ void tst_langcheck_remedies::remedyRepairs_data()
         "de/Zendel.qm", "replace the file with the translation for de",
         translation("de", "second"));
     row("same-texts", "copied", translation("second", "first"), qm,
-        "replace the wrong one of the two files with the right translation",
+        "replace whichever of the two files is wrong with the right translation",
         translation("second", "second"));
 }
 

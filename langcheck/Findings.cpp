@@ -445,7 +445,7 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      Finding::Error,
      {"%1 is a name for %2, but the translation in the folder is for %3",
       "an operator who selects it probably sees texts in another language",
-      "write %4, whichever fits number %5 in the control software"},
+      "write %4=%5 if number %6 is %3 in the control software, or else %7"},
      kNone},
     {Kind::QmEnglish,
      "qm-english",

@@ -591,19 +591,21 @@ private:
                 continue;
             if (hasWrongName(lang)) {
                 const QLocale::Language named = languageNamed(lang.name);
-                QString remedy = withValues("%1=%2", {key, nativeName(own)});
+                const QString wanted = QLocale::languageToString(named);
+                const QString folderKey = languageKey(lang.id, "FOLDER");
+                QString otherwise = withValues("put the translation for %1 into a folder of its "
+                                               "own, and write that after %2=",
+                                               {wanted, folderKey});
                 for (const LangEntry &other : qAsConst(m_report.listed)) {
                     const QString code = m_codes.value(other.qmPath);
                     if (isLanguageCode(code) && QLocale(code).language() == named) {
-                        remedy +=
-                            withValues(" or %1=%2", {languageKey(lang.id, "FOLDER"), other.folder});
+                        otherwise = withValues("write %1=%2", {folderKey, other.folder});
                         break;
                     }
                 }
                 addLine(FindingKind::NameLanguage, line, lang.id,
-                        {quoted(lang.name), QLocale::languageToString(named),
-                         QLocale::languageToString(own.language()), remedy,
-                         QString::number(lang.id)});
+                        {quoted(lang.name), wanted, QLocale::languageToString(own.language()), key,
+                         nativeName(own), QString::number(lang.id), otherwise});
                 m_reportedLanguages += lang.qmPath;
             } else if (lacksScript(lang.name, own) && !m_lines.findings.contains(key)) {
                 addLine(FindingKind::NameScript, line, lang.id,

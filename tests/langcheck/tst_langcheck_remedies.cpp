@@ -413,10 +413,18 @@ void tst_langcheck_remedies::remedyRepairs_data()
         both(with("=Two", "=Ðóññêèé"), asRussian(withText("2 Change", QStringLiteral("2 Русски")))),
         "Lang.ini:6", "write LANG2_NAME=Русский", line(6, "LANG2_NAME=Русский"));
     row("name-language", "German", with("=Two", "=Deutsch"), "Lang.ini:6",
-        "write LANG2_NAME=English, whichever fits number 2 in the control software",
+        "write LANG2_NAME=English if number 2 is English in the control software, or else put the "
+        "translation for German into a folder of its own, and write that after LANG2_FOLDER=",
         line(6, "LANG2_NAME=English"));
+    row("name-language", "Russian, in the other folder",
+        both(with("=One", "=Русский"), asRussian(withText("2 Change", QStringLiteral("2 Русски")))),
+        "Lang.ini:3",
+        "write LANG1_NAME=English if number 1 is English in the control software, or else write "
+        "LANG1_FOLDER=second",
+        line(3, "LANG1_NAME=English"));
     row("name-language", "with an addition", with("=Two", "=Deutsch (Österreich)"), "Lang.ini:6",
-        "write LANG2_NAME=English, whichever fits number 2 in the control software",
+        "write LANG2_NAME=English if number 2 is English in the control software, or else put the "
+        "translation for German into a folder of its own, and write that after LANG2_FOLDER=",
         line(6, "LANG2_NAME=English"));
 
     row("comment-in-value", "at the end", with("=Two", "=Two;"), "Lang.ini:6",

@@ -422,8 +422,7 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
     {Kind::QmDamaged,
      "qm-damaged",
      Finding::Error,
-     {"the compiled translation is damaged: %1", "a dialog that uses it has empty texts",
-      "replace it with an undamaged copy"},
+     {"the compiled translation is damaged: %1", "a dialog that uses it has empty texts", "%2"},
      kNone},
     {Kind::QmForeign,
      "qm-foreign",
@@ -465,8 +464,8 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "text-missing",
      Finding::Error,
      {"%1 translated", "%2 empty in the dialog",
-      "translate %3 in the language's .ts file, or in one made with \"lconvert Zendel.qm -o "
-      "Zendel.ts\", and compile that file"},
+      "translate %3 in the language's .ts file, and compile that file, or replace this one with a "
+      "complete translation"},
      kNone},
     {Kind::TextBlank,
      "text-blank",

@@ -34,6 +34,8 @@ namespace {
 const int kSuccess = 5;
 const int kError = 7;
 
+const QString kTextTransfer = QStringLiteral("it was transferred in text mode");
+
 const int kStartLength = 10000; ///< Enough of a file to see what it is.
 
 #ifdef Q_OS_WIN
@@ -112,12 +114,31 @@ FindingKind kindOfInvalidFile(const QByteArray &start)
 {
     static const QByteArray magic(
         "\x3C\xB8\x64\x18\xCA\xEF\x9C\x95\xCD\x21\x1C\xBF\x60\xA1\xBD\xDD", 16);
-    if (start.startsWith(magic) || magic.startsWith(start) || start.count('\0') == start.size())
+    const bool isSavedAsText = start.startsWith('<') && start.left(6).contains("d\x18");
+    if (start.startsWith(magic) || magic.startsWith(start) || isSavedAsText
+        || start.count('\0') == start.size())
         return FindingKind::QmDamaged;
     QXmlStreamReader reader(start);
     return reader.readNextStartElement() && reader.name() == QLatin1String("TS")
         ? FindingKind::QmSource
         : FindingKind::QmForeign;
+}
+
+/// Returns what has happened to a translation, as far as its bytes show it.
+QString damageOf(const QByteArray &bytes)
+{
+    const int fewZeros = 16;
+    const int zeros = int(std::distance(
+        bytes.crbegin(),
+        std::find_if(bytes.crbegin(), bytes.crend(), [](char byte) { return byte != '\0'; })));
+    if (bytes.isEmpty())
+        return QStringLiteral("it is empty");
+    if (zeros == bytes.size())
+        return QStringLiteral("it contains only zero bytes, as after a power failure");
+    if (zeros >= fewZeros)
+        return QStringLiteral("it ends with %1 zero bytes, as after a power failure").arg(zeros);
+    const int lines = bytes.count('\n');
+    return lines > 1 && bytes.count("\r\n") == lines ? kTextTransfer : QString();
 }
 
 class TranslationCheck
@@ -132,7 +153,8 @@ public:
     void check()
     {
         m_report.unusedFolders = unusedFolders();
-        checkApplicationDir();
+        if (!checkApplicationDir()) // The path of each translation is wrong.
+            return;
         checkFolders();
         for (const LangEntry &lang : qAsConst(m_report.listed))
             checkOnce(lang.qmPath, lang.id);
@@ -148,6 +170,7 @@ public:
         const bool isElsewhere = isCopied && !QFileInfo::exists(fallback());
         if (!m_checked.contains(fallback()) && !isElsewhere)
             checkTranslation(fallback());
+        addTransferred();
         checkSameFolders();
         checkLanguages();
         checkNames();
@@ -155,16 +178,18 @@ public:
     }
 
 private:
-    void checkApplicationDir()
+    /// Returns false if translations aren't found because of the path of the host's folder.
+    bool checkApplicationDir()
     {
         const LangEntry any = m_report.listed.value(0);
         const QString plainPath = m_report.applicationDir + QLatin1String("/Lang/") + any.folder
             + QLatin1Char('/') + kQmFileName;
-        if (!any.folder.contains(QLatin1Char('%')) && !any.qmPath.isEmpty()
-            && any.qmPath != plainPath) {
-            m_report.addFile(FindingKind::ApplicationFolder, m_report.applicationDir,
-                             {quoted(m_report.applicationDir)});
-        }
+        if (any.folder.contains(QLatin1Char('%')) || any.qmPath.isEmpty()
+            || any.qmPath == plainPath)
+            return true;
+        m_report.addFile(FindingKind::ApplicationFolder, m_report.applicationDir,
+                         {quoted(m_report.applicationDir)});
+        return false;
     }
 
     /// Completes the remedy of a finding about the language's folder.
@@ -344,9 +369,9 @@ private:
         else if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
             addUnreadable(path);
         else if (const auto translation = loadTranslation(path))
-            checkTexts(path, translation->language);
+            checkTexts(path, translation->language, damageOf(file.readAll()));
         else
-            addInvalid(path, file.read(kStartLength));
+            addInvalid(path, file.readAll());
     }
 
     void addUnreadable(const QString &path)
@@ -369,17 +394,48 @@ private:
         addTranslation(FindingKind::QmUnreadable, path, values);
     }
 
-    /// Reports a file that can't be loaded, by its first bytes.
-    void addInvalid(const QString &path, const QByteArray &start)
+    /// Reports a file that can't be loaded, by its bytes.
+    void addInvalid(const QString &path, const QByteArray &bytes)
     {
-        const FindingKind kind = kindOfInvalidFile(start);
-        QString reason = QStringLiteral("a part is missing or has other bytes");
-        if (start.isEmpty())
-            reason = QStringLiteral("it is empty");
-        else if (start.count('\0') == start.size())
-            reason = QStringLiteral("it contains only zero bytes, as after a power failure");
-        addTranslation(kind, path,
-                       kind == FindingKind::QmDamaged ? QStringList {reason} : QStringList());
+        const FindingKind kind = kindOfInvalidFile(bytes.left(kStartLength));
+        const QString damage = damageOf(bytes);
+        if (kind != FindingKind::QmDamaged)
+            addTranslation(kind, path);
+        else
+            addDamaged(path,
+                       damage.isEmpty() ? QStringLiteral("part of it is missing or was overwritten")
+                                        : damage);
+    }
+
+    void addDamaged(const QString &path, const QString &damage)
+    {
+        if (damage == kTextTransfer)
+            m_transferred += path; // See addTransferred().
+        else
+            addTranslation(FindingKind::QmDamaged, path,
+                           {damage, QStringLiteral("replace it with an undamaged copy")});
+    }
+
+    /// Reports all files that were transferred in text mode at once: they have one cause.
+    void addTransferred()
+    {
+        if (m_transferred.isEmpty())
+            return;
+        const QString first = m_transferred.takeFirst();
+        QString damage = kTextTransfer;
+        QStringList folders;
+        for (const QString &path : qAsConst(m_transferred))
+            folders += QFileInfo(path).dir().dirName();
+        if (!folders.isEmpty())
+            damage += QStringLiteral(", as were those in ") + folders.join(QStringLiteral(", "));
+        addTranslation(FindingKind::QmDamaged, first,
+                       {damage, QStringLiteral("transfer the folder Lang again in binary mode")});
+        for (const LangEntry &lang : qAsConst(m_report.listed)) {
+            if (m_transferred.contains(lang.qmPath)) {
+                m_report.findings.last().languages += lang.id;
+                m_report.findings.last().severity = Finding::Error;
+            }
+        }
     }
 
     QString effectFor(const QString &path) const
@@ -404,12 +460,17 @@ private:
                         effectFor(path), remedy});
     }
 
-    void checkTexts(const QString &path, const QString &language)
+    /// Checks a file that is loaded; @p damage tells why texts may be missing.
+    void checkTexts(const QString &path, const QString &language, const QString &damage)
     {
         QStringList texts;
         for (const SourceText &source : kSourceTexts)
             texts +=
                 CTranslatorMgr::instance()->translator()->translate(source.context, source.text);
+        if (texts.contains(QString()) && !damage.isEmpty()) {
+            addDamaged(path, damage);
+            return;
+        }
         if (texts.count(QString()) == texts.size()) {
             addTranslation(FindingKind::QmForeign, path);
             return;
@@ -540,12 +601,15 @@ private:
     /// Finds files that are in the folder of another listed language.
     void checkLanguages()
     {
-        QSet<QString> swapped;
         for (const LangEntry &lang : qAsConst(m_report.listed)) {
             const QString code = m_codes.value(lang.qmPath);
             const QString folder = folderName(lang);
             if (!isLanguageCode(code) || !isLanguageCode(folder) || isNamedFor(folder, code)
-                || swapped.contains(lang.qmPath))
+                || m_reportedLanguages.contains(lang.qmPath))
+                continue;
+            const QLocale::Language named = languageNamed(lang.name);
+            const bool isNamedForFolder = named == localeOf(folder).language();
+            if (named == QLocale(code).language() && !isNamedForFolder) // Only the folder differs.
                 continue;
             const auto other = std::find_if(
                 m_report.listed.constBegin(), m_report.listed.constEnd(),
@@ -553,7 +617,7 @@ private:
             const bool isOtherChinese = QLocale(code).language() == QLocale::Chinese
                 && localeOf(folder).language() == QLocale::Chinese;
             if (other == m_report.listed.constEnd()) {
-                if (isOtherChinese)
+                if (isNamedForFolder || isOtherChinese)
                     addQmLanguage(lang, code, {},
                                   withValues("replace it with the translation for %1", {folder}));
                 continue;
@@ -561,7 +625,7 @@ private:
             const QString otherFile = m_report.relative(other->qmPath);
             QString remedy = QStringLiteral("replace it with the translation for %1").arg(folder);
             if (isNamedFor(folder, m_codes.value(other->qmPath))) {
-                swapped.insert(other->qmPath); // Once for both, because two swaps change nothing.
+                m_reportedLanguages += other->qmPath; // Two swaps change nothing.
                 remedy = QStringLiteral("swap it with ") + otherFile
                     + QStringLiteral(", which is for ") + m_codes.value(other->qmPath);
             }
@@ -651,12 +715,16 @@ private:
             }
             return result;
         }();
-        // "Deutsch (Österreich)", "日本語 / Japanese"
-        static const QRegularExpression addition(QStringLiteral(" *[(/\u2013\uFF08].*$"));
         const QString whole = name.toCaseFolded();
-        return languages.contains(whole)
-            ? languages.value(whole)
-            : languages.value(QString(whole).remove(addition).trimmed(), QLocale::C);
+        return languages.contains(whole) ? languages.value(whole)
+                                         : languages.value(withoutAddition(whole), QLocale::C);
+    }
+
+    /// Returns a name such as "Deutsch (Österreich)" or "日本語 / Japanese" without what follows.
+    static QString withoutAddition(const QString &name)
+    {
+        static const QRegularExpression addition(QStringLiteral(" *[(/\u2013\uFF08].*$"));
+        return QString(name).remove(addition).trimmed();
     }
 
     /// Finds languages with the texts of another one, or in English.
@@ -665,23 +733,26 @@ private:
         QStringList english;
         for (const SourceText &source : kSourceTexts)
             english += QLatin1String(source.text);
-        QMap<QStringList, QString> pathOfTexts;
+        QMap<QStringList, LangEntry> languageOfTexts;
         for (const LangEntry &lang : qAsConst(m_report.listed)) {
             const QStringList texts = m_texts.value(lang.qmPath);
             if (texts.isEmpty() || m_reportedLanguages.contains(lang.qmPath))
                 continue;
             const QString folder = folderName(lang);
-            const QString earlier = pathOfTexts.value(texts);
+            const LangEntry other = languageOfTexts.value(texts);
+            const QString earlier = other.qmPath;
             if (texts == english && isLanguageCode(folder)
-                && localeOf(folder).language() != QLocale::English) {
+                && localeOf(folder).language() != QLocale::English
+                && languageNamed(lang.name) != QLocale::English) {
                 addFile(FindingKind::QmEnglish, lang, {folder, quoted(lang.name)});
             } else if (!earlier.isEmpty() && !isSamePath(earlier, lang.qmPath)
-                       && !isSameLanguage(folder, QFileInfo(earlier).dir().dirName())
+                       && !isSameLanguage(folder, folderName(other))
+                       && withoutAddition(lang.name) != withoutAddition(other.name)
                        && !isVariant(m_codes.value(lang.qmPath), m_codes.value(earlier))) {
                 addFile(FindingKind::SameTexts, lang,
                         {m_report.relative(earlier), quoted(lang.name)});
             }
-            pathOfTexts.insert(texts, lang.qmPath);
+            languageOfTexts.insert(texts, lang);
         }
     }
 
@@ -738,6 +809,7 @@ private:
     QHash<QString, QString> m_codes;     ///< The language that each translation is for
     QHash<QString, QStringList> m_texts; ///< The texts of each translation
     QSet<QString> m_reportedLanguages;   ///< Translations for a wrong language
+    QStringList m_transferred;           ///< Translations that were transferred in text mode
     QSet<int> m_reportedNames;           ///< Languages with a wrong folder
     QSet<QString> m_checked {QString()}; ///< Paths of translations.
     bool m_unused = false; ///< Whether the fallback is checked although the default has a file.

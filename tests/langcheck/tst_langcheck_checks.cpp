@@ -30,7 +30,8 @@ using GoodDeployment::kCatalogue;
 using GoodDeployment::kUtf8Bom;
 
 /// Installs languages whose translations are as good as GoodDeployment's, but name a language.
-void installLanguages(const Files &files)
+/// Languages without a name are called "Language " and their folder.
+void installLanguages(const Files &files, const QStringList &names = {})
 {
     QFile first(QStringLiteral(":/translations/first.qm"));
     if (!first.open(QIODevice::ReadOnly))
@@ -41,8 +42,10 @@ void installLanguages(const Files &files)
                               7);
     if (translation.count(language) != 1)
         qFatal("No language in the test translation");
-    QByteArray catalogue = "[LANG_MGR]\nDEFAULT=1\n";
+    QByteArray catalogue = kUtf8Bom + "[LANG_MGR]\nDEFAULT=1\n";
     for (int i = 0; i < files.size(); ++i) {
+        const QByteArray name =
+            names.value(i, QLatin1String("Language ") + QLatin1String(files.at(i).first)).toUtf8();
         const QByteArray code = files.at(i).second;
         const QByteArray block =
             code.isEmpty() ? QByteArray() : QByteArray("\xA7\0\0\0", 4) + char(code.size()) + code;
@@ -55,9 +58,10 @@ void installLanguages(const Files &files)
                                                              "1\0 ",
                                                              4),
                                                   QByteArray(number, 4)));
-        catalogue += QByteArray("LANG%_NAME=Language ?\nLANG%_FOLDER=?\nLANG%_SHOW=1\n")
+        catalogue += QByteArray("LANG%_FOLDER=?\nLANG%_SHOW=1\nLANG%_NAME=")
                          .replace('%', QByteArray::number(i + 1))
-                         .replace('?', files.at(i).first);
+                         .replace('?', files.at(i).first)
+            + name + '\n';
     }
     Deployment::writeCatalogue(catalogue);
 }
@@ -103,6 +107,9 @@ private Q_SLOTS:
     void realNamesAreNotGarbled();
     void languagesOfFilesAreCompared_data();
     void languagesOfFilesAreCompared();
+    void namesShowWhatIsWrong_data();
+    void namesShowWhatIsWrong();
+    void englishNameMeansEnglishTexts();
     void clippedTextIsMeasured();
     void clippedNameIsMeasured();
     void heightIsMeasured();
@@ -409,6 +416,8 @@ void tst_langcheck_checks::translationFiles_data()
     row("cut off by a byte", translation("first").chopped(1), "qm-damaged");
     row("damaged", translation("first").left(17) + "\xFF\xFF" + translation("first").mid(19),
         "qm-damaged");
+    row("zeros at its end", translation("first").chopped(20) + QByteArray(20, '\0'), "qm-damaged");
+    row("saved by a text editor", "<\xEF\xBF\xBD" + translation("first").mid(2), "qm-damaged");
     row("another program's", translation("other_program"), "qm-foreign");
     row("one of eight texts", translation("one_text"), "text-missing");
     row("too long", translation("long_texts"), "text-clipped");
@@ -480,8 +489,7 @@ void tst_langcheck_checks::percentInTheApplicationFolder()
     QVERIFY(QDir().mkpath(folder + QStringLiteral("/Lang")));
     QVERIFY(QFile::rename(Deployment::path(QStringLiteral("Lang/Lang.ini")),
                           folder + QStringLiteral("/Lang/Lang.ini")));
-    QVERIFY(shortForms(checkDeployment(folder))
-                .startsWith(QStringLiteral(".:0 error application-folder\n")));
+    QCOMPARE(shortForms(checkDeployment(folder)), QStringLiteral(".:0 error application-folder"));
 }
 
 void tst_langcheck_checks::unreadableCatalogue()
@@ -645,6 +653,45 @@ void tst_langcheck_checks::languagesOfFilesAreCompared()
         found += finding.file.section(QLatin1Char('/'), 1, 1);
     }
     QCOMPARE(found.join(QLatin1Char(' ')), warned);
+}
+
+void tst_langcheck_checks::namesShowWhatIsWrong_data()
+{
+    QTest::addColumn<Files>("files");
+    QTest::addColumn<QStringList>("names");
+    QTest::addColumn<QString>("findings");
+
+    QTest::newRow("files swapped")
+        << Files {{"cs", "pl"}, {"pl", "cs"}}
+        << QStringList {QStringLiteral("Čeština"), QStringLiteral("Polski")}
+        << QStringLiteral("Lang/cs/Zendel.qm:0 error qm-language");
+    QTest::newRow("a wrong file") << Files {{"ru", "el"}, {"de", "de"}}
+                                  << QStringList {QStringLiteral("Русский"),
+                                                  QStringLiteral("Deutsch")}
+                                  << QStringLiteral("Lang/ru/Zendel.qm:0 error qm-language");
+    QTest::newRow("only the folder differs")
+        << Files {{"uk", "en_GB"}, {"en", "en_US"}}
+        << QStringList {QStringLiteral("English (UK)"), QStringLiteral("English")} << QString();
+}
+
+void tst_langcheck_checks::namesShowWhatIsWrong()
+{
+    QFETCH(Files, files);
+    QFETCH(QStringList, names);
+    QFETCH(QString, findings);
+
+    installLanguages(files, names);
+    QCOMPARE(shortForms(check()), findings);
+}
+
+void tst_langcheck_checks::englishNameMeansEnglishTexts()
+{
+    Deployment::installTranslation(QStringLiteral("my"), QStringLiteral("english"));
+    Deployment::writeCatalogue(
+        QByteArray(catalogueWith("=second", "=my")).replace("=Two", "=English"));
+    QCOMPARE(shortForms(check()), QString());
+    Deployment::writeCatalogue(catalogueWith("=second", "=my"));
+    QCOMPARE(shortForms(check()), QStringLiteral("Lang/my/Zendel.qm:0 error qm-english"));
 }
 
 /// Returns the size and the room that the text of the first finding names, which must match.
@@ -919,6 +966,8 @@ void tst_langcheck_checks::variantMayHaveTheSameTexts()
     QCOMPARE(shortForms(check()), QString());
     Deployment::writeTranslation(QStringLiteral("second"), translation);
     QCOMPARE(shortForms(check()), QStringLiteral("Lang/second/Zendel.qm:0 warning same-texts"));
+    Deployment::writeCatalogue(catalogueWith("=Two", "=One (Austria)"));
+    QCOMPARE(shortForms(check()), QString());
 }
 
 void tst_langcheck_checks::textsNameEffectAndRemedy()

@@ -110,6 +110,7 @@ private Q_SLOTS:
     void namesShowWhatIsWrong_data();
     void namesShowWhatIsWrong();
     void englishNameMeansEnglishTexts();
+    void transferredFilesAreOneFinding();
     void clippedTextIsMeasured();
     void clippedNameIsMeasured();
     void heightIsMeasured();
@@ -692,6 +693,22 @@ void tst_langcheck_checks::englishNameMeansEnglishTexts()
     QCOMPARE(shortForms(check()), QString());
     Deployment::writeCatalogue(catalogueWith("=second", "=my"));
     QCOMPARE(shortForms(check()), QStringLiteral("Lang/my/Zendel.qm:0 error qm-english"));
+}
+
+void tst_langcheck_checks::transferredFilesAreOneFinding()
+{
+    for (const char *const name : {"first", "second"}) {
+        QFile file(QStringLiteral(":/translations/%1.qm").arg(QLatin1String(name)));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        Deployment::writeTranslation(QLatin1String(name), file.readAll().replace("\n", "\r\n"));
+    }
+    const QList<Finding> findings = check().findings;
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(findings.first().severity, Finding::Error);
+    QCOMPARE(findings.first().languages, QVector<int>({1, 2}));
+    QCOMPARE(findings.first().problem(),
+             QStringLiteral("the compiled translation is damaged: it was transferred in text mode, "
+                            "as were those in second"));
 }
 
 /// Returns the size and the room that the text of the first finding names, which must match.

@@ -17,11 +17,10 @@ const QString kStandardOutput = QStringLiteral("-");
 
 const char *const kDescription =
     "langcheck, the deployment checker, reads Lang/Lang.ini and the translations as\n"
-    "the settings plug-in does, checks the DLLs next to the host's executable if\n"
-    "Qt5Core.dll is one of them, and prints what the operator will see, then errors\n"
-    "and warnings. It doesn't change anything in the folder. After a double-click on\n"
-    "Windows, it shows the report in the browser instead, as the page langcheck.html\n"
-    "in the user's temporary folder.\n\n"
+    "the settings plug-in does, checks the DLLs next to the host's executable, and\n"
+    "prints what the operator will see, then errors and warnings. It doesn't change\n"
+    "anything in the folder. After a double-click on Windows, it shows the report in\n"
+    "the browser instead, as the page langcheck.html in the user's temporary folder.\n\n"
     "On a terminal, the findings are grouped by file, and in colour unless the\n"
     "variable NO_COLOR is set. Elsewhere, each is a single line.\n\n"
     "The exit code is 0 without findings, 1 for warnings only, 2 for errors, which\n"
@@ -129,7 +128,7 @@ CommandLine CommandLine::parse(const QStringList &arguments)
     const QCommandLineOption html(
         QStringLiteral("html"),
         QStringLiteral("Also writes the report as a page for a browser, with pictures of what the "
-                       "operator will see; \"-\" prints the page, and the report to the standard "
+                       "operator will see; \"-\" prints the page, and the report goes to standard "
                        "error."),
         QStringLiteral("file"));
     const QCommandLineOption junit(

@@ -74,7 +74,8 @@ private:
             m_report.addLine(FindingKind::NoLanguages, 0,
                              {QStringLiteral("all languages are hidden"),
                               QStringLiteral("write SHOW=1 for each language that is to be "
-                                             "offered, and its number after DEFAULT=")});
+                                             "offered, and the number of one of them after "
+                                             "DEFAULT=")});
         } else {
             m_report.addLine(FindingKind::NoLanguages, 0,
                              {QStringLiteral("no language has a name, a folder and SHOW=1"),

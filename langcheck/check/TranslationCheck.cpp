@@ -480,12 +480,13 @@ private:
         const QLocale locale(language);
         if (std::all_of(texts.begin(), texts.end(),
                         [&locale](const QString &text) { return lacksScript(text, locale); })) {
-            addTranslation(FindingKind::TextGarbled, path,
-                           {withValues("all texts are without a letter of %1, the language of the "
-                                       "translation, but",
-                                       {QLocale::languageToString(locale.language())}),
-                            QStringLiteral("replace the file with a translation whose .ts file "
-                                           "was read and saved as UTF-8")});
+            addTranslation(
+                FindingKind::TextGarbled, path,
+                {withValues("no text has a character of the script of %1, the language of "
+                            "the translation, because",
+                            {QLocale::languageToString(locale.language())}),
+                 QStringLiteral("replace the file with a translation whose .ts file "
+                                "was read and saved as UTF-8")});
             return;
         }
         for (int i = 0; i < texts.size(); ++i)
@@ -545,7 +546,8 @@ private:
         } else if (!misread(text).original.isEmpty() || isLost(text)) {
             addTranslation(
                 FindingKind::TextGarbled, path,
-                {withValues("the text \"%1\" in the context %2 is translated as %3,", values),
+                {withValues("the text \"%1\" in the context %2 is translated as %3, in which",
+                            values),
                  QStringLiteral("type the text again in the .ts file, save it as UTF-8, "
                                 "and compile it")});
         } else if (isShownWithMnemonic(source)) {

@@ -727,7 +727,7 @@ void tst_langcheck_command_line::missingPermissionIsReported()
     denied(
         lang + QStringLiteral("/second/Zendel.qm"),
         "\nLang/second/Zendel.qm: error: the file can't be read: permission denied; a dialog that "
-        "uses it has empty texts; give the user who runs the host permission to read the file "
+        "needs it has empty texts; give the user who runs the host permission to read the file "
         "[qm-unreadable]\n");
     denied(lang + QStringLiteral("/Lang.ini"),
            "\nLang/Lang.ini: error: the file can't be read: permission denied; the operator's list "

@@ -517,7 +517,8 @@ void tst_langcheck_remedies::remedyRepairs_data()
     row("no-languages", "section only", catalogue("[LANG_MGR]\nDEFAULT=1\n"), ini,
         "write all three for at least one language", restore);
     row("no-languages", "all hidden", catalogue(QByteArray(good).replace("SHOW=1", "SHOW=0")), ini,
-        "write SHOW=1 for each language that is to be offered, and its number after DEFAULT=",
+        "write SHOW=1 for each language that is to be offered, and the number of one of "
+        "them after DEFAULT=",
         restore);
     row("default-missing", "no line", catalogue(catalogueWith("DEFAULT=1\n", "")), ini,
         "below [LANG_MGR], write DEFAULT=<number>: 1 for One, 2 for Two",

@@ -1,7 +1,6 @@
 #include "langcheck/check/BytesCheck.h"
 
 #include "langcheck/Texts.h"
-#include "langcheck/check/Misread.h"
 
 #include <QRegularExpression>
 #include <QTextCodec>
@@ -20,6 +19,16 @@ bool isHalfOfGb2312(char byte)
 {
     const auto code = static_cast<unsigned char>(byte);
     return code >= 0xA1 && code <= 0xFE;
+}
+
+/// Returns the text if the bytes are UTF-8 and not only ASCII; otherwise an empty string.
+QString decodedUtf8(const QByteArray &bytes)
+{
+    QTextCodec::ConverterState state;
+    const QString text =
+        QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
+    const bool ascii = std::all_of(bytes.begin(), bytes.end(), isAscii);
+    return ascii || state.invalidChars > 0 || state.remainingChars > 0 ? QString() : text;
 }
 
 /// The result of decoding a line, without its line end, as GB2312.

@@ -180,19 +180,13 @@ private:
         m_isAppended = isEnd || (!original.isEmpty() && text.size() >= 3);
         if (!m_isAppended)
             return false;
-        if (isWide) {
-            add(FindingKind::AppendedBytes,
-                {quoted(original), QStringLiteral("an 8-bit encoding into a UTF-16 file"),
-                 QStringLiteral("Chinese characters"), QStringLiteral("as UTF-16")});
-        } else {
-            add(FindingKind::AppendedBytes,
-                {quoted(original),
-                 isUtf8 ? QStringLiteral("UTF-16 into a UTF-8 file")
-                        : QStringLiteral("UTF-16 into a file in an 8-bit encoding"),
-                 QStringLiteral("letters with zero bytes between them"),
-                 isUtf8 ? QStringLiteral("as UTF-8")
-                        : QStringLiteral("in the encoding in which the other names look right")});
-        }
+        add(FindingKind::AppendedBytes,
+            {quoted(original),
+             isWide ? QStringLiteral("an 8-bit encoding into a UTF-16 file")
+                    : QStringLiteral("UTF-16 into a file in an 8-bit encoding"),
+             isWide       ? QStringLiteral("as UTF-16")
+                 : isUtf8 ? QStringLiteral("as UTF-8")
+                          : QStringLiteral("in the encoding in which the other names look right")});
         rememberIntended(intendedKey(original.left(original.indexOf(QLatin1Char('=')))));
         return true;
     }

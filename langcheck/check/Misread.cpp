@@ -6,9 +6,9 @@
 #include <QRegularExpression>
 #include <QTextCodec>
 #include <QTextDocumentFragment>
-#include <QVector>
 
 #include <algorithm>
+#include <vector>
 
 namespace {
 
@@ -16,15 +16,17 @@ namespace {
 class Encoding
 {
 public:
-    Encoding(const char *codec, bool singleByte, const char *name = nullptr)
-        : m_name(name ? name : codec)
-        , m_codec(QTextCodec::codecForName(codec))
+    explicit Encoding(const char *name)
+        : m_name(name)
+        , m_codec(QTextCodec::codecForName(name))
     {
-        for (int i = 0x80; singleByte && m_codec && i < 0x100; ++i) {
+        const bool isSingleByte = m_codec && m_codec->toUnicode("\xE0\xA1\xA1").size() == 3;
+        for (int i = 0x80; isSingleByte && i < 0x100; ++i) {
             const auto byte = static_cast<char>(i);
             const QString c = m_codec->toUnicode(&byte, 1);
             // Windows reads bytes without a letter as the controls of Latin-1.
-            m_upper += c == QChar(QChar::ReplacementCharacter) ? QString(QChar(i)) : c;
+            const bool isLetter = c.size() == 1 && c != QChar(QChar::ReplacementCharacter);
+            m_upper += isLetter ? c : QString(QChar(i));
         }
     }
 
@@ -33,12 +35,11 @@ public:
     /// Returns the bytes that are read as @p text; none if no bytes are.
     QByteArray encoded(const QString &text) const
     {
-        if (m_upper.isEmpty()) {
-            const bool isPossible = m_codec && m_codec->canEncode(text);
-            const QByteArray bytes = isPossible ? m_codec->fromUnicode(text) : QByteArray();
-            return isPossible && m_codec->toUnicode(bytes) == text ? bytes : QByteArray();
-        }
         QByteArray bytes;
+        if (m_upper.isEmpty()) {
+            bytes = m_codec && m_codec->canEncode(text) ? m_codec->fromUnicode(text) : bytes;
+            return m_codec && m_codec->toUnicode(bytes) == text ? bytes : QByteArray();
+        }
         for (const QChar c : text) {
             const int index = m_upper.indexOf(c);
             if (index < 0 && c.unicode() >= 0xA0)
@@ -48,18 +49,10 @@ public:
         return bytes;
     }
 
-    /// Returns what is read, without a loss; an empty string if something is lost.
+    /// Returns what is read; an empty string if something is lost.
     QString decoded(const QByteArray &bytes) const
     {
-        QString text;
-        if (m_upper.isEmpty()) {
-            text = m_codec ? m_codec->toUnicode(bytes) : QString();
-        } else {
-            for (const char byte : bytes) {
-                const ushort code = static_cast<uchar>(byte);
-                text += code < 0x80 ? QChar(code) : m_upper.at(code - 0x80);
-            }
-        }
+        const QString text = m_codec ? m_codec->toUnicode(bytes) : QString();
         return encoded(text) == bytes ? text : QString();
     }
 
@@ -69,27 +62,18 @@ private:
     QString m_upper; ///< The characters of the bytes from 0x80; empty if some need two bytes.
 };
 
-/// Returns encodings that Qt knows without ICU, and first those as which UTF-8 is often read.
-const QVector<Encoding> &encodings()
+/// Returns encodings that Qt knows without ICU: UTF-8, then those as which it is often read.
+const std::vector<Encoding> &encodings()
 {
-    static const QVector<Encoding> all {
-        {"Windows-1252", true, "Windows-1252 or Latin-1"}, // They differ only in controls.
-        {"GB18030", false, "GBK"},
-        {"Windows-1250", true},
-        {"Windows-1251", true},
-        {"IBM850", true},
-        {"IBM866", true},
-        {"Windows-1253", true},
-        {"Windows-1254", true},
-        {"Windows-1255", true},
-        {"Windows-1256", true},
-        {"Windows-1257", true},
-        {"Windows-1258", true},
-        {"TIS-620", true},
-        {"Shift-JIS", false},
-        {"Big5", false},
-        {"EUC-KR", false},
-    };
+    static const std::vector<Encoding> all = [] {
+        std::vector<Encoding> result;
+        for (const char *const name :
+             {"UTF-8", "Windows-1252", "GBK", "Windows-1250", "Windows-1251", "IBM850", "IBM866",
+              "TIS-620", "Windows-1253", "Windows-1254", "Windows-1255", "Windows-1256",
+              "Windows-1257", "Windows-1258", "Shift-JIS", "Big5", "EUC-KR"})
+            result.emplace_back(name);
+        return result;
+    }();
     return all;
 }
 
@@ -103,9 +87,9 @@ bool isAscii(QChar c)
     return c.unicode() < 0x80;
 }
 
-QString readAs(const QString &written, const Encoding &read)
+QString readAs(const Encoding &written, const Encoding &read)
 {
-    return withValues("%1 that was read as %2", {written, read.name()});
+    return withValues("%1 that was read as %2", {written.name(), read.name()});
 }
 
 /// Returns what a text was if the result is the name of a language, which is no coincidence.
@@ -113,21 +97,18 @@ Misread misreadName(const QString &text, int times)
 {
     if (isName(text) || std::all_of(text.begin(), text.end(), isAscii))
         return {};
-    for (const Encoding &read : encodings()) {
-        const QString utf8 = decodedUtf8(read.encoded(text));
-        const QString how = readAs(QStringLiteral("UTF-8"), read);
-        if (isName(utf8))
-            return {utf8, how};
-        const Misread again = times > 1 ? misreadName(utf8, times - 1) : Misread();
-        if (!again.original.isEmpty())
-            return {again.original, again.how == how ? how + QStringLiteral(", twice") : how};
-    }
-    for (const Encoding &read : encodings()) {
-        const QByteArray bytes = read.encoded(text);
-        for (const Encoding &written : encodings()) {
-            const QString original = bytes.isEmpty() ? QString() : written.decoded(bytes);
+    for (const Encoding &written : encodings()) {
+        const bool isUtf8 = &written == &encodings().front();
+        for (const Encoding &read : encodings()) {
+            const QString original = written.decoded(read.encoded(text));
+            const QString how = readAs(written, read);
             if (isName(original))
-                return {original, readAs(written.name(), read)};
+                return {original, how};
+            if (times == 1 || !isUtf8 || original == text)
+                continue;
+            const Misread again = misreadName(original, times - 1);
+            if (!again.original.isEmpty())
+                return {again.original, again.how == how ? how + QStringLiteral(", twice") : how};
         }
     }
     return {};
@@ -153,12 +134,14 @@ Misread misreadUtf8(const QString &text)
         return !isAscii(c) && c.category() != QChar::Letter_Uppercase
             && c.category() != QChar::Letter_Lowercase;
     });
-    const int certain = 5; // The first encodings
-    for (int i = 0; i < certain; ++i) {
-        const QString utf8 = decodedUtf8(encodings().at(i).encoded(body));
+    const Encoding &utf8 = encodings().front();
+    const std::size_t certain = 5; // The encodings after UTF-8
+    for (std::size_t i = 1; i <= certain; ++i) {
+        const QString original = utf8.decoded(encodings()[i].encoded(body));
         // In central and eastern Europe, two letters in a row may be UTF-8 by chance.
-        if (!utf8.isEmpty() && (hasSymbol || i == 0) && isPlausible(utf8))
-            return {utf8, readAs(QStringLiteral("UTF-8"), encodings().at(i))};
+        if (!original.isEmpty() && original != body && (hasSymbol || i == 1)
+            && isPlausible(original))
+            return {original, readAs(utf8, encodings()[i])};
     }
     return {};
 }
@@ -175,9 +158,9 @@ QString decodedCodes(const QString &codes, bool &certain)
         const bool isHex = !match.captured(1).isEmpty();
         bytes += static_cast<char>(match.captured(isHex ? 1 : 2).toInt(nullptr, isHex ? 16 : 8));
     }
-    const QString utf8 = decodedUtf8(bytes);
-    certain = certain && !utf8.isEmpty();
-    return utf8.isEmpty() ? encodings().first().decoded(bytes) : utf8;
+    const QString utf8 = encodings().front().decoded(bytes);
+    certain = certain && !utf8.isEmpty() && utf8.size() < bytes.size();
+    return utf8.isEmpty() ? encodings()[1].decoded(bytes) : utf8;
 }
 
 } // namespace
@@ -240,14 +223,4 @@ QLocale::Language languageNamed(const QString &name)
     return languages.contains(whole)
         ? languages.value(whole)
         : languages.value(QString(whole).remove(addition).trimmed(), QLocale::C);
-}
-
-QString decodedUtf8(const QByteArray &bytes)
-{
-    QTextCodec::ConverterState state;
-    const QString text =
-        QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
-    const bool ascii = std::all_of(bytes.begin(), bytes.end(),
-                                   [](char byte) { return static_cast<uchar>(byte) < 0x80; });
-    return ascii || state.invalidChars > 0 || state.remainingChars > 0 ? QString() : text;
 }

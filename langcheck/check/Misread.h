@@ -21,6 +21,3 @@ QString withoutCodes(const QString &text);
 
 /// Returns the language that has this name in itself or in English; C if none or several have.
 QLocale::Language languageNamed(const QString &name);
-
-/// Returns the text if the bytes are UTF-8 and not only ASCII; otherwise an empty string.
-QString decodedUtf8(const QByteArray &bytes);

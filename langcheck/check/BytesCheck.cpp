@@ -124,9 +124,9 @@ QString readAgainAsBytes(const QString &line)
 
 QString readAgainAsUtf16(const QString &line)
 {
-    // After the first line, a zero byte is left of the previous line's end.
-    static const QRegularExpression wide(QStringLiteral("^\\x{0}?([\\x{1}-\\x{7F}]\\x{0}){2}"));
-    static const QRegularExpression ascii(QStringLiteral("^[ -~\\t]*"));
+    // A BOM may precede the first line; half of the previous line's end precedes the others.
+    static const QRegularExpression wide(QStringLiteral("^[^ -~]{0,2}([\\x{1}-\\x{7F}]\\x{0}){2}"));
+    static const QRegularExpression ascii(QStringLiteral("[ -~]+"));
     const QString text = QString(line).remove(QChar(QChar::Null));
     return wide.match(line).hasMatch() ? ascii.match(text).captured().trimmed() : QString();
 }

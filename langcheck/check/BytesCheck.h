@@ -28,8 +28,8 @@ QVector<int> lineNumbersWithoutBom(const QByteArray &bytes);
 /// it wasn't.
 QString readAgainAsBytes(const QString &line);
 
-/// Returns what a line of an 8-bit catalogue was, up to the first letter that isn't ASCII, if it was
-/// appended in UTF-16; empty if it wasn't.
+/// Returns what a line of an 8-bit catalogue was if it was appended in UTF-16, up to the first
+/// letter that isn't ASCII; empty if it wasn't.
 QString readAgainAsUtf16(const QString &line);
 
 /// Returns true if a UTF-16 file was transferred in text mode, which changes line feed bytes.

@@ -637,8 +637,10 @@ void tst_langcheck_checks::namesOfLanguagesAreRestored()
     QCOMPARE(shortForms(report),
              QString::fromLatin1("Lang/Lang.ini:9 warning ")
                  + QLatin1String(how.isEmpty() ? "escaped-name" : "garbled-name"));
-    QVERIFY(
-        report.findings.first().remedy().startsWith(QStringLiteral("write LANG3_NAME=") + meant));
+    const QString remedy = QStringLiteral("write LANG3_NAME=") + meant;
+    const QString rest = QStringLiteral(", correct the other names, and save the file as \"UTF-8 "
+                                        "with BOM\"");
+    QCOMPARE(report.findings.first().remedy(), how.isEmpty() ? remedy : remedy + rest);
     QVERIFY(report.findings.first().problem().contains(how));
 }
 
@@ -778,6 +780,20 @@ void tst_langcheck_checks::textsFitTheCatalogue_data()
         {{"",
           "write LANG2_NAME=日本語, correct the other names, and save the file as \"UTF-8 with "
           "BOM\""}});
+    row("names garbled in several ways",
+        kUtf8Bom + good
+            + "LANG3_NAME=FranÃ§ois\nLANG3_SHOW=0\nLANG4_NAME=Fran├ºois\nLANG4_SHOW=0\n"
+              "LANG5_NAME=Fran‡ais\nLANG5_SHOW=0\n",
+        {{"the names on lines 9, 11 and 13 look like texts that were read in wrong encodings; ",
+          "write LANG3_NAME=François, LANG4_NAME=François, LANG5_NAME=Français, correct the other "
+          "names, and save the file as \"UTF-8 with BOM\""}});
+    row("appended in UTF-16",
+        kUtf8Bom + good
+            + Deployment::utf16(QStringLiteral("LANG3_NAME=\u0395\nLANG3_FOLDER=hidden\n"
+                                               "LANG3_SHOW=1\n")),
+        {{"lines 9 to 12 were written in UTF-16 into a file in an 8-bit encoding; they are misread "
+          "and ignored, and language 3 isn't offered; ",
+          ""}});
     row("folder that looks like another",
         kUtf8Bom + catalogueWith("=second", "=\u0441s\U0001F600")
             + "LANG3_FOLDER=hidden\nLANG3_SHOW=0\n",

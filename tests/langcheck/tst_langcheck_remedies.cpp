@@ -299,6 +299,10 @@ void tst_langcheck_remedies::remedyRepairs_data()
         "Lang.ini:9",
         "open the file as UTF-8, delete the lines, type them again, and save the file",
         catalogue(kUtf8Bom + good + hiddenGreek));
+    row("appended-bytes", "UTF-16 with its BOM", catalogue(kUtf8Bom + good + utf16("; x\n; y\n")),
+        "Lang.ini:9",
+        "open the file as UTF-8, delete the lines, type them again, and save the file",
+        catalogue(kUtf8Bom + good + "; x\n; y\n"));
     row("appended-bytes", "UTF-16 without a BOM",
         catalogue(good + utf16("; Ελληνικά\n; x\n").mid(2)), "Lang.ini:9",
         "open the file in the encoding in which the other names look right, delete the lines, type "
@@ -417,6 +421,7 @@ void tst_langcheck_remedies::remedyRepairs_data()
     };
     garbled("read as Latin-1", QString::fromLatin1("한글말"), "한글말");
     garbled("UTF-8 read as GBK", QStringLiteral("Fran莽ois"), "François");
+    garbled("letters only", QStringLiteral("BaÅŸlat"), "Başlat");
     garbled("UTF-8 read as Windows-1250", QStringLiteral("FranĂ§ois"), "François");
     garbled("UTF-8 read as IBM850", QStringLiteral("Fran├ºois"), "François");
     row("escaped-name", "HTML", with("=Two", "=Fran&ccedil;ois"), "Lang.ini:6",

@@ -187,7 +187,9 @@ private:
              isWide       ? QStringLiteral("as UTF-16")
                  : isUtf8 ? QStringLiteral("as UTF-8")
                           : QStringLiteral("in the encoding in which the other names look right")});
-        rememberIntended(intendedKey(original.left(original.indexOf(QLatin1Char('=')))));
+        static const QRegularExpression key(QStringLiteral("LANG[0-9]+_[A-Z]+|DEFAULT"));
+        for (auto it = key.globalMatch(original); it.hasNext();)
+            rememberIntended(it.next().captured());
         return true;
     }
 

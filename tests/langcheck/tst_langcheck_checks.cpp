@@ -787,6 +787,12 @@ void tst_langcheck_checks::textsFitTheCatalogue_data()
         {{"the names on lines 9, 11 and 13 look like texts that were read in wrong encodings; ",
           "write LANG3_NAME=François, LANG4_NAME=François, LANG5_NAME=Français, correct the other "
           "names, and save the file as \"UTF-8 with BOM\""}});
+    row("appended in 8 bits",
+        Deployment::utf16(QChar(QChar::ByteOrderMark) + QString::fromLatin1(good))
+            + "LANG3_ID=3\nLANG3_NAME=x\n",
+        {{"the line was written in an 8-bit encoding into a UTF-16 file: \"LANG3_ID=3 "
+          "LANG3_NAME=x\"; it is misread and ignored, and language 3 isn't offered; ",
+          ""}});
     row("appended in UTF-16",
         kUtf8Bom + good
             + Deployment::utf16(QStringLiteral("LANG3_NAME=\u0395\nLANG3_FOLDER=hidden\n"

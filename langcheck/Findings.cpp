@@ -14,6 +14,7 @@ namespace {
 constexpr FindingTexts kNone = {nullptr, nullptr, nullptr};
 
 const int kWritten = 3;       ///< The value of a garbled name that is to be written
+const int kHow = 4;           ///< How it was garbled
 const int kMostWritten = 300; ///< Characters of all that are shown
 
 } // namespace
@@ -111,12 +112,10 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
     {Kind::AppendedBytes,
      "appended-bytes",
      Finding::Error,
-     {"the line was written in an 8-bit encoding into a UTF-16 file: %1",
-      "it is read as Chinese characters and ignored",
-      "open the file as UTF-16, delete the line, type it again, and save the file"},
-     {"%0 were written in an 8-bit encoding into a UTF-16 file",
-      "they are read as Chinese characters and ignored",
-      "open the file as UTF-16, delete the lines, type them again, and save the file"}},
+     {"the line was written in %2: %1", "it is misread and ignored",
+      "open the file %3, delete the line, type it again, and save the file"},
+     {"%0 were written in %2", "they are misread and ignored",
+      "open the file %3, delete the lines, type them again, and save the file"}},
     {Kind::SwallowedLine,
      "swallowed-line",
      Finding::Error,
@@ -251,13 +250,11 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      {"%1 contains a question mark or a replacement character: %2",
       "the operator sees it, and letters were probably lost when the file was saved in an encoding "
       "that lacks them",
-      "open the file in the encoding in which all other names look right, type this one again, and "
-      "save the file as \"UTF-8 with BOM\""},
+      "%3type this name again, and save the file as \"UTF-8 with BOM\""},
      {"the names on %0 contain question marks or replacement characters",
       "the operator sees them, and letters were probably lost when the file was saved in an "
       "encoding that lacks them",
-      "open the file in the encoding in which all other names look right, type these again, and "
-      "save the file as \"UTF-8 with BOM\""}},
+      "%3type these names again, and save the file as \"UTF-8 with BOM\""}},
     {Kind::GarbledName,
      "garbled-name",
      Finding::Warning,
@@ -678,6 +675,8 @@ void merge(Finding &first, const Finding &other)
         first.consequences += withValues("%1 changes from %3 to %5", other.values);
     if (first.kind == FindingKind::GarbledName && first.values.at(kWritten).size() < kMostWritten)
         first.values[kWritten] += QLatin1String(", ") + other.values.at(kWritten);
+    if (first.kind == FindingKind::GarbledName && first.values.at(kHow) != other.values.at(kHow))
+        first.values[kHow] = QStringLiteral("texts that were read in wrong encodings");
     first.consequences += other.consequences;
     first.severity = std::max(first.severity, other.severity);
 }

@@ -31,24 +31,6 @@ QString decodedUtf8(const QByteArray &bytes)
     return ascii || state.invalidChars > 0 || state.remainingChars > 0 ? QString() : text;
 }
 
-/// Returns the bytes that Windows-1252 or Latin-1 reads as @p name; none if neither does.
-QByteArray toWindows1252(const QString &name)
-{
-    // The characters of the bytes 0x80 to 0x9F. Latin-1 reads all of them as controls.
-    static const QString upper = QStringLiteral(
-        "\u20AC\u0081\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030\u0160\u2039\u0152\u008D\u017D"
-        "\u008F\u0090\u2018\u2019\u201C\u201D\u2022\u2013\u2014\u02DC\u2122\u0161\u203A\u0153\u009D"
-        "\u017E\u0178");
-    QByteArray bytes;
-    for (const QChar c : name) {
-        const int index = upper.indexOf(c);
-        if (index < 0 && c.unicode() > 0xFF)
-            return {};
-        bytes += static_cast<char>(index < 0 ? c.unicode() : 0x80 + index);
-    }
-    return bytes;
-}
-
 /// The result of decoding a line, without its line end, as GB2312.
 struct Decoding
 {
@@ -140,37 +122,35 @@ QString readAgainAsBytes(const QString &line)
     return ascii || key.match(text).hasMatch() ? text : QString();
 }
 
+QString readAgainAsUtf16(const QString &line)
+{
+    // A BOM may precede the first line; half of the previous line's end precedes the others.
+    static const QRegularExpression wide(QStringLiteral("^[^ -~]{0,2}([\\x{1}-\\x{7F}]\\x{0}){2}"));
+    static const QRegularExpression ascii(QStringLiteral("[ -~]+"));
+    const QString text = QString(line).remove(QChar(QChar::Null));
+    return wide.match(line).hasMatch() ? ascii.match(text).captured().trimmed() : QString();
+}
+
 bool isTransferredAsText(const QByteArray &bytes)
 {
     const int most = bytes.count('\n');
     return most > 1 && bytes.count("\r\n") > most / 2;
 }
 
-Misread misread(const QString &name)
-{
-    const QByteArray bytes = toWindows1252(name);
-    const QString utf8 = decodedUtf8(bytes);
-    if (!utf8.isEmpty())
-        return {utf8, "UTF-8 that was read as Windows-1252 or Latin-1"};
-    const QTextCodec *const gbk = QTextCodec::codecForName("GB18030");
-    if (gbk && gbk->canEncode(name)) {
-        const QString western = decodedUtf8(gbk->fromUnicode(name));
-        if (!western.isEmpty())
-            return {western, "UTF-8 that was read as GBK"};
-    }
-    return {};
-}
-
 void checkBytesWithoutBom(const QByteArray &bytes, Report &report)
 {
-    const bool utf8 = !decodedUtf8(bytes).isEmpty();
+    QList<QByteArray> lines = bytes.split('\n');
+    for (QByteArray &line : lines) { // Those in UTF-16 are reported later.
+        if (!readAgainAsUtf16(QString::fromLatin1(line.constData(), line.size())).isEmpty())
+            line.clear();
+    }
+    const bool utf8 = !decodedUtf8(lines.join('\n')).isEmpty();
     bool onlyComments = true;
     bool damaged = false;
     int firstName = 0;
     QVector<int> swallowing; // Lines that end in half a GB2312 character
     int number = 0;
-    const QList<QByteArray> lines = bytes.split('\n');
-    for (const QByteArray &line : lines) {
+    for (const QByteArray &line : qAsConst(lines)) {
         ++number;
         const QByteArray trimmed = line.trimmed();
         const bool comment = trimmed.startsWith(';') || trimmed.startsWith('#');

@@ -5,8 +5,7 @@
 #include <QByteArray>
 #include <QVector>
 
-// Checks of the catalogue's bytes, and of names that were read in the wrong encoding before they
-// were saved.
+// Checks of the catalogue's bytes.
 
 /// Returns why the bytes aren't text in any encoding; empty if they may be.
 QString reasonNotText(const QByteArray &bytes);
@@ -29,16 +28,9 @@ QVector<int> lineNumbersWithoutBom(const QByteArray &bytes);
 /// it wasn't.
 QString readAgainAsBytes(const QString &line);
 
+/// Returns what a line of an 8-bit catalogue was if it was appended in UTF-16, up to the first
+/// letter that isn't ASCII; empty if it wasn't.
+QString readAgainAsUtf16(const QString &line);
+
 /// Returns true if a UTF-16 file was transferred in text mode, which changes line feed bytes.
 bool isTransferredAsText(const QByteArray &bytes);
-
-/// A text that was read in a wrong encoding.
-struct Misread
-{
-    QString original;
-    const char *how = nullptr; ///< For the sentence "the text looks like ..."
-};
-
-/// Returns what a name was if it was read in a wrong encoding before it was saved; an empty text if
-/// it wasn't.
-Misread misread(const QString &name);

@@ -8,6 +8,7 @@
 #include "langcheck/Texts.h"
 #include "langcheck/check/BytesCheck.h"
 #include "langcheck/check/Guess.h"
+#include "langcheck/check/Misread.h"
 #include "langcheck/check/NearbyFiles.h"
 #include "langcheck/check/SectionCheck.h"
 
@@ -104,10 +105,11 @@ public:
             m_report.lineNumbers += m_line;
         }
         const int found = m_report.findings.size();
-        if (!checkCharacters(text)) {
+        if (checkAppended(text)) {
             m_lines.texts.insert(m_line, shortened(text, kQuoteLength));
             return;
         }
+        checkCharacters(text);
         if (text.indexOf(QChar(QChar::ByteOrderMark), 1) > 0)
             addSecondCatalogue();
         m_isReported = m_isReported || text.endsWith(QChar(QChar::Null)); // See checkEnd().
@@ -166,8 +168,32 @@ private:
         m_isReported = true;
     }
 
-    /// Returns false if the line's text was not meant to be what was read.
-    bool checkCharacters(const QString &text)
+    /// If the line was appended in an encoding of another width, reports it and returns true.
+    bool checkAppended(const QString &text)
+    {
+        const bool isWide = m_report.encoding.startsWith(QLatin1String("UTF-16"));
+        const bool isUtf8 = m_report.encoding == QLatin1String("UTF-8");
+        const QString original = isWide ? readAgainAsBytes(text.trimmed()) : readAgainAsUtf16(text);
+        // After a line in UTF-16, its end or an empty line
+        const bool isEnd = m_isAppended && !isWide && text.contains(QChar(QChar::Null))
+            && QString(text).remove(QChar(QChar::Null)).trimmed().isEmpty();
+        m_isAppended = isEnd || (!original.isEmpty() && text.size() >= 3);
+        if (!m_isAppended)
+            return false;
+        add(FindingKind::AppendedBytes,
+            {quoted(original),
+             isWide ? QStringLiteral("an 8-bit encoding into a UTF-16 file")
+                    : QStringLiteral("UTF-16 into a file in an 8-bit encoding"),
+             isWide       ? QStringLiteral("as UTF-16")
+                 : isUtf8 ? QStringLiteral("as UTF-8")
+                          : QStringLiteral("in the encoding in which the other names look right")});
+        static const QRegularExpression key(QStringLiteral("LANG[0-9]+_[A-Z]+|DEFAULT"));
+        for (auto it = key.globalMatch(original); it.hasNext();)
+            rememberIntended(it.next().captured());
+        return true;
+    }
+
+    void checkCharacters(const QString &text)
     {
         if (text.trimmed().contains(QLatin1Char('\r')))
             add(FindingKind::CarriageReturn);
@@ -186,13 +212,6 @@ private:
                 {QStringLiteral("U+%1").arg(
                     QString::number(text.at(half).unicode(), 16).toUpper())});
         }
-        if (!m_report.encoding.startsWith(QLatin1String("UTF-16")))
-            return true;
-        const QString original = readAgainAsBytes(text.trimmed());
-        if (original.isEmpty() || text.size() < 3)
-            return true;
-        add(FindingKind::AppendedBytes, {quoted(original)});
-        return false;
     }
 
     void checkLine(const LangLine &line, const QString &text)
@@ -387,23 +406,27 @@ private:
     void checkLetters(const LangLine &line)
     {
         const QString name = line.value.toString();
-        const bool isReported = m_reported.contains(0); // For the whole file
+        const bool isLineReported = m_reported.contains(m_line) || m_undecodable;
+        const bool isReported = isLineReported || m_reported.contains(0); // For the whole file
         const Misread original = isReported ? Misread() : misread(name);
-        const QString decoded = withoutCodes(name);
+        const QString decoded = withoutCodes(name).trimmed();
         if (!original.original.isEmpty()) {
             const QString shown = shortened(original.original, 60);
             addValue(FindingKind::GarbledName, line,
-                     {shown, line.key.toString() + QLatin1Char('=') + shown,
-                      QLatin1String(original.how)});
+                     {shown, line.key.toString() + QLatin1Char('=') + shown, original.how});
             rememberIntended(line.key.toString());
         } else if (decoded != name) {
             addText(FindingKind::EscapedName, line, decoded);
         } else if (mixesScripts(name)) {
             add(FindingKind::MixedScripts, {line.key.toString(), quotedAscii(name)});
-        } else if (!m_reported.contains(m_line) && !m_undecodable
+        } else if (!isLineReported
                    && (name.contains(QLatin1Char('?'))
                        || (m_decodable && name.contains(QChar(QChar::ReplacementCharacter))))) {
-            addValue(FindingKind::LostLetters, line);
+            addValue(FindingKind::LostLetters, line,
+                     {m_report.encoding.startsWith(QLatin1String("UTF"))
+                          ? QString()
+                          : QStringLiteral("open the file in the encoding in which all other names "
+                                           "look right, ")});
             rememberIntended(line.key.toString());
         } else if (withoutInvisible(name) != name) {
             const QString visible = withoutInvisible(name);
@@ -542,6 +565,7 @@ private:
     int m_count = 0;
     int m_line = 0;
     bool m_undecodable = false; ///< The line has bytes that its encoding lacks.
+    bool m_isAppended = false;  ///< The line is in another encoding than the catalogue.
     bool m_inSection = false;
     bool m_isReported = false; ///< The line is part of what is reported for the whole file.
     LangLineReader m_reader;
@@ -591,7 +615,7 @@ void checkEnd(Report &report, const QByteArray &bytes, CatalogueLines &lines)
     if (isWide && bytes.size() % 2 != 0 && !isAppended)
         report.addLine(FindingKind::OddByte, 0);
     const int zeros = zeroTail(bytes, report.encoding);
-    if (zeros == 0)
+    if (zeros == 0 || (zeros == 1 && isAppended)) // The last byte of UTF-16
         return;
     const QByteArray end = bytes.chopped(zeros).right(isWide ? 2 : 1);
     const bool complete = end.contains('\n') || end.isEmpty();

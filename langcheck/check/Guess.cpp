@@ -4,8 +4,6 @@
 #include "langcheck/Texts.h"
 
 #include <QRegularExpression>
-#include <QTextCodec>
-#include <QTextDocumentFragment>
 
 #include <algorithm>
 #include <numeric>
@@ -126,20 +124,25 @@ QString withoutQuotes(const QString &value)
 
 QString withoutComment(const QString &value)
 {
-    int end = value.size();
+    // A semicolon at the end of a character reference is part of it.
+    static const QRegularExpression reference(QStringLiteral("(&#?[0-9A-Za-z]{2,8});"));
+    const QChar placeholder(0xFFFF);
+    QString text = QString(value).replace(reference, QStringLiteral("\\1\uFFFF"));
+    int end = text.size();
     for (const char *const start : {";", "#", "//"}) {
         const QLatin1String mark(start);
         const bool isLetter = *start == '#'; // As in "C#"
-        for (int i = value.indexOf(mark, 1); i > 0; i = value.indexOf(mark, i + 1)) {
-            const bool spaceBefore = value.at(i - 1).isSpace();
-            const bool spaceAfter = value.mid(i + mark.size(), 1).trimmed().isEmpty();
-            const bool atEnd = i + mark.size() == value.size();
+        for (int i = text.indexOf(mark, 1); i > 0; i = text.indexOf(mark, i + 1)) {
+            const bool spaceBefore = text.at(i - 1).isSpace();
+            const bool spaceAfter = text.mid(i + mark.size(), 1).trimmed().isEmpty();
+            const bool atEnd = i + mark.size() == text.size();
             if (spaceBefore || (!isLetter && spaceAfter && (!atEnd || *start == ';')))
                 end = std::min(end, i);
         }
     }
     static const QRegularExpression tail(QStringLiteral("[;,\\s]+$")); // From a spreadsheet
-    return value.left(end).remove(tail).trimmed();
+    text = text.left(end).remove(tail).trimmed();
+    return text.replace(placeholder, QLatin1Char(';'));
 }
 
 int intendedNumber(const QString &value)
@@ -151,23 +154,6 @@ int intendedNumber(const QString &value)
     bool ok = false;
     const int number = match.captured().toInt(&ok);
     return ok ? number : -1;
-}
-
-QString withoutCodes(const QString &text)
-{
-    static const QRegularExpression entity(
-        QStringLiteral("&(#[0-9]+|#x[0-9A-Fa-f]+|[A-Za-z]{2,8});"));
-    static const QRegularExpression escape(QStringLiteral("\\\\u([0-9A-Fa-f]{4})"));
-    QString result = text;
-    for (auto match = escape.match(result); match.hasMatch(); match = escape.match(result)) {
-        result.replace(match.capturedStart(), match.capturedLength(),
-                       QChar(match.captured(1).toUShort(nullptr, 16)));
-    }
-    if (entity.match(result).hasMatch())
-        result = QTextDocumentFragment::fromHtml(
-                     result.toHtmlEscaped().replace(QLatin1String("&amp;"), QLatin1String("&")))
-                     .toPlainText();
-    return result;
 }
 
 bool mixesScripts(const QString &text)

@@ -29,8 +29,5 @@ QString withoutComment(const QString &value);
 /// Returns the number that @p value was probably meant to be; -1 if it contains none.
 int intendedNumber(const QString &value);
 
-/// Returns @p text with the characters instead of their codes in HTML or JSON.
-QString withoutCodes(const QString &text);
-
 /// Returns true if a word has Latin letters and others, most of which look like them.
 bool mixesScripts(const QString &text);

@@ -6,9 +6,9 @@
 #include "langcheck/Deployment.h"
 #include "langcheck/Texts.h"
 #include "langcheck/Translation.h"
-#include "langcheck/check/BytesCheck.h"
 #include "langcheck/check/Guess.h"
 #include "langcheck/check/LanguageCheck.h"
+#include "langcheck/check/Misread.h"
 #include "langcheck/check/NearbyFiles.h"
 #include "langcheck/draw/MessageBoxes.h"
 #include "langcheck/draw/TextFit.h"
@@ -561,10 +561,11 @@ private:
         }
     }
 
-    /// Returns true if more than one letter is a question mark or a replacement character.
+    /// Returns true if a letter is a replacement character, or more than one a question mark.
     static bool isLost(const QString &text)
     {
-        return text.count(QLatin1Char('?')) + text.count(QChar(QChar::ReplacementCharacter)) > 1;
+        return text.contains(QChar(QChar::ReplacementCharacter))
+            || text.count(QLatin1Char('?')) > 1;
     }
 
     void addMissingTexts(const QString &path, const QStringList &texts)
@@ -697,36 +698,6 @@ private:
             hasOther = hasOther || c.unicode() >= 0x80;
         }
         return hasOther;
-    }
-
-    /// Returns the language that has this name in itself or in English; C if none or several have.
-    static QLocale::Language languageNamed(const QString &name)
-    {
-        static const QHash<QString, QLocale::Language> languages = [] {
-            QHash<QString, QLocale::Language> result;
-            const QList<QLocale> all = QLocale::matchingLocales(
-                QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyCountry);
-            for (const QLocale &locale : all) {
-                for (const QString &known :
-                     {locale.nativeLanguageName(), QLocale::languageToString(locale.language())}) {
-                    const QString key = known.toCaseFolded();
-                    const bool other =
-                        result.contains(key) && result.value(key) != locale.language();
-                    result.insert(key, other ? QLocale::C : locale.language());
-                }
-            }
-            return result;
-        }();
-        const QString whole = name.toCaseFolded();
-        return languages.contains(whole) ? languages.value(whole)
-                                         : languages.value(withoutAddition(whole), QLocale::C);
-    }
-
-    /// Returns a name such as "Deutsch (Österreich)" or "日本語 / Japanese" without what follows.
-    static QString withoutAddition(const QString &name)
-    {
-        static const QRegularExpression addition(QStringLiteral(" *[(/\u2013\uFF08].*$"));
-        return QString(name).remove(addition).trimmed();
     }
 
     /// Finds languages with the texts of another one, or in English.

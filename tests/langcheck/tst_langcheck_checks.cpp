@@ -105,6 +105,8 @@ private Q_SLOTS:
     void fileThatQtFindsIsReported();
     void missingTextsAreNamed();
     void realNamesAreNotGarbled();
+    void namesOfLanguagesAreRestored_data();
+    void namesOfLanguagesAreRestored();
     void languagesOfFilesAreCompared_data();
     void languagesOfFilesAreCompared();
     void namesShowWhatIsWrong_data();
@@ -589,6 +591,11 @@ void tst_langcheck_checks::realNamesAreNotGarbled()
         names += locale.nativeLanguageName();
     names.removeDuplicates();
     names.removeAll(QString());
+    // Bytes that may be UTF-8, and codes that aren't any
+    for (const char *const name :
+         {"TLAČ…", "CAUTĂ…", "MENÜ…", "SZCZEGÓŁY", "CZĘŚCI", "TÉŽ", "VÝŠKA", "ORĂŞEL", "НІ",
+          "Deutsch=DE", "Deutsch=DE=AA", "Deutsch 100%AB", "3D"})
+        names += QString::fromUtf8(name);
     QVERIFY2(names.size() > 200, qPrintable(QString::number(names.size())));
 
     QString lines;
@@ -596,6 +603,54 @@ void tst_langcheck_checks::realNamesAreNotGarbled()
         lines += QStringLiteral("LANG%1_NAME=%2\nLANG%1_SHOW=0\n").arg(i + 10).arg(names.at(i));
     Deployment::writeCatalogue(kUtf8Bom + kCatalogue + lines.toUtf8());
     QCOMPARE(shortForms(check()), QString());
+}
+
+void tst_langcheck_checks::namesOfLanguagesAreRestored_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("meant");
+    QTest::addColumn<QString>("how"); // Empty for codes
+    const auto row = [](const char *name, const char *meant, const char *how = "") {
+        QTest::newRow(name) << QString::fromUtf8(name) << QString::fromUtf8(meant)
+                            << QString::fromLatin1(how);
+    };
+    row("─îe┼ítina", "Čeština", "UTF-8 that was read as IBM850");
+    row("Tiß║┐ng Viß╗çt", "Tiếng Việt", "UTF-8 that was read as IBM850");
+    row("ÄŚeĹˇtina", "Čeština", "UTF-8 that was read as Windows-1250");
+    row("Р\u00A0СѓСЃСЃРєРёР№", "Русский", "UTF-8 that was read as Windows-1251");
+    row("à¹„à¸—à¸¢", "ไทย", "UTF-8 that was read as Windows-1252");
+    row("FranÃƒÂ§ais", "Français", "UTF-8 that was read as Windows-1252, twice");
+    row("Èeština", "Čeština", "Windows-1250 that was read as Windows-1252");
+    row("Fran‡ais", "Français", "IBM850 that was read as Windows-1252");
+    row("Franзais", "Français", "Windows-1252 that was read as Windows-1251");
+    row("Ðóññêèé", "Русский", "Windows-1251 that was read as Windows-1252");
+    row("Fran鏰is", "Français", "Windows-1252 that was read as GBK");
+    row("“ú–{Œê", "日本語", "Shift-JIS that was read as Windows-1252");
+    row("Portugu\\352s (Brasil)", "Português (Brasil)");
+    row("Fran\\xe7ais", "Français");
+    row("Fran%E7ais", "Français");
+    row("&#26085;&#26412;&#35486;", "日本語");
+    row("3DEspa=C3=B1ol", "Español");
+    row("3DItaliano", "Italiano");
+    row("Magyar&nbsp;", "Magyar");
+}
+
+void tst_langcheck_checks::namesOfLanguagesAreRestored()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, meant);
+    QFETCH(QString, how);
+    const QString line = QStringLiteral("LANG3_NAME=%1\nLANG3_SHOW=0\n").arg(name);
+    Deployment::writeCatalogue(kUtf8Bom + kCatalogue + line.toUtf8());
+    const Report report = check();
+    QCOMPARE(shortForms(report),
+             QString::fromLatin1("Lang/Lang.ini:9 warning ")
+                 + QLatin1String(how.isEmpty() ? "escaped-name" : "garbled-name"));
+    const QString remedy = QStringLiteral("write LANG3_NAME=") + meant;
+    const QString rest = QStringLiteral(", correct the other names, and save the file as \"UTF-8 "
+                                        "with BOM\"");
+    QCOMPARE(report.findings.first().remedy(), how.isEmpty() ? remedy : remedy + rest);
+    QVERIFY(report.findings.first().problem().contains(how));
 }
 
 void tst_langcheck_checks::languagesOfFilesAreCompared_data()
@@ -789,6 +844,26 @@ void tst_langcheck_checks::textsFitTheCatalogue_data()
         {{"",
           "write LANG2_NAME=日本語, correct the other names, and save the file as \"UTF-8 with "
           "BOM\""}});
+    row("names garbled in several ways",
+        kUtf8Bom + good
+            + "LANG3_NAME=FranÃ§ois\nLANG3_SHOW=0\nLANG4_NAME=Fran├ºois\nLANG4_SHOW=0\n"
+              "LANG5_NAME=Fran‡ais\nLANG5_SHOW=0\n",
+        {{"the names on lines 9, 11 and 13 look like texts that were read in wrong encodings; ",
+          "write LANG3_NAME=François, LANG4_NAME=François, LANG5_NAME=Français, correct the other "
+          "names, and save the file as \"UTF-8 with BOM\""}});
+    row("appended in 8 bits",
+        Deployment::utf16(QChar(QChar::ByteOrderMark) + QString::fromLatin1(good))
+            + "LANG3_ID=3\nLANG3_NAME=x\n",
+        {{"the line was written in an 8-bit encoding into a UTF-16 file: \"LANG3_ID=3 "
+          "LANG3_NAME=x\"; it is misread and ignored, and language 3 isn't offered; ",
+          ""}});
+    row("appended in UTF-16",
+        kUtf8Bom + good
+            + Deployment::utf16(QStringLiteral("LANG3_NAME=\u0395\nLANG3_FOLDER=hidden\n"
+                                               "LANG3_SHOW=1\n")),
+        {{"lines 9 to 12 were written in UTF-16 into a file in an 8-bit encoding; they are misread "
+          "and ignored, and language 3 isn't offered; ",
+          ""}});
     row("folder that looks like another",
         kUtf8Bom + catalogueWith("=second", "=\u0441s\U0001F600")
             + "LANG3_FOLDER=hidden\nLANG3_SHOW=0\n",

@@ -294,6 +294,20 @@ void tst_langcheck_remedies::remedyRepairs_data()
     row("appended-bytes", "UTF-8", catalogue(utf16(good) + "LANG3_NAME=Ελληνικά\nLANG3_SHOW=0\n"),
         "Lang.ini:9", "open the file as UTF-16, delete the line, type it again, and save the file",
         catalogue(utf16(good + "LANG3_NAME=Ελληνικά\nLANG3_SHOW=0\n")));
+    const QByteArray hiddenGreek = "LANG3_NAME=Ελληνικά\n\nLANG3_SHOW=0\n";
+    row("appended-bytes", "UTF-16", catalogue(kUtf8Bom + good + utf16(hiddenGreek).mid(2)),
+        "Lang.ini:9",
+        "open the file as UTF-8, delete the lines, type them again, and save the file",
+        catalogue(kUtf8Bom + good + hiddenGreek));
+    row("appended-bytes", "UTF-16 with its BOM", catalogue(kUtf8Bom + good + utf16("; x\n; y\n")),
+        "Lang.ini:9",
+        "open the file as UTF-8, delete the lines, type them again, and save the file",
+        catalogue(kUtf8Bom + good + "; x\n; y\n"));
+    row("appended-bytes", "UTF-16 without a BOM",
+        catalogue(good + utf16("; Ελληνικά\n; x\n").mid(2)), "Lang.ini:9",
+        "open the file in the encoding in which the other names look right, delete the lines, type "
+        "them again, and save the file",
+        catalogue(good + "; Greek\n; x\n"));
     row("second-bom", "another catalogue", catalogue(kUtf8Bom + good + "; x" + kUtf8Bom + "\n"),
         "Lang.ini:9", "keep one of the two catalogues", save);
 
@@ -388,9 +402,13 @@ void tst_langcheck_remedies::remedyRepairs_data()
         "write LANG2_NAME=Two, and the comment on a line of its own",
         line(6, "; 2\nLANG2_NAME=Two"));
     row("lost-letters", "question mark", with("=Two", "=Fran?ois"), "Lang.ini:6",
-        "open the file in the encoding in which all other names look right, type this one again, "
-        "and save the file as \"UTF-8 with BOM\"",
+        "type this name again, and save the file as \"UTF-8 with BOM\"",
         line(6, "LANG2_NAME=François"));
+    row("lost-letters", "without a BOM", catalogue(catalogueWith("=Two", "=Fran?ois")),
+        "Lang.ini:6",
+        "open the file in the encoding in which all other names look right, type this name again, "
+        "and save the file as \"UTF-8 with BOM\"",
+        catalogue(kUtf8Bom + catalogueWith("=Two", "=François")));
     row("garbled-name", "French", with("=Two", "=FranÃ§ois"), "Lang.ini:6",
         "write LANG2_NAME=François, correct the other names, and save the file as \"UTF-8 with "
         "BOM\"",
@@ -403,14 +421,24 @@ void tst_langcheck_remedies::remedyRepairs_data()
     };
     garbled("read as Latin-1", QString::fromLatin1("한글말"), "한글말");
     garbled("UTF-8 read as GBK", QStringLiteral("Fran莽ois"), "François");
+    garbled("letters only", QStringLiteral("BaÅŸlat"), "Başlat");
+    garbled("UTF-8 read as Windows-1250", QStringLiteral("FranĂ§ois"), "François");
+    garbled("UTF-8 read as IBM850", QStringLiteral("Fran├ºois"), "François");
     row("escaped-name", "HTML", with("=Two", "=Fran&ccedil;ois"), "Lang.ini:6",
         "write LANG2_NAME=François", line(6, "LANG2_NAME=François"));
     row("escaped-name", "JSON", with("=Two", "=Fran\\u00e7ois"), "Lang.ini:6",
         "write LANG2_NAME=François", line(6, "LANG2_NAME=François"));
+    for (const char *const codes : {"Fran=C3=A7ois", "Fran%C3%A7ois", "Fran\\xC3\\xA7ois",
+                                    "Fran\\303\\247ois", "Fran<U+00E7>ois"}) {
+        row("escaped-name", codes, with("=Two", QByteArray("=") + codes), "Lang.ini:6",
+            "write LANG2_NAME=François", line(6, "LANG2_NAME=François"));
+    }
+    row("escaped-name", "reference at the end", with("=Two", "=Fran&ccedil;&#243;"), "Lang.ini:6",
+        "write LANG2_NAME=Françó", line(6, "LANG2_NAME=Françó"));
     row("mixed-scripts", "Cyrillic", with("=Two", "=Tw\u043E"), "Lang.ini:6",
         "type the name again in one script", line(6, "LANG2_NAME=Two"));
-    row("name-script", "Cyrillic",
-        both(with("=Two", "=Ðóññêèé"), asRussian(withText("2 Change", QStringLiteral("2 Русски")))),
+    row("name-script", "transcribed",
+        both(with("=Two", "=Rússkij"), asRussian(withText("2 Change", QStringLiteral("2 Русски")))),
         "Lang.ini:6", "write LANG2_NAME=Русский", line(6, "LANG2_NAME=Русский"));
     row("name-language", "German", with("=Two", "=Deutsch"), "Lang.ini:6",
         "write LANG2_NAME=English if number 2 is English in the control software, or else put the "
@@ -596,10 +624,12 @@ void tst_langcheck_remedies::remedyRepairs_data()
         translationFile("second", withText("2 Change", QStringLiteral("??????\u00E9a"))), qm,
         "type the text again in the .ts file, save it as UTF-8, and compile it",
         translation("second", "second"));
-    row("text-garbled", "misread",
-        translationFile("second", withText("2 Change", QStringLiteral("FranÃ§oi"))), qm,
-        "type the text again in the .ts file, save it as UTF-8, and compile it",
-        translation("second", "second"));
+    for (const char *const text : {"FranÃ§oi", "ParamĂ¨t", "Param├¿t", "Param\uFFFDtr"}) {
+        row("text-garbled", text,
+            translationFile("second", withText("2 Change", QString::fromUtf8(text))), qm,
+            "type the text again in the .ts file, save it as UTF-8, and compile it",
+            translation("second", "second"));
+    }
     row("text-garbled", "whole file", asRussian(compiled("western")), qm,
         "replace the file with a translation whose .ts file was read and saved as UTF-8",
         translation("second", "second"));

@@ -13,9 +13,8 @@ namespace {
 
 constexpr FindingTexts kNone = {nullptr, nullptr, nullptr};
 
-const int kWritten = 3;       ///< The value of a garbled name that is to be written
-const int kHow = 4;           ///< How it was garbled
-const int kMostWritten = 300; ///< Characters of all that are shown
+const int kHow = 4;           ///< How a name was garbled
+const int kMostWritten = 300; ///< Characters of what is to be written that are shown
 
 } // namespace
 
@@ -113,9 +112,11 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "appended-bytes",
      Finding::Error,
      {"the line was written in %2: %1", "it is misread and ignored",
-      "open the file %3, delete the line, type it again, and save the file"},
+      "open the file %3, delete the line, type its keys again, each on a line of its own, and save "
+      "the file"},
      {"%0 were written in %2", "they are misread and ignored",
-      "open the file %3, delete the lines, type them again, and save the file"}},
+      "open the file %3, delete the lines, type their keys again, each on a line of its own, and "
+      "save the file"}},
     {Kind::SwallowedLine,
      "swallowed-line",
      Finding::Error,
@@ -153,9 +154,9 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "outside-section",
      Finding::Error,
      {"%0, with a key of the catalogue, is %1 and so outside the section [LANG_MGR]",
-      "it is ignored", "move it below [LANG_MGR]%2"},
+      "it is ignored", "%2"},
      {"%0, with keys of the catalogue, are %1 and so outside the section [LANG_MGR]",
-      "they are ignored", "move them below [LANG_MGR]%2"}},
+      "they are ignored", "%2"}},
     {Kind::TwoKeys,
      "two-keys",
      Finding::Error,
@@ -165,8 +166,8 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
     {Kind::NoKey,
      "no-key",
      Finding::Warning,
-     {"the line isn't a key with a value: %1", "it is ignored", "%2"},
-     {"%0 aren't keys with values", "they are ignored", "%2"}},
+     {"the line isn't a key with a value: %1", "it is ignored", "%2%3%4"},
+     {"%0 aren't keys with values: %1 and so on", "they are ignored", "%5%2%3%4"}},
     {Kind::KeyCase,
      "key-case",
      Finding::Warning,
@@ -175,9 +176,8 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
     {Kind::UnknownKey,
      "unknown-key",
      Finding::Warning,
-     {"the key %1 is unknown", "it is ignored", "%2"},
-     {"the keys on %0 are unknown", "they are ignored",
-      "use DEFAULT or LANG<n>_ID, _NAME, _FOLDER or _SHOW, such as %3"}},
+     {"the key %1 is unknown", "it is ignored", "%2%3%4"},
+     {"the keys on %0 are unknown: %1 and so on", "they are ignored", "%5%2%3%4"}},
     {Kind::RepeatedKey,
      "repeated-key",
      Finding::Warning,
@@ -216,7 +216,8 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      Finding::Error,
      {"the language numbers %1 and %2 have the same low 8 bits",
       "the machine is asked for language %3 in both cases",
-      "use numbers up to 255 in the keys of both languages, and in DEFAULT"},
+      "use an unused number up to 255 in all keys of language %4, and in DEFAULT if it is the "
+      "default"},
      kNone},
     {Kind::IdDiffers,
      "id-differs",
@@ -242,8 +243,8 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      Finding::Warning,
      {"%1 has a comment after its value: %2", "the comment is part of the value",
       "write %1=%3, and the comment on a line of its own"},
-     {"the values on %0 have semicolons or comments after them", "these are part of the values",
-      "delete them, or write the comments on lines of their own"}},
+     {"the values on %0 have commas, semicolons or comments after them",
+      "these are part of the values", "delete them, or write the comments on lines of their own"}},
     {Kind::LostLetters,
      "lost-letters",
      Finding::Warning,
@@ -312,7 +313,7 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
     {Kind::FolderPercent,
      "folder-percent",
      Finding::Warning,
-     {"%1 contains a percent sign: %2", "if a digit follows it, the path changes%3", "%4"},
+     {"%1 contains a percent sign before a digit: %2", "the path changes%3", "%4"},
      kNone},
     {Kind::FolderCase,
      "folder-case",
@@ -640,15 +641,28 @@ QString filled(const char *text, const Finding &finding)
         linesText(finding.lines.isEmpty() ? QVector<int> {finding.line} : finding.lines));
 }
 
+bool isIgnoredLine(const Finding &finding)
+{
+    return finding.kind == FindingKind::NoKey || finding.kind == FindingKind::UnknownKey;
+}
+
+/// Returns the index of the value that says what is to be written; -1 if there is none.
+int indexOfWritten(const Finding &finding)
+{
+    if (isIgnoredLine(finding) && !finding.values.at(2).isEmpty())
+        return 2;
+    return finding.kind == FindingKind::GarbledName ? 3 : -1;
+}
+
 /// Returns what findings that may become one have in common: their kind and, for lines that aren't
 /// recognised, how they are to be repaired.
 QString groupOf(const Finding &finding)
 {
-    const QString remedy = finding.values.value(1);
-    const bool isGuess = remedy.startsWith(QLatin1String("write LANG"));
-    if (finding.kind == FindingKind::NoKey || (finding.kind == FindingKind::UnknownKey && !isGuess))
-        return finding.id() + remedy;
-    return finding.id();
+    if (isIgnoredLine(finding))
+        return finding.id() + finding.values.at(1) + finding.values.at(3) + finding.values.at(4);
+    // Each is about another section.
+    return finding.kind == FindingKind::OutsideSection ? finding.id() + finding.problem()
+                                                       : QString(finding.id());
 }
 
 /// Returns true if so many findings of this kind become one. Two of the encoding say the same about
@@ -657,7 +671,7 @@ bool isMerged(const Finding &finding, int count)
 {
     if (!description(finding.kind).many.problem || finding.line == 0)
         return false;
-    if (finding.kind == FindingKind::UnknownKey && groupOf(finding) == finding.id())
+    if (isIgnoredLine(finding) && indexOfWritten(finding) >= 0)
         return count > 3;
     return count >= 3 || (count == 2 && finding.kind < FindingKind::CarriageReturn);
 }
@@ -673,11 +687,18 @@ void merge(Finding &first, const Finding &other)
     }
     if (first.kind == FindingKind::RepeatedKey && other.values.at(2) != other.values.at(4))
         first.consequences += withValues("%1 changes from %3 to %5", other.values);
-    if (first.kind == FindingKind::GarbledName && first.values.at(kWritten).size() < kMostWritten)
-        first.values[kWritten] += QLatin1String(", ") + other.values.at(kWritten);
     if (first.kind == FindingKind::GarbledName && first.values.at(kHow) != other.values.at(kHow))
         first.values[kHow] = QStringLiteral("texts that were read in wrong encodings");
-    first.consequences += other.consequences;
+    const int written = indexOfWritten(first);
+    const QString rest = QStringLiteral(", and correct the others in the same way");
+    if (written >= 0 && first.values.at(written).size() < kMostWritten)
+        first.values[written] += QLatin1String(", ") + other.values.at(written);
+    else if (isIgnoredLine(first) && written >= 0 && !first.values.at(written).endsWith(rest))
+        first.values[written] += rest;
+    for (const QString &consequence : other.consequences) {
+        if (!first.consequences.contains(consequence))
+            first.consequences += consequence;
+    }
     first.severity = std::max(first.severity, other.severity);
 }
 

@@ -74,7 +74,7 @@ public:
     void finish()
     {
         if (!explainSingleLine())
-            m_sections.finish(m_report, m_lines.hasSection);
+            m_sections.finish(m_report, m_lines);
         QSet<int> several; // Their IDs differ for the same reason.
         for (auto it = m_repetitions.constBegin(); it != m_repetitions.constEnd(); ++it) {
             if (it.key() != kNoLanguage && addSeveralLanguages(it.key(), *it)) {
@@ -226,7 +226,7 @@ private:
             checkNoKey(text);
             break;
         case LangLine::OtherKey:
-            checkOtherKey(line);
+            checkOtherKey(line, text);
             break;
         case LangLine::Default:
             setKey(m_lines.defaultKey, line, nullptr);
@@ -243,72 +243,93 @@ private:
     /// Returns true if the line was probably meant to be a comment.
     static bool resemblesComment(const QString &text)
     {
-        return text.startsWith(QLatin1String("//")) || text.startsWith(QLatin1String("--"))
-            || text.startsWith(QLatin1Char('\''));
+        return plain(text).startsWith(QLatin1Char(';')) || text.startsWith(QLatin1String("//"))
+            || text.startsWith(QLatin1String("--")) || text.startsWith(QLatin1Char('\''));
     }
 
     void checkNoKey(const QString &text)
     {
-        // Dashes come from word processors, tabs from spreadsheets.
-        static const QRegularExpression separator(QStringLiteral("[:=\uFF1A\uFF1D\u2013\u2014\t]"));
-        static const QRegularExpression conflict(QStringLiteral("^(<{7}|={7}|>{7})"));
-        const int index = text.indexOf(separator);
-        QString remedy = QStringLiteral("write KEY=value, or start a comment with \";\"");
-        QString key;
+        static const QRegularExpression conflict(QStringLiteral("^(<{7}|={7}|>{7}|\\|{7})(\\s|$)"));
+        const IntendedLine meant = intendedLine(text);
+        QString remedy;
         if (SectionCheck::resemblesHeader(text)) {
             remedy = QStringLiteral("delete the line, or write [LANG_MGR]");
-        } else if (resemblesComment(text)) {
-            remedy = QStringLiteral("start the comment with \";\"");
         } else if (conflict.match(text).hasMatch()) {
-            remedy =
-                QStringLiteral("resolve the merge conflict: delete these lines and those of one "
-                               "of the two versions");
-        } else if (index > 0) {
-            key = intendedKey(text.left(index));
-            if (!key.isEmpty())
-                remedy = QStringLiteral("write \"=\" instead of ")
-                    + (text.at(index) == QLatin1Char('\t') ? QStringLiteral("the tab")
-                                                           : quotedAscii(text.mid(index, 1)));
+            remedy = QStringLiteral("resolve the merge conflict: delete these lines, and keep one "
+                                    "of the two versions, or both with different numbers if each "
+                                    "adds a language");
+        } else if (meant.sign > 0 && text.left(meant.sign).trimmed() == meant.key) {
+            remedy = QStringLiteral("write \"=\" instead of ")
+                + (text.at(meant.sign) == QLatin1Char('\t') ? QStringLiteral("the tab")
+                                                            : quotedAscii(text.mid(meant.sign, 1)));
+        } else {
+            addIgnored(FindingKind::NoKey, text, quoted(text),
+                       QStringLiteral("write KEY=value, or start a comment with \";\""));
+            return;
         }
-        add(FindingKind::NoKey, {quoted(text), remedy});
-        rememberIntended(key);
+        add(FindingKind::NoKey, {quoted(text), remedy, {}, {}, {}});
+        if (conflict.match(text).hasMatch() && !m_isReported)
+            explainConflict(text);
+        rememberIntended(meant.sign > 0 ? meant.key : QString());
     }
 
-    void checkOtherKey(const LangLine &line)
+    /// Keys in both versions are reported as a part of the conflict that the line belongs to.
+    void explainConflict(const QString &text)
+    {
+        m_report.findings.last().consequences +=
+            QStringLiteral("of keys in both versions only the later one applies");
+        m_report.findings.last().severity = Finding::Error;
+        if (text.startsWith(QLatin1Char('<')))
+            m_conflict = m_line;
+        else if (text.startsWith(QLatin1Char('>')))
+            m_conflict = 0;
+    }
+
+    void checkOtherKey(const LangLine &line, const QString &text)
     {
         const QString key = line.key.toString();
         const QString intended = intendedKey(key);
-        if (resemblesComment(key)) {
-            static const QRegularExpression start(QStringLiteral("^[/'-]+"));
-            const QString commented = intendedKey(QString(key).remove(start));
-            const QString comment = QStringLiteral("start the comment with \";\"");
-            add(FindingKind::UnknownKey,
-                {quotedAscii(key),
-                 commented.isEmpty()
-                     ? comment
-                     : withValues("write %1=%2, or ", {commented, line.value.toString()}) + comment,
-                 QStringLiteral("LANG1_NAME")});
-            rememberIntended(commented);
-            return;
-        }
         if (intended == key.toUpper()) {
             add(FindingKind::KeyCase, {quoted(key), intended});
+            rememberIntended(intended);
         } else {
-            add(FindingKind::UnknownKey,
-                {quotedAscii(key),
-                 intended.isEmpty()
-                     ? QStringLiteral("use DEFAULT or LANG<n>_ID, _NAME, _FOLDER or _SHOW")
-                     : withValues("write %1=%2", {intended, line.value.toString()}),
-                 intended.isEmpty() ? QStringLiteral("LANG1_NAME") : intended});
+            addIgnored(FindingKind::UnknownKey, text, quotedAscii(key),
+                       QStringLiteral("use DEFAULT or LANG<n>_ID, _NAME, _FOLDER or _SHOW"));
         }
-        rememberIntended(intended);
     }
 
-    /// Remembers that the latest finding is the reason why a key is missing.
+    /// Reports a line with what it was probably meant to be, or else with the remedy
+    /// @p otherwise.
+    void addIgnored(FindingKind kind, const QString &text, const QString &shown,
+                    const QString &otherwise)
+    {
+        const IntendedLine meant = intendedLine(text);
+        const QString comment = QStringLiteral("start the comment with \";\"");
+        const bool isComment = resemblesComment(text);
+        if (meant.key.isEmpty()) {
+            add(kind, {shown, isComment ? comment : otherwise, {}, {}, {}});
+            static const QRegularExpression any(QStringLiteral("LANG.*[0-9]"),
+                                                QRegularExpression::CaseInsensitiveOption);
+            if (any.match(text).hasMatch())
+                rememberIntended(QStringLiteral("LANG")); // It may be why there is no language.
+        } else {
+            const QString surplus = meant.isQuoted ? QStringLiteral("delete the quotation marks: ")
+                                                   : QStringLiteral("delete %1 before each key: ")
+                                                         .arg(quoted(meant.surplus.trimmed()));
+            add(kind,
+                {shown, QStringLiteral("write "),
+                 withValues("%1=%2", {meant.key, shortened(meant.value, kQuoteLength)}),
+                 isComment ? QStringLiteral(", or ") + comment : QString(),
+                 meant.surplus.isEmpty() || isComment ? QString() : surplus});
+            rememberIntended(meant.key);
+        }
+    }
+
+    /// Remembers that the latest finding is the reason why a key is missing or wrong.
     void rememberIntended(const QString &key)
     {
         if (!key.isEmpty() && !m_isReported)
-            m_lines.findings.insert(key, m_report.findings.size() - 1);
+            m_lines.addReason(key, m_report);
     }
 
     void checkLanguageKey(const LangLine &line)
@@ -321,7 +342,9 @@ private:
         }
         if (line.kind == LangLine::Id) {
             setKey(language.id, line, &LanguageLines::id);
-            if (!isNumber(line.value) || line.value.toInt() != line.langId)
+            if (withoutComment(language.id.value) == QString::number(line.langId))
+                checkText(line);
+            else if (!isNumber(line.value) || line.value.toInt() != line.langId)
                 m_differentIds += {line.key.toString(), line.langId, language.id};
         } else if (line.kind == LangLine::Name) {
             setKey(language.name, line, &LanguageLines::name);
@@ -366,14 +389,29 @@ private:
         }
         static const QStringList no {QStringLiteral("no"), QStringLiteral("false"),
                                      QStringLiteral("off"), QStringLiteral("nein")};
-        const QString meant = plain(withoutQuotes(withoutComment(value)));
+        static const QStringList yes {QStringLiteral("yes"), QStringLiteral("true"),
+                                      QStringLiteral("on"), QStringLiteral("ja")};
+        const QString bare = withoutComment(value);
+        const QString meant = plain(withoutQuotes(bare));
         bool isDecimal = false;
-        const bool isZero = meant.toDouble(&isDecimal) == 0 && isDecimal;
-        const bool isHidden = isZero || no.contains(meant, Qt::CaseInsensitive);
+        const double number = meant.toDouble(&isDecimal);
+        const bool isHidden = (isDecimal && number == 0) || no.contains(meant, Qt::CaseInsensitive);
+        const bool isShown = (isDecimal && number == 1) || yes.contains(meant, Qt::CaseInsensitive);
+        if (bare == QLatin1String("0") || bare == QLatin1String("1")) {
+            checkText(line);
+            if (isShown && !m_isReported) {
+                m_report.findings.last().severity = Finding::Error;
+                m_report.findings.last().consequences +=
+                    QStringLiteral("language %1 is hidden").arg(line.langId);
+            }
+            return;
+        }
         add(FindingKind::ShowNumber,
             {line.key.toString(), quotedAscii(value),
-             value.isEmpty() ? withValues("1 to show it, or %1=0 to hide it", {line.key.toString()})
-                             : QString::fromLatin1(isHidden ? "0" : "1")});
+             isHidden ? QStringLiteral("0")
+                 : isShown
+                 ? QStringLiteral("1")
+                 : withValues("1 to show it, or %1=0 to hide it", {line.key.toString()})});
         rememberIntended(line.key.toString());
         if (isHidden && !m_isReported) // As it was meant
             m_report.findings.last().severity = Finding::Warning;
@@ -438,16 +476,17 @@ private:
     void checkFolder(const LangLine &line)
     {
         const QString path = line.value.toString().replace(QLatin1Char('\\'), QLatin1Char('/'));
+        static const QRegularExpression placeholder(QStringLiteral("%L?\\p{Nd}")); // QString::arg()
+        const bool isChanged = placeholder.match(line.value.toString()).hasMatch();
         const QStringList values {
             line.key.toString(), quotedAscii(line.value.toString()), QString(),
-            line.value.contains(QLatin1Char('%'))
-                ? QStringLiteral("rename the folder, and write its new name "
-                                 "after %1=")
-                      .arg(line.key.toString())
-                : QStringLiteral("write the name of a folder in Lang after %1=")
-                      .arg(line.key.toString())};
+            isChanged ? QStringLiteral("rename the folder, and write its new name "
+                                       "after %1=")
+                            .arg(line.key.toString())
+                      : QStringLiteral("write the name of a folder in Lang after %1=")
+                            .arg(line.key.toString())};
         const bool drive = path.size() > 1 && path.at(1) == QLatin1Char(':');
-        if (line.value.contains(QLatin1Char('%')))
+        if (isChanged)
             add(FindingKind::FolderPercent, values);
         else if (drive || path.startsWith(QLatin1Char('/')))
             add(FindingKind::FolderAbsolute, values);
@@ -463,7 +502,9 @@ private:
     {
         const CatalogueKey earlier = key;
         key = {m_line, line.value.toString()};
-        if (earlier.line > 0) {
+        m_lines.keys.insert(line.key.toString());
+        const bool isInConflict = m_conflict > 0 && earlier.line > m_conflict;
+        if (earlier.line > 0 && !isInConflict) {
             m_repetitions[field ? line.langId : kNoLanguage] +=
                 {line.key.toString(), field, earlier, key};
         }
@@ -564,13 +605,14 @@ private:
     QSet<int> m_reported; ///< The lines with findings about their bytes
     int m_count = 0;
     int m_line = 0;
+    int m_conflict = 0;         ///< The first line of the merge conflict that the line is part of
     bool m_undecodable = false; ///< The line has bytes that its encoding lacks.
     bool m_isAppended = false;  ///< The line is in another encoding than the catalogue.
     bool m_inSection = false;
     bool m_isReported = false; ///< The line is part of what is reported for the whole file.
     LangLineReader m_reader;
     SectionCheck m_sections;
-    CatalogueLines m_lines {true, false, {}, {}, {}, {}};
+    CatalogueLines m_lines {true, false, {}, {}, {}, {}, {}};
     QMap<int, QVector<Repetition>> m_repetitions; ///< By language, or kNoLanguage for DEFAULT.
     QVector<DifferentId> m_differentIds;
 };
@@ -590,17 +632,20 @@ void addUnreadable(Report &report, const QFile &file)
              QStringLiteral("give the user who runs the host permission to read the file")});
     } else {
         const NearbyCatalogue found = nearbyCatalogue(report.applicationDir);
-        report.addLine(
-            FindingKind::CatalogueMissing, 0,
-            {found.path.isEmpty() ? QString() : QStringLiteral(", but there is ") + found.path,
-             found.path.isEmpty() ? put : found.remedy});
+        const QString reason = !found.path.isEmpty()
+            ? QStringLiteral(", but there is ") + found.path
+            : !found.remedy.isEmpty() ? QStringLiteral(", because there is no folder Lang")
+                                      : QString();
+        report.addLine(FindingKind::CatalogueMissing, 0,
+                       {reason, found.remedy.isEmpty() ? put : found.remedy});
     }
 }
 
 QString remedyForNoText(const QByteArray &bytes)
 {
     return bytes.startsWith("{\\rtf")
-        ? QStringLiteral("open it in WordPad, and save it as \"Unicode text document\"")
+        ? QStringLiteral("open it in a word processor, and save it as plain text in Unicode (in "
+                         "WordPad, as \"Unicode text document\")")
         : QStringLiteral("restore it from a backup");
 }
 
@@ -638,8 +683,7 @@ void checkEnd(Report &report, const QByteArray &bytes, CatalogueLines &lines)
         }
     }
     for (const char *const field : {"NAME", "FOLDER", "SHOW"}) {
-        lines.findings.insert(QStringLiteral("LANG%1_").arg(number) + QLatin1String(field),
-                              report.findings.size() - 1);
+        lines.addReason(QStringLiteral("LANG%1_").arg(number) + QLatin1String(field), report);
     }
 }
 
@@ -653,6 +697,16 @@ int LanguageLines::first() const
             result = line;
     }
     return result;
+}
+
+void CatalogueLines::addReason(const QString &key, Report &report)
+{
+    findings.insert(key, report.findings.size() - 1);
+    static const QRegularExpression language(QStringLiteral("^LANG([0-9]{1,9})_"));
+    const QRegularExpressionMatch match = language.match(key);
+    QVector<int> &numbers = report.findings.last().languages;
+    if (match.hasMatch() && !numbers.contains(match.captured(1).toInt()))
+        numbers += match.captured(1).toInt();
 }
 
 CatalogueLines checkCatalogue(Report &report)

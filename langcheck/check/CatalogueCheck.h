@@ -4,6 +4,7 @@
 
 #include <QHash>
 #include <QMap>
+#include <QSet>
 
 /// A key of the catalogue. Of a repeated key, the last line applies.
 struct CatalogueKey
@@ -32,10 +33,14 @@ struct CatalogueLines
     bool readable = false; ///< Whether it could be read as lines. If false, the rest is empty.
     bool hasSection = false;
     CatalogueKey defaultKey;
+    QSet<QString> keys; ///< Those in the section that the plug-in knows, such as "LANG3_NAME"
     QMap<int, LanguageLines> languages; ///< By number, including hidden ones.
     QHash<int, QString> texts;          ///< Those with findings or keys, by line number.
     /// Indexes of findings about a key, and of those about a line that was probably meant to be it.
     QHash<QString, int> findings;
+
+    /// Remembers that the latest finding is the reason why @p key is missing or wrong.
+    void addReason(const QString &key, Report &report);
 };
 
 /// Checks the lines of the catalogue below applicationDir(), read as the plug-in does. Adds the

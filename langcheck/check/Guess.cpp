@@ -2,6 +2,7 @@
 
 #include "lang/LangLine.h"
 #include "langcheck/Texts.h"
+#include "langcheck/check/Misread.h"
 
 #include <QRegularExpression>
 
@@ -86,7 +87,8 @@ QString nearest(const QString &text, const QStringList &candidates)
 
 QString intendedKey(const QString &key)
 {
-    QString text = plain(key).remove(QLatin1Char(' ')).toUpper();
+    static const QRegularExpression around(QStringLiteral("^[^\\p{L}]+|[^\\p{L}\\p{N}]+$"));
+    QString text = plain(key).remove(QLatin1Char(' ')).toUpper().remove(around);
     static const QRegularExpression number(QStringLiteral("^LANG([0-9LIO]*[0-9LI][0-9LIO]*)_"));
     const QRegularExpressionMatch match = number.match(text);
     if (match.hasMatch()) { // Letters that look like digits
@@ -108,7 +110,43 @@ QString intendedKey(const QString &key)
         for (const char *const field : {"_NAME", "_FOLDER", "_SHOW", "_ID"})
             candidates += prefix + QLatin1String(field);
     }
+    for (const QString &candidate : qAsConst(candidates)) {
+        if (text.contains(QLatin1Char('_')) && candidate.startsWith(text)) // It was cut off.
+            return candidate;
+    }
     return nearest(text, candidates);
+}
+
+IntendedLine intendedLine(const QString &text)
+{
+    // Dashes come from word processors, the others from spreadsheets.
+    static const QRegularExpression sign(QStringLiteral("[=:;,\uFF1A\uFF1D\u2013\u2014\t]"));
+    const int longest = 100;
+    IntendedLine result;
+    for (int i = text.indexOf(sign); i >= 0 && i < longest; i = text.indexOf(sign, i + 1)) {
+        result.key = intendedKey(text.left(i));
+        result.sign = i;
+        if (!result.key.isEmpty())
+            break;
+    }
+    const int space = text.indexOf(QLatin1Char(' '));
+    if (result.key.isEmpty() && space < 0)
+        return {intendedKey(text.left(longest)), QStringLiteral("<value>"), -1, {}, false};
+    if (result.key.isEmpty() && isKey(text.left(space))) {
+        result.key = text.left(space);
+        result.sign = space;
+    }
+    const QString before = text.left(result.sign).trimmed();
+    const bool isWhole = withoutQuotes(text) != text && withoutQuotes(before) == before;
+    static const QRegularExpression surplus(QStringLiteral("^[^\\p{L}\\p{N}]+"));
+    result.surplus = surplus.match(before).captured();
+    result.isQuoted = isWhole || withoutQuotes(before) != before;
+    result.value =
+        text.mid(result.sign + 1, isWhole ? text.size() - result.sign - 2 : -1).trimmed();
+    if (result.value.startsWith(QLatin1String("3D"))) // "=" in a quoted-printable mail
+        result.value.remove(0, 2);
+    result.value = withoutCodes(withoutQuotes(result.value));
+    return result;
 }
 
 QString withoutQuotes(const QString &value)

@@ -21,6 +21,19 @@ QString nearest(const QString &text, const QStringList &candidates);
 /// resembles none.
 QString intendedKey(const QString &key);
 
+/// What a line of the catalogue was probably meant to be.
+struct IntendedLine
+{
+    QString key; ///< That the plug-in knows; empty if the line resembles none.
+    QString value;
+    int sign = -1;         ///< The index of what stands for "="
+    QString surplus;       ///< What precedes the key, if it is no letter or digit
+    bool isQuoted = false; ///< The key or the line is in quotation marks.
+};
+
+/// Returns what @p text was probably meant to be, whatever precedes or surrounds its key.
+IntendedLine intendedLine(const QString &text);
+
 /// Returns @p value without the quotation marks and the comment that are part of it; @p value
 /// itself if it has none.
 QString withoutQuotes(const QString &value);

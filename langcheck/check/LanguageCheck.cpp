@@ -53,15 +53,16 @@ private:
     /// true.
     bool explainEmptyList()
     {
-        const auto it = std::find_if(
-            m_report.findings.begin(), m_report.findings.end(), [](const Finding &finding) {
-                return finding.kind == FindingKind::NoKey || finding.kind == FindingKind::KeyCase
-                    || finding.kind == FindingKind::UnknownKey;
-            });
-        if (it == m_report.findings.end() || m_lines.findings.isEmpty())
+        int first = m_report.findings.size();
+        for (const int index : qAsConst(m_lines.findings)) {
+            const FindingKind kind = m_report.findings.at(index).kind;
+            if (kind >= FindingKind::NoKey && kind <= FindingKind::UnknownKey)
+                first = std::min(first, index);
+        }
+        if (first == m_report.findings.size())
             return false;
-        it->consequences += QStringLiteral("the operator's list is empty");
-        it->severity = Finding::Error;
+        m_report.findings[first].consequences += QStringLiteral("the operator's list is empty");
+        m_report.findings[first].severity = Finding::Error;
         return true;
     }
 
@@ -110,7 +111,6 @@ private:
             Finding &finding = m_report.findings[it.value()];
             finding.consequences += QStringLiteral("language %1 isn't offered").arg(it.key());
             finding.severity = Finding::Error;
-            finding.languages += it.key();
         }
     }
 
@@ -228,7 +228,8 @@ private:
             if (idOfMachineNumber.contains(machineNumber)) {
                 const int other = idOfMachineNumber.value(machineNumber);
                 add(FindingKind::SameMachineNumber, language.first(), lang.id,
-                    {QString::number(lang.id), QString::number(other), number})
+                    {QString::number(lang.id), QString::number(other), number,
+                     QString::number(std::max(lang.id, other))})
                     .languages += other;
             } else if (machineNumber != lang.id) {
                 bool isNumber = false;
@@ -254,10 +255,8 @@ private:
             // What is wrong with a name is seen by the operator.
             const int found = m_lines.findings.value(key, -1);
             const bool isWrong = found >= 0 && m_report.findings.at(found).line == line;
-            if (isWrong) {
+            if (isWrong)
                 m_report.findings[found].severity = Finding::Error;
-                m_report.findings[found].languages += lang.id;
-            }
             if (idOfName.contains(lang.name) && !isWrong) {
                 const int other = idOfName.value(lang.name);
                 add(FindingKind::SameName, line, lang.id,

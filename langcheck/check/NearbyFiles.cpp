@@ -46,7 +46,9 @@ NearbyCatalogue nearbyCatalogue(const QString &applicationDir)
     }
     const QStringList folders = dir.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     for (const QString &folder : folders) {
-        if (folder != lang && folder.compare(lang, Qt::CaseInsensitive) == 0) {
+        const bool isOnly = !QFileInfo::exists(dir.filePath(lang))
+            && QFileInfo(dir.filePath(folder + QLatin1Char('/') + ini)).isFile();
+        if (isOnly || (folder != lang && folder.compare(lang, Qt::CaseInsensitive) == 0)) {
             return {QStringLiteral("a folder ") + folder,
                     QStringLiteral("rename the folder %1 to Lang").arg(folder)};
         }
@@ -56,7 +58,10 @@ NearbyCatalogue nearbyCatalogue(const QString &applicationDir)
     const QString archive = QStringLiteral("Lang.zip");
     if (QFileInfo(dir.filePath(archive)).isFile())
         return {archive, QStringLiteral("unpack Lang.zip, so that there is Lang/Lang.ini")};
-    return {};
+    if (dir.exists(lang))
+        return {};
+    return {{},
+            QStringLiteral("put the folder Lang there, with the catalogue and the translations")};
 }
 
 QString nearbyTranslation(const QString &path)

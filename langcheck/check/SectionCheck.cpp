@@ -28,8 +28,9 @@ void SectionCheck::add(const QString &text, int line, bool isHeader, bool inside
         ++section.ignored;
         if (section.keys.size() < kMost && m_anyKey.match(plain(text)).hasMatch())
             section.keys += line;
-        if (section.exactKeys.size() < kMost && m_key.match(text).hasMatch())
-            section.exactKeys += line;
+        const QRegularExpressionMatch match = m_key.match(text);
+        if (section.exactKeys.size() < kMost && match.hasMatch())
+            section.exactKeys.insert(line, match.captured(1));
     }
 }
 
@@ -67,8 +68,43 @@ QString SectionCheck::costs(const Section &section, bool hasSection)
     return result;
 }
 
-void SectionCheck::finish(Report &report, bool hasSection) const
+/// Reports the keys that should be in the section and those that it has already. DEFAULT alone may
+/// be another program's.
+void SectionCheck::addOutside(Report &report, CatalogueLines &lines, const Section &section)
 {
+    const QString header = quotedAscii(section.header);
+    const QString place = section.line == 0 ? QStringLiteral("before the first section header")
+                                            : QStringLiteral("below ") + header;
+    const QString above = section.line == 0 ? QString() : QStringLiteral(" and above ") + header;
+    for (const bool isSet : {false, true}) {
+        QVector<int> found;
+        for (auto it = section.exactKeys.cbegin(); it != section.exactKeys.cend(); ++it) {
+            const bool isForeign =
+                isSet && section.exactKeys.size() == 1 && *it == QLatin1String("DEFAULT");
+            if (lines.keys.contains(*it) == isSet && !isForeign)
+                found += it.key();
+        }
+        if (found.isEmpty())
+            continue;
+        const QString these = found.size() == 1 ? QStringLiteral("it") : QStringLiteral("them");
+        const QString remedy = isSet
+            ? QStringLiteral("delete %1 if no longer needed, because the section sets the same")
+            : QStringLiteral("move %1 below [LANG_MGR]");
+        Finding &finding = report.addLine(FindingKind::OutsideSection, found.first(),
+                                          {place, remedy.arg(these) + (isSet ? QString() : above)});
+        finding.lines = found;
+        if (isSet)
+            finding.severity = Finding::Warning;
+        for (const int line : qAsConst(found)) {
+            if (!isSet)
+                lines.addReason(section.exactKeys.value(line), report);
+        }
+    }
+}
+
+void SectionCheck::finish(Report &report, CatalogueLines &lines) const
+{
+    const bool hasSection = lines.hasSection;
     if (m_isEmpty) {
         report.addLine(FindingKind::CatalogueEmpty, 0);
         return;
@@ -95,15 +131,7 @@ void SectionCheck::finish(Report &report, bool hasSection) const
             if (!section.keys.isEmpty() || !hasSection)
                 finding.severity = Finding::Error;
         } else if (!section.exactKeys.isEmpty()) {
-            const QString header = quotedAscii(section.header);
-            Finding &finding = report.addLine(
-                FindingKind::OutsideSection, section.exactKeys.first(),
-                section.line == 0
-                    ? QStringList {QStringLiteral("before the first section header"), QString()}
-                    : QStringList {QStringLiteral("below ") + header,
-                                   QStringLiteral(" and above ") + header});
-            finding.lines = section.exactKeys;
-            finding.severity = Finding::Error;
+            addOutside(report, lines, section);
         }
     }
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "langcheck/Report.h"
+#include "langcheck/check/CatalogueCheck.h"
 
 #include <QRegularExpression>
 #include <QVector>
@@ -17,25 +17,27 @@ public:
     static bool resemblesHeader(const QString &text);
 
     /// Adds the findings, to be called after the last line. Without the section, there is one.
-    void finish(Report &report, bool hasSection) const;
+    void finish(Report &report, CatalogueLines &lines) const;
 
 private:
     struct Section
     {
         QString header; ///< Empty before the first.
         int line = 0;
-        int ignored = 0;        ///< The number of lines below it, apart from comments
-        QVector<int> keys;      ///< The lines among them that resemble keys of the catalogue
-        QVector<int> exactKeys; ///< Those that are keys of languages
+        int ignored = 0;              ///< The number of lines below it, apart from comments
+        QVector<int> keys;            ///< The lines among them that resemble keys of the catalogue
+        QMap<int, QString> exactKeys; ///< Those that are keys of languages or DEFAULT, by line
         bool resembles = false;
     };
 
     const Section &first() const;
     static QString costs(const Section &section, bool hasSection);
+    static void addOutside(Report &report, CatalogueLines &lines, const Section &section);
 
     QVector<Section> m_sections {Section()};
-    QRegularExpression m_anyKey {QLatin1String("^(DEFAULT|LANG[0-9]+_)"),
+    QRegularExpression m_anyKey {QLatin1String("\\b(DEFAULT|LANG[0-9]+_)"),
                                  QRegularExpression::CaseInsensitiveOption};
-    QRegularExpression m_key {QLatin1String("^LANG[0-9]+_(ID|NAME|FOLDER|SHOW)\\s*=")};
+    QRegularExpression m_key {
+        QLatin1String("^(LANG[0-9]+_(ID|NAME|FOLDER|SHOW)|DEFAULT(?=\\s*=\\s*[0-9]))\\s*=")};
     bool m_isEmpty = true;
 };

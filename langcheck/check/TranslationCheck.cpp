@@ -202,7 +202,6 @@ private:
         if (index < 0 || folder.isEmpty())
             return;
         Finding &finding = m_report.findings[index];
-        finding.languages += lang.id;
         const bool isFound = QFileInfo::exists(lang.qmPath);
         if (finding.kind == FindingKind::FolderDots || finding.kind == FindingKind::FolderAbsolute
             || (finding.kind == FindingKind::FolderPercent && !isFound && folder != lang.folder))

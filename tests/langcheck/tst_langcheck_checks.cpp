@@ -120,6 +120,7 @@ private Q_SLOTS:
     void textsFitTheCatalogue();
     void effectsDependOnTheFallback_data();
     void effectsDependOnTheFallback();
+    void mergedFindingsNameAllLanguages();
     void missingFallbackIsNotReplacedByItself();
     void hiddenLanguagesAndUnusedFoldersAreListed();
     void invisibleCharactersAreShown();
@@ -255,8 +256,9 @@ void tst_langcheck_checks::catalogueLines_data()
     row("absolute folder", folder("/second"), "7 warning folder-absolute");
     row("folder with a drive letter", good + "LANG3_FOLDER=C:\\second\nLANG3_SHOW=0\n",
         "9 warning folder-absolute");
-    row("folder with a percent sign", good + "LANG3_FOLDER=100%\nLANG3_SHOW=0\n",
+    row("folder with a percent sign and a digit", good + "LANG3_FOLDER=%L1\nLANG3_SHOW=0\n",
         "9 warning folder-percent");
+    row("folder with a percent sign", good + "LANG3_FOLDER=100%\nLANG3_SHOW=0\n", nullptr);
     row("folder does not exist", folder("none"), "7 error folder-missing");
     row("folder of the default does not exist, no name",
         catalogueWith("=first", "=none").replace("LANG1_NAME=One\n", ""),
@@ -315,6 +317,52 @@ void tst_langcheck_checks::catalogueLines_data()
           "[Lang_Mgr]", "[LANG_MGR", "\xEF\xBC\xBBLANG_MGR\xEF\xBC\xBD"}) {
         row(header, kUtf8Bom + catalogueWith("[LANG_MGR]", header), "1 error header");
     }
+    row("DEFAULT of somebody else", good + "[HOST]\nDEFAULT=5\n", nullptr);
+    row("DEFAULT in another section", catalogueWith("DEFAULT=1\n", "") + "[HOST]\nDEFAULT=1\n",
+        "9 error outside-section");
+    row("name before the section", "LANG2_NAME=Two\n" + catalogueWith("LANG2_NAME=Two\n", ""),
+        "1 error outside-section");
+    row("backup and another language in another section",
+        good + "[OLD]\nLANG2_NAME=x\nLANG3_SHOW=1\n",
+        "11 error outside-section\nLang/Lang.ini:10 warning outside-section");
+    row("keys in three other sections",
+        good + "[A]\nLANG3_SHOW=0\n[B]\nLANG4_SHOW=0\n[C]\nLANG5_SHOW=0\n",
+        "10 error outside-section\nLang/Lang.ini:12 error outside-section\n"
+        "Lang/Lang.ini:14 error outside-section");
+    row("merge conflict",
+        catalogueWith("LANG2_NAME=Two\n",
+                      "<<<<<<< a\nLANG2_NAME=Two\n||||||| b\nLANG2_NAME=Too\n=======\n"
+                      "LANG2_NAME=Deux\n>>>>>>> c\n"),
+        "6 error no-key");
+    row("repeated key after a merge conflict",
+        good + "<<<<<<< a\nLANG3_SHOW=0\n=======\n>>>>>>> b\nLANG3_SHOW=0\n",
+        "9 error no-key\nLang/Lang.ini:13 warning repeated-key");
+    row("no line with a known key",
+        QByteArray(good).replace("LANG1_", "LANGUAGE1_").replace("LANG2_", "LANGUAGE2_"),
+        "3 error unknown-key");
+    row("another program's keys", "[LANG_MGR]\nDEFAULT=1\nPORT=5\n",
+        "0 error no-languages\nLang/Lang.ini:3 warning unknown-key");
+    row("commas at the ends",
+        QByteArray(good)
+                .replace("1\n", "1,,\n")
+                .replace("DEFAULT=1,,", "DEFAULT=1")
+                .replace("=Two", "=Two,,")
+            + "LANG1_ID=1,,\n",
+        "5 error comment-in-value");
+    row("cut-off line", good + "LANG3_NAME=Three\nLANG3_FOLDER=chs\nLANG3_SH", "11 error no-key");
+    row("cut-off name", catalogueWith("LANG2_NAME=Two", "LANG2_N"), "6 error no-key");
+    row("misspelt default and three others",
+        QByteArray(good)
+            .replace("DEFAULT", "DEFUALT")
+            .replace("_SHOW", "_SHWO")
+            .replace("LANG1_NAME", "LANG1_NANE"),
+        "2 error unknown-key");
+    row("quoted mail without a header",
+        QByteArray(kCatalogue).replace("[LANG_MGR]\nDEFAULT=1", ";").replace("LANG", "> LANG"),
+        "2 error no-section");
+    row("colons below another line",
+        QByteArray(kCatalogue).replace("[LANG_MGR]", "[LANG_MGR]\nx").replace('=', ':'),
+        "3 error no-key\nLang/Lang.ini:2 warning no-key");
     row("keys of somebody else", good + "[HOST]\nPORT=5\nDEFAULT_FONT=Arial\nDEFAULT=Arial\n",
         nullptr);
     row("another program's file", "[HOST]\nPORT=5\n", "0 error catalogue-foreign");
@@ -887,6 +935,36 @@ void tst_langcheck_checks::textsFitTheCatalogue_data()
     row("long value of two lines", good + "LANG3_SHOW=%1\r" + QByteArray(99, 'x'),
         {{"LANG3_SHOW isn't a number: \"%1 " + QByteArray(57, 'x') + "...\"; ", ""}, {"", ""}});
 
+    row("two numbers above 255",
+        catalogueWith("LANG2", "LANG257").replace("LANG1", "LANG513").replace("T=1", "T=513"),
+        {{"",
+          "use an unused number up to 255 in all keys of language 513, and in DEFAULT if it is the "
+          "default"},
+         {"", ""}});
+    row("unknown keys",
+        kUtf8Bom
+            + QByteArray(kCatalogue).replace("LANG2", "LАNG2").replace("LANG1_NAME", "LANGl_NAME"),
+        {{"the keys on lines 3 and 6 to 8 are unknown: \"LANGl_NAME\" and so on; they are "
+          "ignored, "
+          "and language 1 has no name and isn't offered; ",
+          "write LANG1_NAME=One, LANG2_NAME=Two, LANG2_FOLDER=second, LANG2_SHOW=1"}});
+    row("key in another script",
+        kUtf8Bom + QByteArray(kCatalogue).replace("LANG", "LАNG").replace("[LА", "[LA"),
+        {{"the keys on lines 3 to 8 are unknown: \"LАNG1_NAME\" (with U+0410) and so on; they are "
+          "ignored, and the operator's list is empty; ",
+          ""}});
+    row("DEFAULT above the section", "DEFAULT=1\n" + catalogueWith("DEFAULT=1\n", ""),
+        {{"line 1, with a key of the catalogue, is before the first section header and so outside "
+          "the section [LANG_MGR]; it is ignored, and the dialog uses the fallback, ",
+          "move it below [LANG_MGR]"}});
+    row("commas in SHOW", QByteArray(good).replace("SHOW=1", "SHOW=1,,") + "LANG1_ID=1,,\n",
+        {{"the values on lines 5, 8 and 9 have commas, semicolons or comments after them; these "
+          "are part of the values, and language 1 is hidden, and language 2 is hidden; ",
+          ""}});
+    row("merge conflict", good + "<<<<<<< a\nLANG3_SHOW=0\n=======\nLANG3_SHOW=0\n>>>>>>> b\n",
+        {{"lines 9, 11 and 13 aren't keys with values: \"<<<<<<< a\" and so on; they are ignored, "
+          "and of keys in both versions only the later one applies; ",
+          ""}});
     row("header", catalogueWith("[LANG_MGR]", "[LANGMGR]"),
         {{"the section header is \"[LANGMGR]\" instead of [LANG_MGR]; the 7 lines below it are "
           "ignored, and the operator's list is empty; ",
@@ -925,6 +1003,16 @@ void tst_langcheck_checks::textsFitTheCatalogue()
         if (!remedy.isEmpty())
             QCOMPARE(findings.at(i).remedy(), QString::fromUtf8(remedy));
     }
+}
+
+void tst_langcheck_checks::mergedFindingsNameAllLanguages()
+{
+    Deployment::writeCatalogue(kCatalogue
+                               + QByteArray("LANGl0_SHOW=1\nLANG11SHOW=1\nLANG12_SHWO=1\n"
+                                            "LANG12_NANE=x\n"));
+    const QList<Finding> findings = check().findings;
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(findings.first().languages, QVector<int>({10, 11, 12}));
 }
 
 void tst_langcheck_checks::missingFallbackIsNotReplacedByItself()

@@ -229,6 +229,12 @@ void tst_langcheck_remedies::remedyRepairs_data()
             QDir().rmdir(langPath(""));
             move("../Language", "")();
         });
+    row("catalogue-missing", "no folder", move("", "../Language"), ini,
+        "rename the folder Language to Lang", move("../Language", ""));
+    row(
+        "catalogue-missing", "nothing", [] { QDir(langPath("")).removeRecursively(); }, ini,
+        "put the folder Lang there, with the catalogue and the translations",
+        [] { GoodDeployment::install(); });
     row("catalogue-missing", "one folder too high", move(ini, "../Lang.ini"), ini,
         "move Lang.ini into the folder Lang", move("../Lang.ini", ini));
 #ifndef Q_OS_WIN
@@ -246,7 +252,9 @@ void tst_langcheck_remedies::remedyRepairs_data()
     row("catalogue-foreign", "another program's", catalogue("[HOST]\nPORT=5\n"), ini,
         "replace it with the right catalogue; this one is probably another program's", restore);
     row("catalogue-not-text", "Rich Text", catalogue("{\\rtf1 [LANG_MGR]\\par\n}"), ini,
-        "open it in WordPad, and save it as \"Unicode text document\"", catalogue(utf16(good)));
+        "open it in a word processor, and save it as plain text in Unicode (in WordPad, as "
+        "\"Unicode text document\")",
+        catalogue(utf16(good)));
     row("zero-tail", "complete lines", catalogue(good + QByteArray(60, '\0')), ini,
         "delete them, and make sure that no lines are missing at the end", restore);
     row("odd-byte", "UTF-16", catalogue(utf16(good) + '\n'), ini,
@@ -280,9 +288,10 @@ void tst_langcheck_remedies::remedyRepairs_data()
     row("half-character", "name",
         catalogue(utf16(catalogueWith("=Two", "=T*")).replace(QByteArray("*\0", 2), "\x01\xD8")),
         "Lang.ini:6", "type the text again, and save the file", catalogue(utf16(good)));
+    const char *const again = "open the file as UTF-16, delete the line, type its keys again, each "
+                              "on a line of its own, and save the file";
     row("appended-bytes", "8 bits", catalogue(utf16(good) + "LANG2_SHOW=1\r\n"), "Lang.ini:9",
-        "open the file as UTF-16, delete the line, type it again, and save the file",
-        catalogue(utf16(good)));
+        again, catalogue(utf16(good)));
     row("carriage-return", "comment", catalogue(good + "; one\r; two\n"), "Lang.ini:9",
         "end lines with CR LF or LF", catalogue(good + "; one\n; two\n"));
 
@@ -292,21 +301,22 @@ void tst_langcheck_remedies::remedyRepairs_data()
         "transfer the folder Lang again in binary mode, or restore it from a backup",
         catalogue(utf16(good)));
     row("appended-bytes", "UTF-8", catalogue(utf16(good) + "LANG3_NAME=Ελληνικά\nLANG3_SHOW=0\n"),
-        "Lang.ini:9", "open the file as UTF-16, delete the line, type it again, and save the file",
-        catalogue(utf16(good + "LANG3_NAME=Ελληνικά\nLANG3_SHOW=0\n")));
+        "Lang.ini:9", again, catalogue(utf16(good + "LANG3_NAME=Ελληνικά\nLANG3_SHOW=0\n")));
     const QByteArray hiddenGreek = "LANG3_NAME=Ελληνικά\n\nLANG3_SHOW=0\n";
     row("appended-bytes", "UTF-16", catalogue(kUtf8Bom + good + utf16(hiddenGreek).mid(2)),
         "Lang.ini:9",
-        "open the file as UTF-8, delete the lines, type them again, and save the file",
+        "open the file as UTF-8, delete the lines, type their keys again, each on a line of its "
+        "own, and save the file",
         catalogue(kUtf8Bom + good + hiddenGreek));
     row("appended-bytes", "UTF-16 with its BOM", catalogue(kUtf8Bom + good + utf16("; x\n; y\n")),
         "Lang.ini:9",
-        "open the file as UTF-8, delete the lines, type them again, and save the file",
+        "open the file as UTF-8, delete the lines, type their keys again, each on a line of its "
+        "own, and save the file",
         catalogue(kUtf8Bom + good + "; x\n; y\n"));
     row("appended-bytes", "UTF-16 without a BOM",
         catalogue(good + utf16("; Ελληνικά\n; x\n").mid(2)), "Lang.ini:9",
         "open the file in the encoding in which the other names look right, delete the lines, type "
-        "them again, and save the file",
+        "their keys again, each on a line of its own, and save the file",
         catalogue(good + "; Greek\n; x\n"));
     row("second-bom", "another catalogue", catalogue(kUtf8Bom + good + "; x" + kUtf8Bom + "\n"),
         "Lang.ini:9", "keep one of the two catalogues", save);
@@ -320,9 +330,16 @@ void tst_langcheck_remedies::remedyRepairs_data()
             "write [LANG_MGR] on this line, with nothing before or after it",
             line(1, "[LANG_MGR]"));
     }
-    row("outside-section", "another section", catalogue(good + "[HOST]\nPORT=5\nLANG2_SHOW=1\n"),
-        "Lang.ini:11", "move it below [LANG_MGR] and above \"[HOST]\"",
-        catalogue(good + "[HOST]\nPORT=5\n"));
+    const QByteArray withoutShow = catalogueWith("LANG2_SHOW=1\n", "");
+    row("outside-section", "another section",
+        catalogue(withoutShow + "[HOST]\nPORT=5\nLANG2_SHOW=1\n"), "Lang.ini:10",
+        "move it below [LANG_MGR] and above \"[HOST]\"", catalogue(good + "[HOST]\nPORT=5\n"));
+    row("outside-section", "sorted lines",
+        catalogue(QByteArray(good).replace("[LANG_MGR]\n", "") + "[LANG_MGR]\n"), "Lang.ini:1",
+        "move them below [LANG_MGR]", restore);
+    row("outside-section", "backup", catalogue(good + "[OLD]\nLANG2_NAME=x\nLANG2_SHOW=1\n"),
+        "Lang.ini:10", "delete them if no longer needed, because the section sets the same",
+        restore);
     row("two-keys", "lost line end", catalogue(QByteArray(good).replace("second\n", "second ")),
         "Lang.ini:7", "write LANG2_SHOW=1 on a line of its own",
         line(7, "LANG2_FOLDER=second\nLANG2_SHOW=1"));
@@ -340,16 +357,68 @@ void tst_langcheck_remedies::remedyRepairs_data()
         "write \"=\" instead of \"–\" (with U+2013)", line(6, "LANG2_NAME=Two"));
     row("no-key", "tab", catalogue(catalogueWith("LANG2_NAME=", "LANG2_NAME\t")), "Lang.ini:6",
         "write \"=\" instead of the tab", line(6, "LANG2_NAME=Two"));
-    row("no-key", "merge conflict", catalogue(good + "<<<<<<< HEAD\n=======\n>>>>>>> b\n"),
+    const QByteArray three = "LANG3_NAME=Three\nLANG3_FOLDER=chs\nLANG3_SHOW=1\n";
+    const QByteArray four = "LANG3_NAME=Four\nLANG3_FOLDER=chs\nLANG3_SHOW=1\n";
+    row("no-key", "merge conflict",
+        catalogue(good + "<<<<<<< HEAD\n" + three + "=======\n" + four + ">>>>>>> b\n"),
         "Lang.ini:9",
-        "resolve the merge conflict: delete these lines and those of one of the two versions",
-        restore);
+        "resolve the merge conflict: delete these lines, and keep one of the two versions, or both "
+        "with different numbers if each adds a language",
+        catalogue(good + three));
+    row("no-key", "full-width key", with("LANG2_NAME=", "ＬＡＮＧ２＿ＮＡＭＥ＝"), "Lang.ini:6",
+        "write LANG2_NAME=Two", line(6, "LANG2_NAME=Two"));
+    row("no-key", "full-width comment", catalogue(kUtf8Bom + good + "；x\n"), "Lang.ini:9",
+        "start the comment with \";\"", line(9, "; x"));
+    row("no-key", "cut off", catalogue(good + "LANG3_NAME=Three\nLANG3_FOLDER=chs\nLANG3_SH"),
+        "Lang.ini:11", "write LANG3_SHOW=<value>", catalogue(good + three));
+    for (const char *const sign : {";", " "}) {
+        row("no-key", sign, catalogue(QByteArray(good).replace("=", sign)), "Lang.ini:2",
+            QByteArray("write \"=\" instead of \"") + sign + '"', restore);
+    }
+    // Spreadsheets put each line or each cell in quotation marks.
+    const QByteArray quotation = "delete the quotation marks: write DEFAULT=1, LANG1_NAME=One, "
+                                 "LANG1_FOLDER=first, LANG1_SHOW=1, LANG2_NAME=Two, "
+                                 "LANG2_FOLDER=second, LANG2_SHOW=1";
+    row("unknown-key", "quoted lines",
+        catalogue(QByteArray(good).replace("\n", "\"\n\"").replace("]\"", "]").chopped(1)),
+        "Lang.ini:2", quotation, restore);
+    row("no-key", "quoted cells",
+        catalogue(QByteArray(good)
+                      .replace("\n", "\"\n\"")
+                      .replace("]\"", "]")
+                      .replace("=", "\",\"")
+                      .chopped(1)),
+        "Lang.ini:2", quotation, restore);
     row("unknown-key", "letter for a digit",
         catalogue(QByteArray(good).replace("LANG1_NAME", "LANGl_NAME")), "Lang.ini:3",
         "write LANG1_NAME=One", line(3, "LANG1_NAME=One"));
     row("unknown-key", "quoted mail", catalogue(QByteArray(good).replace("\nLANG", "\n> LANG")),
-        "Lang.ini:3", "use DEFAULT or LANG<n>_ID, _NAME, _FOLDER or _SHOW, such as LANG1_NAME",
+        "Lang.ini:3",
+        "delete \">\" before each key: write LANG1_NAME=One, LANG1_FOLDER=first, LANG1_SHOW=1, "
+        "LANG2_NAME=Two, LANG2_FOLDER=second, LANG2_SHOW=1",
         replace("> ", ""));
+    row("unknown-key", "quoted-printable mail",
+        catalogue(QByteArray(good)
+                      .replace("=", "=3D")
+                      .replace("\nLANG", "\n> LANG")
+                      .replace("DEFAULT=3D", "DEFAULT=")),
+        "Lang.ini:3",
+        "delete \">\" before each key: write LANG1_NAME=One, LANG1_FOLDER=first, LANG1_SHOW=1, "
+        "LANG2_NAME=Two, LANG2_FOLDER=second, LANG2_SHOW=1",
+        restore);
+    row("unknown-key", "line numbers", catalogue(QByteArray(good).replace("\nLANG", "\n9: LANG")),
+        "Lang.ini:3",
+        "write LANG1_NAME=One, LANG1_FOLDER=first, LANG1_SHOW=1, LANG2_NAME=Two, "
+        "LANG2_FOLDER=second, LANG2_SHOW=1",
+        restore);
+    row("unknown-key", "many lines",
+        catalogue(
+            QByteArray(good).replace("\nLANG", "\n+LANG").replace("Two", QByteArray(300, 'x'))),
+        "Lang.ini:3",
+        "delete \"+\" before each key: write LANG1_NAME=One, LANG1_FOLDER=first, LANG1_SHOW=1, "
+        "LANG2_NAME="
+            + QByteArray(300, 'x') + ", and correct the others in the same way",
+        restore);
     row("key-case", "one", catalogue(catalogueWith("LANG2_SHOW", "Lang2_Show")), "Lang.ini:8",
         "write LANG2_SHOW", line(8, "LANG2_SHOW=1"));
     row("key-case", "all",
@@ -368,6 +437,12 @@ void tst_langcheck_remedies::remedyRepairs_data()
     row("unknown-key", "commented out", catalogue(catalogueWith("LANG2_SHOW", "// LANG2_SHOW")),
         "Lang.ini:8", "write LANG2_SHOW=1, or start the comment with \";\"",
         line(8, "LANG2_SHOW=1"));
+    row("unknown-key", "all commented out",
+        catalogue(QByteArray(good).replace("\nLANG2", "\n//LANG2") + "//LANG1_SHOW=1\n"),
+        "Lang.ini:6",
+        "write LANG2_NAME=Two, LANG2_FOLDER=second, LANG2_SHOW=1, LANG1_SHOW=1, or start the "
+        "comment with \";\"",
+        catalogue(QByteArray(good) + ";LANG1_SHOW=1\n"));
     row("unknown-key", "full-width digit", with("LANG2_NAME", "LANG２_NAME"), "Lang.ini:6",
         "write LANG2_NAME=Two", line(6, "LANG2_NAME=Two"));
     row("repeated-key", "SHOW", catalogue(good + "LANG2_SHOW=0\n"), "Lang.ini:9",
@@ -388,7 +463,9 @@ void tst_langcheck_remedies::remedyRepairs_data()
         "DEFAULT if it is the default",
         replace("LANG300_", "LANG2_"));
     row("same-machine-number", "257 and 1", catalogue(catalogueWith("LANG2", "LANG257")),
-        "Lang.ini:6", "use numbers up to 255 in the keys of both languages, and in DEFAULT",
+        "Lang.ini:6",
+        "use an unused number up to 255 in all keys of language 257, and in DEFAULT if it is the "
+        "default",
         replace("LANG257", "LANG2"));
     row("id-differs", "used number", catalogue(good + "LANG2_ID=1\n"), "Lang.ini:9",
         "write LANG2_ID=2 or, to give the language the number 1, rename its keys to LANG1_ID, "
@@ -485,7 +562,7 @@ void tst_langcheck_remedies::remedyRepairs_data()
                  catalogue(kUtf8Bom + catalogueWith("=second", QByteArray("=") + folder))),
             "Lang.ini:7", "write LANG2_FOLDER=second", line(7, "LANG2_FOLDER=second"));
     }
-    row("folder-percent", "variable", catalogue(catalogueWith("=second", "=%LANG%\\second")),
+    row("folder-missing", "variable", catalogue(catalogueWith("=second", "=%LANG%\\second")),
         "Lang.ini:7", "write LANG2_FOLDER=second", line(7, "LANG2_FOLDER=second"));
     row("folder-missing", "file of that name",
         both(catalogue(catalogueWith("=second", "=xyz")), move("second/Zendel.qm", "xyz")),
@@ -532,6 +609,14 @@ void tst_langcheck_remedies::remedyRepairs_data()
         row("show-number", value, catalogue(kUtf8Bom + hidden + value), "Lang.ini:11",
             "write LANG3_SHOW=1", line(11, "LANG3_SHOW=1"));
     }
+    for (const char *const value : {"N", "x", "2.0", "O"}) {
+        row("show-number", value, catalogue(hidden + value), "Lang.ini:11",
+            "write LANG3_SHOW=1 to show it, or LANG3_SHOW=0 to hide it", line(11, "LANG3_SHOW=0"));
+    }
+    row("comment-in-value", "SHOW", catalogue(hidden + "1 ; shown"), "Lang.ini:11",
+        "write LANG3_SHOW=1, and the comment on a line of its own", line(11, "LANG3_SHOW=1"));
+    row("comment-in-value", "ID", catalogue(good + "LANG2_ID=2,,\n"), "Lang.ini:9",
+        "write LANG2_ID=2, and the comment on a line of its own", line(9, "LANG2_ID=2"));
     row("show-number", "no", catalogue(hidden + "no"), "Lang.ini:11", "write LANG3_SHOW=0",
         line(11, "LANG3_SHOW=0"));
     row("show-number", "empty", catalogue(hidden), "Lang.ini:11",
@@ -563,7 +648,8 @@ void tst_langcheck_remedies::remedyRepairs_data()
     row("default-hidden", "1", catalogue(catalogueWith("LANG1_SHOW=1", "LANG1_SHOW=0")),
         "Lang.ini:2", "write LANG1_SHOW=1, or DEFAULT=2", line(2, "DEFAULT=2"));
     row("show-number", "default", catalogue(catalogueWith("LANG1_SHOW=1", "LANG1_SHOW=O")),
-        "Lang.ini:5", "write LANG1_SHOW=1", line(5, "LANG1_SHOW=1"));
+        "Lang.ini:5", "write LANG1_SHOW=1 to show it, or LANG1_SHOW=0 to hide it",
+        line(5, "LANG1_SHOW=1"));
     row("repeated-key", "DEFAULT", catalogue(good + "DEFAULT=9\n"), "Lang.ini:9",
         "delete all but the right one", line(9, nullptr));
 

@@ -260,9 +260,9 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "garbled-name",
      Finding::Warning,
      {"%1 looks like %5: %2", "the operator sees these letters, although %3 was probably meant",
-      "write %4, correct the other names, and save the file as \"UTF-8 with BOM\""},
+      "write %4, correct any other wrong names, and save the file as \"UTF-8 with BOM\""},
      {"the names on %0 look like %5", "the operator sees wrong letters",
-      "write %4, correct the other names, and save the file as \"UTF-8 with BOM\""}},
+      "write %4, correct any other wrong names, and save the file as \"UTF-8 with BOM\""}},
     {Kind::EscapedName,
      "escaped-name",
      Finding::Warning,
@@ -271,7 +271,7 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
     {Kind::MixedScripts,
      "mixed-scripts",
      Finding::Warning,
-     {"%1 mixes Latin letters with others that look the same: %2",
+     {"%1 mixes Latin letters (%3) with others that look the same: %2",
       "searches and comparisons treat the name as a different one",
       "type the name again in one script"},
      kNone},
@@ -721,13 +721,13 @@ QString Finding::problem() const
 
 QString Finding::effect() const
 {
-    QString result = filled(texts(*this).effect, *this);
-    const int most = 5;
-    for (int i = 0; i < consequences.size() && i < most; ++i)
-        result += QLatin1String(", and ") + consequences.at(i);
-    if (consequences.size() > most)
-        result += QLatin1String(", and so on");
-    return result;
+    QStringList effects = QStringList {filled(texts(*this).effect, *this)} + consequences;
+    const int most = 6;
+    if (effects.size() > most)
+        effects = effects.mid(0, most) + QStringList {QStringLiteral("so on")};
+    const QString last = effects.takeLast();
+    return effects.isEmpty() ? last
+                             : effects.join(QStringLiteral(", ")) + QLatin1String(", and ") + last;
 }
 
 QString Finding::remedy() const

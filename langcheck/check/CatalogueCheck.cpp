@@ -456,7 +456,13 @@ private:
         } else if (decoded != name) {
             addText(FindingKind::EscapedName, line, decoded);
         } else if (mixesScripts(name)) {
-            add(FindingKind::MixedScripts, {line.key.toString(), quotedAscii(name)});
+            QStringList latin;
+            for (const QChar c : name) {
+                if (c.script() == QChar::Script_Latin && !latin.contains(c))
+                    latin += c;
+            }
+            add(FindingKind::MixedScripts,
+                {line.key.toString(), quotedAscii(name), latin.join(QStringLiteral(", "))});
         } else if (!isLineReported
                    && (name.contains(QLatin1Char('?'))
                        || (m_decodable && name.contains(QChar(QChar::ReplacementCharacter))))) {

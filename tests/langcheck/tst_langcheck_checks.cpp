@@ -695,8 +695,9 @@ void tst_langcheck_checks::namesOfLanguagesAreRestored()
              QString::fromLatin1("Lang/Lang.ini:9 warning ")
                  + QLatin1String(how.isEmpty() ? "escaped-name" : "garbled-name"));
     const QString remedy = QStringLiteral("write LANG3_NAME=") + meant;
-    const QString rest = QStringLiteral(", correct the other names, and save the file as \"UTF-8 "
-                                        "with BOM\"");
+    const QString rest =
+        QStringLiteral(", correct any other wrong names, and save the file as \"UTF-8 "
+                       "with BOM\"");
     QCOMPARE(report.findings.first().remedy(), how.isEmpty() ? remedy : remedy + rest);
     QVERIFY(report.findings.first().problem().contains(how));
 }
@@ -890,15 +891,16 @@ void tst_langcheck_checks::textsFitTheCatalogue_data()
 
     row("garbled name", kUtf8Bom + catalogueWith("=Two", "=æ—¥æœ¬èªž"),
         {{"",
-          "write LANG2_NAME=日本語, correct the other names, and save the file as \"UTF-8 with "
+          "write LANG2_NAME=日本語, correct any other wrong names, and save the file as \"UTF-8 "
+          "with "
           "BOM\""}});
     row("names garbled in several ways",
         kUtf8Bom + good
             + "LANG3_NAME=FranÃ§ois\nLANG3_SHOW=0\nLANG4_NAME=Fran├ºois\nLANG4_SHOW=0\n"
               "LANG5_NAME=Fran‡ais\nLANG5_SHOW=0\n",
         {{"the names on lines 9, 11 and 13 look like texts that were read in wrong encodings; ",
-          "write LANG3_NAME=François, LANG4_NAME=François, LANG5_NAME=Français, correct the other "
-          "names, and save the file as \"UTF-8 with BOM\""}});
+          "write LANG3_NAME=François, LANG4_NAME=François, LANG5_NAME=Français, correct any other "
+          "wrong names, and save the file as \"UTF-8 with BOM\""}});
     row("appended in 8 bits",
         Deployment::utf16(QChar(QChar::ByteOrderMark) + QString::fromLatin1(good))
             + "LANG3_ID=3\nLANG3_NAME=x\n",
@@ -959,12 +961,17 @@ void tst_langcheck_checks::textsFitTheCatalogue_data()
           "move it below [LANG_MGR]"}});
     row("commas in SHOW", QByteArray(good).replace("SHOW=1", "SHOW=1,,") + "LANG1_ID=1,,\n",
         {{"the values on lines 5, 8 and 9 have commas, semicolons or comments after them; these "
-          "are part of the values, and language 1 is hidden, and language 2 is hidden; ",
+          "are part of the values, language 1 is hidden, and language 2 is hidden; ",
           ""}});
     row("merge conflict", good + "<<<<<<< a\nLANG3_SHOW=0\n=======\nLANG3_SHOW=0\n>>>>>>> b\n",
         {{"lines 9, 11 and 13 aren't keys with values: \"<<<<<<< a\" and so on; they are ignored, "
           "and of keys in both versions only the later one applies; ",
           ""}});
+    row("a letter of another script", catalogueWith("=Two", "=Тwо"),
+        {{"LANG2_NAME mixes Latin letters (w) with others that look the same: \"Тwо\" (with "
+          "U+0422, "
+          "U+043E); ",
+          "type the name again in one script"}});
     row("header", catalogueWith("[LANG_MGR]", "[LANGMGR]"),
         {{"the section header is \"[LANGMGR]\" instead of [LANG_MGR]; the 7 lines below it are "
           "ignored, and the operator's list is empty; ",

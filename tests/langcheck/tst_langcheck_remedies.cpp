@@ -487,13 +487,14 @@ void tst_langcheck_remedies::remedyRepairs_data()
         "and save the file as \"UTF-8 with BOM\"",
         catalogue(kUtf8Bom + catalogueWith("=Two", "=François")));
     row("garbled-name", "French", with("=Two", "=FranÃ§ois"), "Lang.ini:6",
-        "write LANG2_NAME=François, correct the other names, and save the file as \"UTF-8 with "
+        "write LANG2_NAME=François, correct any other wrong names, and save the file as \"UTF-8 "
+        "with "
         "BOM\"",
         line(6, "LANG2_NAME=François"));
     const auto garbled = [&row, &with](const char *name, const QString &text, const char *meant) {
         row("garbled-name", name, with("=Two", "=" + text.toUtf8()), "Lang.ini:6",
             QByteArray("write LANG2_NAME=") + meant
-                + ", correct the other names, and save the file as \"UTF-8 with BOM\"",
+                + ", correct any other wrong names, and save the file as \"UTF-8 with BOM\"",
             catalogue(kUtf8Bom + catalogueWith("=Two", QByteArray("=") + meant)));
     };
     garbled("read as Latin-1", QString::fromLatin1("한글말"), "한글말");

@@ -14,7 +14,7 @@ namespace {
 constexpr FindingTexts kNone = {nullptr, nullptr, nullptr};
 
 const int kHow = 4;           ///< How a name was garbled
-const int kMostWritten = 300; ///< Characters of what is to be written that are shown
+const int kMostWritten = 600; ///< Characters of what is to be written that are shown
 
 } // namespace
 
@@ -124,7 +124,7 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
       "open the file in the encoding in which all names look right, correct any names that have "
       "lost letters, and only then save it as "
       "\"UTF-8 with BOM\""},
-     {"%0 end in half a GB2312 character", "the next line of each is lost",
+     {"%0 end in half a GB2312 character", "the line after each of them is lost",
       "open the file in the encoding in which all names look right, correct any names that have "
       "lost letters, and only then save it as "
       "\"UTF-8 with BOM\""}},
@@ -244,7 +244,8 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      {"%1 has a comment after its value: %2", "the comment is part of the value",
       "write %1=%3, and the comment on a line of its own"},
      {"the values on %0 have commas, semicolons or comments after them",
-      "these are part of the values", "delete them, or write the comments on lines of their own"}},
+      "these are part of the values",
+      "delete what follows the values, or write the comments on lines of their own"}},
     {Kind::LostLetters,
      "lost-letters",
      Finding::Warning,
@@ -461,14 +462,14 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
     {Kind::TextMissing,
      "text-missing",
      Finding::Error,
-     {"%1 translated", "%2 empty in the dialog",
+     {"%1 translated", "%2 empty on the machine",
       "translate %3 in the language's .ts file, and compile that file, or replace this one with a "
       "complete translation"},
      kNone},
     {Kind::TextBlank,
      "text-blank",
      Finding::Error,
-     {"the text \"%1\" in the context %2 is translated with spaces only",
+     {"the translation of the text \"%1\" in the context %2 consists only of spaces",
       "the operator sees nothing",
       "translate it in the language's .ts file, or in one made with \"lconvert Zendel.qm -o "
       "Zendel.ts\", and compile that file"},
@@ -483,8 +484,7 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
     {Kind::TextHtml,
      "text-html",
      Finding::Warning,
-     {"the text \"%1\" in the context %2 is translated as %3, which Qt takes for HTML",
-      "the operator doesn't see the tags",
+     {"the text \"%1\" in the context %2 is translated as %3, with tags", "%4",
       "write the text without tags in the .ts file, and compile it"},
      kNone},
     {Kind::TextGarbled,
@@ -559,7 +559,8 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
      "plugin-missing",
      Finding::Warning,
      {"the plug-in isn't next to the host's executable",
-      "unless the host loads it from another folder, there are no settings", "copy it there"},
+      "unless the host loads it from another folder, there are no settings",
+      "copy it next to the executable"},
      kNone},
     {Kind::PluginForeign,
      "plugin-foreign",
@@ -598,7 +599,7 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
     {Kind::RuntimeMissing,
      "runtime-missing",
      Finding::Warning,
-     {"a file that the host or the plug-in needs doesn't exist: %1",
+     {"a file that the host or the plug-in needs wasn't found: %1",
       "unless it is elsewhere in the search path, Windows refuses to start the host, or to load "
       "the plug-in, with error 126",
       "%2"},

@@ -110,7 +110,8 @@ public:
             return;
         }
         checkCharacters(text);
-        if (text.indexOf(QChar(QChar::ByteOrderMark), 1) > 0)
+        const int bom = text.lastIndexOf(QChar(QChar::ByteOrderMark));
+        if (bom > 0 || (bom == 0 && m_inSection)) // Others are in SectionCheck.
             addSecondCatalogue();
         m_isReported = m_isReported || text.endsWith(QChar(QChar::Null)); // See checkEnd().
         const LangLine line = m_reader.read(text);
@@ -162,8 +163,8 @@ private:
     {
         add(FindingKind::SecondBom,
             {QStringLiteral("contains a second BOM, because another catalogue was appended here"),
-             QStringLiteral("the line is wrong, and of keys in both catalogues only the later one "
-                            "applies"),
+             QStringLiteral("the line is wrong, and of each key in both catalogues, only the later "
+                            "line applies"),
              QStringLiteral("keep one of the two catalogues")});
         m_isReported = true;
     }
@@ -277,7 +278,7 @@ private:
     void explainConflict(const QString &text)
     {
         m_report.findings.last().consequences +=
-            QStringLiteral("of keys in both versions only the later one applies");
+            QStringLiteral("of each key in both versions, only the later line applies");
         m_report.findings.last().severity = Finding::Error;
         if (text.startsWith(QLatin1Char('<')))
             m_conflict = m_line;

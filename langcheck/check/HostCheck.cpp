@@ -404,7 +404,8 @@ private:
         }
         const CompilerFamily family = plugin->dll.qtImports;
         if (!functions.isEmpty()) {
-            report(FindingKind::PluginForeign, kPlugin, {list(functions), ours});
+            report(FindingKind::PluginForeign, kPlugin,
+                   {functions.join(QStringLiteral(" and ")), ours});
         } else if (m_family != CompilerFamily::Unknown && family != CompilerFamily::Unknown
                    && family != m_family) {
             report(FindingKind::PluginFamily, kPlugin,

@@ -88,7 +88,7 @@ void SectionCheck::addOutside(Report &report, CatalogueLines &lines, const Secti
             continue;
         const QString these = found.size() == 1 ? QStringLiteral("it") : QStringLiteral("them");
         const QString remedy = isSet
-            ? QStringLiteral("delete %1 if no longer needed, because the section sets the same")
+            ? QStringLiteral("delete %1 if no longer needed, because the section has the same keys")
             : QStringLiteral("move %1 below [LANG_MGR]");
         Finding &finding = report.addLine(FindingKind::OutsideSection, found.first(),
                                           {place, remedy.arg(these) + (isSet ? QString() : above)});

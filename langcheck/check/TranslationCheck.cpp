@@ -306,8 +306,8 @@ private:
             nearbyFolder(m_report.applicationDir, folder.value, m_report.unusedFolders);
         const QString path = m_report.applicationDir + QLatin1String("/Lang/") + folder.value;
         const QString create =
-            QStringLiteral("create a folder with exactly this name and put the compiled "
-                           "translation into it");
+            withValues("create the folder %1 in Lang and put the compiled translation into it",
+                       {quotedAscii(folder.value)});
         QString remedy;
         if (near != near.trimmed()) {
             remedy = withValues("rename the folder %1 to %2, without spaces",
@@ -540,7 +540,11 @@ private:
             return;
         if (plain(text).isEmpty()) {
             addTranslation(FindingKind::TextBlank, path, values);
-        } else if (isShownAsHtml(source) && Qt::mightBeRichText(text)) {
+        } else if (Qt::mightBeRichText(text)) {
+            values += QLatin1String(isShownAsHtml(source)
+                                        ? "Qt takes the text for HTML, and the operator doesn't "
+                                          "see the tags"
+                                        : "the operator sees the tags");
             addTranslation(FindingKind::TextHtml, path, values);
         } else if (!misread(text).original.isEmpty() || isLost(text)) {
             addTranslation(
@@ -649,6 +653,10 @@ private:
     /// Finds names of languages with the translation for another one.
     void checkNames()
     {
+        for (const Finding &finding : qAsConst(m_report.findings)) {
+            if (finding.kind == FindingKind::RepeatedLanguage) // Says what to do.
+                m_reportedNames += finding.values.first().toInt();
+        }
         for (const LangEntry &lang : qAsConst(m_report.listed)) {
             const QLocale own(m_codes.value(lang.qmPath));
             const int line = m_lines.languages.value(lang.id).name.line;

@@ -426,7 +426,7 @@ private:
         QVector<int> numbers;
         for (const int index : group.findings) {
             for (const int number : m_groups.languages.at(index)) {
-                if (m_languages.contains(number) && !numbers.contains(number))
+                if (!numbers.contains(number))
                     numbers += number;
             }
         }
@@ -438,7 +438,10 @@ private:
         for (int i = 0; i < std::min(numbers.size(), kMostLinks); ++i) {
             if (i > 0)
                 m_out.text(QStringLiteral(", "));
-            linkLanguage(numbers.at(i));
+            if (m_languages.contains(numbers.at(i)))
+                linkLanguage(numbers.at(i));
+            else
+                m_out.text(QString::number(numbers.at(i)));
         }
         if (numbers.size() > kMostLinks)
             m_out.text(QStringLiteral(" and %1 more").arg(numbers.size() - kMostLinks));

@@ -112,6 +112,7 @@ private Q_SLOTS:
     void namesShowWhatIsWrong_data();
     void namesShowWhatIsWrong();
     void englishNameMeansEnglishTexts();
+    void tagsAreHtmlInSomeTexts();
     void transferredFilesAreOneFinding();
     void clippedTextIsMeasured();
     void clippedNameIsMeasured();
@@ -799,6 +800,30 @@ void tst_langcheck_checks::englishNameMeansEnglishTexts()
     QCOMPARE(shortForms(check()), QStringLiteral("Lang/my/Zendel.qm:0 error qm-english"));
 }
 
+/// The title of a message box isn't HTML, unlike its message.
+void tst_langcheck_checks::tagsAreHtmlInSomeTexts()
+{
+    QFile file(QStringLiteral(":/translations/second.qm"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray second = file.readAll();
+    const auto withTags = [&second](const char *text, const char *tags) {
+        QByteArray from;
+        QByteArray to;
+        for (int i = 0; text[i] != '\0'; ++i) {
+            from += QByteArray(1, '\0') + text[i];
+            to += QByteArray(1, '\0') + tags[i];
+        }
+        QCOMPARE(second.count(from), 1);
+        Deployment::writeTranslation(QStringLiteral("second"),
+                                     QByteArray(second).replace(from, to));
+    };
+    withTags("2 Change failed!", "2 <b>failed!</b>");
+    QCOMPARE(check().findings.value(0).effect(),
+             QStringLiteral("Qt takes the text for HTML, and the operator doesn't see the tags"));
+    withTags("2 Success", "2 <b>x<b>");
+    QCOMPARE(check().findings.value(0).effect(), QStringLiteral("the operator sees the tags"));
+}
+
 void tst_langcheck_checks::transferredFilesAreOneFinding()
 {
     for (const char *const name : {"first", "second"}) {
@@ -921,8 +946,8 @@ void tst_langcheck_checks::textsFitTheCatalogue_data()
           "U+0441, U+1F600); a dialog that needs the translation uses the fallback, "
           "Lang/chs/Zendel.qm; ",
           "write the name of an existing folder after LANG2_FOLDER=, such as one that no language "
-          "uses (cs, second), or create a folder with exactly this name and put the compiled "
-          "translation into it"}});
+          "uses (cs, second), or create the folder \"\u0441s\U0001F600\" (with U+0441, U+1F600) in "
+          "Lang and put the compiled translation into it"}});
     row("repeated key", good + "LANG2_FOLDER=first\nLANG2_FOLDER=chs\n",
         {{"LANG2_FOLDER is set on line 7 to \"second\" and on line 9 to \"first\"; only the last "
           "one, on line 10, applies; ",
@@ -965,7 +990,15 @@ void tst_langcheck_checks::textsFitTheCatalogue_data()
           ""}});
     row("merge conflict", good + "<<<<<<< a\nLANG3_SHOW=0\n=======\nLANG3_SHOW=0\n>>>>>>> b\n",
         {{"lines 9, 11 and 13 aren't keys with values: \"<<<<<<< a\" and so on; they are ignored, "
-          "and of keys in both versions only the later one applies; ",
+          "and of each key in both versions, only the later line applies; ",
+          ""}});
+    row("second catalogue", kUtf8Bom + good + kUtf8Bom + "[LANG_MGR]\nLANG3_SHOW=0\n",
+        {{"the line contains a second BOM, because another catalogue was appended here; the line "
+          "is wrong, and of each key in both catalogues, only the later line applies; ",
+          "keep one of the two catalogues"}});
+    row("language of another name twice",
+        kUtf8Bom + good + "LANG2_NAME=Deutsch\nLANG2_FOLDER=second\nLANG2_SHOW=1\n",
+        {{"more than one language has the number 2: \"Two\" on line 6 and \"Deutsch\" on line 9; ",
           ""}});
     row("a letter of another script", kUtf8Bom + catalogueWith("=Two", "=Тwо"),
         {{"LANG2_NAME mixes Latin letters (w) with others that look the same: \"Тwо\" (with "

@@ -401,7 +401,7 @@ void tst_langcheck_host::mistakesAreFound_data()
     };
     const auto missingRuntime = [](const QByteArray &files) {
         return files.left(files.indexOf(".dll") + 4)
-            + " warning runtime-missing: a file that the host or the plug-in needs doesn't exist: "
+            + " warning runtime-missing: a file that the host or the plug-in needs wasn't found: "
             + files;
     };
     const auto differs = [](const char *file, const QByteArray &one, const QByteArray &other,
@@ -571,7 +571,7 @@ void tst_langcheck_host::mistakesAreFound_data()
         unusable(zendel, "is cut off"));
     row("plug-in is a folder", MinGw, {{zendel, removed}, {"Zendel.dll/file", "any"}},
         unreadable(zendel));
-    row("another DLL", Msvc, {{zendel, qtGui(true)}}, foreign("NewInterface, ReleaseInterface"));
+    row("another DLL", Msvc, {{zendel, qtGui(true)}}, foreign("NewInterface and ReleaseInterface"));
     row("plug-in without a function", Msvc, {{zendel, makeDll({"NewInterface"}, {})}},
         foreign("ReleaseInterface"));
     row("plug-in for MinGW", Msvc, {{zendel, plugin(false)}},

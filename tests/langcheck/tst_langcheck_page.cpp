@@ -386,6 +386,10 @@ void tst_langcheck_page::findingsLeadToTheirLanguages()
     QVERIFY(pictures > 0 && bytes.indexOf(back, pictures) > 0);
     // In the overview
     QVERIFY(bytes.contains("<td data-label=\" \">" + two));
+    // Languages without a key that is read have no entry.
+    Deployment::writeCatalogue(QByteArray(kCatalogue)
+                               + "+LANG7_NAME=x\n+LANG7_FOLDER=x\n+LANG7_SHOW=1\n+LANG8_SHOW=1\n");
+    QVERIFY(validPage(check()).contains(">Languages: </span>7, 8</p>"));
 }
 
 void tst_langcheck_page::linesOfTheCatalogueAreShown()

@@ -338,7 +338,7 @@ void tst_langcheck_remedies::remedyRepairs_data()
         catalogue(QByteArray(good).replace("[LANG_MGR]\n", "") + "[LANG_MGR]\n"), "Lang.ini:1",
         "move them below [LANG_MGR]", restore);
     row("outside-section", "backup", catalogue(good + "[OLD]\nLANG2_NAME=x\nLANG2_SHOW=1\n"),
-        "Lang.ini:10", "delete them if no longer needed, because the section sets the same",
+        "Lang.ini:10", "delete them if no longer needed, because the section has the same keys",
         restore);
     row("two-keys", "lost line end", catalogue(QByteArray(good).replace("second\n", "second ")),
         "Lang.ini:7", "write LANG2_SHOW=1 on a line of its own",
@@ -411,13 +411,16 @@ void tst_langcheck_remedies::remedyRepairs_data()
         "write LANG1_NAME=One, LANG1_FOLDER=first, LANG1_SHOW=1, LANG2_NAME=Two, "
         "LANG2_FOLDER=second, LANG2_SHOW=1",
         restore);
+    const QByteArray longName(300, 'x');
     row("unknown-key", "many lines",
-        catalogue(
-            QByteArray(good).replace("\nLANG", "\n+LANG").replace("Two", QByteArray(300, 'x'))),
+        catalogue(QByteArray(good)
+                      .replace("\nLANG", "\n+LANG")
+                      .replace("=One", '=' + longName)
+                      .replace("=Two", '=' + longName)),
         "Lang.ini:3",
-        "delete \"+\" before each key: write LANG1_NAME=One, LANG1_FOLDER=first, LANG1_SHOW=1, "
-        "LANG2_NAME="
-            + QByteArray(300, 'x') + ", and correct the others in the same way",
+        "delete \"+\" before each key: write LANG1_NAME=" + longName
+            + ", LANG1_FOLDER=first, LANG1_SHOW=1, LANG2_NAME=" + longName
+            + ", and correct the others in the same way",
         restore);
     row("key-case", "one", catalogue(catalogueWith("LANG2_SHOW", "Lang2_Show")), "Lang.ini:8",
         "write LANG2_SHOW", line(8, "LANG2_SHOW=1"));
@@ -568,8 +571,9 @@ void tst_langcheck_remedies::remedyRepairs_data()
     row("folder-missing", "file of that name",
         both(catalogue(catalogueWith("=second", "=xyz")), move("second/Zendel.qm", "xyz")),
         "Lang.ini:7",
-        "rename the file with this name, and create a folder with exactly this name and put the "
-        "compiled translation into it",
+        "rename the file with this name, and create the folder \"xyz\" in Lang and put the "
+        "compiled "
+        "translation into it",
         both(move("xyz", "xyz.old"), translation("xyz", "second")));
     row("folder-missing", "translation of that name",
         both(catalogue(catalogueWith("=second", "=xyz")), move("second/Zendel.qm", "xyz.qm")),
@@ -588,8 +592,9 @@ void tst_langcheck_remedies::remedyRepairs_data()
     row("folder-missing", "new folder", catalogue(catalogueWith("=second", "=klingon")),
         "Lang.ini:7",
         "write the name of an existing folder after LANG2_FOLDER=, such as one that no language "
-        "uses (second), or create a folder with exactly this name and put the compiled translation "
-        "into it",
+        "uses (second), or create the folder \"klingon\" in Lang and put the compiled translation "
+        "into "
+        "it",
         translation("klingon", "second"));
 #ifndef Q_OS_WIN
     row("folder-missing", "decomposed letter",

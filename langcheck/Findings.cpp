@@ -722,7 +722,8 @@ QString Finding::problem() const
 
 QString Finding::effect() const
 {
-    QStringList effects = QStringList {filled(texts(*this).effect, *this)} + consequences;
+    QStringList effects = consequences;
+    effects.prepend(filled(texts(*this).effect, *this));
     const int most = 6;
     if (effects.size() > most)
         effects = effects.mid(0, most) + QStringList {QStringLiteral("so on")};

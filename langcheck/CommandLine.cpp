@@ -139,8 +139,8 @@ CommandLine CommandLine::parse(const QStringList &arguments)
     const QCommandLineOption pictures(
         QStringLiteral("pictures"),
         QStringLiteral("Also writes the pictures as PNG files into a folder: one for each "
-                       "language, and languages.png with all of them. Creates the folder, or "
-                       "removes those of an earlier run from it."),
+                       "language, and languages.png with all of them. Creates the folder if "
+                       "necessary, and removes the pictures of an earlier run from it."),
         QStringLiteral("folder"));
     const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
                                   QStringLiteral("Displays this help."));

@@ -319,7 +319,7 @@ constexpr std::array<FindingDescription, static_cast<std::size_t>(Kind::Count)> 
     {Kind::FolderCase,
      "folder-case",
      Finding::Warning,
-     {"%1 differs in case from the folder on disk: %2", "Linux doesn't find the folder",
+     {"%1 is %2, which differs in case from the folder on disk", "Linux doesn't find the folder",
       "write %1=%3"},
      kNone},
     {Kind::SameFolder,

@@ -48,6 +48,7 @@ code { white-space: pre-wrap; }
 .rows tbody tr { border-top: 1px solid var(--rule); }
 .rows th { overflow-wrap: normal; }
 .rows tbody th { white-space: nowrap; }
+.languages td { min-width: 6rem; }
 .lines { width: 100%; }
 .lines td { width: 100%; }
 .lines th { padding-inline-start: .3rem; }

@@ -97,14 +97,19 @@ Misread misreadName(const QString &text, int times)
 {
     if (isName(text) || std::all_of(text.begin(), text.end(), isAscii))
         return {};
+    std::vector<QByteArray> bytes; // That each encoding reads as the text
+    for (const Encoding &read : encodings())
+        bytes.push_back(read.encoded(text));
     for (const Encoding &written : encodings()) {
         const bool isUtf8 = &written == &encodings().front();
-        for (const Encoding &read : encodings()) {
-            const QString original = written.decoded(read.encoded(text));
-            const QString how = readAs(written, read);
+        for (std::size_t i = 0; i < bytes.size(); ++i) {
+            const QString original = bytes[i].isEmpty() ? QString() : written.decoded(bytes[i]);
+            if (original.isEmpty() || original == text)
+                continue;
+            const QString how = readAs(written, encodings()[i]);
             if (isName(original))
                 return {original, how};
-            if (times == 1 || !isUtf8 || original == text)
+            if (times == 1 || !isUtf8)
                 continue;
             const Misread again = misreadName(original, times - 1);
             if (!again.original.isEmpty())

@@ -144,15 +144,20 @@ void tst_langcheck_explorer::droppedFoldersAreRefused()
     QVERIFY(!QFile::exists(m_page));
 }
 
-/// The prompt, too, is a process of the console.
+/// The prompt, too, is a process of the console. Very rarely, Wine doesn't count it.
 void tst_langcheck_explorer::commandPromptShowsTheReport()
 {
-    QFile::remove(m_page);
-    QFile::remove(m_opened);
-    QCOMPARE(runInNewConsole(QStringLiteral("cmd"),
-                             {QStringLiteral("/c"),
-                              QDir::toNativeSeparators(testFile(QStringLiteral(LANGCHECK_FILE)))}),
-             0);
+    const QStringList arguments {
+        QStringLiteral("/c"), QDir::toNativeSeparators(testFile(QStringLiteral(LANGCHECK_FILE)))};
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        QFile::remove(m_page);
+        QFile::remove(m_opened);
+        QCOMPARE(runInNewConsole(QStringLiteral("cmd"), arguments), 0);
+        if (attempt > 0 || !QFile::exists(m_page))
+            break;
+        qWarning("Under Wine, the page was shown instead of the report; tried again");
+        QTRY_VERIFY(QFileInfo(m_opened).size() > 0);
+    }
     QVERIFY(!QFile::exists(m_page));
     QVERIFY(!QFile::exists(m_opened));
 }
